@@ -1,0 +1,58 @@
+#pragma once
+
+#include "analysis/ColourRole.h"
+#include "analysis/PieceList.h"
+#include "analysis/SharedBytes.h"
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <string>
+
+class pdfObjectCatalog;
+
+/// A text made of coloured pieces: a listing of a file, an object list, or the one after the other.
+///
+/// Nothing of the text is stored. The listing's pieces point into the file's bytes, the object
+/// list's lines are made from the catalog's records when they are asked for. Copies share both.
+/// Immutable; any thread may read.
+///
+/// Characters are those of the file, one per byte (byte value = character number), and U+2026. All
+/// lengths count these characters; each is one UTF-16 unit.
+class StyledText
+{
+public:
+    /// An empty text: no piece, one empty line.
+    StyledText();
+
+    /// @param pieces a listing of these bytes; none for an empty listing.
+    /// @param catalog whose object list follows the listing; none for an empty list.
+    StyledText(SharedBytes bytes, std::shared_ptr<const PieceList> pieces,
+               std::shared_ptr<const pdfObjectCatalog> catalog);
+
+    /// Receives a piece: its colour and its characters, which are valid during the call.
+    using PieceSink = std::function<void(ColourRole role, std::u16string_view text)>;
+
+    /// Number of pieces, in the order in which they were appended.
+    std::size_t pieceCount() const;
+    /// Hands over every piece in order.
+    void forEachPiece(const PieceSink& sink) const;
+
+    /// Lines are separated by "\n"; there is always a last one, empty after a final "\n".
+    std::size_t lineCount() const;
+
+    /// Length of a line without its end. Precondition: index < lineCount().
+    std::size_t lineLength(std::size_t index) const;
+
+    /// Appends a stretch of a line to text: at most count characters from position on.
+    /// Precondition: index < lineCount(), position <= lineLength(index).
+    /// @returns the line's colour; all of a line has one.
+    ColourRole appendLine(std::size_t index, std::size_t position, std::size_t count,
+                          std::u16string& text) const;
+
+private:
+    SharedBytes theBytes;
+    std::shared_ptr<const PieceList> thePieces;
+    std::shared_ptr<const pdfObjectCatalog> theCatalog;
+    std::size_t theListingLines = 0; ///< complete lines, each with its "\n"
+};

@@ -1,0 +1,167 @@
+#include "platform/FileBytes.h"
+
+#include <QCoreApplication>
+#include <QFile>
+
+#include <cerrno>
+#include <cstring>
+
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr int allSeals = F_SEAL_SEAL | F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_WRITE;
+constexpr std::size_t chunk = 16u << 20;
+
+/// Closes a descriptor at the end of its scope unless it was released.
+class Descriptor
+{
+public:
+    explicit Descriptor(int number)
+        : theNumber(number)
+    {
+    }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    ~Descriptor()
+    {
+        if (theNumber >= 0)
+            ::close(theNumber);
+    }
+    bool isValid() const { return theNumber >= 0; }
+    int number() const { return theNumber; }
+    int release() { return std::exchange(theNumber, -1); }
+
+private:
+    int theNumber;
+};
+
+bool writeAll(int target, const char* bytes, std::size_t size)
+{
+    while (size > 0) {
+        const ssize_t written = ::write(target, bytes, size);
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written <= 0)
+            return false;
+        bytes += written;
+        size -= static_cast<std::size_t>(written);
+    }
+    return true;
+}
+
+/// Copies what can be read: a pipe or a file of /proc says no size beforehand.
+bool copyAll(int source, int target)
+{
+    std::unique_ptr<char[]> buffer(new char[chunk]);
+    for (;;) {
+        const ssize_t got = ::read(source, buffer.get(), chunk);
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got < 0)
+            return false;
+        if (got == 0)
+            return true;
+        if (!writeAll(target, buffer.get(), static_cast<std::size_t>(got)))
+            return false;
+    }
+}
+
+Descriptor newSharedMemory()
+{
+    return Descriptor(::memfd_create("tarnwick", MFD_CLOEXEC | MFD_ALLOW_SEALING));
+}
+
+} // namespace
+
+class FileBytes::Mapping
+{
+public:
+    Mapping(int descriptor, void* address, std::size_t size)
+        : theDescriptor(descriptor)
+        , theAddress(address)
+        , theSize(size)
+    {
+    }
+    Mapping(const Mapping&) = delete;
+    Mapping& operator=(const Mapping&) = delete;
+    ~Mapping()
+    {
+        if (theAddress)
+            ::munmap(theAddress, theSize);
+        ::close(theDescriptor);
+    }
+    int descriptor() const { return theDescriptor; }
+    std::string_view view() const { return {static_cast<const char*>(theAddress), theSize}; }
+
+private:
+    int theDescriptor;
+    void* theAddress; ///< null for no bytes: an empty mapping does not exist
+    std::size_t theSize;
+};
+
+std::optional<FileBytes> FileBytes::read(const QString& path, QString* reason)
+{
+    const auto fail = [reason](int error) -> std::optional<FileBytes> {
+        if (reason)
+            *reason = QString::fromLocal8Bit(std::strerror(error));
+        return std::nullopt;
+    };
+    const Descriptor file(::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC));
+    if (!file.isValid())
+        return fail(errno);
+    struct stat status = {};
+    if (::fstat(file.number(), &status) != 0)
+        return fail(errno);
+    if (S_ISDIR(status.st_mode))
+        return fail(EISDIR);
+    Descriptor memory = newSharedMemory();
+    if (!memory.isValid() || !copyAll(file.number(), memory.number()))
+        return fail(errno);
+    std::optional<FileBytes> bytes = adopt(memory.release());
+    return bytes ? bytes : fail(ENOMEM);
+}
+
+std::optional<FileBytes> FileBytes::copy(std::string_view bytes)
+{
+    Descriptor memory = newSharedMemory();
+    if (!memory.isValid() || !writeAll(memory.number(), bytes.data(), bytes.size()))
+        return std::nullopt;
+    return adopt(memory.release());
+}
+
+std::optional<FileBytes> FileBytes::adopt(int descriptor)
+{
+    Descriptor memory(descriptor);
+    struct stat status = {};
+    if (::fcntl(descriptor, F_ADD_SEALS, allSeals) != 0 || ::fstat(descriptor, &status) != 0)
+        return std::nullopt;
+    const auto size = static_cast<std::size_t>(status.st_size);
+    void* address = nullptr;
+    if (size > 0) {
+        address = ::mmap(nullptr, size, PROT_READ, MAP_SHARED, descriptor, 0);
+        if (address == MAP_FAILED)
+            return std::nullopt;
+    }
+    FileBytes bytes;
+    bytes.theMapping = std::make_shared<const Mapping>(memory.release(), address, size);
+    return bytes;
+}
+
+std::string_view FileBytes::view() const
+{
+    return theMapping ? theMapping->view() : std::string_view();
+}
+
+std::shared_ptr<const void> FileBytes::owner() const
+{
+    return theMapping;
+}
+
+int FileBytes::descriptor() const
+{
+    return theMapping ? theMapping->descriptor() : -1;
+}

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QString>
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string_view>
+
+/// The bytes of one file, read once and never changed.
+///
+/// They lie in sealed shared memory (memfd with F_SEAL_WRITE), so that the PDF engine's processes
+/// read them in place and nobody, the engine included, can change them. Copies share the memory; it
+/// lives as long as the last copy or the last owner() handed out. Any thread may read.
+class FileBytes
+{
+public:
+    /// No bytes: view() is empty and descriptor() is -1.
+    FileBytes() = default;
+
+    /// Reads a whole file.
+    /// @param path the file's path in the file system's own encoding (QFile::decodeName).
+    /// @param[out] reason why nothing was read, as a sentence for the user ("No such file or
+    ///   directory", "Is a directory"); untouched on success.
+    /// @returns nothing when the file cannot be read whole.
+    static std::optional<FileBytes> read(const QString& path, QString* reason = nullptr);
+
+    /// A sealed copy of bytes in memory. @returns nothing when there is no memory for it.
+    static std::optional<FileBytes> copy(std::string_view bytes);
+
+    /// Takes over a memfd that another process has filled: seals it against every change and maps
+    /// it. Closes the descriptor on failure. @returns nothing when it cannot be sealed or mapped.
+    static std::optional<FileBytes> adopt(int descriptor);
+
+    /// The bytes; valid while a copy of this object or owner() lives.
+    std::string_view view() const;
+    std::size_t size() const { return view().size(); }
+
+    /// Keeps the memory alive for users that know nothing of this class.
+    std::shared_ptr<const void> owner() const;
+
+    /// Descriptor of the shared memory for a child process; stays owned by this object.
+    int descriptor() const;
+
+private:
+    class Mapping;
+    std::shared_ptr<const Mapping> theMapping;
+};

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QColor>
+#include <QList>
+#include <QPolygonF>
+#include <QString>
+
+/// A stretch of a page's text in one font, size and colour.
+struct PDFTextRun
+{
+    qsizetype start = 0; ///< index of its first UTF-16 unit in the page's string
+    qsizetype length = 0; ///< in UTF-16 units, at least 1
+    QString family; ///< font family without subset prefix and style suffix ("Times New Roman")
+    double sizeInPoints = 0; ///< positive
+    bool isBold = false;
+    bool isItalic = false;
+    QColor colour; ///< opaque
+};
+
+/// The text of one page, in reading order as the engine finds it. Lines end with "\n"; ligatures
+/// are spelled out in letters; lone surrogates and NUL do not occur.
+struct PDFPageText
+{
+    QString string;
+    /// Where each UTF-16 unit of string stands: four corners (upper left, upper right, lower right,
+    /// lower left) in page space: points of 1/72 inch, origin in the upper left corner of the page
+    /// as shown unrotated by the viewer, y downwards. Both units of a surrogate pair share one;
+    /// line ends have an empty polygon. Empty unless quads were asked for.
+    QList<QPolygonF> quads;
+    /// Covers string without gaps, in order. Empty unless attributes were asked for.
+    QList<PDFTextRun> runs;
+};
+
+/// What a text request is to deliver besides the strings.
+enum class PDFTextDetail
+{
+    isPlain,
+    isWithQuads,
+    isWithAttributes,
+};

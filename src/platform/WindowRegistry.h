@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QHash>
+#include <QString>
+
+#include <functional>
+
+class QWidget;
+
+/// Makes windows by identifier, so that those who open a window need not know its class.
+///
+/// The application registers a factory for each identifier at start; a document then asks for the
+/// window that shows it. Identifiers are listed in WindowIdentifiers below.
+template<class Subject> class WindowRegistry
+{
+public:
+    /// @param subject what the window shows, borrowed for the window's life.
+    using Factory = std::function<QWidget*(Subject* subject)>;
+
+    void add(const QString& identifier, Factory factory)
+    {
+        theFactories.insert(identifier, std::move(factory));
+    }
+
+    /// A new window, not shown yet, owned by the caller. @returns null for an unknown identifier.
+    QWidget* make(const QString& identifier, Subject* subject) const
+    {
+        const Factory factory = theFactories.value(identifier);
+        return factory ? factory(subject) : nullptr;
+    }
+
+private:
+    QHash<QString, Factory> theFactories;
+};
+
+namespace WindowIdentifiers {
+inline const QString document = QStringLiteral("Document Window Controller");
+inline const QString source = QStringLiteral("SourceWindowController");
+inline const QString plainPDF = QStringLiteral("PlainPDFWindowController");
+inline const QString help = QStringLiteral("Help Window Controller");
+}

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "document/WholeFile.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// How an export of versions ended.
+struct VersionResult
+{
+    enum class Outcome
+    {
+        isDone, ///< every version is written
+        isCancelled, ///< the caller asked for it
+        isFailed, ///< path could not be written, for reason
+    };
+
+    Outcome outcome = Outcome::isDone;
+    std::size_t filesWritten = 0; ///< versions 1 to this one are in the folder, whole
+    std::string path; ///< the folder or file that failed
+    std::string reason; ///< as a phrase for the user ("No space left on device")
+};
+
+/// Writes the saved versions of a file into a folder, one numbered file for each.
+///
+/// Each file is whole or not there; the export stops at the first that cannot be written and leaves
+/// those before it. A file of the same name is replaced. No memory is needed besides the bytes
+/// themselves, and where the file system can share blocks between files, each version shares those
+/// of the version before and only its own save is written.
+///
+/// Usable from any thread, one export at a time on one object.
+class VersionWriter
+{
+public:
+    /// @param done, total bytes of all versions together. @returns whether to go on.
+    using Progress = std::function<bool(std::uint64_t done, std::uint64_t total)>;
+
+    /// @param bytes the file, borrowed for this object's life.
+    /// @param base, extension as versionFileName() takes them; bytes of the file system.
+    VersionWriter(std::string_view bytes, std::string base, std::string extension);
+
+    /// The opened file's identity: it is never replaced, an export that would is refused.
+    void setOpenedFile(const std::optional<FileIdentity>& identity) { theOpenedFile = identity; }
+
+    /// Creates the folder and those above it where they are missing, and writes the versions.
+    /// @param cuts of the bytes (versionCuts()), in order.
+    /// @param progress called before the first byte and after every few megabytes; may be empty.
+    VersionResult write(const std::string& folder, const std::vector<std::size_t>& cuts,
+        const Progress& progress = {}) const;
+
+private:
+    std::string_view theBytes;
+    std::string theBase;
+    std::string theExtension;
+    std::optional<FileIdentity> theOpenedFile;
+};

@@ -11,7 +11,7 @@ class QWidget;
 ///
 /// The application registers a factory for each identifier at start; a document then asks for the
 /// window that shows it. Identifiers are listed in WindowIdentifiers below.
-template<class Subject> class WindowRegistry
+template <class Subject> class WindowRegistry
 {
 public:
     /// @param subject what the window shows, borrowed for the window's life.
@@ -21,6 +21,9 @@ public:
     {
         theFactories.insert(identifier, std::move(factory));
     }
+
+    /// Whether make() can make such a window.
+    bool knows(const QString& identifier) const { return theFactories.contains(identifier); }
 
     /// A new window, not shown yet, owned by the caller. @returns null for an unknown identifier.
     QWidget* make(const QString& identifier, Subject* subject) const

@@ -1,0 +1,71 @@
+#include "document/Document.h"
+
+#include "document/IncrementalUpdate.h"
+
+#include <QWidget>
+
+Document::Document(const WindowRegistry<Document>* registry, QObject* parent)
+    : FrameDocument(parent)
+    , theRegistry(registry)
+{
+}
+
+Document::~Document()
+{
+    closeWindows(); // they borrow what is about to go
+}
+
+void Document::readFromData(const FileBytes& bytes)
+{
+    theText.reset();
+    theRenderedDocument = std::make_unique<PDFDocument>(bytes);
+    theBytes = bytes;
+    isUpdated = isIncrementallyUpdated(bytes.view());
+
+    connect(theRenderedDocument.get(), &PDFDocument::opened, this, &Document::finishOpening);
+    connect(theRenderedDocument.get(), &PDFDocument::locked, this, &FrameDocument::locked);
+    connect(theRenderedDocument.get(), &PDFDocument::refused, this, &FrameDocument::refused);
+}
+
+void Document::finishOpening()
+{
+    theText = std::make_unique<PDFDocumentText>(theRenderedDocument.get());
+    emit opened();
+}
+
+void Document::unlock(const QString& password)
+{
+    theRenderedDocument->unlock(password);
+}
+
+void Document::makeWindowControllers()
+{
+    theRegistry->make(WindowIdentifiers::document, this);
+}
+
+bool Document::validateCommand(const QString& command) const
+{
+    if (command == QLatin1String("exportPDFversions"))
+        return isUpdated;
+    if (command == QLatin1String("openSource"))
+        return theRegistry->knows(WindowIdentifiers::source);
+    if (command == QLatin1String("openPlainPDF"))
+        return theRegistry->knows(WindowIdentifiers::plainPDF);
+    return true;
+}
+
+void Document::openSource()
+{
+    showNewWindow(WindowIdentifiers::source);
+}
+
+void Document::openPlainPDF()
+{
+    showNewWindow(WindowIdentifiers::plainPDF);
+}
+
+void Document::showNewWindow(const QString& identifier)
+{
+    if (QWidget* window = theRegistry->make(identifier, this))
+        window->show();
+}

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "platform/FileBytes.h"
+#include "platform/PDFDocument.h"
+#include "platform/PDFDocumentText.h"
+#include "platform/WindowRegistry.h"
+#include "platform/frame/FrameDocument.h"
+
+#include <memory>
+
+/// One opened PDF file: its bytes as read, the document that the PDF engine makes of them, and the
+/// commands of the document. It is only ever read; nothing is written back to its file.
+///
+/// Windows get it through their constructor, borrow it for their life and never change it.
+class Document : public FrameDocument
+{
+    Q_OBJECT
+
+public:
+    /// @param registry makes the document's windows; borrowed, outlives the document.
+    explicit Document(const WindowRegistry<Document>* registry, QObject* parent = nullptr);
+    ~Document() override;
+
+    /// The rendered document, owned by this one; null before readFromData(). Windows exist only
+    /// while it is open (PDFDocument::State::isOpen).
+    PDFDocument* thePDFDocument() const { return theRenderedDocument.get(); }
+    /// The file's bytes, unchanged.
+    const FileBytes& theData() const { return theBytes; }
+    /// The file carries incremental updates (isIncrementallyUpdated()).
+    bool isIncr() const { return isUpdated; }
+    /// The pages' text, fetched once and shared by every window; null before opened(). Whoever
+    /// needs it calls fetch().
+    PDFDocumentText* documentText() const { return theText.get(); }
+
+    /// Replaces the rendered document, the bytes and isIncr(), in this order.
+    void readFromData(const FileBytes& bytes) override;
+    void unlock(const QString& password) override;
+    void makeWindowControllers() override;
+
+    /// "exportPDFversions" is possible exactly while isIncr(), a command that opens a window while
+    /// the registry makes such windows, every other command always.
+    Q_INVOKABLE bool validateCommand(const QString& command) const;
+
+public slots:
+    /// Opens a further source inspector.
+    void openSource();
+    /// Opens a further plain PDF window.
+    void openPlainPDF();
+
+private:
+    void showNewWindow(const QString& identifier);
+    void finishOpening();
+
+    const WindowRegistry<Document>* theRegistry;
+    std::unique_ptr<PDFDocument> theRenderedDocument;
+    std::unique_ptr<PDFDocumentText> theText; // destroyed before the document that it reads
+    FileBytes theBytes;
+    bool isUpdated = false;
+};

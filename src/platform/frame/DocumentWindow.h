@@ -1,0 +1,84 @@
+#pragma once
+
+#include <QMainWindow>
+#include <QString>
+
+class CommandRouter;
+class FrameDocument;
+class QAction;
+class QDropEvent;
+
+/// A window of the program: the main menu, and one content widget that does the work.
+///
+/// The content is the window's controller. It gets what it shows through its own constructor, does
+/// its set-up in showEvent (when the event is not spontaneous), takes commands as slots
+/// (CommandRouter), and names its window by QWidget::setWindowTitle on itself: the window takes
+/// over the content's title.
+///
+/// Size and place are remembered for each kind of window; a further window of a kind that is open
+/// stands a little below and to the right of the last one. Files dropped anywhere on the window are
+/// handed to filesDropped().
+class DocumentWindow : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    /// @param identifier kind of window, one of WindowIdentifiers.
+    /// @param document whose window this is, or null; the window adds itself to it
+    ///   (FrameDocument::addWindow) and never outlives it.
+    explicit DocumentWindow(const QString& identifier, FrameDocument* document = nullptr);
+    ~DocumentWindow() override;
+
+    /// The window that a widget lies in, or null.
+    static DocumentWindow* of(const QWidget* widget);
+    /// Carries a command out as if chosen from the menu of the window that a widget lies in; for
+    /// buttons and context menus. @returns false when nobody took it.
+    static bool send(const QWidget* from, const QString& command);
+
+    const QString& identifier() const { return theIdentifier; }
+    /// Grows with each window made.
+    int serial() const { return theSerial; }
+    FrameDocument* document() const { return theDocument; }
+    QWidget* content() const { return centralWidget(); }
+    /// Puts the content in; the window owns it. Called once.
+    /// The size that it has then is the window's first size.
+    void setContent(QWidget* content);
+
+    /// Serves the actions of the menu bar that has been put into the window. Called once.
+    /// @param applicationResponders last in the chain of every command, borrowed for the window's
+    ///   life.
+    void installCommands(const QList<QObject*>& applicationResponders);
+    CommandRouter* router() const { return theRouter; }
+    /// The menu's action for a command, for toolbars and context menus; null when there is none.
+    QAction* commandAction(const QString& command) const;
+
+    /// Shows the window in front of the others.
+    void bringUp();
+
+public slots:
+    /// Closes this window.
+    void performClose();
+
+signals:
+    /// Local files that the user dropped on the window.
+    void filesDropped(const QStringList& paths);
+    /// The user has closed the window. It is destroyed afterwards where Qt::WA_DeleteOnClose is
+    /// set, as it is at first.
+    void closed();
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    QList<QObject*> chain() const;
+    bool takeDrag(QDropEvent& event);
+
+    QString theIdentifier;
+    FrameDocument* theDocument;
+    CommandRouter* theRouter = nullptr;
+    QList<QObject*> theApplicationResponders;
+    int theSerial;
+    bool thePlaceIsKnown = false;
+};

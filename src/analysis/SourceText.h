@@ -26,8 +26,8 @@ public:
 
     /// Scans the text, once: fills the catalog and makes the coloured listing.
     ///
-    /// May run on any thread, as long as nobody else uses this object meanwhile. Near-linear in
-    /// time and memory whatever the bytes are.
+    /// May run on any thread, as long as nobody else uses this object meanwhile. Near-linear in time
+    /// and memory whatever the bytes are.
     /// @param withSource the result holds the listing before the object list; otherwise the object
     ///   list alone.
     /// @param stop asked for every few hundred kilobytes; a stopped scan returns an empty text and

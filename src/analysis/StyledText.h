@@ -28,7 +28,7 @@ public:
     /// @param pieces a listing of these bytes; none for an empty listing.
     /// @param catalog whose object list follows the listing; none for an empty list.
     StyledText(SharedBytes bytes, std::shared_ptr<const PieceList> pieces,
-        std::shared_ptr<const pdfObjectCatalog> catalog);
+               std::shared_ptr<const pdfObjectCatalog> catalog);
 
     /// Receives a piece: its colour and its characters, which are valid during the call.
     using PieceSink = std::function<void(ColourRole role, std::u16string_view text)>;
@@ -47,8 +47,8 @@ public:
     /// Appends a stretch of a line to text: at most count characters from position on.
     /// Precondition: index < lineCount(), position <= lineLength(index).
     /// @returns the line's colour; all of a line has one.
-    ColourRole appendLine(
-        std::size_t index, std::size_t position, std::size_t count, std::u16string& text) const;
+    ColourRole appendLine(std::size_t index, std::size_t position, std::size_t count,
+                          std::u16string& text) const;
 
 private:
     SharedBytes theBytes;

@@ -23,7 +23,7 @@ public:
     /// No selection: isEmpty() holds.
     PDFSelection() = default;
     explicit PDFSelection(const Range& range)
-        : theRanges{ range }
+        : theRanges{range}
     {
     }
     /// @param ranges in document order, at most one for a page.

@@ -8,8 +8,8 @@
 
 class PDFView;
 
-/// A strip of small pages beside a page view: it shows the page view's document, follows its
-/// current page, and goes to the page that the user chooses.
+/// A strip of small pages beside a page view: it shows the page view's document, follows its current
+/// page, and goes to the page that the user chooses.
 class PDFThumbnailView : public QAbstractScrollArea
 {
     Q_OBJECT

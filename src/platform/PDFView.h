@@ -13,9 +13,9 @@ class PDFDocumentText;
 
 /// Shows a document's pages one below the other, continuously scrolled.
 ///
-/// Page images come from the engine as tiles, nearest first, kept in a cache of bounded size; a
-/// page on its way shows its outline, one that cannot be drawn says so in its place. Keyboard,
-/// wheel, mouse, touchpad, text selection, copying and links work as in the viewers people know.
+/// Page images come from the engine as tiles, nearest first, kept in a cache of bounded size; a page
+/// on its way shows its outline, one that cannot be drawn says so in its place. Keyboard, wheel,
+/// mouse, touchpad, text selection, copying and links work as in the viewers people know.
 ///
 /// Pages are counted from 0; positions on pages are in page space (PDFPageText).
 class PDFView : public QAbstractScrollArea

@@ -5,7 +5,8 @@
 #include <string_view>
 #include <utility>
 
-/// The bytes of one file and whatever keeps them alive. Copies share the bytes; nobody changes them.
+/// The bytes of one file and whatever keeps them alive. Copies share the bytes; nobody changes
+/// them.
 struct SharedBytes
 {
     std::string_view view;
@@ -23,6 +24,6 @@ struct SharedBytes
     {
         auto keeper = std::make_shared<const std::string>(std::move(bytes));
         const std::string_view view = *keeper;
-        return {view, std::move(keeper)};
+        return { view, std::move(keeper) };
     }
 };

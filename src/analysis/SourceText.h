@@ -1,5 +1,6 @@
 #pragma once
 
+#include "analysis/ObjectCollector.h"
 #include "analysis/SharedBytes.h"
 #include "analysis/StyledText.h"
 #include "analysis/pdfObjectCatalog.h"
@@ -26,13 +27,22 @@ public:
 
     /// Scans the text, once: fills the catalog and makes the coloured listing.
     ///
-    /// May run on any thread, as long as nobody else uses this object meanwhile. Near-linear in time
-    /// and memory whatever the bytes are.
+    /// May run on any thread, as long as nobody else uses this object meanwhile. Near-linear in
+    /// time and memory whatever the bytes are.
     /// @param withSource the result holds the listing before the object list; otherwise the object
     ///   list alone.
     /// @param stop asked for every few hundred kilobytes; a stopped scan returns an empty text and
     ///   leaves the catalog empty.
     StyledText makeListing(bool withSource, std::stop_token stop = {});
+
+    /// Scans the text, once, like makeListing(), handing the listing over as it grows instead of
+    /// keeping it: a listing of a gigabyte can be printed from its first line on.
+    /// @param pieces gets the listing, some thousand pieces at a time; may be empty.
+    /// @returns false when the scan was stopped; the catalog is then empty.
+    bool scan(const PieceReceiver& pieces, std::stop_token stop = {});
+
+    /// The object list of a text that has been scanned; empty before.
+    StyledText makeObjectList() const;
 
 private:
     SharedBytes theData;

@@ -2,12 +2,12 @@
 
 #include "analysis/ColourRole.h"
 #include "analysis/PieceList.h"
-#include "analysis/SharedBytes.h"
 
 #include <cstddef>
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 
 class pdfObjectCatalog;
 
@@ -25,10 +25,11 @@ public:
     /// An empty text: no piece, one empty line.
     StyledText();
 
-    /// @param pieces a listing of these bytes; none for an empty listing.
-    /// @param catalog whose object list follows the listing; none for an empty list.
-    StyledText(SharedBytes bytes, std::shared_ptr<const PieceList> pieces,
-               std::shared_ptr<const pdfObjectCatalog> catalog);
+    /// @param pieces the listing; none for an empty one.
+    /// @param catalog whose object list follows the listing; none for an empty list. It keeps the
+    ///   bytes of both alive.
+    StyledText(
+        std::shared_ptr<const PieceList> pieces, std::shared_ptr<const pdfObjectCatalog> catalog);
 
     /// Receives a piece: its colour and its characters, which are valid during the call.
     using PieceSink = std::function<void(ColourRole role, std::u16string_view text)>;
@@ -47,12 +48,16 @@ public:
     /// Appends a stretch of a line to text: at most count characters from position on.
     /// Precondition: index < lineCount(), position <= lineLength(index).
     /// @returns the line's colour; all of a line has one.
-    ColourRole appendLine(std::size_t index, std::size_t position, std::size_t count,
-                          std::u16string& text) const;
+    ColourRole appendLine(
+        std::size_t index, std::size_t position, std::size_t count, std::u16string& text) const;
 
 private:
-    SharedBytes theBytes;
+    std::size_t listingPieces() const;
+    std::size_t listingLines() const; ///< complete lines, each with its "\n"
+
     std::shared_ptr<const PieceList> thePieces;
     std::shared_ptr<const pdfObjectCatalog> theCatalog;
-    std::size_t theListingLines = 0; ///< complete lines, each with its "\n"
 };
+
+/// Appends a piece of a listing of these bytes as it reads, its line feeds included.
+void appendPiece(std::string_view bytes, Piece piece, std::u16string& text);

@@ -1,0 +1,214 @@
+#include "analysis/ObjectCollector.h"
+
+#include "analysis/DecimalInteger.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace {
+
+constexpr std::size_t pieceBatch = 8192;
+
+struct TypeName
+{
+    std::string_view name;
+    ObjectType type;
+};
+
+/// In the order of their test: every line that holds "/Pages" holds "/Page" too.
+constexpr std::array typeNames{
+    TypeName{ "/Catalog", ObjectType::isCatalog },
+    TypeName{ "/Pages", ObjectType::isPages },
+    TypeName{ "/Page", ObjectType::isPage },
+    TypeName{ "/Info", ObjectType::isInfo },
+    TypeName{ "/Names", ObjectType::isNames },
+};
+
+struct HeaderNumbers
+{
+    std::int64_t objNo = 0;
+    std::int64_t objGen = 0;
+};
+
+/// The numbers of a header line: its first two pieces between single spaces, where there is a
+/// third.
+HeaderNumbers headerNumbers(std::string_view header)
+{
+    const std::size_t first = header.find(' ');
+    if (first == std::string_view::npos)
+        return {};
+    const std::size_t second = header.find(' ', first + 1);
+    if (second == std::string_view::npos)
+        return {};
+    return { decimalInteger(header.substr(0, first)).value_or(0),
+        decimalInteger(header.substr(first + 1, second - first - 1)).value_or(0) };
+}
+
+} // namespace
+
+ObjectCollector::ObjectCollector(
+    std::string_view text, pdfObjectCatalog& catalog, PieceReceiver pieces)
+    : theText(text)
+    , theCatalog(catalog)
+    , thePieceReceiver(std::move(pieces))
+    , theParser(catalog.theKids)
+{
+    thePieces.reserve(pieceBatch);
+}
+
+void ObjectCollector::takeLine(const ScannedLine& line)
+{
+    switch (line.kind) {
+    case LineKind::isEndOfObject:
+        addPiece(Piece::ofLine(PieceKind::isEnd, line.offset, line.length));
+        makeRecord(line);
+        break;
+    case LineKind::isHeader:
+        addPiece(Piece::ofLine(PieceKind::isHeader, line.offset, line.length));
+        beginObject(line, theText.substr(line.offset, line.length));
+        break;
+    case LineKind::isEndOfFile:
+        addPiece(Piece::ofLine(PieceKind::isEnd, line.offset, line.length));
+        ++theVersion;
+        break;
+    case LineKind::isStartxref:
+        addPiece(Piece::ofLine(PieceKind::isSection, line.offset, line.length));
+        makeRecord(line);
+        break;
+    case LineKind::isXref:
+        addPiece(Piece::ofLine(PieceKind::isSection, line.offset, line.length));
+        break;
+    case LineKind::isTrailer:
+        addPiece(Piece::ofLine(PieceKind::isSection, line.offset, line.length));
+        beginObject(line, trailerHeader);
+        break;
+    case LineKind::isPlain:
+        addPiece(Piece::ofLine(PieceKind::isLine, line.offset, line.length));
+        gather(line);
+        break;
+    }
+}
+
+void ObjectCollector::takeStream(std::size_t length)
+{
+    addPiece(Piece::ofStream(length));
+}
+
+void ObjectCollector::finish()
+{
+    flushPieces();
+    theCatalog.sortList();
+}
+
+void ObjectCollector::addPiece(Piece piece)
+{
+    if (!thePieceReceiver)
+        return;
+    thePieces.push_back(piece);
+    if (thePieces.size() == pieceBatch)
+        flushPieces();
+}
+
+void ObjectCollector::flushPieces()
+{
+    if (thePieceReceiver && !thePieces.empty())
+        thePieceReceiver(thePieces);
+    thePieces.clear();
+}
+
+void ObjectCollector::beginObject(const ScannedLine& line, std::string_view text)
+{
+    theLineCount = 1;
+    theHeader = text;
+    theFurtherLines.clear();
+    theHeaderOffset = line.start;
+    theHeaderInXml = line.inXml;
+    theType = ObjectType::isPlain;
+    theNumbersAreRead = false;
+    theParsedLines = 0;
+    if (line.holdsType)
+        noteType(text);
+}
+
+void ObjectCollector::gather(const ScannedLine& line)
+{
+    const std::string_view text = theText.substr(line.offset, line.length);
+    if (theLineCount == 0) {
+        beginObject(line, text);
+        return;
+    }
+    theFurtherLines.push_back(Piece::ofLine(PieceKind::isLine, line.offset, line.length));
+    ++theLineCount;
+    if (line.holdsType)
+        noteType(text);
+}
+
+/// A line that holds "/Type" may say what the object is; the last such line decides.
+void ObjectCollector::noteType(std::string_view line)
+{
+    const auto named = std::find_if(typeNames.begin(), typeNames.end(),
+        [line](const auto& name) { return line.find(name.name) != std::string_view::npos; });
+    if (named != typeNames.end())
+        theType = named->type;
+}
+
+void ObjectCollector::makeRecord(const ScannedLine& end)
+{
+    if (theLineCount == 0)
+        return;
+    if (!theNumbersAreRead) {
+        const HeaderNumbers numbers = headerNumbers(theHeader);
+        theNumber = numbers.objNo;
+        theGeneration = numbers.objGen;
+        theNumbersAreRead = true;
+    }
+    const ObjectType type = theNumber >= trailerNumber ? ObjectType::isTrailer : theType;
+
+    ObjectRecord record;
+    record.objNo = theNumber;
+    record.headerOffset = theHeaderOffset & ((std::uint64_t{ 1 } << Piece::offsetBits) - 1);
+    record.inXml = theHeaderInXml;
+    record.type = static_cast<unsigned>(type) & 7u;
+    record.endOffset = end.start & ((std::uint64_t{ 1 } << Piece::offsetBits) - 1);
+    record.objVer = theVersion;
+
+    ObjectDetail detail;
+    detail.objGen = theGeneration;
+    bool isFar = false;
+    if (!theFurtherLines.empty()) {
+        const Piece second = theFurtherLines.front();
+        detail.textOffset = second.offset();
+        const std::size_t distance = detail.textOffset - theHeaderOffset;
+        isFar = distance >= ObjectRecord::farText;
+        record.hasText = 1;
+        record.textDistance = std::min<std::uint64_t>(distance, ObjectRecord::farText) & 0xFFFFFFu;
+        const std::size_t shown = std::min(second.shortLength(), ObjectRecord::excerptLimit);
+        record.excerptLength = shown & 0x7Fu;
+        if (type == ObjectType::isInfo || type == ObjectType::isNames)
+            detail.textLength = pieceText(theText, second).size();
+    }
+    if (type != ObjectType::isPlain || theGeneration != 0 || isFar) {
+        detail.entries = parsedEntries(type);
+        record.detail = static_cast<std::uint32_t>(theCatalog.theDetails.size());
+        theCatalog.theDetails.push_back(detail);
+    }
+    theCatalog.theRecords.push_back(record);
+}
+
+/// An object of one line has no dictionary that could be told from its header.
+ObjectEntries ObjectCollector::parsedEntries(ObjectType type)
+{
+    const bool hasEntries = type == ObjectType::isCatalog || type == ObjectType::isPages
+        || type == ObjectType::isPage || type == ObjectType::isTrailer;
+    if (!hasEntries || theLineCount < 2)
+        return {};
+    if (theParsedLines == 0) {
+        theParser.restart();
+        theParser.addLine(theHeader);
+        theParsedLines = 1;
+    }
+    for (; theParsedLines < theLineCount; ++theParsedLines)
+        theParser.addLine(pieceText(theText, theFurtherLines[theParsedLines - 1]));
+    return theParser.entries(type);
+}

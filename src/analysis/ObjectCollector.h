@@ -1,0 +1,68 @@
+#pragma once
+
+#include "analysis/DictionaryParser.h"
+#include "analysis/LineScan.h"
+#include "analysis/ObjectRecord.h"
+#include "analysis/Piece.h"
+#include "analysis/pdfObjectCatalog.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <string_view>
+#include <vector>
+
+/// Receives a listing as it grows, some thousand pieces at a time; the span is valid during the
+/// call.
+using PieceReceiver = std::function<void(std::span<const Piece>)>;
+
+/// The receiver of a file's scan: makes the pieces of the listing, gathers the lines of each
+/// object, and adds a record to the catalog where an object ends.
+///
+/// A record is made at every "endobj" and at every "startxref". The gathered lines are replaced
+/// only by a new header or trailer, so two records can share lines; what has been read of them is
+/// kept, not read again.
+class ObjectCollector
+{
+public:
+    /// @param text, catalog, pieces borrowed; pieces may be empty when no listing is wanted.
+    ObjectCollector(std::string_view text, pdfObjectCatalog& catalog, PieceReceiver pieces);
+
+    void takeLine(const ScannedLine& line);
+    void takeStream(std::size_t length);
+
+    /// To be called behind the last line: hands over the last pieces and sorts the object list.
+    void finish();
+
+private:
+    void addPiece(Piece piece);
+    void flushPieces();
+
+    /// The line becomes the first of the lines gathered. @param text the line, or what stands for
+    /// it.
+    void beginObject(const ScannedLine& line, std::string_view text);
+    void gather(const ScannedLine& line);
+    void noteType(std::string_view line);
+    void makeRecord(const ScannedLine& end);
+    ObjectEntries parsedEntries(ObjectType type);
+
+    std::string_view theText;
+    pdfObjectCatalog& theCatalog;
+    PieceReceiver thePieceReceiver;
+    std::vector<Piece> thePieces; ///< not handed over yet
+
+    std::uint32_t theVersion = 1;
+    std::size_t theLineCount = 0; ///< lines gathered
+    std::string_view theHeader; ///< the first of them
+    std::vector<Piece> theFurtherLines; ///< the others
+    std::size_t theHeaderOffset = 0; ///< start of the first line in the file
+    bool theHeaderInXml = false;
+    ObjectType theType = ObjectType::isPlain; ///< as far as the lines gathered say
+    std::int64_t theNumber = 0;
+    std::int64_t theGeneration = 0;
+    bool theNumbersAreRead = false;
+
+    DictionaryParser theParser;
+    std::size_t theParsedLines = 0; ///< how many of the lines gathered the parser has
+};

@@ -1,0 +1,118 @@
+#include "analysis/StyledText.h"
+
+#include "analysis/DecimalInteger.h"
+#include "analysis/DescriptionLine.h"
+#include "analysis/pdfObjectCatalog.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+/// "[…stream length 9…]"
+void appendStreamText(Piece piece, std::u16string& text)
+{
+    std::string number;
+    appendDecimal(static_cast<std::int64_t>(piece.streamLength()), number);
+    text += u"[\u2026stream length ";
+    appendCharacters(number, text);
+    text += u"\u2026]";
+}
+
+std::size_t streamTextLength(Piece piece)
+{
+    return 18 + decimalLength(static_cast<std::int64_t>(piece.streamLength()));
+}
+
+} // namespace
+
+void appendPiece(std::string_view bytes, Piece piece, std::u16string& text)
+{
+    text.append(piece.leadingBreaks(), u'\n');
+    if (piece.kind() == PieceKind::isStream)
+        appendStreamText(piece, text);
+    else
+        appendCharacters(pieceText(bytes, piece), text);
+    text.append(piece.trailingBreaks(), u'\n');
+}
+
+StyledText::StyledText() = default;
+
+StyledText::StyledText(
+    std::shared_ptr<const PieceList> pieces, std::shared_ptr<const pdfObjectCatalog> catalog)
+    : thePieces(std::move(pieces))
+    , theCatalog(std::move(catalog))
+{
+}
+
+std::size_t StyledText::listingPieces() const
+{
+    return thePieces ? thePieces->size() : 0;
+}
+
+std::size_t StyledText::listingLines() const
+{
+    return thePieces ? thePieces->lineCount() : 0;
+}
+
+std::size_t StyledText::pieceCount() const
+{
+    return listingPieces() + (theCatalog ? theCatalog->size() : 0);
+}
+
+void StyledText::forEachPiece(const PieceSink& sink) const
+{
+    std::u16string text;
+    for (std::size_t index = 0; index < listingPieces(); ++index) {
+        text.clear();
+        appendPiece(thePieces->bytes(), thePieces->piece(index), text);
+        sink(thePieces->piece(index).role(), text);
+    }
+    for (std::size_t index = 0; theCatalog && index < theCatalog->size(); ++index) {
+        const pdfObject object = theCatalog->listedObject(index);
+        sink(object.descriptionRole(), object.descriptionLine());
+    }
+}
+
+std::size_t StyledText::lineCount() const
+{
+    return listingLines() + (theCatalog ? theCatalog->size() : 0) + 1;
+}
+
+std::size_t StyledText::lineLength(std::size_t index) const
+{
+    if (index + 1 == lineCount())
+        return 0;
+    if (index >= listingLines())
+        return theCatalog->listedObject(index - listingLines()).descriptionLength();
+    const PieceList::Place place = thePieces->placeOfLine(index);
+    const Piece piece = thePieces->piece(place.piece);
+    if (place.line != piece.leadingBreaks())
+        return 0;
+    return piece.kind() == PieceKind::isStream ? streamTextLength(piece)
+                                               : thePieces->text(place.piece).size();
+}
+
+ColourRole StyledText::appendLine(
+    std::size_t index, std::size_t position, std::size_t count, std::u16string& text) const
+{
+    if (index + 1 == lineCount())
+        return ColourRole::isDefault;
+    if (index >= listingLines()) {
+        const pdfObject object = theCatalog->listedObject(index - listingLines());
+        object.appendDescription(position, count, text);
+        return object.descriptionRole();
+    }
+    const PieceList::Place place = thePieces->placeOfLine(index);
+    const Piece piece = thePieces->piece(place.piece);
+    if (place.line != piece.leadingBreaks())
+        return piece.role();
+    if (piece.kind() == PieceKind::isStream) {
+        std::u16string whole;
+        appendStreamText(piece, whole);
+        text.append(whole, position, count);
+    } else {
+        appendCharacters(thePieces->text(place.piece).substr(position, count), text);
+    }
+    return piece.role();
+}

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "analysis/ChunkedVector.h"
+#include "analysis/ObjectRecord.h"
+#include "analysis/SharedBytes.h"
+#include "analysis/pdfObject.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+/// How many objects of each kind a file holds.
+struct ObjectCounts
+{
+    std::size_t total = 0;
+    std::size_t pages = 0; ///< of kind isPage
+    std::size_t catalogs = 0;
+    std::size_t infoObjects = 0; ///< objects that call themselves Info
+    std::size_t trailers = 0;
+    std::int64_t maximumVersion = 0;
+};
+
+/// All objects and trailers found in one file.
+///
+/// Nothing is merged or replaced: an object that stands in several versions, or twice in one, has a
+/// record for each time. Immutable once the scan that fills it has ended; any thread may read.
+class pdfObjectCatalog
+{
+public:
+    /// @param bytes what the records' offsets point into.
+    explicit pdfObjectCatalog(SharedBytes bytes);
+
+    /// Number of objects.
+    std::size_t size() const { return theRecords.size(); }
+    /// An object in the order of the scan. Precondition: index < size().
+    pdfObject object(std::size_t index) const { return pdfObject(*this, index); }
+    /// An object in the order of the object list: ascending by version, then by number; equal ones
+    /// in the order of the scan. Precondition: index < size().
+    pdfObject listedObject(std::size_t index) const;
+
+    ObjectCounts counts() const;
+    /// The counts in words; several lines, no line feed at the end.
+    std::string makeSummary() const;
+
+private:
+    friend class pdfObject;
+    friend class ObjectCollector;
+
+    void sortList();
+
+    SharedBytes theBytes;
+    ChunkedVector<ObjectRecord> theRecords;
+    ChunkedVector<ObjectDetail> theDetails;
+    ChunkedVector<Kid> theKids;
+    std::vector<std::uint32_t> theOrder; ///< empty when the list has the order of the scan
+};

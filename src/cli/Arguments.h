@@ -1,0 +1,32 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+/// Exit statuses of the companion.
+enum class ExitStatus
+{
+    isDone = 0,
+    isFailed = 1, ///< the file cannot be read, or the export failed
+    isWrongUse = 2,
+};
+
+/// The words of a command line, taken apart.
+struct Arguments
+{
+    std::string command; ///< "listing", "objects", "summary", "versions", "flat", "text", "rtf"
+    std::string file; ///< "-" for standard input
+    bool json = false; ///< --json
+    bool wantsHelp = false; ///< --help or -h
+    bool wantsVersion = false; ///< --version
+    std::optional<std::string> exportFolder; ///< --export FOLDER
+    std::optional<std::string> output; ///< -o OUT or --output OUT
+    std::optional<std::string> passwordFile; ///< --password-file FILE
+};
+
+/// Takes the words behind the program's name apart. Options may stand anywhere; "--" ends them.
+/// @param[out] problem what is wrong with them, as a sentence; untouched otherwise.
+/// @returns nothing when they make no command.
+std::optional<Arguments> parseArguments(
+    const std::vector<std::string>& words, std::string& problem);

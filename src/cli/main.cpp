@@ -1,0 +1,69 @@
+#include "cli/AnalysisCommands.h"
+#include "cli/Arguments.h"
+#include "cli/FileInput.h"
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr const char* usage = R"(Usage: tarnwick-inspect COMMAND FILE [OPTION]...
+Looks into the source of a PDF file. "-" as FILE reads standard input.
+
+Commands:
+  listing  FILE [--json]    the coloured listing, followed by the object list
+  objects  FILE [--json]    the object list alone
+  summary  FILE             how many objects of each kind there are
+  versions FILE [--json] [--export FOLDER]
+                            where the saved versions end; writes each to a file
+Options:
+  --json         one JSON object a line for every piece (versions: one in all)
+  --help         this text
+  --version      the program's version
+
+Exit status: 0 done, 1 the file cannot be read or the export failed, 2 wrong use.
+)";
+
+ExitStatus fail(ExitStatus status, const std::string& message)
+{
+    std::fprintf(stderr, "tarnwick-inspect: %s\n", message.c_str());
+    return status;
+}
+
+ExitStatus run(const Arguments& arguments)
+{
+    std::string reason;
+    const std::optional<SharedBytes> bytes = readInput(arguments.file, reason);
+    if (!bytes)
+        return fail(ExitStatus::isFailed, arguments.file + ": " + reason);
+    if (arguments.command == "listing")
+        return listingCommand(arguments, *bytes);
+    if (arguments.command == "objects")
+        return objectsCommand(arguments, *bytes);
+    if (arguments.command == "summary")
+        return summaryCommand(arguments, *bytes);
+    return fail(ExitStatus::isWrongUse, "unknown command " + arguments.command);
+}
+
+} // namespace
+
+int main(int count, char** words)
+{
+    std::string problem;
+    const auto arguments = parseArguments({ words + (count > 0 ? 1 : 0), words + count }, problem);
+    if (!arguments) {
+        std::fprintf(
+            stderr, "tarnwick-inspect: %s\nTry: tarnwick-inspect --help\n", problem.c_str());
+        return static_cast<int>(ExitStatus::isWrongUse);
+    }
+    if (arguments->wantsHelp) {
+        std::fputs(usage, stdout);
+        return 0;
+    }
+    if (arguments->wantsVersion) {
+        std::puts("tarnwick-inspect " TARNWICK_VERSION);
+        return 0;
+    }
+    return static_cast<int>(run(*arguments));
+}

@@ -37,8 +37,8 @@ BlockMasks portableBlockMasks(std::string_view text, std::size_t offset)
     char before = offset > 0 ? text[offset - 1] : '\0';
     for (std::size_t i = 0; i < count; ++i) {
         const char character = text[offset + i];
-        masks.breaks |= std::uint64_t{ isLineBreak(character) } << i;
-        masks.suspects |= std::uint64_t{ isSuspect(before, character) } << i;
+        masks.breaks |= std::uint64_t{isLineBreak(character)} << i;
+        masks.suspects |= std::uint64_t{isSuspect(before, character)} << i;
         before = character;
     }
     return masks;

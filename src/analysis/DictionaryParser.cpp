@@ -28,16 +28,16 @@ struct KeyText
 };
 
 constexpr std::array keyTexts{
-    KeyText{ pagesKey, "Pages" },
-    KeyText{ metadataKey, "Metadata" },
-    KeyText{ namesKey, "Names" },
-    KeyText{ kidsKey, "Kids" },
-    KeyText{ parentKey, "Parent" },
-    KeyText{ countKey, "Count" },
-    KeyText{ contentKey, "Content" },
-    KeyText{ infoKey, "Info" },
-    KeyText{ rootKey, "Root" },
-    KeyText{ sizeKey, "Size" },
+    KeyText{pagesKey, "Pages"},
+    KeyText{metadataKey, "Metadata"},
+    KeyText{namesKey, "Names"},
+    KeyText{kidsKey, "Kids"},
+    KeyText{parentKey, "Parent"},
+    KeyText{countKey, "Count"},
+    KeyText{contentKey, "Content"},
+    KeyText{infoKey, "Info"},
+    KeyText{rootKey, "Root"},
+    KeyText{sizeKey, "Size"},
 };
 
 bool holds(std::string_view text, char character)
@@ -46,7 +46,7 @@ bool holds(std::string_view text, char character)
 }
 
 /// Calls take with every stretch of text between separators, empty ones included.
-template <class Take> void split(std::string_view text, char separator, Take take)
+template<class Take> void split(std::string_view text, char separator, Take take)
 {
     for (;;) {
         const std::size_t end = text.find(separator);
@@ -141,7 +141,7 @@ void DictionaryParser::addKid(std::int64_t objNo, std::int64_t objGen)
         const Kid& last = theKids[theKids.size() - 1];
         digits = last.digitsBefore + decimalLength(last.objNo) + decimalLength(last.objGen);
     }
-    theKids.push_back({ objNo, objGen, digits });
+    theKids.push_back({objNo, objGen, digits});
 }
 
 bool DictionaryParser::openPieceHasKids() const
@@ -158,7 +158,7 @@ void DictionaryParser::endPiece()
 
 RawRef DictionaryParser::reference(const Piece& piece)
 {
-    return piece.tokens < 4 ? RawRef() : RawRef{ piece.first, piece.second, true };
+    return piece.tokens < 4 ? RawRef() : RawRef{piece.first, piece.second, true};
 }
 
 std::int64_t DictionaryParser::count(const Piece& piece)

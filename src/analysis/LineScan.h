@@ -39,7 +39,7 @@ struct ScannedLine
 /// like all others.
 ///
 /// Receiver has takeLine(const ScannedLine&) and takeStream(std::size_t length).
-template <class Receiver> class LineScan
+template<class Receiver> class LineScan
 {
 public:
     /// @param start offset of the first line to look at. @param inXml whether it stands in an XML

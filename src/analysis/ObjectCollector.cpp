@@ -9,6 +9,7 @@
 namespace {
 
 constexpr std::size_t pieceBatch = 8192;
+constexpr std::uint64_t offsetMask = (std::uint64_t{1} << Piece::offsetBits) - 1;
 
 struct TypeName
 {
@@ -18,11 +19,11 @@ struct TypeName
 
 /// In the order of their test: every line that holds "/Pages" holds "/Page" too.
 constexpr std::array typeNames{
-    TypeName{ "/Catalog", ObjectType::isCatalog },
-    TypeName{ "/Pages", ObjectType::isPages },
-    TypeName{ "/Page", ObjectType::isPage },
-    TypeName{ "/Info", ObjectType::isInfo },
-    TypeName{ "/Names", ObjectType::isNames },
+    TypeName{"/Catalog", ObjectType::isCatalog},
+    TypeName{"/Pages", ObjectType::isPages},
+    TypeName{"/Page", ObjectType::isPage},
+    TypeName{"/Info", ObjectType::isInfo},
+    TypeName{"/Names", ObjectType::isNames},
 };
 
 struct HeaderNumbers
@@ -41,8 +42,8 @@ HeaderNumbers headerNumbers(std::string_view header)
     const std::size_t second = header.find(' ', first + 1);
     if (second == std::string_view::npos)
         return {};
-    return { decimalInteger(header.substr(0, first)).value_or(0),
-        decimalInteger(header.substr(first + 1, second - first - 1)).value_or(0) };
+    return {decimalInteger(header.substr(0, first)).value_or(0),
+        decimalInteger(header.substr(first + 1, second - first - 1)).value_or(0)};
 }
 
 } // namespace
@@ -157,43 +158,56 @@ void ObjectCollector::makeRecord(const ScannedLine& end)
 {
     if (theLineCount == 0)
         return;
-    if (!theNumbersAreRead) {
-        const HeaderNumbers numbers = headerNumbers(theHeader);
-        theNumber = numbers.objNo;
-        theGeneration = numbers.objGen;
-        theNumbersAreRead = true;
-    }
-    const ObjectType type = theNumber >= trailerNumber ? ObjectType::isTrailer : theType;
-
+    readNumbers();
     ObjectRecord record;
     record.objNo = theNumber;
-    record.headerOffset = theHeaderOffset & ((std::uint64_t{ 1 } << Piece::offsetBits) - 1);
-    record.inXml = theHeaderInXml;
+    const ObjectType type = theNumber >= trailerNumber ? ObjectType::isTrailer : theType;
     record.type = static_cast<unsigned>(type) & 7u;
-    record.endOffset = end.start & ((std::uint64_t{ 1 } << Piece::offsetBits) - 1);
+    record.headerOffset = theHeaderOffset & offsetMask;
+    record.inXml = theHeaderInXml;
+    record.endOffset = end.start & offsetMask;
     record.objVer = theVersion;
+    if (!theFurtherLines.empty())
+        noteText(theFurtherLines.front(), record);
+    if (type != ObjectType::isPlain || theGeneration != 0
+        || record.textDistance == ObjectRecord::farText)
+        record.detail = addDetail(type);
+    theCatalog.theRecords.push_back(record);
+}
 
+void ObjectCollector::readNumbers()
+{
+    if (theNumbersAreRead)
+        return;
+    const HeaderNumbers numbers = headerNumbers(theHeader);
+    theNumber = numbers.objNo;
+    theGeneration = numbers.objGen;
+    theNumbersAreRead = true;
+}
+
+void ObjectCollector::noteText(Piece line, ObjectRecord& record) const
+{
+    const std::size_t distance = line.offset() - theHeaderOffset;
+    record.hasText = 1;
+    record.textDistance
+        = std::min<std::uint64_t>(distance, ObjectRecord::farText) & ObjectRecord::farText;
+    record.excerptLength = std::min(line.shortLength(), ObjectRecord::excerptLimit) & 0x7Fu;
+}
+
+/// @returns the detail's index.
+std::uint32_t ObjectCollector::addDetail(ObjectType type)
+{
     ObjectDetail detail;
     detail.objGen = theGeneration;
-    bool isFar = false;
     if (!theFurtherLines.empty()) {
-        const Piece second = theFurtherLines.front();
-        detail.textOffset = second.offset();
-        const std::size_t distance = detail.textOffset - theHeaderOffset;
-        isFar = distance >= ObjectRecord::farText;
-        record.hasText = 1;
-        record.textDistance = std::min<std::uint64_t>(distance, ObjectRecord::farText) & 0xFFFFFFu;
-        const std::size_t shown = std::min(second.shortLength(), ObjectRecord::excerptLimit);
-        record.excerptLength = shown & 0x7Fu;
+        const Piece line = theFurtherLines.front();
+        detail.textOffset = line.offset();
         if (type == ObjectType::isInfo || type == ObjectType::isNames)
-            detail.textLength = pieceText(theText, second).size();
+            detail.textLength = pieceText(theText, line).size();
     }
-    if (type != ObjectType::isPlain || theGeneration != 0 || isFar) {
-        detail.entries = parsedEntries(type);
-        record.detail = static_cast<std::uint32_t>(theCatalog.theDetails.size());
-        theCatalog.theDetails.push_back(detail);
-    }
-    theCatalog.theRecords.push_back(record);
+    detail.entries = parsedEntries(type);
+    theCatalog.theDetails.push_back(detail);
+    return static_cast<std::uint32_t>(theCatalog.theDetails.size() - 1);
 }
 
 /// An object of one line has no dictionary that could be told from its header.

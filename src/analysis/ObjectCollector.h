@@ -45,6 +45,9 @@ private:
     void gather(const ScannedLine& line);
     void noteType(std::string_view line);
     void makeRecord(const ScannedLine& end);
+    void readNumbers();
+    void noteText(Piece line, ObjectRecord& record) const;
+    std::uint32_t addDetail(ObjectType type);
     ObjectEntries parsedEntries(ObjectType type);
 
     std::string_view theText;

@@ -9,7 +9,7 @@
 /// What few objects have lies in an ObjectDetail beside it.
 struct ObjectRecord
 {
-    static constexpr std::uint64_t farText = (std::uint64_t{ 1 } << 24) - 1;
+    static constexpr std::uint64_t farText = (std::uint64_t{1} << 24) - 1;
     static constexpr std::uint32_t noDetail = 0xFFFFFFFFu;
     /// Longest text of a plain object that is shown whole, and one more: enough to tell whether it
     /// is longer.

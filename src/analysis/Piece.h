@@ -25,7 +25,7 @@ class Piece
 public:
     /// The number of bits that offsets and stream lengths have.
     static constexpr unsigned offsetBits = 40;
-    static constexpr std::uint64_t longLength = (std::uint64_t{ 1 } << 21) - 1;
+    static constexpr std::uint64_t longLength = (std::uint64_t{1} << 21) - 1;
 
     Piece() = default;
 
@@ -54,7 +54,7 @@ public:
 
 private:
     Piece(PieceKind kind, std::size_t offset, std::uint64_t length)
-        : theBits((std::uint64_t{ offset } << (64 - offsetBits)) | (length << 3)
+        : theBits((std::uint64_t{offset} << (64 - offsetBits)) | (length << 3)
             | static_cast<std::uint64_t>(kind))
     {
     }

@@ -21,7 +21,7 @@ std::string_view PieceList::text(std::size_t index) const
     if (!own.isLong())
         return theBytes.substr(own.offset(), own.shortLength());
     const auto found = std::lower_bound(
-        theLongLines.begin(), theLongLines.end(), std::pair(index, std::size_t{ 0 }));
+        theLongLines.begin(), theLongLines.end(), std::pair(index, std::size_t{0}));
     return theBytes.substr(own.offset(), found->second);
 }
 
@@ -29,7 +29,7 @@ PieceList::Place PieceList::placeOfLine(std::size_t line) const
 {
     const auto after = std::upper_bound(theLineOfStride.begin(), theLineOfStride.end(), line);
     const auto block = static_cast<std::size_t>(after - theLineOfStride.begin()) - 1;
-    Place place{ block * stride, line - theLineOfStride[block] };
+    Place place{block * stride, line - theLineOfStride[block]};
     while (place.line >= thePieces[place.piece].lineCount()) {
         place.line -= thePieces[place.piece].lineCount();
         ++place.piece;

@@ -24,6 +24,6 @@ struct SharedBytes
     {
         auto keeper = std::make_shared<const std::string>(std::move(bytes));
         const std::string_view view = *keeper;
-        return { view, std::move(keeper) };
+        return {view, std::move(keeper)};
     }
 };

@@ -8,7 +8,7 @@
 namespace {
 
 /// Some milliseconds of work between two looks at the stop token.
-constexpr std::size_t slice = std::size_t{ 4 } << 20;
+constexpr std::size_t slice = std::size_t{4} << 20;
 
 } // namespace
 
@@ -45,5 +45,5 @@ StyledText SourceText::makeListing(bool withSource, std::stop_token stop)
 
 StyledText SourceText::makeObjectList() const
 {
-    return { nullptr, theObjects };
+    return {nullptr, theObjects};
 }

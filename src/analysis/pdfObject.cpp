@@ -138,7 +138,7 @@ public:
     }
 
     /// @param append appends at most so many characters of the part from a position on.
-    template <class Append> void part(std::size_t length, Append append)
+    template<class Append> void part(std::size_t length, Append append)
     {
         const std::size_t skipped = std::min(theSkip, length);
         const std::size_t taken = std::min(theCount, length - skipped);
@@ -200,7 +200,7 @@ std::optional<ObjectRef> pdfObject::reference(std::optional<RawRef> ObjectEntrie
     const std::optional<RawRef>& raw = detail().entries.*entry;
     if (!raw)
         return std::nullopt;
-    return raw->isWhole ? ObjectRef{ raw->objNo, raw->objGen, objVer() } : ObjectRef();
+    return raw->isWhole ? ObjectRef{raw->objNo, raw->objGen, objVer()} : ObjectRef();
 }
 
 std::optional<ObjectRef> pdfObject::theRoot() const
@@ -245,7 +245,7 @@ std::vector<ObjectRef> pdfObject::theChildren() const
     children.reserve(entries.kidCount);
     for (std::size_t i = 0; i < entries.kidCount; ++i) {
         const Kid& kid = theCatalog->theKids[entries.firstKid + i];
-        children.push_back({ kid.objNo, kid.objGen, objVer() });
+        children.push_back({kid.objNo, kid.objGen, objVer()});
     }
     return children;
 }
@@ -316,7 +316,7 @@ ColourRole pdfObject::descriptionRole() const
 KidsText pdfObject::kidsText() const
 {
     const ObjectEntries& entries = detail().entries;
-    return { theCatalog->theKids, entries.firstKid, entries.kidCount, objVer() };
+    return {theCatalog->theKids, entries.firstKid, entries.kidCount, objVer()};
 }
 
 std::size_t pdfObject::descriptionLength() const

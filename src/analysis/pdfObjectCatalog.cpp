@@ -57,7 +57,7 @@ void pdfObjectCatalog::sortList()
         const std::uint32_t version = theRecords[start].objVer;
         keys.clear();
         for (index = start; index < size() && theRecords[index].objVer == version; ++index)
-            keys.push_back({ theRecords[index].objNo, static_cast<std::uint32_t>(index) });
+            keys.push_back({theRecords[index].objNo, static_cast<std::uint32_t>(index)});
         std::sort(keys.begin(), keys.end());
         for (const SortKey& key : keys)
             theOrder.push_back(key.index);

@@ -16,13 +16,13 @@ struct Command
 };
 
 constexpr std::array commands{
-    Command{ "listing", true, false, false },
-    Command{ "objects", true, false, false },
-    Command{ "summary", false, false, false },
-    Command{ "versions", true, true, false },
-    Command{ "flat", false, false, true },
-    Command{ "text", false, false, true },
-    Command{ "rtf", false, false, true },
+    Command{"listing", true, false, false},
+    Command{"objects", true, false, false},
+    Command{"summary", false, false, false},
+    Command{"versions", true, true, false},
+    Command{"flat", false, false, true},
+    Command{"text", false, false, true},
+    Command{"rtf", false, false, true},
 };
 
 /// Goes through the words, putting each where it belongs.

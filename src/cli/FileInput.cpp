@@ -53,7 +53,7 @@ public:
         const std::shared_ptr<const void> owner(theBytes, [](void* bytes) { std::free(bytes); });
         const std::string_view view(theBytes, theSize);
         theBytes = nullptr;
-        return { view, owner };
+        return {view, owner};
     }
 
 private:

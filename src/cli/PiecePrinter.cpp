@@ -67,13 +67,13 @@ char16_t visible(char16_t character)
 
 std::string_view roleName(ColourRole role)
 {
-    constexpr std::array<std::string_view, 4> names{ "default", "red", "green", "blue" };
+    constexpr std::array<std::string_view, 4> names{"default", "red", "green", "blue"};
     return names[static_cast<std::size_t>(role)];
 }
 
 std::string_view colourSequence(ColourRole role)
 {
-    constexpr std::array<std::string_view, 4> sequences{ "", "\x1b[31m", "\x1b[32m", "\x1b[34m" };
+    constexpr std::array<std::string_view, 4> sequences{"", "\x1b[31m", "\x1b[32m", "\x1b[34m"};
     return sequences[static_cast<std::size_t>(role)];
 }
 

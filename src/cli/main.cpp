@@ -51,7 +51,7 @@ ExitStatus run(const Arguments& arguments)
 int main(int count, char** words)
 {
     std::string problem;
-    const auto arguments = parseArguments({ words + (count > 0 ? 1 : 0), words + count }, problem);
+    const auto arguments = parseArguments({words + (count > 0 ? 1 : 0), words + count}, problem);
     if (!arguments) {
         std::fprintf(
             stderr, "tarnwick-inspect: %s\nTry: tarnwick-inspect --help\n", problem.c_str());

@@ -1,0 +1,248 @@
+#include "app/AppDelegate.h"
+
+#include "app/StartView.h"
+#include "platform/frame/CommandRouter.h"
+#include "platform/frame/DocumentController.h"
+#include "platform/frame/DocumentWindow.h"
+#include "ui_MainMenu.h"
+
+#include <QApplication>
+#include <QDesktopServices>
+#include <QMessageBox>
+#include <QUrl>
+
+namespace {
+
+const QString startWindowIdentifier = QStringLiteral("Start Window");
+const QString updateItemTitle = QStringLiteral("Update not checked");
+const QString updateItemCheckedTitle = QStringLiteral("Checked for update");
+
+QAction* itemWithTitle(const QMenu& menu, const QString& title)
+{
+    const QList<QAction*> actions = menu.actions();
+    for (QAction* action : actions) {
+        if (action->text() == title)
+            return action;
+    }
+    return nullptr;
+}
+
+void showMessage(QWidget* parent, const QString& title, const QString& text, const QString& more)
+{
+    auto* box = new QMessageBox(QMessageBox::Information, title, text, QMessageBox::Ok, parent);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setInformativeText(more);
+    box->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    box->setWindowModality(Qt::NonModal);
+    box->show();
+}
+
+} // namespace
+
+AppDelegate::AppDelegate(QObject* parent)
+    : QObject(parent)
+    , theController(new DocumentController(
+          [this] { return std::make_unique<Document>(&theWindowRegistry); }, this))
+{
+    theController->setWindowForAlerts([this] { return windowForAlerts(); });
+    connect(theController, &DocumentController::documentOpened, this, [this] {
+        if (theStartWindow)
+            theStartWindow->close();
+    });
+    connect(theController, &DocumentController::lastWindowClosed, this, &AppDelegate::quit);
+    connect(theController, &DocumentController::nothingOpened, this, [this] {
+        if (!isEnding)
+            showStartWindow();
+    });
+}
+
+AppDelegate::~AppDelegate()
+{
+    // Their documents' windows use the registries, so they go first.
+    delete theController;
+    qDeleteAll(theHelpWindows);
+    delete theStartWindow;
+}
+
+DocumentWindow* AppDelegate::makeWindow(
+    const QString& identifier, FrameDocument* document, QWidget* content)
+{
+    auto* window = new DocumentWindow(identifier, document);
+    Ui::MainMenu menu;
+    menu.setupUi(window);
+    window->setContent(content);
+    window->installCommands({ theController, this });
+    theController->addWindow(window);
+    updateMenus(*window);
+    return window;
+}
+
+void AppDelegate::applicationDidFinishLaunching(const QStringList& files)
+{
+    checkForUpdates();
+    theFlags = PreferenceStore::readFlags();
+    const QList<DocumentWindow*> windows = theController->windows();
+    for (const DocumentWindow* window : windows)
+        updateMenus(*window);
+    if (files.isEmpty())
+        showStartWindow();
+    else
+        theController->openFiles(files);
+}
+
+void AppDelegate::checkForUpdates()
+{
+    const UpdatePreferences preferences = PreferenceStore::readUpdatePreferences();
+    isUpdateCheckRefused = preferences.noUpdateCheck;
+    if (isUpdateCheckDue(preferences, PreferenceStore::currentTime()) && startUpdateCheck) {
+        startUpdateCheck();
+        PreferenceStore::storeLastUpdateCheck(PreferenceStore::currentTime());
+    }
+    PreferenceStore::storeNoUpdateCheck(preferences.noUpdateCheck);
+    PreferenceStore::storeUpdateInterval(intervalInForce(preferences));
+}
+
+void AppDelegate::applicationWillTerminate()
+{
+    PreferenceStore::storeFlags(theFlags);
+}
+
+bool AppDelegate::validateCommand(const QString& command) const
+{
+    if (command == QLatin1String("openHelp"))
+        return thePlainWindowRegistry.knows(WindowIdentifiers::help);
+    return true;
+}
+
+bool AppDelegate::commandIsChecked(const QString& command) const
+{
+    if (command == QLatin1String("toggleThumbnails"))
+        return theFlags.showThumbnail;
+    if (command == QLatin1String("toggleRawSource"))
+        return theFlags.showRawSource;
+    if (command == QLatin1String("toggleSummarySource"))
+        return theFlags.showSummarySource;
+    return command == QLatin1String("toggleUpdateCheck") && !isUpdateCheckRefused;
+}
+
+void AppDelegate::toggleThumbnails(QAction* sender)
+{
+    toggle(theFlags.showThumbnail, sender);
+}
+
+void AppDelegate::toggleRawSource(QAction* sender)
+{
+    toggle(theFlags.showRawSource, sender);
+}
+
+void AppDelegate::toggleSummarySource(QAction* sender)
+{
+    toggle(theFlags.showSummarySource, sender);
+}
+
+void AppDelegate::toggle(bool& flag, QAction* sender)
+{
+    flag = !flag;
+    if (sender)
+        sender->setChecked(flag);
+    // Every window has a menu of its own.
+    const QList<DocumentWindow*> windows = theController->windows();
+    for (const DocumentWindow* window : windows)
+        updateMenus(*window);
+}
+
+void AppDelegate::toggleUpdateCheck()
+{
+    isUpdateCheckRefused = !isUpdateCheckRefused;
+    PreferenceStore::storeNoUpdateCheck(isUpdateCheckRefused);
+}
+
+void AppDelegate::updateMenus(const DocumentWindow& window) const
+{
+    window.router()->validate();
+    const auto* help = window.findChild<QMenu*>(QStringLiteral("helpMenu"));
+    QAction* item = help && isUpdateChecked ? itemWithTitle(*help, updateItemTitle) : nullptr;
+    if (!item)
+        return;
+    item->setCheckable(true);
+    item->setChecked(true);
+    item->setText(updateItemCheckedTitle);
+}
+
+void AppDelegate::showUpdateChecked()
+{
+    isUpdateChecked = true;
+    const QList<DocumentWindow*> windows = theController->windows();
+    for (const DocumentWindow* window : windows)
+        updateMenus(*window);
+}
+
+void AppDelegate::openHelp()
+{
+    QWidget* made = thePlainWindowRegistry.make(WindowIdentifiers::help, nullptr);
+    auto* window = qobject_cast<DocumentWindow*>(made);
+    if (!window)
+        return;
+    window->setAttribute(Qt::WA_DeleteOnClose, false); // kept until the program ends
+    window->show();
+    theHelpWindows << window;
+}
+
+void AppDelegate::openUpdates()
+{
+    openPage(QStringLiteral(TARNWICK_UPDATES_PAGE));
+}
+
+void AppDelegate::openSupport()
+{
+    openPage(QStringLiteral(TARNWICK_SUPPORT_PAGE));
+}
+
+void AppDelegate::openPage(const QString& address)
+{
+    if (!QDesktopServices::openUrl(QUrl(address))) {
+        showMessage(windowForAlerts(), tr("Web Page"), tr("No browser could be started."),
+            tr("The page\u2019s address is %1").arg(address));
+    }
+}
+
+void AppDelegate::about()
+{
+    showMessage(windowForAlerts(), tr("About Tarnwick"),
+        tr("Tarnwick %1").arg(QApplication::applicationVersion()),
+        tr("Shows what a PDF file is made of: its pages, its source, its objects and its "
+           "saved versions.\n\nFree software under the GNU Affero General Public License, "
+           "version 3 or later. It comes with no warranty."));
+}
+
+void AppDelegate::quit()
+{
+    if (std::exchange(isEnding, true))
+        return;
+    if (theController->closeAll())
+        QCoreApplication::quit();
+    else
+        isEnding = false;
+}
+
+void AppDelegate::showStartWindow()
+{
+    if (!theStartWindow) {
+        auto* view = new StartView(theController->recentFiles());
+        theStartWindow = makeWindow(startWindowIdentifier, nullptr, view);
+        connect(view, &StartView::fileChosen, this,
+            [this](const QString& path) { theController->openFiles({ path }, theStartWindow); });
+    }
+    theStartWindow->bringUp();
+}
+
+QWidget* AppDelegate::windowForAlerts()
+{
+    if (auto* window = DocumentWindow::of(QApplication::activeWindow()))
+        return window;
+    const QList<DocumentWindow*> windows = theController->windows();
+    if (!windows.isEmpty())
+        return windows.constLast();
+    showStartWindow();
+    return theStartWindow;
+}

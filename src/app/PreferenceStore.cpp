@@ -1,0 +1,71 @@
+#include "app/PreferenceStore.h"
+
+#include <QDateTime>
+#include <QSettings>
+
+namespace {
+
+const QString noUpdateCheckKey = QStringLiteral("noUpdateCheck");
+const QString updateIntervalKey = QStringLiteral("updateCheckInt");
+const QString lastUpdateCheckKey = QStringLiteral("dateLastUpdateCheck");
+const QString thumbnailKey = QStringLiteral("showThumbnail");
+const QString rawSourceKey = QStringLiteral("showRawSource");
+const QString summarySourceKey = QStringLiteral("showSummarySource");
+
+constexpr qint64 referenceDate = 978'307'200'000; // 1 January 2001 in milliseconds since 1970
+
+#ifdef TARNWICK_UPDATE_CHECK_BY_DEFAULT
+constexpr bool refusedByDefault = false;
+#else
+constexpr bool refusedByDefault = true;
+#endif
+
+} // namespace
+
+UpdatePreferences PreferenceStore::readUpdatePreferences()
+{
+    const QSettings settings;
+    return {
+        .noUpdateCheck = settings.value(noUpdateCheckKey, refusedByDefault).toBool(),
+        .updateCheckInt = settings.value(updateIntervalKey).toDouble(),
+        .dateLastUpdateCheck = settings.value(lastUpdateCheckKey).toDouble(),
+    };
+}
+
+void PreferenceStore::storeNoUpdateCheck(bool noUpdateCheck)
+{
+    QSettings().setValue(noUpdateCheckKey, noUpdateCheck);
+}
+
+void PreferenceStore::storeUpdateInterval(double seconds)
+{
+    QSettings().setValue(updateIntervalKey, seconds);
+}
+
+void PreferenceStore::storeLastUpdateCheck(double time)
+{
+    QSettings().setValue(lastUpdateCheckKey, time);
+}
+
+PreferenceStore::Flags PreferenceStore::readFlags()
+{
+    const QSettings settings;
+    return {
+        .showThumbnail = settings.value(thumbnailKey).toBool(),
+        .showRawSource = settings.value(rawSourceKey).toBool(),
+        .showSummarySource = settings.value(summarySourceKey).toBool(),
+    };
+}
+
+void PreferenceStore::storeFlags(const Flags& flags)
+{
+    QSettings settings;
+    settings.setValue(thumbnailKey, flags.showThumbnail);
+    settings.setValue(rawSourceKey, flags.showRawSource);
+    settings.setValue(summarySourceKey, flags.showSummarySource);
+}
+
+double PreferenceStore::currentTime()
+{
+    return static_cast<double>(QDateTime::currentMSecsSinceEpoch() - referenceDate) / 1000.0;
+}

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "app/Preferences.h"
+
+/// The preferences in the user's settings (QSettings), under their keys "noUpdateCheck",
+/// "updateCheckInt", "dateLastUpdateCheck", "showThumbnail", "showRawSource", "showSummarySource".
+/// Values that are absent or of the wrong kind read as false and 0.0.
+namespace PreferenceStore {
+
+/// Which of the three view flags are on.
+struct Flags
+{
+    bool showThumbnail = true;
+    bool showRawSource = false;
+    bool showSummarySource = false;
+};
+
+/// Where "noUpdateCheck" is absent it is what the program was built with.
+UpdatePreferences readUpdatePreferences();
+void storeNoUpdateCheck(bool noUpdateCheck);
+void storeUpdateInterval(double seconds);
+void storeLastUpdateCheck(double time);
+
+Flags readFlags();
+void storeFlags(const Flags& flags);
+
+/// Seconds since 1 January 2001 00:00 UTC, with fractions.
+double currentTime();
+
+}

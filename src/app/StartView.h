@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QWidget>
+
+#include <memory>
+
+class QListWidgetItem;
+class RecentFiles;
+
+namespace Ui {
+class StartWindow;
+}
+
+/// The start window's content: what to do while no file is open. Files can be chosen in a dialog,
+/// from those opened last, or dropped on the window.
+class StartView : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// @param recentFiles borrowed, outlives the view.
+    explicit StartView(RecentFiles* recentFiles, QWidget* parent = nullptr);
+    ~StartView() override;
+
+signals:
+    /// The user wants to open one of the files opened last. @param path absolute.
+    void fileChosen(const QString& path);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void fillList();
+    void choose(const QListWidgetItem* item);
+
+    std::unique_ptr<Ui::StartWindow> ui;
+    RecentFiles* theRecentFiles;
+};

@@ -1,0 +1,14 @@
+#include "app/Windows.h"
+
+#include "app/AppDelegate.h"
+#include "app/DocumentOverview.h"
+#include "platform/frame/DocumentWindow.h"
+
+void registerWindows(AppDelegate& delegate)
+{
+    WindowRegistry<Document>& windows = delegate.windowRegistry();
+    windows.add(WindowIdentifiers::document, [&delegate](Document* document) {
+        return delegate.makeWindow(
+            WindowIdentifiers::document, document, new DocumentOverview(document));
+    });
+}

@@ -1,0 +1,6 @@
+#pragma once
+
+class AppDelegate;
+
+/// Tells the delegate's registries how the program's windows are made.
+void registerWindows(AppDelegate& delegate);

@@ -1,0 +1,73 @@
+#include "app/AppDelegate.h"
+#include "app/QuitSignals.h"
+#include "app/Windows.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QFileInfo>
+#include <QIcon>
+#include <QSettings>
+#include <QUrl>
+
+namespace {
+
+void setUpApplication()
+{
+    QCoreApplication::setOrganizationName(QStringLiteral("Tarnwick"));
+    QCoreApplication::setApplicationName(QStringLiteral("Tarnwick"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(TARNWICK_VERSION));
+    QGuiApplication::setApplicationDisplayName(QStringLiteral("Tarnwick"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("tarnwick"));
+    QGuiApplication::setHighDpiScaleFactorRoundingPolicy(
+        Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
+    QSettings::setDefaultFormat(QSettings::IniFormat); // one file per user on every system
+}
+
+QIcon applicationIcon()
+{
+    QIcon icon;
+    for (const char* size : { "16", "32", "48", "64", "128", "256" })
+        icon.addFile(QStringLiteral(":/icons/tarnwick-%1.png").arg(QLatin1String(size)));
+    return icon;
+}
+
+/// The files to open: paths, or what a desktop hands over as file addresses.
+QStringList filesOf(const QStringList& arguments)
+{
+    QStringList files;
+    for (const QString& argument : arguments) {
+        const QUrl url(argument);
+        files << (url.isLocalFile() && !QFileInfo::exists(argument) ? url.toLocalFile() : argument);
+    }
+    return files;
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    setUpApplication();
+    QApplication application(argc, argv);
+    // A password prompt may be the only window for a while: the delegate decides when to end.
+    QApplication::setQuitOnLastWindowClosed(false);
+    QApplication::setWindowIcon(applicationIcon());
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QCoreApplication::translate(
+        "main", "Looks into PDF files: pages, source, saved versions."));
+    parser.addHelpOption();
+    parser.addVersionOption();
+    parser.addPositionalArgument(QStringLiteral("files"),
+        QCoreApplication::translate("main", "PDF files to open."), QStringLiteral("[files...]"));
+    parser.process(application);
+
+    AppDelegate delegate;
+    registerWindows(delegate);
+    const QuitSignals quitSignals;
+    QObject::connect(&quitSignals, &QuitSignals::received, &delegate, &AppDelegate::quit);
+    // Also when the session ends, which asks nobody.
+    QObject::connect(&application, &QCoreApplication::aboutToQuit, &delegate,
+        &AppDelegate::applicationWillTerminate);
+    delegate.applicationDidFinishLaunching(filesOf(parser.positionalArguments()));
+    return QApplication::exec();
+}

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QMessageBox>
+#include <QStringList>
+
+/// Tells which files could not be opened and why. It blocks nothing, and further failures join the
+/// alert that shows rather than piling up alerts.
+class OpenFailureAlert : public QMessageBox
+{
+    Q_OBJECT
+
+public:
+    /// @param parent the window that the alert belongs to, or null.
+    static void report(QWidget* parent, const QString& path, const QString& reason);
+
+private:
+    explicit OpenFailureAlert(QWidget* parent);
+    void add(const QString& path, const QString& reason);
+
+    QStringList theNames;
+    QStringList theReasons;
+};

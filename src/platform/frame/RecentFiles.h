@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QObject>
+#include <QStringList>
+
+/// The files that the user opened last, kept in the settings between launches. Absolute paths,
+/// latest first, each once, at most ten. Nothing here looks at the files.
+class RecentFiles : public QObject
+{
+    Q_OBJECT
+
+public:
+    static constexpr qsizetype limit = 10;
+
+    explicit RecentFiles(QObject* parent = nullptr);
+
+    const QStringList& paths() const { return thePaths; }
+    /// Puts a file first.
+    void add(const QString& path);
+    void remove(const QString& path);
+    void clear();
+
+    /// A file as menus and lists show it: its name, and its folder with the home folder as "~".
+    static QString title(const QString& path);
+
+signals:
+    void changed();
+
+private:
+    void store(const QStringList& paths);
+
+    QStringList thePaths;
+};

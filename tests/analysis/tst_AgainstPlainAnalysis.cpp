@@ -1,0 +1,405 @@
+#include "analysis/SourceText.h"
+#include "document/VersionCuts.h"
+#include "support/PlainAnalysis.h"
+#include "support/RandomSource.h"
+
+#include <QTest>
+
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
+
+using namespace std::string_literals;
+using plain::ColouredText;
+
+namespace {
+
+char letter(ColourRole role)
+{
+    switch (role) {
+    case ColourRole::isDefault:
+        return 'd';
+    case ColourRole::isRed:
+        return 'r';
+    case ColourRole::isGreen:
+        return 'g';
+    case ColourRole::isBlue:
+        return 'b';
+    }
+    return '?';
+}
+
+std::vector<ColouredText> piecesOf(const StyledText& text)
+{
+    std::vector<ColouredText> pieces;
+    text.forEachPiece([&](ColourRole role, std::u16string_view characters) {
+        pieces.push_back({ letter(role), std::u16string(characters) });
+    });
+    return pieces;
+}
+
+std::string shown(const std::vector<ColouredText>& pieces)
+{
+    QString text;
+    for (const ColouredText& piece : pieces)
+        text += QLatin1Char(piece.role) + QString::fromStdU16String(piece.text);
+    return text.toStdString();
+}
+
+/// Bytes with nothing behind them (the sanitizer guards their end), or amid others that would
+/// complete a keyword begun at the end.
+SharedBytes placed(const std::string& bytes, bool amidOthers)
+{
+    if (!amidOthers) {
+        auto exact = std::make_shared<std::vector<char>>(bytes.begin(), bytes.end());
+        return { { exact->data(), exact->size() }, exact };
+    }
+    const std::size_t before = bytes.size() % 67;
+    auto whole
+        = std::make_shared<std::string>(std::string(before, 'e') + bytes + "obj\nendstream\n");
+    return { std::string_view(*whole).substr(before, bytes.size()), whole };
+}
+
+std::string firstDifference(const char* what, const std::vector<ColouredText>& actual,
+    const std::vector<ColouredText>& expected)
+{
+    if (actual == expected)
+        return {};
+    std::size_t index = 0;
+    while (index < std::min(actual.size(), expected.size()) && actual[index] == expected[index])
+        ++index;
+    const auto at = [index](const std::vector<ColouredText>& pieces) {
+        return index < pieces.size() ? shown({ pieces[index] }).substr(0, 300) : "(no piece)"s;
+    };
+    return what + " piece "s + std::to_string(index) + ": got " + at(actual) + ", expected "
+        + at(expected);
+}
+
+/// The text's lines, each with the role of its first character; asked for in two stretches.
+std::string lineDifference(const StyledText& text, const std::vector<ColouredText>& pieces)
+{
+    std::vector<ColouredText> expected{ { ' ', u"" } };
+    for (const ColouredText& piece : pieces) {
+        for (const char16_t character : piece.text) {
+            if (character == u'\n') {
+                expected.push_back({ ' ', u"" });
+                continue;
+            }
+            expected.back().role = piece.role;
+            expected.back().text += character;
+        }
+    }
+    if (text.lineCount() != expected.size())
+        return "lines: " + std::to_string(text.lineCount()) + ", expected "
+            + std::to_string(expected.size());
+    for (std::size_t index = 0; index < expected.size(); ++index) {
+        ColouredText line{ ' ', u"" };
+        const std::size_t length = text.lineLength(index);
+        text.appendLine(index, 0, length / 3, line.text);
+        const ColourRole role = text.appendLine(index, length / 3, length, line.text);
+        line.role = line.text.empty() ? ' ' : letter(role);
+        if (length != expected[index].text.size() || line != expected[index])
+            return "line " + std::to_string(index) + ": got " + shown({ line }).substr(0, 300)
+                + ", expected " + shown({ expected[index] }).substr(0, 300);
+    }
+    return {};
+}
+
+/// @returns what the analysis says otherwise than the plain one; empty if nothing.
+std::string differences(const std::string& bytes)
+{
+    const plain::Analysis expected = plain::analyse(bytes);
+    std::vector<ColouredText> whole = expected.listing;
+    whole.insert(whole.end(), expected.objectList.begin(), expected.objectList.end());
+
+    SourceText source(placed(bytes, false));
+    const StyledText listing = source.makeListing(true);
+    SourceText otherSource(placed(bytes, true));
+    const StyledText objectList = otherSource.makeListing(false);
+
+    for (const std::string& difference : {
+             firstDifference("listing", piecesOf(listing), whole),
+             firstDifference("object list", piecesOf(objectList), expected.objectList),
+             lineDifference(listing, whole),
+             lineDifference(objectList, expected.objectList),
+         })
+        if (!difference.empty())
+            return difference;
+    if (listing.pieceCount() != whole.size())
+        return "piece count " + std::to_string(listing.pieceCount());
+    if (source.theCatalog().makeSummary() != expected.summary)
+        return "summary: got " + source.theCatalog().makeSummary();
+    if (versionCuts(bytes) != plain::cuts(bytes))
+        return "cuts";
+    return {};
+}
+
+/// Drops stretches of the text for as long as it still fails.
+std::string shrunk(std::string text)
+{
+    for (std::size_t size = text.size() / 2; size > 0; size /= 2)
+        for (std::size_t at = 0; at < text.size();) {
+            std::string shorter = text;
+            shorter.erase(at, size);
+            if (differences(shorter).empty())
+                at += size;
+            else
+                text = std::move(shorter);
+        }
+    return text;
+}
+
+/// The text as a C++ literal.
+QByteArray literal(const std::string& text)
+{
+    QByteArray result;
+    for (const char byte : text) {
+        if (byte >= ' ' && byte <= '~' && byte != '"' && byte != '\\')
+            result += byte;
+        else
+            result += '\\'
+                + QByteArray::number(static_cast<unsigned char>(byte), 8).rightJustified(3, '0');
+    }
+    return '"' + result + '"';
+}
+
+bool agrees(const std::string& text, const std::string& origin)
+{
+    if (differences(text).empty())
+        return true;
+    const std::string shorter = shrunk(text);
+    qWarning().noquote() << QByteArray::fromStdString(origin) << literal(shorter) << Qt::endl
+                         << QString::fromStdString(differences(shorter));
+    return false;
+}
+
+} // namespace
+
+/// Holds the analysis against a plain one that follows the same rules step by step.
+class TestAgainstPlainAnalysis : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void listsSource_data();
+    void listsSource();
+    void describesObjects_data();
+    void describesObjects();
+    void agreesOnRandomTexts_data();
+    void agreesOnRandomTexts();
+    void agreesWhereKeywordsStand_data();
+    void agreesWhereKeywordsStand();
+    void agreesOnCorpus();
+};
+
+void TestAgainstPlainAnalysis::listsSource_data()
+{
+    QTest::addColumn<std::string>("source");
+    QTest::addColumn<std::string>("expected");
+    const auto row = [](const char* name, const std::string& source, const char* expected) {
+        QTest::newRow(name) << source << std::string(expected);
+    };
+    row("nothing", "", "");
+    row("one byte", "x", "gx\n");
+    row("only line ends", "\n\r\n\v\f\x85", "");
+    row("an object", "1 0 obj\n<</Type/Catalog/Pages 2 0 R>>\nendobj",
+        "d1 0 obj\ng<</Type/Catalog/Pages 2 0 R>>\nrendobj\n\nr1 0 1 Catalog, Pages (2, 0, 1)\n");
+    row("trimmed of every white space", " \t\xA0 x y\xA0\t", "gx y\n");
+    row("a NUL is no white space", "\0x\0"s, "g");
+    row("a stream of one line", "stream\nhello world\nendstream", "b[…stream length 11…]\n");
+    row("a stream of two lines", "stream\nab\ncd\nendstream", "b[…stream length 5…]\n");
+    row("CR LF counts two", "stream\r\nab\r\ncd\r\nendstream", "b[…stream length 8…]\n");
+    row("white space counts in a stream", "stream\n \t\xA0\nendstream", "b[…stream length 3…]\n");
+    row("no data", "stream\nendstream", "b[…stream length 0…]\n");
+    row("an empty line of data", "stream\n\nendstream", "b[…stream length 0…]\n");
+    row("two empty lines of data", "stream\n\n\nendstream", "b[…stream length 1…]\n");
+    row("endstream again shows one less", "stream\nabc\nendstream\nendstream\nendstream\n",
+        "b[…stream length 3…]\nb[…stream length 2…]\nb[…stream length 1…]\n");
+    row("endstream without a stream", "endstream\nendstream",
+        "b[…stream length 0…]\nb[…stream length 0…]\n");
+    row("stream within a stream starts again", "stream\nabc\nupstream\nd\nendstream",
+        "b[…stream length 1…]\n");
+    row("stream beside its dictionary", "1 0 obj\n<</Length 5>>stream\nhello\nendstream\nendobj",
+        "d1 0 obj\nb[…stream length 5…]\nrendobj\n\nb1 0 1 \n");
+    row("endobj beside endstream is not seen", "1 0 obj\nstream\nx\nendstream endobj\n",
+        "d1 0 obj\nb[…stream length 1…]\n");
+    row("a stream without end hides the rest", "1 0 obj\nstream\nendobj\n2 0 obj\n%%EOF",
+        "d1 0 obj\n");
+    row("XML shows", "5 0 obj\n<</Subtype/XML>>\nstream\n<x>\n\n </x>\nendstream\nendobj",
+        "d5 0 obj\ng<</Subtype/XML>>\ng<x>\ng</x>\nrendobj\n\nb5 0 1 <</Subtype/XML>>\n");
+    row("compressed XML is elided", "<</Subtype/XML/Filter/FlateDecode>>\nstream\nab\nendstream",
+        "g<</Subtype/XML/Filter/FlateDecode>>\nb[…stream length 2…]\n");
+    row("compressed XML beside its keyword is no stream",
+        "<</XML/FlateDecode>>stream\nab\nendstream",
+        "g<</XML/FlateDecode>>stream\ngab\nb[…stream length 0…]\n");
+    row("XML without a stream shows the next stream",
+        "/XML\nendobj\nstream\nab\nendstream\nstream\nab\nendstream",
+        "g/XML\nrendobj\n\ngab\nb[…stream length 2…]\nb0 0 1 \n");
+    row("a trailer", "trailer\n<</Size 6 /Root 1 0 R>>\nstartxref\n1234\n%%EOF",
+        "d\ntrailer\ng<</Size 6 /Root 1 0 R>>\nd\nstartxref\ng1234\nr%%EOF\n\n"
+        "rTrailer 1 , Root (1, 0, 1), Size 6\n");
+    row("a trailer on one line is not read", "trailer <</Size 6/Root 1 0 R>>\nstartxref",
+        "d\ntrailer <</Size 6/Root 1 0 R>>\nd\nstartxref\nrTrailer 1 , Size 0\n");
+    row("a trailer without startxref is no record", "trailer\n<</Size 6>>\n1 0 obj\nendobj",
+        "d\ntrailer\ng<</Size 6>>\nd1 0 obj\nrendobj\n\nb1 0 1 \n");
+    row("an endobj makes a trailer's record", "trailer\nendobj",
+        "d\ntrailer\nrendobj\n\nrTrailer 1 , Size 0\n");
+    row("startxref makes the last object's record again", "1 0 obj\nx\nendobj\nstartxref",
+        "d1 0 obj\ngx\nrendobj\n\nd\nstartxref\nb1 0 1 x\nb1 0 1 x\n");
+    row("startxref without lines makes none", "startxref\nendobj", "d\nstartxref\nrendobj\n\n");
+    row("lines before the first object make a record", "%PDF-1.4\nb\nendobj",
+        "g%PDF-1.4\ngb\nrendobj\n\nb0 0 1 b\n");
+    row("a line that holds obj starts an object", "1 0 obj\n/Subject (an object)\nx\nendobj",
+        "d1 0 obj\nd/Subject (an object)\ngx\nrendobj\n\nb0 0 1 x\n");
+    row("obj goes before startxref", "a startxref obj", "da startxref obj\n");
+    row("endobj goes before all", "endobj %%EOF 1 0 obj", "rendobj %%EOF 1 0 obj\n\n");
+    row("a save raises the version", "1 0 obj\nendobj\n%%EOF\n1 0 obj\nendobj\n%%EOF\nstartxref\n",
+        "d1 0 obj\nrendobj\n\nr%%EOF\n\nd1 0 obj\nrendobj\n\nr%%EOF\n\nd\nstartxref\n"
+        "b1 0 1 \nb1 0 2 \nb1 0 3 \n");
+    row("a marker in a stream raises nothing", "1 0 obj\nstream\n%%EOF\nendstream\nendobj",
+        "d1 0 obj\nb[…stream length 5…]\nrendobj\n\nb1 0 1 \n");
+    row("sorted by version, then number, else as found",
+        "3 0 obj\na\nendobj\n1 0 obj\nendobj\n3 0 obj\nb\nendobj\nx\nendobj\nx\n0 x\nendobj",
+        "d3 0 obj\nga\nrendobj\n\nd1 0 obj\nrendobj\n\nd3 0 obj\ngb\nrendobj\n\ngx\nrendobj\n\n"
+        "gx\ng0 x\nrendobj\n\nb1 0 1 \nb3 0 1 a\nb3 0 1 b\nb3 0 1 b\nb3 0 1 b\n");
+}
+
+void TestAgainstPlainAnalysis::listsSource()
+{
+    QFETCH(std::string, source);
+    QFETCH(std::string, expected);
+    const plain::Analysis analysis = plain::analyse(source);
+    if (source[0] != '\0')
+        QCOMPARE(shown(analysis.listing) + shown(analysis.objectList), expected);
+    QVERIFY(agrees(source, "listing"));
+}
+
+void TestAgainstPlainAnalysis::describesObjects_data()
+{
+    QTest::addColumn<std::string>("object");
+    QTest::addColumn<std::string>("expected");
+    const auto row = [](const char* name, const std::string& object, const std::string& expected) {
+        QTest::newRow(name) << object << expected;
+    };
+    row("catalog with all links",
+        "1 0 obj\n<< /Type /Catalog\n/Pages 2 0 R\n/Metadata 5 0 R\n/Names 6 0 R\n>>",
+        "r1 0 1 Catalog, Pages (2, 0, 1), Metadata (5, 0, 1), Names (6, 0, 1)");
+    row("direct Names", "1 0 obj\n/Type /Catalog /Names << /Dests 7 0 R >>",
+        "r1 0 1 Catalog, Names (0, 0, 0)");
+    row("two spaces", "1 0 obj\n/Type /Catalog\n/Pages  2 0 R", "r1 0 1 Catalog, Pages (0, 2, 1)");
+    row("a tab", "1 0 obj\n/Type /Catalog\n/Pages\t2 0 R x", "r1 0 1 Catalog, Pages (0, 0, 1)");
+    row("the last key wins", "1 0 obj\n/Type /Catalog /Pages 2 0 R /PagesX 3 0 R",
+        "r1 0 1 Catalog, Pages (3, 0, 1)");
+    row("all on the header line", "1 0 obj << /Type /Catalog /Pages 2 0 R >>", "r1 0 1 Catalog");
+    row("page tree node", "2 0 obj\n<< /Type /Pages\n/Kids [ 3 0 R 4 0 R ]\n/Count 2\n>>",
+        "g2 0 1 Pages, Page count 2, Kids [(3, 0, 1), (4, 0, 1)]");
+    row("a bracket at the key hides the first kid",
+        "2 0 obj\n<</Type/Pages/Kids[3 0 R 4 0 R]/Count 2>>",
+        "g2 0 1 Pages, Page count 0, Kids [(0, 0, 1), (4, 0, 1)]");
+    row("kids in odd shapes",
+        "2 0 obj\n/Type /Pages /Kids [3 R] x [7 0 5 R [ 1 [x [-2 9 R]R /Parent 1 0 R",
+        "g2 0 1 Pages, Parent (1, 0, 1), Page count 0, Kids [(3, 0, 1), (7, 5, 1), (-2, 9, 1)]");
+    row("no kids", "2 0 obj\n/Type /Pages /Kids [] /Count 5 0 R",
+        "g2 0 1 Pages, Page count 5, Kids []");
+    row("kids over several lines", "2 0 obj\n/Type /Pages /Kids\n[\n3\n0\nR\n4 0 R\n]",
+        "g2 0 1 Pages, Page count 0, Kids [(3, 0, 1), (4, 0, 1)]");
+    row("page", "3 0 obj\n<< /Type /Page /Parent 2 0 R /Contents 4 0 R >>",
+        "d3 0 1 Page, Parent (2, 0, 1), Content (4, 0, 1)");
+    row("StructParents is taken as Parent",
+        "3 0 obj\n<< /Type /Page /Parent 2 0 R /StructParents 0 >>",
+        "d3 0 1 Page, Parent (0, 0, 0)");
+    row("contents in an array", "3 0 obj\n/Type /Page /Contents [4 0 R 5 0 R]",
+        "d3 0 1 Page, Content (0, 0, 1)");
+    row("the later Type line decides", "3 0 obj\n/Type /Catalog\n/Type /Page\n/Type /Font",
+        "d3 0 1 Page");
+    row("Type and name on two lines", "3 0 obj\n/Type\n/Catalog", "b3 0 1 /Type");
+    row("an annotation with Info", "3 0 obj\n/Type /Annot /Info 7 0 R",
+        "g3 0 1 Info /Type /Annot /Info 7 0 R");
+    row("names", "3 0 obj\n/a\n/Type /Names", "g3 0 1 Names /a");
+    row("trailer", "8000001 0 obj\n<< /Size 22 /Root 1 0 R /Info 5 0 R >>\n/Type /Page",
+        "rTrailer 1 , Root (1, 0, 1), Info (5, 0, 1), Size 22");
+    row("any high number is a trailer", "9000000 0 obj\n/Size 22>>", "rTrailer 1 , Size 0");
+    row("plain numbers", "+5 -0 obj", "b5 0 1 ");
+    row("the least number", "-9223372036854775808 007 obj", "b-9223372036854775808 7 1 ");
+    row("past the greatest number", "9223372036854775808 9223372036854775807 obj",
+        "b0 9223372036854775807 1 ");
+    row("two pieces", "12 obj", "b0 0 1 ");
+    row("an empty piece", "12  0 obj", "b12 0 1 ");
+    row("120 characters stand whole", "9 0 obj\n" + std::string(120, 'x'),
+        "b9 0 1 " + std::string(120, 'x'));
+    row("121 are cut", "9 0 obj\n" + std::string(121, 'x'),
+        "b9 0 1 " + std::string(120, 'x') + "…");
+}
+
+void TestAgainstPlainAnalysis::describesObjects()
+{
+    QFETCH(std::string, object);
+    QFETCH(std::string, expected);
+    QCOMPARE(shown(plain::analyse(object + "\nendobj").objectList), expected + "\n");
+    QVERIFY(agrees(object + "\nendobj", "object"));
+}
+
+void TestAgainstPlainAnalysis::agreesOnRandomTexts_data()
+{
+    QTest::addColumn<std::function<std::string(std::uint64_t)>>("make");
+    const auto row = [](const char* name, std::string (*make)(std::uint64_t)) {
+        QTest::newRow(name) << std::function<std::string(std::uint64_t)>(make);
+    };
+    row("soup", randomSource::soup);
+    row("shuffled lines", randomSource::shuffledLines);
+    row("damaged files", randomSource::damagedFile);
+}
+
+void TestAgainstPlainAnalysis::agreesOnRandomTexts()
+{
+    QFETCH(std::function<std::string(std::uint64_t)>, make);
+    const auto count = qEnvironmentVariableIntValue("TARNWICK_RANDOM_TEXTS");
+    const std::uint64_t last = count > 0 ? static_cast<std::uint64_t>(count) : 1000;
+    for (std::uint64_t seed = 1; seed <= last; ++seed)
+        QVERIFY(agrees(make(seed), "seed " + std::to_string(seed)));
+}
+
+void TestAgainstPlainAnalysis::agreesWhereKeywordsStand_data()
+{
+    QTest::addColumn<std::string>("keyword");
+    for (const char* keyword : { "endstream", "stream", "endobj", "obj", "%%EOF", "startxref",
+             "xref", "trailer", "/XML", "/FlateDecode /XML", "\n", "\xA0" })
+        QTest::newRow(keyword) << std::string(keyword);
+}
+
+/// Every place of a keyword relative to a block of 64 bytes, in a line of its own letters (so that
+/// each place could begin it), in a line of others, and inside a stream.
+void TestAgainstPlainAnalysis::agreesWhereKeywordsStand()
+{
+    QFETCH(std::string, keyword);
+    for (std::size_t before = 0; before < 70; ++before)
+        for (const char filler : { keyword.front(), keyword.back(), 'x' })
+            for (const char* start : { "", "1 0 obj\nstream\n", "1 0 obj\n/XML\n" }) {
+                const std::string text = start + std::string(before, filler) + keyword
+                    + std::string(before % 5, filler) + "\ny\nendstream\nendobj\nstartxref";
+                QVERIFY(agrees(text, "offset " + std::to_string(before)));
+            }
+}
+
+void TestAgainstPlainAnalysis::agreesOnCorpus()
+{
+    const QByteArray folder
+        = qEnvironmentVariable("TARNWICK_CORPUS", QStringLiteral(TARNWICK_CORPUS)).toLocal8Bit();
+    if (folder.isEmpty())
+        QSKIP("TARNWICK_CORPUS names no folder of PDF files");
+    int count = 0;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder.toStdString())) {
+        if (entry.path().extension() != ".pdf")
+            continue;
+        std::ifstream file(entry.path(), std::ios::binary);
+        const std::string bytes{ std::istreambuf_iterator<char>(file), {} };
+        const std::string difference = differences(bytes);
+        QVERIFY2(difference.empty(), (entry.path().string() + ": " + difference).c_str());
+        ++count;
+    }
+    QVERIFY(count > 0);
+}
+
+QTEST_APPLESS_MAIN(TestAgainstPlainAnalysis)
+#include "tst_AgainstPlainAnalysis.moc"

@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/mman.h>
@@ -53,7 +54,7 @@ bool writeAll(int target, const char* bytes, std::size_t size)
     return true;
 }
 
-/// Copies what can be read: a pipe or a file of /proc says no size beforehand.
+/// Copies what can be read: a file of /proc says no size beforehand.
 bool copyAll(int source, int target)
 {
     std::unique_ptr<char[]> buffer(new char[chunk]);
@@ -95,7 +96,7 @@ public:
         ::close(theDescriptor);
     }
     int descriptor() const { return theDescriptor; }
-    std::string_view view() const { return {static_cast<const char*>(theAddress), theSize}; }
+    std::string_view view() const { return { static_cast<const char*>(theAddress), theSize }; }
 
 private:
     int theDescriptor;
@@ -110,7 +111,9 @@ std::optional<FileBytes> FileBytes::read(const QString& path, QString* reason)
             *reason = QString::fromLocal8Bit(std::strerror(error));
         return std::nullopt;
     };
-    const Descriptor file(::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC));
+    // Without O_NONBLOCK, opening a FIFO waits for somebody to write into it.
+    const Descriptor file(
+        ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (!file.isValid())
         return fail(errno);
     struct stat status = {};
@@ -118,6 +121,11 @@ std::optional<FileBytes> FileBytes::read(const QString& path, QString* reason)
         return fail(errno);
     if (S_ISDIR(status.st_mode))
         return fail(EISDIR);
+    if (!S_ISREG(status.st_mode) && !S_ISBLK(status.st_mode)) {
+        if (reason)
+            *reason = QCoreApplication::translate("FileBytes", "Not a regular file");
+        return std::nullopt;
+    }
     Descriptor memory = newSharedMemory();
     if (!memory.isValid() || !copyAll(file.number(), memory.number()))
         return fail(errno);

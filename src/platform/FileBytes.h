@@ -18,7 +18,8 @@ public:
     /// No bytes: view() is empty and descriptor() is -1.
     FileBytes() = default;
 
-    /// Reads a whole file.
+    /// Reads a whole file: a regular one or a block device, nothing that could keep the program
+    /// waiting, as a pipe could.
     /// @param path the file's path in the file system's own encoding (QFile::decodeName).
     /// @param[out] reason why nothing was read, as a sentence for the user ("No such file or
     ///   directory", "Is a directory"); untouched on success.

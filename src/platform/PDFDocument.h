@@ -116,10 +116,10 @@ private:
 
 /// A rendered document: the main process's side of the PDF engine.
 ///
-/// The PDF library itself runs in processes of its own, one for pages and, once needed, one for long
-/// work (text, flattening), both over the same shared bytes. Everything that crosses is a value.
-/// A process that dies, stalls or outgrows its memory is replaced; only the request that did it
-/// fails. Nothing here blocks: every answer comes through the event loop.
+/// The PDF library itself runs in processes of its own, one for pages and, once needed, one for
+/// long work (text, flattening), both over the same shared bytes. Everything that crosses is a
+/// value. A process that dies, stalls or outgrows its memory is replaced; only the request that did
+/// it fails. Nothing here blocks: every answer comes through the event loop.
 ///
 /// Main thread only.
 class PDFDocument : public QObject
@@ -148,10 +148,11 @@ public:
     const PDFFacts& facts() const;
     int pageCount() const { return facts().pageCount; }
 
-    /// Size of a page as the viewer shows it (crop box, page rotation applied), in points, each side
-    /// within [1, 14400]: boxes that are empty, inverted or not numbers count as 612 x 792. Sizes of
-    /// large documents arrive after opening; until then the first page's size stands in.
-    /// Precondition: 0 <= page < pageCount().
+    /// Size of a page as the viewer shows it (crop box, page rotation applied), in points, each
+    /// side within [1, 14400]: boxes without area or of no numbers count as 612 x 792, and two
+    /// opposite corners in any order make a box (ISO 32000-2, 7.9.5). Sizes of large documents
+    /// arrive after opening; until then the first page's size stands in. Precondition: 0 <= page <
+    /// pageCount().
     QSizeF pageSize(int page) const;
     /// The page's label (ISO 32000-2, 12.4.2), or its 1-based number where the document defines
     /// none; cut to 255 characters. Labels arrive with the sizes.
@@ -174,11 +175,15 @@ public:
     ///   corner; at most 4096 x 4096.
     /// @returns a request whose image has area's size and device pixel ratio 1. Requests are served
     ///   latest first among those not started; cancel what has scrolled out of view.
-    PDFTileRequest* requestTile(int page, double scale, int rotation, const QRect& area,
-                                QObject* parent);
+    PDFTileRequest* requestTile(
+        int page, double scale, int rotation, const QRect& area, QObject* parent);
 
     PDFLinksRequest* requestLinks(int page, QObject* parent);
     PDFOutlineRequest* requestOutline(QObject* parent);
+
+    /// Process ids of the engines that run at present: pages first, then long work. For tests and
+    /// for reports of trouble.
+    QList<qint64> engineProcessIds() const;
 
 signals:
     void opened();

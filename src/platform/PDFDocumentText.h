@@ -13,8 +13,8 @@ class PDFTextRequest;
 /// The text of a whole document, fetched once and shared by its windows: the text pane, the search,
 /// the selection and the plain-text export all read it here.
 ///
-/// fetch() asks the engine; pages arrive in page order through the event loop while the windows stay
-/// usable. Main thread only.
+/// fetch() asks the engine; pages arrive in page order through the event loop while the windows
+/// stay usable. Main thread only.
 class PDFDocumentText : public QObject
 {
     Q_OBJECT
@@ -53,7 +53,10 @@ signals:
     void stopped(PDFFailure failure);
 
 private:
+    void endFetch();
+
     PDFDocument* theDocument;
     PDFTextRequest* theRequest = nullptr;
+    bool theEndWasTold = false;
     QList<QString> thePages;
 };

@@ -6,6 +6,8 @@
 #include <QObject>
 #include <QString>
 
+#include <functional>
+
 /// Why a request to the PDF engine brought no result.
 enum class PDFFailure
 {
@@ -44,6 +46,7 @@ protected:
     ~PDFRequest() override;
 
 private:
+    friend class PDFDocument;
     friend class PDFEngineClient;
     enum class State
     {
@@ -51,7 +54,10 @@ private:
         isFinished
     };
     void finish(PDFFailure failure);
+    /// Tells the engine's queue, once, that nobody waits any longer.
+    void giveUp();
 
     State theState = State::isRunning;
     PDFFailure theFailure = PDFFailure::isNone;
+    std::function<void()> theGiveUp;
 };

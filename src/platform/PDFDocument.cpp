@@ -1,0 +1,385 @@
+#include "platform/PDFDocument.h"
+
+#include "platform/PDFEngineAnswers.h"
+#include "platform/PDFEngineClient.h"
+
+#include <QHash>
+#include <QPointer>
+#include <QTimer>
+
+#include <algorithm>
+#include <cassert>
+#include <set>
+#include <utility>
+
+namespace {
+
+constexpr int flatLimit = 30'000; ///< milliseconds
+/// The first batch is what shows at once; 1000 pages take the engine some 10 ms.
+constexpr int firstBatch = 100;
+constexpr int laterBatch = 1000;
+/// Pages that keep ending the engine when they are measured keep the size that stood in for theirs.
+constexpr int maximumLostBatches = 3;
+/// A document whose pages keep ending the engine is given up, rather than waited for page by page.
+constexpr int maximumLostPages = 8;
+
+} // namespace
+
+class PDFDocument::Private
+{
+public:
+    /// What a request was at when it ended an engine.
+    using Culprit = std::pair<EngineRequest, int>;
+
+    Private(PDFDocument* document, const FileBytes& bytes)
+        : q(document)
+        , theBytes(bytes)
+        , thePages(new PDFEngineClient(bytes, false, document))
+    {
+    }
+    PDFEngineClient* longWork();
+    void takeFacts(const QByteArray& payload);
+    void refuse(const QString& reason);
+    void measureFrom(int first);
+    void takeMeasures(int first, int count, const QList<PDFPageMeasure>& measures);
+
+    /// Hands a job to an engine on behalf of a request, which hears of its end.
+    void submit(PDFEngineClient* client, PDFRequest* request, PDFEngineJob job);
+    /// Likewise for work on one page, unless that has ended an engine before.
+    void submitForPage(PDFEngineClient* client, PDFRequest* request, PDFEngineJob job, int page);
+    void finishLater(PDFRequest* request, PDFFailure failure);
+    void remember(EngineRequest kind, int page, PDFFailure failure);
+
+    struct TextRun
+    {
+        QPointer<PDFTextRequest> request;
+        PDFTextDetail detail;
+        int first;
+        int last;
+        int lostPages = 0;
+    };
+    void askText(const std::shared_ptr<TextRun>& run, int page);
+    void deliverText(
+        const std::shared_ptr<TextRun>& run, int page, const PDFPageText& text, PDFFailure failure);
+
+    PDFDocument* q;
+    FileBytes theBytes;
+    PDFEngineClient* thePages;
+    PDFEngineClient* theLongWork = nullptr;
+    State theState = State::isOpening;
+    PDFFacts theFacts;
+    QString theRefusal;
+    QSizeF theFirstSize;
+    QList<QSizeF> theSizes; ///< of the pages that have been measured
+    QHash<int, QString> theLabels;
+    int theLostBatches = 0;
+    std::set<Culprit> theCulprits;
+};
+
+PDFDocument::PDFDocument(const FileBytes& bytes, QObject* parent)
+    : QObject(parent)
+    , d(std::make_unique<Private>(this, bytes))
+{
+    connect(d->thePages, &PDFEngineClient::opened, this,
+        [this](const QByteArray& facts) { d->takeFacts(facts); });
+    connect(d->thePages, &PDFEngineClient::locked, this, [this](bool wasWrong) {
+        d->theState = State::isLocked;
+        emit locked(wasWrong);
+    });
+    connect(d->thePages, &PDFEngineClient::refused, this,
+        [this](const QString& reason) { d->refuse(reason); });
+    d->thePages->open();
+}
+
+PDFDocument::~PDFDocument() = default;
+
+PDFDocument::State PDFDocument::state() const
+{
+    return d->theState;
+}
+
+void PDFDocument::unlock(const QString& password)
+{
+    if (d->theState != State::isLocked)
+        return;
+    d->theState = State::isOpening;
+    d->thePages->unlock(password);
+}
+
+const PDFFacts& PDFDocument::facts() const
+{
+    return d->theFacts;
+}
+
+QSizeF PDFDocument::pageSize(int page) const
+{
+    assert(page >= 0 && page < pageCount());
+    return page < d->theSizes.size() ? d->theSizes.at(page) : d->theFirstSize;
+}
+
+QString PDFDocument::pageLabel(int page) const
+{
+    assert(page >= 0 && page < pageCount());
+    const auto label = d->theLabels.constFind(page);
+    return label != d->theLabels.constEnd() ? *label : QString::number(page + 1);
+}
+
+QString PDFDocument::refusalReason() const
+{
+    return d->theRefusal;
+}
+
+QList<qint64> PDFDocument::engineProcessIds() const
+{
+    QList<qint64> ids;
+    for (const PDFEngineClient* client : { d->thePages, d->theLongWork }) {
+        if (client && client->engineProcessId() != 0)
+            ids.append(client->engineProcessId());
+    }
+    return ids;
+}
+
+PDFEngineClient* PDFDocument::Private::longWork()
+{
+    if (!theLongWork) {
+        theLongWork = new PDFEngineClient(theBytes, true, q);
+        theLongWork->setPassword(thePages->password());
+    }
+    return theLongWork;
+}
+
+void PDFDocument::Private::takeFacts(const QByteArray& payload)
+{
+    PayloadReader reader({ payload.constData(), static_cast<std::size_t>(payload.size()) });
+    const std::optional<PDFOpenedAnswer> answer = readOpenedAnswer(reader);
+    if (!answer)
+        return refuse(tr("The PDF engine stopped while it was reading the file."));
+    theFacts = answer->facts;
+    theFirstSize = answer->firstPageSize;
+    theState = State::isOpen;
+    measureFrom(0);
+    emit q->opened();
+}
+
+/// An engine that cannot open the document a second time does not close it.
+void PDFDocument::Private::refuse(const QString& reason)
+{
+    if (theState == State::isOpen)
+        return;
+    theState = State::isRefused;
+    theRefusal = reason;
+    emit q->refused(reason);
+}
+
+void PDFDocument::Private::measureFrom(int first)
+{
+    const int count = std::min(first == 0 ? firstBatch : laterBatch, theFacts.pageCount - first);
+    if (count <= 0)
+        return;
+    const auto measures = std::make_shared<QList<PDFPageMeasure>>();
+    PayloadWriter payload;
+    payload.put(first);
+    payload.put(count);
+    PDFEngineJob job;
+    job.kind = EngineRequest::isMeasure;
+    job.priority = PDFEngineJob::Priority::isBackground;
+    job.payload = payload.bytes();
+    job.accept = [measures, count](PayloadReader& reader) {
+        const auto answer = readMeasureAnswer(reader, count);
+        *measures = answer.value_or(QList<PDFPageMeasure>());
+        return answer.has_value();
+    };
+    job.finish
+        = [this, measures, first, count](PDFFailure) { takeMeasures(first, count, *measures); };
+    thePages->submit(std::move(job));
+}
+
+void PDFDocument::Private::takeMeasures(int first, int count, const QList<PDFPageMeasure>& measures)
+{
+    if (measures.isEmpty() && ++theLostBatches <= maximumLostBatches)
+        return measureFrom(first);
+    for (int index = 0; index < measures.size(); ++index) {
+        theSizes.append(measures.at(index).size);
+        if (measures.at(index).label)
+            theLabels.insert(first + index, *measures.at(index).label);
+    }
+    if (measures.isEmpty())
+        return;
+    measureFrom(first + count);
+    emit q->pagesMeasured(first, count);
+}
+
+void PDFDocument::Private::finishLater(PDFRequest* request, PDFFailure failure)
+{
+    QTimer::singleShot(0, request, [request, failure] { request->finish(failure); });
+}
+
+void PDFDocument::Private::submit(PDFEngineClient* client, PDFRequest* request, PDFEngineJob job)
+{
+    const QPointer<PDFRequest> waiting(request);
+    if (!job.finish) {
+        job.finish = [waiting](PDFFailure failure) {
+            if (waiting)
+                waiting->finish(failure);
+        };
+    }
+    const PDFEngineClient::Number number = client->submit(std::move(job));
+    request->theGiveUp = [client = QPointer<PDFEngineClient>(client), number] {
+        if (client)
+            client->giveUp(number);
+    };
+}
+
+void PDFDocument::Private::remember(EngineRequest kind, int page, PDFFailure failure)
+{
+    if (failure == PDFFailure::isEngineDead || failure == PDFFailure::isTimedOut)
+        theCulprits.insert({ kind, page });
+}
+
+void PDFDocument::Private::submitForPage(
+    PDFEngineClient* client, PDFRequest* request, PDFEngineJob job, int page)
+{
+    const EngineRequest kind = job.kind;
+    if (page < 0 || page >= theFacts.pageCount)
+        return finishLater(request, PDFFailure::isDamaged);
+    if (theCulprits.contains({ kind, page }))
+        return finishLater(request, PDFFailure::isEngineDead);
+    job.finish = [this, waiting = QPointer<PDFRequest>(request), kind, page](PDFFailure failure) {
+        remember(kind, page, failure);
+        if (waiting)
+            waiting->finish(failure);
+    };
+    submit(client, request, std::move(job));
+}
+
+PDFFlatRequest* PDFDocument::requestFlat(QObject* parent)
+{
+    auto* const request = new PDFFlatRequest(parent);
+    PDFEngineClient* const client = d->longWork();
+    PDFEngineJob job;
+    job.kind = EngineRequest::isFlat;
+    job.timeLimit = flatLimit;
+    job.accept = [request, client](PayloadReader& reader) {
+        const std::optional<FileBytes> bytes
+            = client->takeFlat(static_cast<std::size_t>(reader.take<std::uint64_t>()));
+        request->theBytes = bytes.value_or(FileBytes());
+        return bytes.has_value();
+    };
+    job.progress = [request](int done, int total) { emit request->progressed(done, total); };
+    d->submit(client, request, std::move(job));
+    return request;
+}
+
+PDFTextRequest* PDFDocument::requestText(int first, int last, PDFTextDetail detail, QObject* parent)
+{
+    auto* const request = new PDFTextRequest(parent);
+    const int end = std::min(last, pageCount() - 1);
+    if (first < 0 || first > end)
+        d->finishLater(request, PDFFailure::isNone);
+    else
+        d->askText(
+            std::make_shared<Private::TextRun>(Private::TextRun{ request, detail, first, end }),
+            first);
+    return request;
+}
+
+void PDFDocument::Private::askText(const std::shared_ptr<TextRun>& run, int page)
+{
+    if (theCulprits.contains({ EngineRequest::isText, page })) {
+        QTimer::singleShot(
+            0, run->request, [this, run, page] { deliverText(run, page, {}, PDFFailure::isNone); });
+        return;
+    }
+    const auto text = std::make_shared<PDFPageText>();
+    PayloadWriter payload;
+    payload.put(page);
+    payload.put(static_cast<std::uint8_t>(run->detail));
+    PDFEngineJob job;
+    job.kind = EngineRequest::isText;
+    job.payload = payload.bytes();
+    job.accept = [text, detail = run->detail](PayloadReader& reader) {
+        auto answer = readTextAnswer(reader, detail);
+        *text = std::move(answer).value_or(PDFPageText());
+        return answer.has_value();
+    };
+    job.finish = [this, run, page, text](PDFFailure failure) {
+        remember(EngineRequest::isText, page, failure);
+        deliverText(run, page, *text, failure);
+    };
+    submit(longWork(), run->request, std::move(job));
+}
+
+/// A page that has no text to give, whatever the reason, does not keep the others from theirs.
+void PDFDocument::Private::deliverText(
+    const std::shared_ptr<TextRun>& run, int page, const PDFPageText& text, PDFFailure failure)
+{
+    const QPointer<PDFTextRequest>& request = run->request;
+    if (!request || request->isFinished())
+        return;
+    const bool wasLost = failure != PDFFailure::isNone && failure != PDFFailure::isDamaged;
+    run->lostPages += wasLost ? 1 : 0;
+    if (wasLost && (longWork()->isBroken() || run->lostPages > maximumLostPages))
+        return request->finish(failure);
+    // The next page is read while this one is being looked at.
+    if (page < run->last)
+        askText(run, page + 1);
+    emit request->pageReady(page, text);
+    if (request && !request->isFinished())
+        emit request->progressed(page - run->first + 1, run->last - run->first + 1);
+    if (request && page == run->last)
+        request->finish(PDFFailure::isNone);
+}
+
+PDFTileRequest* PDFDocument::requestTile(
+    int page, double scale, int rotation, const QRect& area, QObject* parent)
+{
+    auto* const request = new PDFTileRequest(parent);
+    PayloadWriter payload;
+    payload.put(page);
+    payload.put(scale);
+    payload.put(rotation);
+    for (const int number : { area.x(), area.y(), area.width(), area.height() })
+        payload.put(number);
+    PDFEngineJob job;
+    job.kind = EngineRequest::isTile;
+    job.priority = PDFEngineJob::Priority::isTile;
+    job.payload = payload.bytes();
+    job.accept = [request, size = area.size()](PayloadReader& reader) {
+        const std::optional<QImage> image = readTileAnswer(reader, size);
+        request->theImage = image.value_or(QImage());
+        return image.has_value();
+    };
+    d->submitForPage(d->thePages, request, std::move(job), page);
+    return request;
+}
+
+PDFLinksRequest* PDFDocument::requestLinks(int page, QObject* parent)
+{
+    auto* const request = new PDFLinksRequest(parent);
+    PayloadWriter payload;
+    payload.put(page);
+    PDFEngineJob job;
+    job.kind = EngineRequest::isLinks;
+    job.payload = payload.bytes();
+    job.accept = [request, count = pageCount()](PayloadReader& reader) {
+        const auto links = readLinksAnswer(reader, count);
+        request->theLinks = links.value_or(QList<PDFLink>());
+        return links.has_value();
+    };
+    d->submitForPage(d->thePages, request, std::move(job), page);
+    return request;
+}
+
+PDFOutlineRequest* PDFDocument::requestOutline(QObject* parent)
+{
+    auto* const request = new PDFOutlineRequest(parent);
+    PDFEngineJob job;
+    job.kind = EngineRequest::isOutline;
+    job.accept = [request, count = pageCount()](PayloadReader& reader) {
+        const auto entries = readOutlineAnswer(reader, count);
+        request->theEntries = entries.value_or(QList<PDFOutlineEntry>());
+        return entries.has_value();
+    };
+    d->submit(d->thePages, request, std::move(job));
+    return request;
+}

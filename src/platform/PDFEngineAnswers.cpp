@@ -1,0 +1,255 @@
+#include "platform/PDFEngineAnswers.h"
+
+#include "platform/PDFFontName.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr qsizetype longestLabel = 255;
+
+QString textOf(std::string_view utf8)
+{
+    return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+}
+
+/// A coordinate that painters can take: hostile files place things at infinity.
+double soundCoordinate(float number)
+{
+    return std::isfinite(number) ? std::clamp(double{ number }, -1e6, 1e6) : 0;
+}
+
+double soundSide(float side)
+{
+    return std::isfinite(side) ? std::clamp(double{ side }, 1.0, 14400.0) : 1.0;
+}
+
+QPointF takePoint(PayloadReader& reader)
+{
+    const double x = soundCoordinate(reader.take<float>());
+    const double y = soundCoordinate(reader.take<float>());
+    return { x, y };
+}
+
+QSizeF takeSize(PayloadReader& reader)
+{
+    const double width = soundSide(reader.take<float>());
+    const double height = soundSide(reader.take<float>());
+    return { width, height };
+}
+
+std::optional<int> soundCount(int count)
+{
+    return count >= 0 ? std::optional<int>(count) : std::nullopt;
+}
+
+} // namespace
+
+std::optional<PDFOpenedAnswer> readOpenedAnswer(PayloadReader& reader)
+{
+    PDFOpenedAnswer answer;
+    answer.facts.pageCount = reader.take<int>();
+    answer.facts.majorVersion = std::clamp(reader.take<int>(), 0, 99);
+    answer.facts.minorVersion = std::clamp(reader.take<int>(), 0, 99);
+    answer.facts.infoEntryCount = soundCount(reader.take<int>());
+    answer.facts.catalogEntryCount = soundCount(reader.take<int>());
+    answer.firstPageSize = takeSize(reader);
+    const int pages = answer.facts.pageCount;
+    if (!reader.isDone() || pages < 0 || pages > maximumPageCount)
+        return std::nullopt;
+    return answer;
+}
+
+std::optional<QList<PDFPageMeasure>> readMeasureAnswer(PayloadReader& reader, int count)
+{
+    QList<PDFPageMeasure> measures;
+    for (int page = 0; page < count && reader.isGood(); ++page) {
+        PDFPageMeasure measure;
+        measure.size = takeSize(reader);
+        const bool hasLabel = reader.take<quint8>() != 0;
+        const QString label = textOf(reader.takeText());
+        if (hasLabel)
+            measure.label = label.left(longestLabel);
+        measures.append(measure);
+    }
+    if (!reader.isDone())
+        return std::nullopt;
+    return measures;
+}
+
+std::optional<QImage> readTileAnswer(PayloadReader& reader, const QSize& size)
+{
+    const auto rowSize = static_cast<std::size_t>(size.width()) * 4;
+    const std::string_view pixels
+        = reader.takeBytes(rowSize * static_cast<std::size_t>(size.height()));
+    QImage image(size, QImage::Format_RGB32);
+    if (!reader.isDone() || pixels.empty() || image.isNull())
+        return std::nullopt;
+    for (int row = 0; row < size.height(); ++row)
+        std::copy_n(pixels.data() + rowSize * static_cast<std::size_t>(row), rowSize,
+            reinterpret_cast<char*>(image.scanLine(row)));
+    return image;
+}
+
+namespace {
+
+/// Takes count code points; the result has one UTF-16 unit more for each that needs two.
+QString takeString(PayloadReader& reader, std::uint32_t count)
+{
+    QString string;
+    if (!reader.holds(count, sizeof(char32_t)))
+        return string;
+    string.reserve(static_cast<qsizetype>(count));
+    for (std::uint32_t index = 0; index < count; ++index) {
+        const auto character = static_cast<char32_t>(reader.take<std::uint32_t>());
+        const bool isSound
+            = character != 0 && character <= 0x10ffff && !QChar::isSurrogate(character);
+        string.append(
+            QChar::fromUcs4(isSound ? character : char32_t{ QChar::ReplacementCharacter }));
+    }
+    return string;
+}
+
+/// One polygon for each UTF-16 unit; the engine sends one for each code point.
+QList<QPolygonF> takeQuads(PayloadReader& reader, std::uint32_t count, const QString& string)
+{
+    QList<QPolygonF> quads;
+    if (!reader.holds(count, 8 * sizeof(float)))
+        return quads;
+    quads.reserve(string.size());
+    while (quads.size() < string.size()) {
+        const QChar unit = string.at(quads.size());
+        QPolygonF quad(4);
+        for (QPointF& corner : quad)
+            corner = takePoint(reader);
+        if (unit == u'\n')
+            quad.clear();
+        quads.append(quad);
+        if (unit.isHighSurrogate())
+            quads.append(quad);
+    }
+    return quads;
+}
+
+/// The next run, whose code points lie in string from unit start on. @returns its length in units,
+/// 0 when it makes no sense.
+qsizetype runLength(const QString& string, qsizetype start, std::uint32_t codePoints)
+{
+    qsizetype end = start;
+    for (; codePoints > 0 && end < string.size(); --codePoints)
+        end += string.at(end).isHighSurrogate() ? 2 : 1;
+    return codePoints == 0 ? end - start : 0;
+}
+
+bool takeRuns(PayloadReader& reader, const QString& string, QList<PDFTextRun>& runs)
+{
+    constexpr std::size_t smallestRun = 21;
+    const auto count = reader.take<std::uint32_t>();
+    if (!reader.holds(count, smallestRun))
+        return false;
+    qsizetype end = 0;
+    for (std::uint32_t index = 0; index < count && reader.isGood(); ++index) {
+        PDFTextRun run;
+        reader.take<std::uint32_t>(); // where the run starts: right behind the one before
+        run.start = end;
+        run.length = runLength(string, end, reader.take<std::uint32_t>());
+        const float size = reader.take<float>();
+        run.sizeInPoints = std::isfinite(size) ? std::clamp(double{ size }, 0.1, 10'000.0) : 1;
+        const auto flags = reader.take<std::uint8_t>();
+        const auto colour = reader.take<std::uint32_t>();
+        const PDFFontName font = parseFontName(textOf(reader.takeText()));
+        run.family = font.family;
+        run.isBold = (flags & 1) || font.isBold;
+        run.isItalic = (flags & 2) || font.isItalic;
+        run.colour = QColor::fromRgb(QRgb{ colour & 0xffffffu });
+        if (run.length == 0)
+            return false;
+        end += run.length;
+        runs.append(run);
+    }
+    return reader.isGood() && end == string.size();
+}
+
+} // namespace
+
+std::optional<PDFPageText> readTextAnswer(PayloadReader& reader, PDFTextDetail detail)
+{
+    PDFPageText text;
+    const auto count = reader.take<std::uint32_t>();
+    text.string = takeString(reader, count);
+    if (detail == PDFTextDetail::isWithQuads)
+        text.quads = takeQuads(reader, count, text.string);
+    if (detail == PDFTextDetail::isWithAttributes && !takeRuns(reader, text.string, text.runs))
+        return std::nullopt;
+    if (!reader.isDone())
+        return std::nullopt;
+    return text;
+}
+
+namespace {
+
+struct Target
+{
+    int page = -1;
+    QPointF point;
+    QString address;
+};
+
+Target takeTarget(PayloadReader& reader, int pageCount)
+{
+    Target target;
+    target.page = reader.take<int>();
+    target.point = takePoint(reader);
+    target.address = textOf(reader.takeText());
+    if (target.page < 0 || target.page >= pageCount)
+        target.page = -1;
+    return target;
+}
+
+} // namespace
+
+std::optional<QList<PDFLink>> readLinksAnswer(PayloadReader& reader, int pageCount)
+{
+    constexpr std::size_t smallestLink = 32;
+    QList<PDFLink> links;
+    const auto count = reader.take<std::uint32_t>();
+    if (!reader.holds(count, smallestLink))
+        return std::nullopt;
+    for (std::uint32_t index = 0; index < count && reader.isGood(); ++index) {
+        PDFLink link;
+        const QPointF corner = takePoint(reader);
+        link.area = QRectF(corner, takePoint(reader)).normalized();
+        const Target target = takeTarget(reader, pageCount);
+        link.page = target.page;
+        link.point = target.point;
+        link.url = QUrl(target.address);
+        links.append(link);
+    }
+    if (!reader.isDone())
+        return std::nullopt;
+    return links;
+}
+
+std::optional<QList<PDFOutlineEntry>> readOutlineAnswer(PayloadReader& reader, int pageCount)
+{
+    constexpr std::size_t smallestEntry = 24;
+    QList<PDFOutlineEntry> entries;
+    const auto count = reader.take<std::uint32_t>();
+    if (!reader.holds(count, smallestEntry))
+        return std::nullopt;
+    int deepest = 0; // an entry is at most one level below the one before it
+    for (std::uint32_t index = 0; index < count && reader.isGood(); ++index) {
+        PDFOutlineEntry entry;
+        entry.depth = std::clamp(reader.take<int>(), 0, deepest);
+        deepest = std::min(entry.depth + 1, 63);
+        entry.title = textOf(reader.takeText());
+        const Target target = takeTarget(reader, pageCount);
+        entry.page = target.page;
+        entry.point = target.point;
+        entries.append(entry);
+    }
+    if (!reader.isDone())
+        return std::nullopt;
+    return entries;
+}

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "platform/PDFDocument.h"
+#include "platform/engine/EngineProtocol.h"
+
+#include <optional>
+
+/// What the engine's answers say, taken apart and checked value by value. Each function gives
+/// nothing for an answer that makes no sense; an engine that sends one is not to be trusted
+/// further.
+
+/// Facts and the first page's size.
+struct PDFOpenedAnswer
+{
+    PDFFacts facts;
+    QSizeF firstPageSize;
+};
+std::optional<PDFOpenedAnswer> readOpenedAnswer(PayloadReader& reader);
+
+/// Size of a page, each side held within [1, 14400] points, and its label if it has one.
+struct PDFPageMeasure
+{
+    QSizeF size;
+    std::optional<QString> label; ///< at most 255 characters
+};
+std::optional<QList<PDFPageMeasure>> readMeasureAnswer(PayloadReader& reader, int count);
+
+/// An image of that size.
+std::optional<QImage> readTileAnswer(PayloadReader& reader, const QSize& size);
+
+std::optional<PDFPageText> readTextAnswer(PayloadReader& reader, PDFTextDetail detail);
+
+/// Targets outside [0, pageCount) lead nowhere.
+std::optional<QList<PDFLink>> readLinksAnswer(PayloadReader& reader, int pageCount);
+std::optional<QList<PDFOutlineEntry>> readOutlineAnswer(PayloadReader& reader, int pageCount);

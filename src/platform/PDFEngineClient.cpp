@@ -1,0 +1,247 @@
+#include "platform/PDFEngineClient.h"
+
+#include "platform/PDFEngineProcess.h"
+
+#include <QPointer>
+
+namespace {
+
+constexpr int openingLimit = 20'000; ///< milliseconds
+constexpr int graceForGivenUp = 250; ///< milliseconds
+/// A document that was open once opens again unless the machine is out of something.
+constexpr int maximumFailedStarts = 2;
+
+} // namespace
+
+PDFEngineClient::PDFEngineClient(const FileBytes& bytes, bool writesFlat, QObject* parent)
+    : QObject(parent)
+    , theBytes(bytes)
+    , theFlatIsWanted(writesFlat)
+{
+    theLimit.setSingleShot(true);
+    connect(&theLimit, &QTimer::timeout, this, [this] { loseEngine(PDFFailure::isTimedOut); });
+}
+
+PDFEngineClient::~PDFEngineClient() = default;
+
+void PDFEngineClient::open()
+{
+    if (theState == State::isOff)
+        startEngine();
+}
+
+void PDFEngineClient::startEngine()
+{
+    theEngine = new PDFEngineProcess(this);
+    connect(theEngine, &PDFEngineProcess::answered, this, &PDFEngineClient::takeAnswer);
+    connect(theEngine, &PDFEngineProcess::ended, this,
+        [this] { loseEngine(PDFFailure::isEngineDead); });
+    theState = State::isOpening;
+    // A failure to start must not reach the caller before it has connected to the signals.
+    if (!theEngine->start(theBytes, theFlatIsWanted)) {
+        QTimer::singleShot(0, theEngine, [this] { loseEngine(PDFFailure::isEngineDead); });
+        return;
+    }
+    send(EngineRequest::isOpen, {}, openingLimit);
+}
+
+void PDFEngineClient::stopEngine()
+{
+    theLimit.stop();
+    if (!theEngine)
+        return;
+    // It may be an answer of this very engine that is being handled.
+    theEngine->disconnect(this);
+    theEngine->deleteLater();
+    theEngine = nullptr;
+    theState = State::isOff;
+}
+
+void PDFEngineClient::send(EngineRequest kind, std::string_view payload, int timeLimit)
+{
+    theSentNumber = theJob ? theJob->first : ++theLastNumber;
+    theEngine->send(theSentNumber, kind, payload);
+    theLimit.start(timeLimit);
+}
+
+void PDFEngineClient::unlock(const QString& password)
+{
+    thePassword = password.toStdString();
+    open();
+    if (theState != State::isLocked)
+        return;
+    PayloadWriter payload;
+    payload.putText(*thePassword);
+    theState = State::isOpening;
+    send(EngineRequest::isUnlock, payload.bytes(), openingLimit);
+}
+
+PDFEngineClient::Number PDFEngineClient::submit(PDFEngineJob job)
+{
+    const Number number = ++theLastNumber;
+    const bool isLatestFirst = job.priority == PDFEngineJob::Priority::isTile;
+    const Key key{ job.priority, isLatestFirst ? -qint64{ number } : qint64{ number } };
+    theKeys.emplace(number, key);
+    theQueue.emplace(key, std::make_pair(number, std::move(job)));
+    if (theState == State::isOff)
+        startEngine();
+    else if (theState == State::isBroken)
+        QMetaObject::invokeMethod(this, &PDFEngineClient::failWaitingJobs, Qt::QueuedConnection);
+    else
+        startNextJob();
+    return number;
+}
+
+void PDFEngineClient::giveUp(Number number)
+{
+    if (const auto place = theKeys.find(number); place != theKeys.end()) {
+        theQueue.erase(place->second);
+        theKeys.erase(place);
+    } else if (theJob && theJob->first == number && theState == State::isBusy) {
+        theJob->second.finish = nullptr;
+        theJob->second.progress = nullptr;
+        theJob->second.accept = nullptr;
+        theLimit.start(graceForGivenUp);
+    }
+}
+
+void PDFEngineClient::startNextJob()
+{
+    if (theState != State::isIdle || theQueue.empty())
+        return;
+    auto entry = theQueue.extract(theQueue.begin());
+    theJob = std::move(entry.mapped());
+    theKeys.erase(theJob->first);
+    theState = State::isBusy;
+    send(theJob->second.kind, theJob->second.payload, theJob->second.timeLimit);
+}
+
+void PDFEngineClient::takeAnswer(quint32 number, EngineAnswer kind, const QByteArray& payload)
+{
+    if (number != theSentNumber)
+        return loseEngine(PDFFailure::isEngineDead);
+    if (theState == State::isOpening)
+        takeOpeningAnswer(kind, payload);
+    else if (theState == State::isBusy)
+        takeJobAnswer(kind, payload);
+    else
+        loseEngine(PDFFailure::isEngineDead);
+}
+
+void PDFEngineClient::takeOpeningAnswer(EngineAnswer kind, const QByteArray& payload)
+{
+    PayloadReader reader({ payload.constData(), static_cast<std::size_t>(payload.size()) });
+    theLimit.stop();
+    switch (kind) {
+    case EngineAnswer::isOpened:
+        theState = State::isIdle;
+        theFailedStarts = 0;
+        startNextJob();
+        if (!std::exchange(theDocumentWasOpen, true))
+            emit opened(payload);
+        return;
+    case EngineAnswer::isLocked: {
+        theState = State::isLocked;
+        const bool wasTried = reader.take<quint8>() != 0;
+        if (thePassword && !wasTried)
+            unlock(QString::fromStdString(*thePassword));
+        else if (theDocumentWasOpen || theFlatIsWanted)
+            failOpening(tr("The PDF engine does not take the password any more."));
+        else
+            emit locked(wasTried);
+        return;
+    }
+    case EngineAnswer::isRefused: {
+        const std::string_view reason = reader.takeText().substr(0, 500);
+        return failOpening(QString::fromUtf8(reason.data(), static_cast<qsizetype>(reason.size())));
+    }
+    default:
+        return loseEngine(PDFFailure::isEngineDead);
+    }
+}
+
+void PDFEngineClient::takeJobAnswer(EngineAnswer kind, const QByteArray& payload)
+{
+    PayloadReader reader({ payload.constData(), static_cast<std::size_t>(payload.size()) });
+    if (kind == EngineAnswer::isProgress) {
+        const int done = reader.take<int>();
+        const int total = reader.take<int>();
+        if (theJob->second.progress && reader.isDone() && done >= 0 && total >= 0)
+            theJob->second.progress(done, total);
+        return;
+    }
+    if (kind == EngineAnswer::isDone) {
+        const auto& accept = theJob->second.accept;
+        if (accept && (!accept(reader) || !reader.isDone()))
+            return loseEngine(PDFFailure::isEngineDead);
+        return endJob(PDFFailure::isNone);
+    }
+    if (kind != EngineAnswer::isFailed)
+        return loseEngine(PDFFailure::isEngineDead);
+    const auto fault = static_cast<EngineFault>(reader.take<quint8>());
+    if (fault == EngineFault::isOutOfMemory)
+        return loseEngine(PDFFailure::isOutOfMemory);
+    endJob(PDFFailure::isDamaged);
+}
+
+void PDFEngineClient::endJob(PDFFailure failure)
+{
+    theLimit.stop();
+    const PDFEngineJob job = std::move(std::exchange(theJob, std::nullopt)->second);
+    if (theState == State::isBusy)
+        theState = State::isIdle;
+    if (job.kind == EngineRequest::isFlat)
+        stopEngine();
+    if (theState == State::isOff && !theQueue.empty())
+        startEngine();
+    startNextJob();
+    // Last: whoever hears of it may destroy this object.
+    if (job.finish)
+        job.finish(failure);
+}
+
+void PDFEngineClient::loseEngine(PDFFailure failure)
+{
+    const bool wasOpening = theState == State::isOpening;
+    stopEngine();
+    if (theJob)
+        return endJob(failure);
+    if (!wasOpening)
+        return;
+    failOpening(failure == PDFFailure::isTimedOut
+            ? tr("Reading the file takes longer than 20 seconds.")
+            : tr("The PDF engine stopped while it was reading the file."));
+}
+
+void PDFEngineClient::failOpening(const QString& reason)
+{
+    stopEngine();
+    if (theDocumentWasOpen && ++theFailedStarts < maximumFailedStarts)
+        return startEngine();
+    theState = State::isBroken;
+    const QPointer<PDFEngineClient> self(this);
+    failWaitingJobs();
+    if (self)
+        emit refused(reason);
+}
+
+void PDFEngineClient::failWaitingJobs()
+{
+    const QPointer<PDFEngineClient> self(this);
+    while (self && theState == State::isBroken && !theQueue.empty()) {
+        auto entry = theQueue.extract(theQueue.begin());
+        theKeys.erase(entry.mapped().first);
+        if (entry.mapped().second.finish)
+            entry.mapped().second.finish(PDFFailure::isEngineDead);
+    }
+}
+
+std::optional<FileBytes> PDFEngineClient::takeFlat(std::size_t size)
+{
+    return theEngine ? theEngine->takeFlat(size) : std::nullopt;
+}
+
+qint64 PDFEngineClient::engineProcessId() const
+{
+    return theEngine ? theEngine->processId() : 0;
+}

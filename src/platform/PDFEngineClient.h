@@ -1,0 +1,124 @@
+#pragma once
+
+#include "platform/FileBytes.h"
+#include "platform/PDFRequest.h"
+#include "platform/engine/EngineProtocol.h"
+
+#include <QObject>
+#include <QString>
+#include <QTimer>
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+
+class PDFEngineProcess;
+
+/// One piece of work for an engine.
+struct PDFEngineJob
+{
+    /// Served in this order among the jobs that wait.
+    enum class Priority
+    {
+        isPromptWork, ///< what the user waits for, first come first served
+        isTile, ///< latest first: what came last is what shows now
+        isBackground,
+    };
+
+    EngineRequest kind = EngineRequest::isMeasure;
+    Priority priority = Priority::isPromptWork;
+    int timeLimit = 20'000; ///< milliseconds from when the engine starts on it
+    std::string payload;
+    /// Takes the result. @returns false when it makes no sense: the engine is then replaced and the
+    /// job has failed.
+    std::function<bool(PayloadReader&)> accept;
+    std::function<void(int done, int total)> progress; ///< may be empty
+    std::function<void(PDFFailure)> finish; ///< called once, last of all; not after giveUp()
+};
+
+/// Keeps an engine at work: a queue of jobs, one at a time, each with its time limit.
+///
+/// An engine that ends, stalls, answers nonsense or runs out of memory is replaced for the next
+/// job; the job that it was at fails. Main thread only; nothing here waits.
+class PDFEngineClient : public QObject
+{
+    Q_OBJECT
+
+public:
+    using Number = std::uint32_t;
+
+    /// @param writesFlat the engine gets memory for a flattened document, and is replaced after
+    ///   having written one, which gives back what that took.
+    PDFEngineClient(const FileBytes& bytes, bool writesFlat, QObject* parent);
+    ~PDFEngineClient() override;
+
+    /// Starts the engine unless it runs; the first job does so as well.
+    void open();
+    /// Sends a password and keeps it for the engines to come.
+    void unlock(const QString& password);
+    void setPassword(const std::optional<std::string>& password) { thePassword = password; }
+    const std::optional<std::string>& password() const { return thePassword; }
+
+    Number submit(PDFEngineJob job);
+    /// Forgets a job. One that runs gets a quarter of a second to end by itself, so that quick work
+    /// does not cost an engine. Unknown numbers are ignored.
+    void giveUp(Number number);
+
+    /// The flattened document that the engine has just written: to be called from accept() alone.
+    std::optional<FileBytes> takeFlat(std::size_t size);
+
+    /// The document cannot be opened any more: every job fails.
+    bool isBroken() const { return theState == State::isBroken; }
+
+    /// For tests: the process id of the engine, 0 when none runs.
+    qint64 engineProcessId() const;
+
+signals:
+    /// The engine has opened the document. @param facts payload of isOpened.
+    void opened(const QByteArray& facts);
+    /// It wants a password. @param wasWrong the one that was sent is not it.
+    void locked(bool wasWrong);
+    /// It cannot open the document. @param reason a sentence for the user.
+    void refused(const QString& reason);
+
+private:
+    enum class State
+    {
+        isOff, ///< no engine; the next job starts one
+        isOpening,
+        isLocked,
+        isIdle,
+        isBusy,
+        isBroken, ///< the document cannot be opened (again): every job fails
+    };
+    using Key = std::pair<PDFEngineJob::Priority, qint64>;
+
+    void startEngine();
+    void stopEngine();
+    void startNextJob();
+    void takeAnswer(quint32 number, EngineAnswer kind, const QByteArray& payload);
+    void takeOpeningAnswer(EngineAnswer kind, const QByteArray& payload);
+    void takeJobAnswer(EngineAnswer kind, const QByteArray& payload);
+    void loseEngine(PDFFailure failure);
+    void failOpening(const QString& reason);
+    void endJob(PDFFailure failure);
+    void send(EngineRequest kind, std::string_view payload, int timeLimit);
+    void failWaitingJobs();
+
+    FileBytes theBytes;
+    bool theFlatIsWanted;
+    std::optional<std::string> thePassword;
+    PDFEngineProcess* theEngine = nullptr;
+    State theState = State::isOff;
+    bool theDocumentWasOpen = false;
+    int theFailedStarts = 0;
+    QTimer theLimit;
+    Number theLastNumber = 0;
+    Number theSentNumber = 0; ///< what the engine's answers carry
+    std::map<Key, std::pair<Number, PDFEngineJob>> theQueue;
+    std::map<Number, Key> theKeys; ///< where a waiting job stands in the queue
+    std::optional<std::pair<Number, PDFEngineJob>> theJob;
+};

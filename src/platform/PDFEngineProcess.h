@@ -1,0 +1,58 @@
+#pragma once
+
+#include "platform/FileBytes.h"
+#include "platform/engine/EngineProtocol.h"
+
+#include <QByteArray>
+#include <QObject>
+#include <QString>
+
+#include <optional>
+#include <string_view>
+
+class QProcess;
+
+/// Path of the engine's executable: beside the program (a build folder), else where an installation
+/// puts it, in ../libexec/tarnwick seen from the program's folder.
+QString pdfEnginePath();
+
+/// One running engine and the pipes to it.
+///
+/// Destroying it ends the engine at once, without waiting for it. Main thread only.
+class PDFEngineProcess : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit PDFEngineProcess(QObject* parent = nullptr);
+    ~PDFEngineProcess() override;
+
+    /// Starts the engine on a file. @param writesFlat it also gets shared memory to write the
+    /// flattened document into. @returns false when the system does not let it start.
+    bool start(const FileBytes& bytes, bool writesFlat);
+
+    /// Sends a request; the number comes back with its answers.
+    void send(std::uint32_t number, EngineRequest kind, std::string_view payload);
+
+    /// Seals and takes over what the engine has written. @returns nothing when it wrote other than
+    /// size bytes, or when it was taken before.
+    std::optional<FileBytes> takeFlat(std::size_t size);
+
+    /// For tests: the engine's process id, 0 when it does not run.
+    qint64 processId() const;
+
+signals:
+    /// An answer. The frame's size and kind have been checked, what the payload says has not.
+    void answered(quint32 number, EngineAnswer kind, const QByteArray& payload);
+    /// The engine has gone, or sent what is no answer. Emitted once.
+    void ended();
+
+private:
+    void readAnswers();
+    void end();
+
+    QProcess* theProcess; ///< outlives this object until the system has reaped the engine
+    std::optional<EngineFrame> theFrame; ///< head of the answer that is on its way
+    int theFlatDescriptor = -1;
+    bool theEnd = false;
+};

@@ -1,0 +1,168 @@
+#include "platform/engine/EngineServer.h"
+
+#include "platform/engine/Attempt.h"
+#include "platform/engine/PageGeometry.h"
+#include "platform/engine/PageLinks.h"
+#include "platform/engine/PageText.h"
+#include "platform/engine/PageTiles.h"
+
+#include <algorithm>
+#include <cmath>
+#include <new>
+
+EngineServer::EngineServer(std::string_view bytes, int flat)
+    : theDocument(bytes)
+    , theFlatDescriptor(flat)
+{
+}
+
+void EngineServer::run()
+{
+    while (const std::optional<EnginePipe::Request> request = thePipe.read()) {
+        theNumber = request->number;
+        try {
+            serve(*request);
+        } catch (const std::bad_alloc&) {
+            PayloadWriter fault;
+            fault.put(static_cast<std::uint8_t>(EngineFault::isOutOfMemory));
+            answer(EngineAnswer::isFailed, fault);
+        }
+    }
+}
+
+void EngineServer::answer(EngineAnswer kind, const PayloadWriter& payload)
+{
+    thePipe.answer(theNumber, kind, payload);
+}
+
+void EngineServer::serve(const EnginePipe::Request& request)
+{
+    PayloadReader arguments(request.payload);
+    if (request.kind == EngineRequest::isOpen)
+        return answerState(theDocument.open(), false);
+    if (request.kind == EngineRequest::isUnlock && theState == EngineDocument::State::isLocked)
+        return answerState(theDocument.unlock(std::string(arguments.takeText())), true);
+    PayloadWriter result;
+    const int error = theState == EngineDocument::State::isOpen
+        ? perform(request.kind, arguments, result)
+        : FZ_ERROR_GENERIC;
+    if (!error)
+        return answer(EngineAnswer::isDone, result);
+    PayloadWriter fault;
+    fault.put(static_cast<std::uint8_t>(
+        error == FZ_ERROR_MEMORY ? EngineFault::isOutOfMemory : EngineFault::isDamaged));
+    answer(EngineAnswer::isFailed, fault);
+}
+
+void EngineServer::answerState(EngineDocument::State state, bool wasTried)
+{
+    theState = state;
+    PayloadWriter payload;
+    switch (state) {
+    case EngineDocument::State::isOpen:
+        return answerOpened();
+    case EngineDocument::State::isLocked:
+        payload.put(static_cast<std::uint8_t>(wasTried));
+        return answer(EngineAnswer::isLocked, payload);
+    case EngineDocument::State::isRefused:
+        payload.putText(theDocument.refusal());
+        return answer(EngineAnswer::isRefused, payload);
+    }
+}
+
+namespace {
+
+PageGeometry geometryOf(const EngineDocument& document, int index)
+{
+    fz_context* const ctx = document.context();
+    pdf_obj* page = nullptr;
+    fz_var(page);
+    const int error
+        = attempt(ctx, [&] { page = pdf_lookup_page_obj(ctx, document.document(), index); });
+    return error || !page ? PageGeometry() : pageGeometry(ctx, page);
+}
+
+} // namespace
+
+void EngineServer::answerOpened()
+{
+    const int version = theDocument.version();
+    const PageGeometry first
+        = theDocument.pageCount() > 0 ? geometryOf(theDocument, 0) : PageGeometry();
+    PayloadWriter facts;
+    for (const int fact : { theDocument.pageCount(), version / 10, version % 10,
+             theDocument.infoEntryCount(), theDocument.catalogEntryCount() })
+        facts.put(fact);
+    facts.put(first.width);
+    facts.put(first.height);
+    answer(EngineAnswer::isOpened, facts);
+}
+
+int EngineServer::perform(EngineRequest kind, PayloadReader& arguments, PayloadWriter& result)
+{
+    switch (kind) {
+    case EngineRequest::isMeasure:
+        return measure(arguments, result);
+    case EngineRequest::isTile:
+        return drawTile(arguments, result);
+    case EngineRequest::isText:
+        return readText(arguments, result);
+    case EngineRequest::isLinks:
+        return readLinks(theDocument, arguments.take<int>(), result);
+    case EngineRequest::isOutline:
+        return readOutline(theDocument, result);
+    case EngineRequest::isFlat:
+        return writeFlat(result);
+    case EngineRequest::isOpen:
+    case EngineRequest::isUnlock:
+        break;
+    }
+    return FZ_ERROR_GENERIC;
+}
+
+/// For each page: float width, height, byte it has a label, text label.
+int EngineServer::measure(PayloadReader& arguments, PayloadWriter& result)
+{
+    const int first = std::max(arguments.take<int>(), 0);
+    const int count = std::min(arguments.take<int>(), theDocument.pageCount() - first);
+    if (!theLabels)
+        theLabels = readPageLabels(theDocument.context(), theDocument.document());
+    for (int page = first; page < first + count; ++page) {
+        const PageGeometry geometry = geometryOf(theDocument, page);
+        const std::optional<std::string> label = pageLabel(*theLabels, page);
+        result.put(geometry.width);
+        result.put(geometry.height);
+        result.put(static_cast<std::uint8_t>(label.has_value()));
+        result.putText(label.value_or(std::string()));
+    }
+    return FZ_ERROR_NONE;
+}
+
+int EngineServer::drawTile(PayloadReader& arguments, PayloadWriter& result)
+{
+    TileOrder order;
+    order.page = arguments.take<int>();
+    order.scale = arguments.take<double>();
+    order.rotation = arguments.take<int>();
+    for (int* number : { &order.x, &order.y, &order.width, &order.height })
+        *number = arguments.take<int>();
+    const auto isSide = [](int side) { return side > 0 && side <= maximumTileSide; };
+    constexpr int farthest = 1 << 28;
+    if (!arguments.isDone() || !isSide(order.width) || !isSide(order.height)
+        || std::abs(order.x) > farthest || std::abs(order.y) > farthest
+        || !std::isfinite(order.scale) || order.scale <= 0)
+        return FZ_ERROR_GENERIC;
+    return ::drawTile(theDocument, order, result);
+}
+
+int EngineServer::readText(PayloadReader& arguments, PayloadWriter& result)
+{
+    const int page = arguments.take<int>();
+    const int detail = arguments.take<std::uint8_t>();
+    return readPageText(theDocument, page, detail, result);
+}
+
+int EngineServer::writeFlat(PayloadWriter&)
+{
+    return FZ_ERROR_GENERIC;
+}

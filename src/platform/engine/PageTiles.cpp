@@ -1,0 +1,72 @@
+#include "platform/engine/PageTiles.h"
+
+#include "platform/engine/Attempt.h"
+#include "platform/engine/PageGeometry.h"
+
+namespace {
+
+/// From page space to the pixels of the view, whose origin is the turned page's upper left corner.
+fz_matrix viewMatrix(const TileOrder& order, const PageGeometry& geometry)
+{
+    fz_matrix turn = fz_identity;
+    switch (order.rotation & 3) {
+    case 1:
+        turn = fz_make_matrix(0, 1, -1, 0, geometry.height, 0);
+        break;
+    case 2:
+        turn = fz_make_matrix(-1, 0, 0, -1, geometry.width, geometry.height);
+        break;
+    case 3:
+        turn = fz_make_matrix(0, -1, 1, 0, 0, geometry.width);
+        break;
+    default:
+        break;
+    }
+    const auto scale = static_cast<float>(order.scale);
+    return fz_concat(turn, fz_scale(scale, scale));
+}
+
+/// Three bytes a pixel from MuPDF, four for the program.
+void appendPixels(const fz_pixmap* pixmap, PayloadWriter& result)
+{
+    std::string row(static_cast<std::size_t>(pixmap->w) * 4, '\xff');
+    for (int y = 0; y < pixmap->h; ++y) {
+        const unsigned char* sample = pixmap->samples + pixmap->stride * y;
+        for (std::size_t x = 0; x < row.size(); x += 4, sample += 3) {
+            row[x] = static_cast<char>(sample[0]);
+            row[x + 1] = static_cast<char>(sample[1]);
+            row[x + 2] = static_cast<char>(sample[2]);
+        }
+        result.putBytes(row.data(), row.size());
+    }
+}
+
+} // namespace
+
+int drawTile(const EngineDocument& document, const TileOrder& order, PayloadWriter& result)
+{
+    fz_context* const ctx = document.context();
+    const LoadedPage page(document, order.page);
+    if (!page.page())
+        return page.error();
+    const fz_matrix matrix = viewMatrix(order, pageGeometry(ctx, page.page()->obj));
+    const fz_irect area = { order.x, order.y, order.x + order.width, order.y + order.height };
+    fz_pixmap* pixmap = nullptr;
+    fz_device* device = nullptr;
+    fz_var(pixmap);
+    fz_var(device);
+    int error = attempt(ctx, [&] {
+        pixmap = fz_new_pixmap_with_bbox(ctx, fz_device_bgr(ctx), area, nullptr, 0);
+        fz_clear_pixmap_with_value(ctx, pixmap, 0xff);
+        device = fz_new_draw_device(ctx, matrix, pixmap);
+        pdf_run_page(ctx, page.page(), device, fz_identity, nullptr);
+        fz_close_device(ctx, device);
+    });
+    fz_drop_device(ctx, device);
+    if (error != FZ_ERROR_MEMORY && device)
+        error = FZ_ERROR_NONE;
+    if (!error)
+        appendPixels(pixmap, result);
+    fz_drop_pixmap(ctx, pixmap);
+    return error;
+}

@@ -1,0 +1,119 @@
+#include "platform/engine/PageTree.h"
+
+#include "platform/engine/Attempt.h"
+#include "platform/engine/EngineProtocol.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr std::size_t maximumDepth = 256;
+
+struct OpenNode
+{
+    pdf_obj* kids; ///< borrowed: the document keeps the node's object
+    int next;
+};
+
+/// What a kid of the tree turned out to be.
+struct Kid
+{
+    int number = 0;
+    pdf_obj* kids = nullptr; ///< set for an intermediate node
+    bool isPage = false;
+};
+
+/// A node is told from a page by its Kids: Type is missing or wrong in too many files.
+Kid examine(fz_context* ctx, pdf_obj* object)
+{
+    Kid kid;
+    const int failure = attempt(ctx, [&] {
+        kid.number = pdf_to_num(ctx, object);
+        if (kid.number == 0 || !pdf_is_dict(ctx, object))
+            return;
+        pdf_obj* kids = pdf_dict_get(ctx, object, PDF_NAME(Kids));
+        pdf_obj* type = pdf_dict_get(ctx, object, PDF_NAME(Type));
+        if (pdf_is_array(ctx, kids) && !pdf_name_eq(ctx, type, PDF_NAME(Page)))
+            kid.kids = kids;
+        else
+            kid.isPage = !pdf_name_eq(ctx, type, PDF_NAME(Pages));
+    });
+    if (failure)
+        return {};
+    return kid;
+}
+
+pdf_obj* treeRoot(fz_context* ctx, pdf_document* document)
+{
+    pdf_obj* root = nullptr;
+    const int failure = attempt(ctx, [&] {
+        pdf_obj* catalog = pdf_dict_get(ctx, pdf_trailer(ctx, document), PDF_NAME(Root));
+        root = pdf_dict_get(ctx, catalog, PDF_NAME(Pages));
+    });
+    return failure ? nullptr : root;
+}
+
+pdf_obj* nextKid(fz_context* ctx, OpenNode& node)
+{
+    pdf_obj* kid = nullptr;
+    const int failure = attempt(ctx, [&] {
+        if (node.next < pdf_array_len(ctx, node.kids))
+            kid = pdf_array_get(ctx, node.kids, node.next++);
+    });
+    return failure ? nullptr : kid;
+}
+
+} // namespace
+
+PageTree walkPageTree(fz_context* ctx, pdf_document* document)
+{
+    PageTree tree;
+    std::vector<OpenNode> open;
+    const auto enter = [&](pdf_obj* object) {
+        const Kid kid = examine(ctx, object);
+        if (kid.isPage)
+            tree.pages.push_back(kid.number);
+        else if (kid.kids && open.size() < maximumDepth && tree.nodes.insert(kid.number).second)
+            open.push_back({ kid.kids, 0 });
+    };
+    if (pdf_obj* root = treeRoot(ctx, document))
+        enter(root);
+    while (!open.empty() && tree.pages.size() < maximumPageCount) {
+        if (pdf_obj* kid = nextKid(ctx, open.back()))
+            enter(kid);
+        else
+            open.pop_back();
+    }
+    return tree;
+}
+
+bool installPageMap(fz_context* ctx, pdf_document* document, const PageTree& tree)
+{
+    const std::size_t count = tree.pages.size();
+    int* forward = nullptr;
+    pdf_rev_page_map* reverse = nullptr;
+    fz_var(forward);
+    fz_var(reverse);
+    const int failure = attempt(ctx, [&] {
+        forward = static_cast<int*>(fz_malloc(ctx, (count + 1) * sizeof(int)));
+        reverse = static_cast<pdf_rev_page_map*>(
+            fz_malloc(ctx, (count + 1) * sizeof(pdf_rev_page_map)));
+    });
+    if (failure) {
+        fz_free(ctx, forward);
+        fz_free(ctx, reverse);
+        return false;
+    }
+    for (std::size_t page = 0; page < count; ++page) {
+        forward[page] = tree.pages[page];
+        reverse[page] = { static_cast<int>(page), tree.pages[page] };
+    }
+    std::sort(reverse, reverse + count, [](const auto& one, const auto& other) {
+        return one.object != other.object ? one.object < other.object : one.page < other.page;
+    });
+    document->fwd_page_map = forward;
+    document->rev_page_map = reverse;
+    document->map_page_count = static_cast<int>(count);
+    document->page_map_nesting = 1;
+    return true;
+}

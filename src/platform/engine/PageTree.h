@@ -1,0 +1,24 @@
+#pragma once
+
+#include <mupdf/pdf.h>
+
+#include <unordered_set>
+#include <vector>
+
+/// The page tree as found by walking it once (ISO 32000-2, 7.7.3).
+///
+/// Kids decide, not Count: writers that append pages forget it, and a hostile Count says anything.
+struct PageTree
+{
+    std::vector<int> pages; ///< object numbers of the pages in order; one may occur again
+    std::unordered_set<int> nodes; ///< object numbers of the intermediate nodes
+};
+
+/// Walks the tree below the catalog's Pages. A node that was met before, is deeper than 256 levels
+/// or cannot be read contributes nothing; at most maximumPageCount pages are taken.
+PageTree walkPageTree(fz_context* ctx, pdf_document* document);
+
+/// Hands the order of the pages to MuPDF, whose own look-up of a page walks the tree from its root
+/// each time: 100,000 pages in one flat node would cost 100,000 squared steps.
+/// @returns false without memory for it.
+bool installPageMap(fz_context* ctx, pdf_document* document, const PageTree& tree);

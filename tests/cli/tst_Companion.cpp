@@ -1,0 +1,162 @@
+#include <QDir>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QtTest>
+
+/// Runs the companion as a script would: by its exit status and what it prints.
+class TestCompanion : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void tellsWrongUseFromBadFiles_data();
+    void tellsWrongUseFromBadFiles();
+    void printsTexts_data();
+    void printsTexts();
+    void escapesWhatIsNotAscii();
+    void readsStandardInput();
+    void reportsAFullDisk();
+
+private:
+    struct Outcome
+    {
+        int status = -1;
+        QByteArray out;
+        QByteArray errors;
+    };
+    static Outcome run(
+        const QStringList& words, const QByteArray& input = {}, const QString& output = {});
+    QString path(const char* name) const { return theFolder.filePath(QString::fromUtf8(name)); }
+
+    QTemporaryDir theFolder;
+};
+
+TestCompanion::Outcome TestCompanion::run(
+    const QStringList& words, const QByteArray& input, const QString& output)
+{
+    QProcess process;
+    if (!output.isEmpty())
+        process.setStandardOutputFile(output);
+    process.start(QStringLiteral(TARNWICK_INSPECT), words);
+    process.write(input);
+    process.closeWriteChannel();
+    if (!process.waitForFinished() || process.exitStatus() != QProcess::NormalExit)
+        return {};
+    return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
+}
+
+void TestCompanion::initTestCase()
+{
+    QFile file(path("small.pdf"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("%PDF-1.4\n%\xE2\n1 0 obj\n<< /Type /Catalog \"\\ >>\nendobj\n%%EOF\n");
+}
+
+void TestCompanion::tellsWrongUseFromBadFiles_data()
+{
+    QTest::addColumn<QStringList>("words");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QByteArray>("message");
+    const auto row = [](const char* name, const QString& words, int status, const char* message) {
+        QTest::newRow(name) << words.split(QLatin1Char(' '), Qt::SkipEmptyParts) << status
+                            << QByteArray(message);
+    };
+    const QString small = path("small.pdf");
+    row("nothing", QString(), 2, "no command");
+    row("an unknown command", QStringLiteral("look ") + small, 2, "unknown command look");
+    row("an unknown option", QStringLiteral("listing --jsn ") + small, 2, "unknown option --jsn");
+    row("no file", QStringLiteral("listing"), 2, "no file");
+    row("two files", QStringLiteral("listing a b"), 2, "more than one file");
+    row("an option that the command has not", QStringLiteral("summary --json ") + small, 2,
+        "summary has no --json");
+    row("an option without its value", QStringLiteral("versions --export"), 2,
+        "--export needs a value");
+    row("no such file", QStringLiteral("listing ") + path("none.pdf"), 1,
+        "none.pdf: No such file or directory");
+    row("a folder", QStringLiteral("summary ") + theFolder.path(), 1, "Is a directory");
+    row("a name that begins with a dash", QStringLiteral("listing -- -x"), 1,
+        "-x: No such file or directory");
+    row("options behind the file", QStringLiteral("listing ") + small + QStringLiteral(" --json"),
+        0, "");
+    row("help", QStringLiteral("--help"), 0, "");
+}
+
+void TestCompanion::tellsWrongUseFromBadFiles()
+{
+    QFETCH(QStringList, words);
+    QFETCH(int, status);
+    QFETCH(QByteArray, message);
+    const Outcome outcome = run(words);
+    QCOMPARE(outcome.status, status);
+    QVERIFY2(outcome.errors.contains(message), outcome.errors.constData());
+    QCOMPARE(outcome.out.isEmpty(), status != 0);
+    QCOMPARE(outcome.errors.isEmpty(), status == 0);
+}
+
+void TestCompanion::printsTexts_data()
+{
+    QTest::addColumn<QString>("command");
+    QTest::addColumn<QByteArray>("expected");
+    const QByteArray object = "1 0 1 Catalog\n";
+    QTest::newRow("listing") << QStringLiteral("listing")
+                             << "%PDF-1.4\n%\u00E2\n1 0 obj\n<< /Type /Catalog \"\\ >>\n"
+                                "endobj\n\n%%EOF\n\n"
+            + object;
+    QTest::newRow("objects") << QStringLiteral("objects") << object;
+    QTest::newRow("summary") << QStringLiteral("summary")
+                             << QByteArray("contains 1 objects, consisting of:\n0 pages\n"
+                                           "1 catalogs, 0 info objects, 0 trailers.\n"
+                                           "Maximum version = 1\n");
+}
+
+void TestCompanion::printsTexts()
+{
+    QFETCH(QString, command);
+    QFETCH(QByteArray, expected);
+    const Outcome outcome = run({command, path("small.pdf")});
+    QCOMPARE(outcome.status, 0);
+    QCOMPARE(outcome.out, expected);
+}
+
+void TestCompanion::escapesWhatIsNotAscii()
+{
+    const QByteArray out
+        = run({QStringLiteral("listing"), QStringLiteral("--json"), path("small.pdf")}).out;
+    QVERIFY(std::all_of(out.begin(), out.end(), [](char c) { return c > 0 && c < 0x7F; }));
+    QStringList texts;
+    for (const QByteArray& line : out.split('\n').mid(0, 5)) {
+        const QJsonObject piece = QJsonDocument::fromJson(line).object();
+        texts.append(piece.value(QStringLiteral("role")).toString() + QLatin1Char(' ')
+            + piece.value(QStringLiteral("text")).toString());
+    }
+    QCOMPARE(texts,
+        (QStringList{QStringLiteral("green %PDF-1.4\n"), QStringLiteral("green %\u00E2\n"),
+            QStringLiteral("default 1 0 obj\n"),
+            QStringLiteral("green << /Type /Catalog \"\\ >>\n"),
+            QStringLiteral("red endobj\n\n")}));
+}
+
+void TestCompanion::readsStandardInput()
+{
+    const Outcome outcome
+        = run({QStringLiteral("objects"), QStringLiteral("-")}, "7 0 obj\nx\nendobj\n");
+    QCOMPARE(outcome.status, 0);
+    QCOMPARE(outcome.out, QByteArray("7 0 1 x\n"));
+}
+
+void TestCompanion::reportsAFullDisk()
+{
+    if (!QFile::exists(QStringLiteral("/dev/full")))
+        QSKIP("there is no /dev/full here");
+    const Outcome outcome
+        = run({QStringLiteral("listing"), path("small.pdf")}, {}, QStringLiteral("/dev/full"));
+    QCOMPARE(outcome.status, 1);
+    QVERIFY2(outcome.errors.contains("No space left"), outcome.errors.constData());
+}
+
+QTEST_GUILESS_MAIN(TestCompanion)
+#include "tst_Companion.moc"

@@ -8,8 +8,7 @@
 
 PasswordPrompt::PasswordPrompt(const QString& fileName, QWidget* parent)
     : QDialog(parent)
-    , theWarning(
-          new QLabel(tr("This password does not open the document. Please try again."), this))
+    , theWarning(new QLabel(tr("The password is wrong. Please try again."), this))
     , theField(new QLineEdit(this))
 {
     setWindowTitle(tr("Password"));
@@ -45,6 +44,8 @@ void PasswordPrompt::ask(bool wasWrong)
     theOpenButton->setEnabled(true);
     theField->selectAll();
     theField->setFocus();
+    theField->setAccessibleDescription(wasWrong ? theWarning->text() : QString());
+    adjustSize();
     show();
     raise();
     activateWindow();

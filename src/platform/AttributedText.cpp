@@ -5,7 +5,7 @@
 namespace {
 
 /// The place of a value in a table that holds each value once.
-template <class Value>
+template<class Value>
 int indexIn(QList<Value>& table, QHash<Value, int>& indexes, const Value& value)
 {
     const auto found = indexes.constFind(value);

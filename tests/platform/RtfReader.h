@@ -83,9 +83,9 @@ private:
     void apply(const QByteArray& name, int value)
     {
         State& state = theStack.last();
-        const QHash<QByteArray, int*> values = { { "f", &state.font }, { "fs", &state.size },
-            { "b", &state.bold }, { "i", &state.italic }, { "cf", &state.colour },
-            { "red", &theRed }, { "green", &theGreen }, { "blue", &theBlue } };
+        const QHash<QByteArray, int*> values
+            = {{"f", &state.font}, {"fs", &state.size}, {"b", &state.bold}, {"i", &state.italic},
+                {"cf", &state.colour}, {"red", &theRed}, {"green", &theGreen}, {"blue", &theBlue}};
         if (int* const target = values.value(name)) {
             *target = value;
         } else if (name == "par") {

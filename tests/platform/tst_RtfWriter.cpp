@@ -32,7 +32,7 @@ PDFTextRun run(qsizetype start, qsizetype length, const char* family, double siz
 AttributedText attributed(const QString& string, const QList<PDFTextRun>& runs = {})
 {
     AttributedText text;
-    text.append({ string, {}, runs });
+    text.append({string, {}, runs});
     return text;
 }
 
@@ -100,16 +100,16 @@ void TestRtfWriter::everyPlaneSurvives()
 void TestRtfWriter::attributesSurvive()
 {
     AttributedText text = attributed(u"Title\nbody"_s,
-        { run(0, 6, "Times New Roman", 18, 0xff0000, "b"), run(6, 4, "DejaVu Sans", 10.5, 0) });
+        {run(0, 6, "Times New Roman", 18, 0xff0000, "b"), run(6, 4, "DejaVu Sans", 10.5, 0)});
     text.append({});
-    text.append({ u"body, slanted"_s, {},
-        { run(0, 6, "DejaVu Sans", 10.5, 0), run(6, 7, "Times New Roman", 18, 0x20ff, "bi") } });
+    text.append({u"body, slanted"_s, {},
+        {run(0, 6, "DejaVu Sans", 10.5, 0), run(6, 7, "Times New Roman", 18, 0x20ff, "bi")}});
     const RtfReader reader(RtfWriter::write(text));
     QCOMPARE(reader.text, u"Title\nbodybody, slanted"_s);
     QCOMPARE(reader.looks,
-        QStringList({ u"Times New Roman/36/1/0/ff0000: Title\n"_s,
+        QStringList({u"Times New Roman/36/1/0/ff0000: Title\n"_s,
             u"DejaVu Sans/21/0/0/000000: bodybody, "_s,
-            u"Times New Roman/36/1/1/0020ff: slanted"_s }));
+            u"Times New Roman/36/1/1/0020ff: slanted"_s}));
     QCOMPARE(text.runs().size(), 3);
 }
 
@@ -120,24 +120,24 @@ void TestRtfWriter::looksFollowTheRuns_data()
     const auto row = [](const char* name, const QList<PDFTextRun>& runs, const QStringList& looks) {
         QTest::newRow(name) << runs << looks;
     };
-    row("no runs", {}, { u"Helvetica/24/0/0/000000: abcdef"_s });
+    row("no runs", {}, {u"Helvetica/24/0/0/000000: abcdef"_s});
     row("runs that begin early, overlap, leave gaps and end late",
-        { run(-2, 3, "A", 12, 0), run(0, 2, "B", 12, 0), run(4, 9, "C", 12, 0),
-            run(90, 9, "D", 12, 0) },
-        { u"A/24/0/0/000000: a"_s, u"B/24/0/0/000000: b"_s, u"Helvetica/24/0/0/000000: cd"_s,
-            u"C/24/0/0/000000: ef"_s });
+        {run(-2, 3, "A", 12, 0), run(0, 2, "B", 12, 0), run(4, 9, "C", 12, 0),
+            run(90, 9, "D", 12, 0)},
+        {u"A/24/0/0/000000: a"_s, u"B/24/0/0/000000: b"_s, u"Helvetica/24/0/0/000000: cd"_s,
+            u"C/24/0/0/000000: ef"_s});
     row("sizes that no reader knows",
-        { run(0, 1, "A", 0.01, 0), run(1, 1, "A", 1e9, 0), run(2, 1, "A", -4, 0),
-            run(3, 3, "A", qQNaN(), 0) },
-        { u"A/1/0/0/000000: a"_s, u"A/3276/0/0/000000: b"_s, u"A/1/0/0/000000: c"_s,
-            u"A/24/0/0/000000: def"_s });
+        {run(0, 1, "A", 0.01, 0), run(1, 1, "A", 1e9, 0), run(2, 1, "A", -4, 0),
+            run(3, 3, "A", qQNaN(), 0)},
+        {u"A/1/0/0/000000: a"_s, u"A/3276/0/0/000000: b"_s, u"A/1/0/0/000000: c"_s,
+            u"A/24/0/0/000000: def"_s});
     row("families that would end the table",
-        { run(0, 2, "A;}{\\f9 B", 12, 0), run(2, 2, " ", 12, 0), run(4, 2, "明朝", 12, 0) },
-        { u"A }{\\f9 B/24/0/0/000000: ab"_s, u"Helvetica/24/0/0/000000: cd"_s,
-            u"明朝/24/0/0/000000: ef"_s });
+        {run(0, 2, "A;}{\\f9 B", 12, 0), run(2, 2, " ", 12, 0), run(4, 2, "明朝", 12, 0)},
+        {u"A }{\\f9 B/24/0/0/000000: ab"_s, u"Helvetica/24/0/0/000000: cd"_s,
+            u"明朝/24/0/0/000000: ef"_s});
     row("neighbours that differ in colour alone",
-        { run(0, 3, "A", 12, 0xffffff), run(3, 3, "A", 12, 1) },
-        { u"A/24/0/0/ffffff: abc"_s, u"A/24/0/0/000001: def"_s });
+        {run(0, 3, "A", 12, 0xffffff), run(3, 3, "A", 12, 1)},
+        {u"A/24/0/0/ffffff: abc"_s, u"A/24/0/0/000001: def"_s});
 }
 
 void TestRtfWriter::looksFollowTheRuns()
@@ -174,7 +174,7 @@ void TestRtfWriter::anotherReaderAgrees()
     file.write(RtfWriter::write(attributed(text)));
     file.close();
     QProcess process;
-    process.start(unrtf, { u"--html"_s, u"--quiet"_s, file.fileName() });
+    process.start(unrtf, {u"--html"_s, u"--quiet"_s, file.fileName()});
     QVERIFY(process.waitForFinished());
     const QString html = QString::fromUtf8(process.readAllStandardOutput());
     const QString read = QTextDocumentFragment::fromHtml(html).toPlainText();

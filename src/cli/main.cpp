@@ -1,6 +1,7 @@
 #include "cli/AnalysisCommands.h"
 #include "cli/Arguments.h"
 #include "cli/FileInput.h"
+#include "cli/VersionsCommand.h"
 
 #include <cstdio>
 #include <string>
@@ -43,6 +44,8 @@ ExitStatus run(const Arguments& arguments)
         return objectsCommand(arguments, *bytes);
     if (arguments.command == "summary")
         return summaryCommand(arguments, *bytes);
+    if (arguments.command == "versions")
+        return versionsCommand(arguments, *bytes);
     return fail(ExitStatus::isWrongUse, "unknown command " + arguments.command);
 }
 

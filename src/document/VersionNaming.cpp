@@ -10,8 +10,8 @@ FileNameParts fileNameParts(std::string_view path)
     const std::size_t dot = path.rfind('.');
     const bool isExtension = dot != std::string_view::npos && dot > 0 && dot + 1 < path.size();
     if (!isExtension)
-        return { std::string(path), {} };
-    return { std::string(path.substr(0, dot)), std::string(path.substr(dot + 1)) };
+        return {std::string(path), {}};
+    return {std::string(path.substr(0, dot)), std::string(path.substr(dot + 1))};
 }
 
 std::string versionExtension(const FileNameParts& parts)

@@ -22,7 +22,7 @@ std::string reasonOf(int error)
 
 VersionResult failure(std::size_t filesWritten, const std::string& path, std::string reason)
 {
-    return { VersionResult::Outcome::isFailed, filesWritten, path, std::move(reason) };
+    return {VersionResult::Outcome::isFailed, filesWritten, path, std::move(reason)};
 }
 
 /// Creates a folder with those above it. @returns 0 or an errno; an existing folder is fine.
@@ -167,22 +167,23 @@ VersionResult VersionWriter::write(
     if (opened.descriptor() < 0)
         return failure(0, folder, reasonOf(errno));
 
-    Meter meter(progress, std::accumulate(cuts.begin(), cuts.end(), std::uint64_t{ 0 }));
+    Meter meter(progress, std::accumulate(cuts.begin(), cuts.end(), std::uint64_t{0}));
     WrittenVersion last;
     for (std::size_t i = 0; i < cuts.size(); ++i) {
         const std::string name = versionFileName(theBase, i + 1, theExtension);
         auto file = std::make_unique<WholeFile>(opened.descriptor(), name);
         int error = file->open(theOpenedFile);
         if (error == EEXIST)
-            return failure(i, folder + "/" + name, "This is the file that is being exported");
+            return {VersionResult::Outcome::isRefused, i, folder + "/" + name,
+                "This is the opened file"};
         const std::string_view bytes = theBytes.substr(0, cuts[i]);
         const Step step = error == 0 ? writeOne(*file, bytes, last, meter, error) : Step::isFailed;
         if (step == Step::isFailed)
             return failure(i, folder + "/" + name, reasonOf(error));
         if (step == Step::isCancelled)
-            return { VersionResult::Outcome::isCancelled, i, {}, {} };
+            return {VersionResult::Outcome::isCancelled, i, {}, {}};
         const int descriptor = file->descriptor();
-        last = { std::move(file), bytes.size(), ContentStamp(descriptor) };
+        last = {std::move(file), bytes.size(), ContentStamp(descriptor)};
     }
-    return { VersionResult::Outcome::isDone, cuts.size(), {}, {} };
+    return {VersionResult::Outcome::isDone, cuts.size(), {}, {}};
 }

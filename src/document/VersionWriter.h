@@ -18,11 +18,12 @@ struct VersionResult
         isDone, ///< every version is written
         isCancelled, ///< the caller asked for it
         isFailed, ///< path could not be written, for reason
+        isRefused, ///< path leads to the opened file, which is never replaced
     };
 
     Outcome outcome = Outcome::isDone;
     std::size_t filesWritten = 0; ///< versions 1 to this one are in the folder, whole
-    std::string path; ///< the folder or file that failed
+    std::string path; ///< the folder or file that failed or was refused
     std::string reason; ///< as a phrase for the user ("No space left on device")
 };
 
@@ -44,7 +45,7 @@ public:
     /// @param base, extension as versionFileName() takes them; bytes of the file system.
     VersionWriter(std::string_view bytes, std::string base, std::string extension);
 
-    /// The opened file's identity: it is never replaced, an export that would is refused.
+    /// The opened file's identity: it is never replaced, the export stops before it.
     void setOpenedFile(const std::optional<FileIdentity>& identity) { theOpenedFile = identity; }
 
     /// Creates the folder and those above it where they are missing, and writes the versions.

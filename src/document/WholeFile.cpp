@@ -1,42 +1,15 @@
 #include "document/WholeFile.h"
 
+#include "document/FileSizeSignalBlock.h"
+
 #include <atomic>
 #include <cerrno>
-#include <csignal>
-#include <ctime>
 #include <fcntl.h>
 #include <linux/fs.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
 namespace {
-
-/// Holds back SIGXFSZ on this thread, whose default would end the program where a limit on file
-/// sizes is an error like a full disk.
-class FileSizeSignalBlock
-{
-public:
-    FileSizeSignalBlock()
-    {
-        sigemptyset(&theSignal);
-        sigaddset(&theSignal, SIGXFSZ);
-        pthread_sigmask(SIG_BLOCK, &theSignal, &theOldMask);
-    }
-    ~FileSizeSignalBlock()
-    {
-        const int error = errno;
-        const timespec now = { 0, 0 };
-        sigtimedwait(&theSignal, nullptr, &now);
-        pthread_sigmask(SIG_SETMASK, &theOldMask, nullptr);
-        errno = error;
-    }
-    FileSizeSignalBlock(const FileSizeSignalBlock&) = delete;
-    FileSizeSignalBlock& operator=(const FileSizeSignalBlock&) = delete;
-
-private:
-    sigset_t theSignal;
-    sigset_t theOldMask;
-};
 
 std::string nextTemporaryName()
 {
@@ -58,7 +31,7 @@ std::optional<FileIdentity> fileIdentity(const std::string& path)
     struct stat status = {};
     if (::stat(path.c_str(), &status) != 0)
         return std::nullopt;
-    return FileIdentity{ status.st_dev, status.st_ino };
+    return FileIdentity{status.st_dev, status.st_ino};
 }
 
 std::optional<FileIdentity> fileIdentity(int descriptor)
@@ -66,7 +39,7 @@ std::optional<FileIdentity> fileIdentity(int descriptor)
     struct stat status = {};
     if (::fstat(descriptor, &status) != 0)
         return std::nullopt;
-    return FileIdentity{ status.st_dev, status.st_ino };
+    return FileIdentity{status.st_dev, status.st_ino};
 }
 
 WholeFile::WholeFile(int folder, std::string name)
@@ -87,7 +60,7 @@ int WholeFile::open(const std::optional<FileIdentity>& forbidden)
 {
     struct stat status = {};
     if (::fstatat(theFolder, theName.c_str(), &status, 0) == 0) {
-        if (forbidden == FileIdentity{ status.st_dev, status.st_ino })
+        if (forbidden == FileIdentity{status.st_dev, status.st_ino})
             return EEXIST;
         if (S_ISDIR(status.st_mode))
             return EISDIR;

@@ -26,20 +26,20 @@ void TestVersionCuts::cutsAfterEachMarker_data()
     row("empty file", "", {});
     row("no marker", "%PDF-1.7\n", {});
     row("half a marker ends the file", "abc%%EO", {});
-    row("marker is the whole file", "%%EOF", { 5 });
-    row("marker ends the file", "a%%EOF", { 6 });
-    row("LF is in the version", "a%%EOF\n", { 7 });
-    row("CR LF: the LF is in no version", "a%%EOF\r\n", { 7 });
-    row("the byte after counts whatever it is", "a%%EOFz\n", { 7 });
-    row("two saves", "a%%EOF\nb%%EOF\n", { 7, 14 });
-    row("last marker without line end", "a%%EOF\nb%%EOF", { 7, 13 });
-    row("junk after the last marker is in no version", "a%%EOF\n\n\njunk", { 7 });
-    row("a marker right behind loses its first byte", "%%EOF%%EOF\n", { 6 });
-    row("the search goes on behind the lost byte", "%%EOF%%EOF\n%%EOF\n", { 6, 17 });
-    row("three percent signs end the marker's byte and begin the next", "%%EOF%%%EOF\n", { 6, 12 });
-    row("marker in a stream", "stream\nx%%EOFx\nendstream\n%%EOF\n", { 14, 31 });
+    row("marker is the whole file", "%%EOF", {5});
+    row("marker ends the file", "a%%EOF", {6});
+    row("LF is in the version", "a%%EOF\n", {7});
+    row("CR LF: the LF is in no version", "a%%EOF\r\n", {7});
+    row("the byte after counts whatever it is", "a%%EOFz\n", {7});
+    row("two saves", "a%%EOF\nb%%EOF\n", {7, 14});
+    row("last marker without line end", "a%%EOF\nb%%EOF", {7, 13});
+    row("junk after the last marker is in no version", "a%%EOF\n\n\njunk", {7});
+    row("a marker right behind loses its first byte", "%%EOF%%EOF\n", {6});
+    row("the search goes on behind the lost byte", "%%EOF%%EOF\n%%EOF\n", {6, 17});
+    row("three percent signs end the marker's byte and begin the next", "%%EOF%%%EOF\n", {6, 12});
+    row("marker in a stream", "stream\nx%%EOFx\nendstream\n%%EOF\n", {14, 31});
     row("case counts", "%%eof\n", {});
-    row("NULs around", QByteArray("\0%%EOF\0\0", 8), { 7 });
+    row("NULs around", QByteArray("\0%%EOF\0\0", 8), {7});
 }
 
 void TestVersionCuts::cutsAfterEachMarker()
@@ -47,7 +47,7 @@ void TestVersionCuts::cutsAfterEachMarker()
     QFETCH(QByteArray, file);
     QFETCH(QList<std::size_t>, expected);
     const std::vector<std::size_t> cuts
-        = versionCuts({ file.constData(), static_cast<std::size_t>(file.size()) });
+        = versionCuts({file.constData(), static_cast<std::size_t>(file.size())});
     QCOMPARE(QList<std::size_t>(cuts.begin(), cuts.end()), expected);
 }
 

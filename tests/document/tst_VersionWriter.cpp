@@ -20,7 +20,7 @@ QByteArray threeSaves()
 
 std::string_view viewOf(const QByteArray& bytes)
 {
-    return { bytes.constData(), static_cast<std::size_t>(bytes.size()) };
+    return {bytes.constData(), static_cast<std::size_t>(bytes.size())};
 }
 
 QByteArray contentOf(const QString& path)
@@ -36,7 +36,7 @@ public:
     explicit FileSizeLimit(rlim_t bytes)
     {
         getrlimit(RLIMIT_FSIZE, &theOld);
-        const rlimit limit = { bytes, theOld.rlim_max };
+        const rlimit limit = {bytes, theOld.rlim_max};
         setrlimit(RLIMIT_FSIZE, &limit);
     }
     ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &theOld); }
@@ -209,7 +209,7 @@ void TestVersionWriter::neverReplacesTheOpenedFile()
     writer.setOpenedFile(fileIdentity(opened));
     const VersionResult result
         = writer.write(theFolder.toStdString(), versionCuts(viewOf(theFile)));
-    QCOMPARE(result.outcome, VersionResult::Outcome::isFailed);
+    QCOMPARE(result.outcome, VersionResult::Outcome::isRefused);
     QCOMPARE(result.filesWritten, 1U);
     QCOMPARE(fileIdentity(second), fileIdentity(opened));
     QVERIFY(contentOf(QString::fromStdString(opened)) == theFile);
@@ -222,7 +222,7 @@ void TestVersionWriter::cancelLeavesWholeFiles()
     });
     QCOMPARE(result.outcome, VersionResult::Outcome::isCancelled);
     QCOMPARE(result.filesWritten, 2U);
-    QCOMPARE(names(), QStringList({ QStringLiteral("r-001.pdf"), QStringLiteral("r-002.pdf") }));
+    QCOMPARE(names(), QStringList({QStringLiteral("r-001.pdf"), QStringLiteral("r-002.pdf")}));
 }
 
 void TestVersionWriter::stopsWhenTheFolderDisappears()

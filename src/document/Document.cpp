@@ -1,6 +1,9 @@
 #include "document/Document.h"
 
+#include "document/DocumentExport.h"
 #include "document/IncrementalUpdate.h"
+#include "document/VersionExport.h"
+#include "platform/frame/DocumentWindow.h"
 
 #include <QWidget>
 
@@ -68,4 +71,30 @@ void Document::showNewWindow(const QString& identifier)
 {
     if (QWidget* window = theRegistry->make(identifier, this))
         window->show();
+}
+
+ExportSource Document::exportSource() const
+{
+    return { fileURL().toLocalFile(), displayName(), theBytes, theRenderedDocument.get(),
+        theText.get(), windowForSheet() };
+}
+
+void Document::exportPDFversions()
+{
+    VersionExport::begin(exportSource());
+}
+
+void Document::exportFlatPDF()
+{
+    DocumentExport::begin(ExportKind::isFlatPDF, exportSource());
+}
+
+void Document::exportPlainText()
+{
+    DocumentExport::begin(ExportKind::isPlainText, exportSource());
+}
+
+void Document::exportRichText()
+{
+    DocumentExport::begin(ExportKind::isRichText, exportSource());
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "document/ExportSource.h"
 #include "platform/FileBytes.h"
 #include "platform/PDFDocument.h"
 #include "platform/PDFDocumentText.h"
@@ -46,8 +47,14 @@ public slots:
     void openSource();
     /// Opens a further plain PDF window.
     void openPlainPDF();
+    /// Each runs its panel and writes when that is answered (VersionExport, DocumentExport).
+    void exportPDFversions();
+    void exportFlatPDF();
+    void exportPlainText();
+    void exportRichText();
 
 private:
+    ExportSource exportSource() const;
     void showNewWindow(const QString& identifier);
     void finishOpening();
 

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "document/ExportContent.h"
+#include "document/ExportJob.h"
+#include "document/ExportSource.h"
+#include "document/ExportTarget.h"
+
+#include <QPointer>
+
+#include <memory>
+#include <optional>
+
+class ExportPanel;
+
+/// The name that an export's panel proposes: the document's name and the kind's ending, whatever
+/// the name holds ("report.pdf-flat.pdf"); "Untitled" for an empty name.
+QString proposedExportName(ExportKind kind, const QString& displayName);
+
+/// One run of the command that exports a document as flat PDF, plain text or rich text: a panel of
+/// its own, then one file.
+///
+/// Flat PDF and plain text are asked for when the command runs, rich text when the panel is
+/// confirmed; where the engine is slower than the user, progress with cancel is shown. A file that
+/// cannot be written is passed over in silence, one that must not be (the opened file itself) and
+/// an engine that fails are told. Several may run at once.
+class DocumentExport : public ExportJob
+{
+    Q_OBJECT
+
+public:
+    /// Runs the command; nothing happens when the document cannot give what is wanted.
+    static void begin(ExportKind kind, const ExportSource& source);
+
+private:
+    DocumentExport(
+        ExportKind kind, const ExportSource& source, std::unique_ptr<ExportContent> content);
+    ~DocumentExport() override;
+
+    void openPanel();
+    void panelConfirmed();
+    void goOn();
+    void write();
+    void documentClosed();
+
+    ExportKind theKind;
+    ExportSource theSource;
+    std::unique_ptr<ExportContent> theContent;
+    bool theContentIsAskedFor = false;
+    std::optional<PDFFailure> theFailure;
+    QPointer<ExportPanel> thePanel;
+    QString thePath; ///< empty until the panel is confirmed
+};

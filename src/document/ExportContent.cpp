@@ -1,0 +1,205 @@
+#include "document/ExportContent.h"
+
+#include "platform/RtfWriter.h"
+
+#include <QCoreApplication>
+#include <QIODevice>
+#include <QStringEncoder>
+
+#include <algorithm>
+
+namespace {
+
+constexpr std::size_t sliceSize = std::size_t{1} << 20U;
+
+bool writeAll(QIODevice& device, const char* data, qint64 length)
+{
+    return device.write(data, length) == length;
+}
+
+/// The document written out again by the engine.
+class FlatContent : public ExportContent
+{
+public:
+    explicit FlatContent(PDFDocument* document)
+        : theDocument(document)
+    {
+    }
+
+    void take() override
+    {
+        PDFFlatRequest* const request = theDocument->requestFlat(this);
+        connect(request, &PDFRequest::progressed, this, &ExportContent::progressed);
+        connect(request, &PDFRequest::finished, this, [this, request] {
+            if (!request->succeeded()) {
+                emit failed(request->failure());
+                return;
+            }
+            theBytes = request->bytes();
+            setTaken();
+        });
+    }
+
+    bool write(QIODevice& device, const Progress& progress) const override
+    {
+        const std::string_view bytes = theBytes.view();
+        for (std::size_t done = 0; done < bytes.size();) {
+            const std::string_view slice = bytes.substr(done, sliceSize);
+            if (!writeAll(device, slice.data(), static_cast<qint64>(slice.size())))
+                return false;
+            done += slice.size();
+            if (!progress(done, bytes.size()))
+                return false;
+        }
+        return true;
+    }
+
+private:
+    PDFDocument* theDocument; // used by take() alone
+    FileBytes theBytes;
+};
+
+/// The text of all pages, shared with the document's windows.
+class TextContent : public ExportContent
+{
+public:
+    explicit TextContent(PDFDocumentText* text)
+        : theText(text)
+    {
+    }
+
+    void take() override
+    {
+        if (theText->isWhole()) {
+            keep();
+            return;
+        }
+        connect(theText, &PDFDocumentText::completed, this, &TextContent::keep);
+        connect(theText, &PDFDocumentText::pageArrived, this,
+            [this] { emit progressed(theText->arrivedCount(), theText->pageCount()); });
+        connect(theText, &PDFDocumentText::stopped, this, &TextContent::stop);
+        theText->fetch();
+    }
+
+    bool write(QIODevice& device, const Progress& progress) const override
+    {
+        // One encoder for all slices: a surrogate pair may be cut by one.
+        QStringEncoder encoder(QStringEncoder::Utf8);
+        const auto length = static_cast<qsizetype>(theString.size());
+        for (qsizetype done = 0; done < length;) {
+            const QStringView slice
+                = QStringView(theString).mid(done, static_cast<qsizetype>(sliceSize));
+            const QByteArray encoded = encoder.encode(slice);
+            if (!writeAll(device, encoded.constData(), encoded.size()))
+                return false;
+            done += slice.size();
+            if (!progress(static_cast<quint64>(done), static_cast<quint64>(length)))
+                return false;
+        }
+        return true;
+    }
+
+private:
+    void keep()
+    {
+        theString = theText->string();
+        setTaken();
+    }
+
+    void stop(PDFFailure failure)
+    {
+        // A window that no longer wants the text does not decide for this export.
+        if (failure == PDFFailure::isCancelled)
+            QMetaObject::invokeMethod(theText, &PDFDocumentText::fetch, Qt::QueuedConnection);
+        else
+            emit failed(failure);
+    }
+
+    PDFDocumentText* theText; // not used once taken
+    QString theString;
+};
+
+/// The text of all pages with its attributes, as RTF.
+class RichContent : public ExportContent
+{
+public:
+    explicit RichContent(PDFDocument* document)
+        : theDocument(document)
+    {
+    }
+
+    void take() override
+    {
+        const int count = theDocument->pageCount();
+        PDFTextRequest* const request
+            = theDocument->requestText(0, count - 1, PDFTextDetail::isWithAttributes, this);
+        connect(request, &PDFTextRequest::pageReady, this,
+            [this, count](int page, const PDFPageText& text) {
+                theText.append(text);
+                emit progressed(page + 1, count);
+            });
+        connect(request, &PDFRequest::finished, this, [this, request] {
+            if (request->succeeded())
+                setTaken();
+            else
+                emit failed(request->failure());
+        });
+    }
+
+    bool write(QIODevice& device, const Progress& progress) const override
+    {
+        RtfWriter writer(theText);
+        for (QByteArray part = writer.next(); !part.isEmpty(); part = writer.next()) {
+            if (!writeAll(device, part.constData(), part.size()))
+                return false;
+            if (!progress(static_cast<quint64>(writer.writtenLength()),
+                    static_cast<quint64>(theText.length())))
+                return false;
+        }
+        return true;
+    }
+
+private:
+    PDFDocument* theDocument; // used by take() alone
+    AttributedText theText;
+};
+
+} // namespace
+
+std::unique_ptr<ExportContent> ExportContent::make(ExportKind kind, const ExportSource& source)
+{
+    PDFDocument* const document = source.document;
+    if (!document || document->state() != PDFDocument::State::isOpen)
+        return nullptr;
+    if (kind == ExportKind::isFlatPDF)
+        return std::make_unique<FlatContent>(document);
+    if (kind == ExportKind::isPlainText)
+        return source.text ? std::make_unique<TextContent>(source.text) : nullptr;
+    return document->pageCount() > 0 ? std::make_unique<RichContent>(document) : nullptr;
+}
+
+void ExportContent::setTaken()
+{
+    theContentIsTaken = true;
+    emit taken();
+}
+
+QString exportFailureText(PDFFailure failure)
+{
+    const auto text
+        = [](const char* source) { return QCoreApplication::translate("ExportContent", source); };
+    switch (failure) {
+    case PDFFailure::isEngineDead:
+        return text("The PDF engine ended while it was reading the document.");
+    case PDFFailure::isOutOfMemory:
+        return text("The PDF engine needed more memory than it may use.");
+    case PDFFailure::isTimedOut:
+        return text("The PDF engine took longer than it may.");
+    case PDFFailure::isDamaged:
+        return text("The document is too damaged for this.");
+    case PDFFailure::isNone:
+    case PDFFailure::isCancelled:
+        break;
+    }
+    return {};
+}

@@ -1,0 +1,59 @@
+#include "document/ExportJob.h"
+
+#include <QCoreApplication>
+#include <QMessageBox>
+
+ExportJob::ExportJob(const QString& title)
+    : theTitle(title)
+{
+    // Panels cannot outlive the application.
+    connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this,
+        [this] { delete this; });
+}
+
+ExportJob::~ExportJob() = default;
+
+void ExportJob::showProgress(const QString& name)
+{
+    theProgress = std::make_unique<ExportProgress>(tr("Exporting “%1”…").arg(name));
+    connect(theProgress.get(), &ExportProgress::cancelled, this, &ExportJob::cancel);
+}
+
+void ExportJob::startWriting(BackgroundWork::Work work)
+{
+    theLocker.emplace();
+    theWork = std::make_unique<BackgroundWork>(std::move(work));
+    connect(theWork.get(), &BackgroundWork::progressed, theProgress.get(),
+        [this](int permille) { theProgress->show(permille, 1000); });
+    connect(theWork.get(), &BackgroundWork::finished, this, &ExportJob::finishWriting);
+    theWork->start();
+}
+
+void ExportJob::stopWriting()
+{
+    theWork.reset();
+}
+
+void ExportJob::cancel()
+{
+    theProgress.reset();
+    if (theWork)
+        theWork->cancel();
+    else
+        end();
+}
+
+void ExportJob::end()
+{
+    theProgress.reset();
+    deleteLater();
+}
+
+void ExportJob::alert(const QString& text, const QString& detail, QWidget* window) const
+{
+    auto* const box
+        = new QMessageBox(QMessageBox::Warning, theTitle, text, QMessageBox::Ok, window);
+    box->setInformativeText(detail);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->open();
+}

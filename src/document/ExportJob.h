@@ -1,0 +1,56 @@
+#pragma once
+
+#include "document/BackgroundWork.h"
+#include "document/ExportProgress.h"
+
+#include <QEventLoopLocker>
+#include <QObject>
+#include <QString>
+
+#include <memory>
+#include <optional>
+
+class QWidget;
+
+/// One run of an export command, from its panel to its last file.
+///
+/// It belongs to nobody, so that windows and documents may close meanwhile, and destroys itself at
+/// the end, or when the program ends; writing keeps the program running.
+class ExportJob : public QObject
+{
+    Q_OBJECT
+
+protected:
+    /// @param title of the job's panels and alerts.
+    explicit ExportJob(const QString& title);
+    ~ExportJob() override;
+
+    const QString& title() const { return theTitle; }
+
+    /// From now on a job that takes longer than a second shows progress and can be cancelled.
+    /// @param name of what is written.
+    void showProgress(const QString& name);
+    ExportProgress* progress() const { return theProgress.get(); }
+
+    /// Writes on a thread of its own and calls finishWriting() when that is done. Precondition:
+    /// showProgress(). @param work may use what the job owns; nobody else does until then.
+    void startWriting(BackgroundWork::Work work);
+    /// Cancels the writing and waits for it; for destructors of what the writing uses.
+    void stopWriting();
+    /// Writing is done, has failed or was cancelled. Ends the job, as overrides do at their end.
+    virtual void finishWriting() { end(); }
+    bool isWriting() const { return theWork != nullptr; }
+
+    /// Gives up: at once, or as soon as the writing has stopped.
+    void cancel();
+    void end();
+
+    /// Tells the user, without waiting for the answer. @param window for the alert, or null.
+    void alert(const QString& text, const QString& detail, QWidget* window) const;
+
+private:
+    QString theTitle;
+    std::unique_ptr<ExportProgress> theProgress;
+    std::unique_ptr<BackgroundWork> theWork;
+    std::optional<QEventLoopLocker> theLocker;
+};

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "platform/FileBytes.h"
+#include "platform/PDFDocument.h"
+#include "platform/PDFDocumentText.h"
+
+#include <QPointer>
+#include <QString>
+#include <QWidget>
+
+/// What an export takes from an opened document. A document may close while a panel of its is open:
+/// its bytes stay, the rest is then null.
+struct ExportSource
+{
+    QString filePath; ///< the opened file, which no export may write; empty without one
+    QString displayName; ///< as windows show it; may be empty
+    FileBytes bytes; ///< the file as it was read
+    QPointer<PDFDocument> document; ///< open, or null
+    QPointer<PDFDocumentText> text; ///< of that document, or null
+    QPointer<QWidget> window; ///< for sheets
+};

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "document/ExportJob.h"
+#include "document/ExportSource.h"
+#include "document/VersionWriter.h"
+
+#include <QPointer>
+
+#include <string>
+
+class ExportPanel;
+
+/// One run of the command that exports the saved versions of a document: a sheet that names a
+/// folder, then one file in it for each version.
+///
+/// What cannot be written ends the export in silence; the versions before it stay. A file that
+/// leads to the opened one is never replaced, and that is told.
+class VersionExport : public ExportJob
+{
+    Q_OBJECT
+
+public:
+    /// Runs the command; nothing happens for a document without bytes. A document without a file
+    /// gives its display name for the files' names.
+    static void begin(const ExportSource& source);
+
+private:
+    explicit VersionExport(const ExportSource& source);
+    ~VersionExport() override;
+
+    void openPanel();
+    void panelConfirmed();
+    void write(const std::string& folder);
+    void finishWriting() override;
+
+    ExportSource theSource;
+    std::string theBase;
+    std::string theExtension; ///< with its dot, or empty
+    std::string theFolderName; ///< to propose
+    QPointer<ExportPanel> thePanel;
+    VersionResult theResult; ///< of the writing, once it is finished
+};

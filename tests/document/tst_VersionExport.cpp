@@ -1,0 +1,218 @@
+#include "document/ExportPanel.h"
+#include "document/VersionExport.h"
+
+#include <QApplication>
+#include <QDialogButtonBox>
+#include <QDir>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QByteArray file = "%PDF-1.7\n%%EOF\nsecond\n%%EOF\nthird\n%%EOF\r\n";
+
+/// The widget of a class that shows; null without one.
+template<class Widget> Widget* shown()
+{
+    const QWidgetList widgets = QApplication::topLevelWidgets();
+    for (QWidget* widget : widgets) {
+        if (auto* const found = dynamic_cast<Widget*>(widget); found && found->isVisible())
+            return found;
+    }
+    return nullptr;
+}
+
+QByteArray contentOf(const QString& path)
+{
+    QFile opened(path);
+    return opened.open(QIODevice::ReadOnly) ? opened.readAll() : QByteArray("cannot be read");
+}
+
+} // namespace
+
+class TestVersionExport : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void panelProposesAFolder_data();
+    void panelProposesAFolder();
+    void writesTheVersions_data();
+    void writesTheVersions();
+    void cancelWritesNothing();
+    void nothingHappensWithoutBytes();
+    void asksBeforeItUsesAFolderWithFiles();
+    void staysOpenForTheNameOfAFile();
+    void tellsThatTheOpenedFileIsKept();
+    void endsWithItsWindow();
+
+private:
+    ExportPanel* open(const QString& path, const QString& displayName = {})
+    {
+        ExportSource source;
+        source.filePath = path;
+        source.displayName = displayName;
+        source.bytes = *FileBytes::copy({file.constData(), std::size_t(file.size())});
+        source.window = theWindow.get();
+        VersionExport::begin(source);
+        return shown<ExportPanel>();
+    }
+    QString path(const QString& name) const { return theHome->filePath(name); }
+    QStringList names(const QString& folder) const
+    {
+        return QDir(path(folder)).entryList(QDir::Files | QDir::Hidden);
+    }
+
+    std::unique_ptr<QTemporaryDir> theHome;
+    std::unique_ptr<QWidget> theWindow;
+};
+
+void TestVersionExport::init()
+{
+    QApplication::setQuitOnLastWindowClosed(false);
+    theHome = std::make_unique<QTemporaryDir>();
+    QVERIFY(theHome->isValid());
+    theWindow = std::make_unique<QWidget>();
+    theWindow->show();
+}
+
+void TestVersionExport::cleanup()
+{
+    theWindow.reset();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(!shown<QDialog>());
+}
+
+void TestVersionExport::panelProposesAFolder_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("displayName");
+    QTest::addColumn<QString>("proposed");
+    const auto row
+        = [](const char* name, const QString& path, const QString& displayName,
+              const QString& proposed) { QTest::newRow(name) << path << displayName << proposed; };
+    row("a PDF", u"/none/report.pdf"_s, u"x"_s, u"report-Copy-pdf"_s);
+    row("no extension", u"/none/notes"_s, u"x"_s, u"notes-Copy"_s);
+    row("quotes and spaces", u"/none/a \"b\".pdf"_s, u"x"_s, u"a \"b\"-Copy-pdf"_s);
+    row("no file: the display name", u""_s, u"Scan.pdf"_s, u"Scan-Copy-pdf"_s);
+    row("a display name with a slash", u""_s, u"1/2"_s, u"1-2-Copy"_s);
+    row("no name at all", u""_s, u""_s, u"Untitled-Copy"_s);
+}
+
+void TestVersionExport::panelProposesAFolder()
+{
+    QFETCH(QString, path);
+    QFETCH(QString, displayName);
+    ExportPanel* const panel = open(path, displayName);
+    QVERIFY(panel);
+    QCOMPARE(panel->windowModality(), Qt::WindowModal);
+    QCOMPARE(panel->parentWidget(), theWindow.get());
+    QTEST(panel->findChild<QLineEdit*>(u"fileNameEdit"_s)->text(), "proposed");
+    QCOMPARE(panel->findChild<QLabel*>(u"messageLabel"_s)->text(),
+        u"Enter the name of a new folder to contain versions"_s);
+    const auto* const box = panel->findChild<QDialogButtonBox*>();
+    QCOMPARE(box->button(QDialogButtonBox::Save)->text(), u"Save to folder"_s);
+    panel->reject();
+}
+
+void TestVersionExport::writesTheVersions_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("as proposed") << u"report-Copy-pdf"_s;
+    QTest::newRow("with folders above it") << u"a/b c/d"_s;
+    QTest::newRow("with quotes") << u"a\"b\"c"_s;
+}
+
+void TestVersionExport::writesTheVersions()
+{
+    QFETCH(QString, name);
+    ExportPanel* const panel = open(path(u"report.pdf"_s));
+    auto* const edit = panel->findChild<QLineEdit*>(u"fileNameEdit"_s);
+    edit->setText(name);
+    QTest::keyClick(edit, Qt::Key_Return);
+    QTRY_COMPARE(names(name).size(), 3);
+    QCOMPARE(names(name).first(), u"report-001.pdf"_s);
+    QCOMPARE(contentOf(path(name + u"/report-002.pdf")), file.first(28));
+    QCOMPARE(contentOf(path(name + u"/report-003.pdf")), file.first(file.size() - 1));
+}
+
+void TestVersionExport::cancelWritesNothing()
+{
+    open(path(u"report.pdf"_s))->reject();
+    QCOMPARE(names(u"report-Copy-pdf"_s), QStringList());
+}
+
+void TestVersionExport::nothingHappensWithoutBytes()
+{
+    VersionExport::begin({});
+    QVERIFY(!shown<ExportPanel>());
+}
+
+void TestVersionExport::asksBeforeItUsesAFolderWithFiles()
+{
+    QVERIFY(QDir(theHome->path()).mkpath(u"report-Copy-pdf/sub"_s));
+    ExportPanel* const panel = open(path(u"report.pdf"_s));
+    const auto answer = [](QMessageBox::StandardButton button) {
+        QTimer::singleShot(0, qApp, [button] { shown<QMessageBox>()->button(button)->click(); });
+    };
+    auto* const edit = panel->findChild<QLineEdit*>(u"fileNameEdit"_s);
+    answer(QMessageBox::No);
+    QTest::keyClick(edit, Qt::Key_Return);
+    QVERIFY(panel->isVisible());
+    answer(QMessageBox::Yes);
+    QTest::keyClick(edit, Qt::Key_Return);
+    QTRY_COMPARE(names(u"report-Copy-pdf"_s).size(), 3);
+}
+
+void TestVersionExport::staysOpenForTheNameOfAFile()
+{
+    QFile other(path(u"report-Copy-pdf"_s));
+    QVERIFY(other.open(QIODevice::WriteOnly));
+    ExportPanel* const panel = open(path(u"report.pdf"_s));
+    QTimer::singleShot(0, qApp, [] { shown<QMessageBox>()->accept(); });
+    QTest::keyClick(panel->findChild<QLineEdit*>(u"fileNameEdit"_s), Qt::Key_Return);
+    QVERIFY(panel->isVisible());
+    panel->reject();
+}
+
+void TestVersionExport::tellsThatTheOpenedFileIsKept()
+{
+    const QString opened = path(u"report.pdf"_s);
+    QFile original(opened);
+    QVERIFY(original.open(QIODevice::WriteOnly) && original.write(file) == file.size());
+    original.close();
+    QVERIFY(QDir(theHome->path()).mkpath(u"versions"_s));
+    QVERIFY(QFile::link(opened, path(u"versions/report-002.pdf"_s)));
+
+    ExportPanel* const panel = open(opened);
+    auto* const edit = panel->findChild<QLineEdit*>(u"fileNameEdit"_s);
+    edit->setText(u"versions"_s);
+    QTimer::singleShot(0, qApp, [] { shown<QMessageBox>()->button(QMessageBox::Yes)->click(); });
+    QTest::keyClick(edit, Qt::Key_Return);
+    QTRY_VERIFY(shown<QMessageBox>());
+    QVERIFY(shown<QMessageBox>()->text().contains(u"report-002.pdf"_s));
+    shown<QMessageBox>()->accept();
+    QCOMPARE(contentOf(opened), file);
+    QCOMPARE(names(u"versions"_s).size(), 2);
+}
+
+void TestVersionExport::endsWithItsWindow()
+{
+    QPointer<ExportPanel> panel = open(path(u"report.pdf"_s));
+    theWindow.reset();
+    QVERIFY(!panel);
+    QCOMPARE(qApp->findChildren<VersionExport*>().size(), 0);
+}
+
+QTEST_MAIN(TestVersionExport)
+#include "tst_VersionExport.moc"

@@ -37,7 +37,8 @@ public:
         , thePages(new PDFEngineClient(bytes, false, document))
     {
     }
-    PDFEngineClient* longWork();
+    PDFEngineClient* textEngine();
+    PDFEngineClient* flatEngine();
     void takeFacts(const QByteArray& payload);
     void refuse(const QString& reason);
     void measureFrom(int first);
@@ -65,7 +66,8 @@ public:
     PDFDocument* q;
     FileBytes theBytes;
     PDFEngineClient* thePages;
-    PDFEngineClient* theLongWork = nullptr;
+    PDFEngineClient* theTextEngine = nullptr; ///< started when needed
+    PDFEngineClient* theFlatEngine = nullptr; ///< likewise
     State theState = State::isOpening;
     PDFFacts theFacts;
     QString theRefusal;
@@ -132,25 +134,36 @@ QString PDFDocument::refusalReason() const
 QList<qint64> PDFDocument::engineProcessIds() const
 {
     QList<qint64> ids;
-    for (const PDFEngineClient* client : { d->thePages, d->theLongWork }) {
+    for (const PDFEngineClient* client : {d->thePages, d->theTextEngine, d->theFlatEngine}) {
         if (client && client->engineProcessId() != 0)
             ids.append(client->engineProcessId());
     }
     return ids;
 }
 
-PDFEngineClient* PDFDocument::Private::longWork()
+PDFEngineClient* PDFDocument::Private::textEngine()
 {
-    if (!theLongWork) {
-        theLongWork = new PDFEngineClient(theBytes, true, q);
-        theLongWork->setPassword(thePages->password());
+    if (!theTextEngine) {
+        theTextEngine = new PDFEngineClient(theBytes, false, q);
+        theTextEngine->setPassword(thePages->password());
     }
-    return theLongWork;
+    return theTextEngine;
+}
+
+/// Reading pages leaves traces in the library's objects, such as appearances made for annotations:
+/// the flattened document comes from an engine that has done nothing else.
+PDFEngineClient* PDFDocument::Private::flatEngine()
+{
+    if (!theFlatEngine) {
+        theFlatEngine = new PDFEngineClient(theBytes, true, q);
+        theFlatEngine->setPassword(thePages->password());
+    }
+    return theFlatEngine;
 }
 
 void PDFDocument::Private::takeFacts(const QByteArray& payload)
 {
-    PayloadReader reader({ payload.constData(), static_cast<std::size_t>(payload.size()) });
+    PayloadReader reader({payload.constData(), static_cast<std::size_t>(payload.size())});
     const std::optional<PDFOpenedAnswer> answer = readOpenedAnswer(reader);
     if (!answer)
         return refuse(tr("The PDF engine stopped while it was reading the file."));
@@ -233,7 +246,7 @@ void PDFDocument::Private::submit(PDFEngineClient* client, PDFRequest* request, 
 void PDFDocument::Private::remember(EngineRequest kind, int page, PDFFailure failure)
 {
     if (failure == PDFFailure::isEngineDead || failure == PDFFailure::isTimedOut)
-        theCulprits.insert({ kind, page });
+        theCulprits.insert({kind, page});
 }
 
 void PDFDocument::Private::submitForPage(
@@ -242,7 +255,7 @@ void PDFDocument::Private::submitForPage(
     const EngineRequest kind = job.kind;
     if (page < 0 || page >= theFacts.pageCount)
         return finishLater(request, PDFFailure::isDamaged);
-    if (theCulprits.contains({ kind, page }))
+    if (theCulprits.contains({kind, page}))
         return finishLater(request, PDFFailure::isEngineDead);
     job.finish = [this, waiting = QPointer<PDFRequest>(request), kind, page](PDFFailure failure) {
         remember(kind, page, failure);
@@ -255,7 +268,7 @@ void PDFDocument::Private::submitForPage(
 PDFFlatRequest* PDFDocument::requestFlat(QObject* parent)
 {
     auto* const request = new PDFFlatRequest(parent);
-    PDFEngineClient* const client = d->longWork();
+    PDFEngineClient* const client = d->flatEngine();
     PDFEngineJob job;
     job.kind = EngineRequest::isFlat;
     job.timeLimit = flatLimit;
@@ -278,14 +291,14 @@ PDFTextRequest* PDFDocument::requestText(int first, int last, PDFTextDetail deta
         d->finishLater(request, PDFFailure::isNone);
     else
         d->askText(
-            std::make_shared<Private::TextRun>(Private::TextRun{ request, detail, first, end }),
+            std::make_shared<Private::TextRun>(Private::TextRun{request, detail, first, end}),
             first);
     return request;
 }
 
 void PDFDocument::Private::askText(const std::shared_ptr<TextRun>& run, int page)
 {
-    if (theCulprits.contains({ EngineRequest::isText, page })) {
+    if (theCulprits.contains({EngineRequest::isText, page})) {
         QTimer::singleShot(
             0, run->request, [this, run, page] { deliverText(run, page, {}, PDFFailure::isNone); });
         return;
@@ -306,7 +319,7 @@ void PDFDocument::Private::askText(const std::shared_ptr<TextRun>& run, int page
         remember(EngineRequest::isText, page, failure);
         deliverText(run, page, *text, failure);
     };
-    submit(longWork(), run->request, std::move(job));
+    submit(textEngine(), run->request, std::move(job));
 }
 
 /// A page that has no text to give, whatever the reason, does not keep the others from theirs.
@@ -318,7 +331,7 @@ void PDFDocument::Private::deliverText(
         return;
     const bool wasLost = failure != PDFFailure::isNone && failure != PDFFailure::isDamaged;
     run->lostPages += wasLost ? 1 : 0;
-    if (wasLost && (longWork()->isBroken() || run->lostPages > maximumLostPages))
+    if (wasLost && (textEngine()->isBroken() || run->lostPages > maximumLostPages))
         return request->finish(failure);
     // The next page is read while this one is being looked at.
     if (page < run->last)
@@ -338,7 +351,7 @@ PDFTileRequest* PDFDocument::requestTile(
     payload.put(page);
     payload.put(scale);
     payload.put(rotation);
-    for (const int number : { area.x(), area.y(), area.width(), area.height() })
+    for (const int number : {area.x(), area.y(), area.width(), area.height()})
         payload.put(number);
     PDFEngineJob job;
     job.kind = EngineRequest::isTile;

@@ -181,7 +181,7 @@ public:
     PDFLinksRequest* requestLinks(int page, QObject* parent);
     PDFOutlineRequest* requestOutline(QObject* parent);
 
-    /// Process ids of the engines that run at present: pages first, then long work. For tests and
+    /// Process ids of the engines that run at present: pages, text, flattening. For tests and
     /// for reports of trouble.
     QList<qint64> engineProcessIds() const;
 

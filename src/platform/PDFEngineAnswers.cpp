@@ -17,26 +17,26 @@ QString textOf(std::string_view utf8)
 /// A coordinate that painters can take: hostile files place things at infinity.
 double soundCoordinate(float number)
 {
-    return std::isfinite(number) ? std::clamp(double{ number }, -1e6, 1e6) : 0;
+    return std::isfinite(number) ? std::clamp(double{number}, -1e6, 1e6) : 0;
 }
 
 double soundSide(float side)
 {
-    return std::isfinite(side) ? std::clamp(double{ side }, 1.0, 14400.0) : 1.0;
+    return std::isfinite(side) ? std::clamp(double{side}, 1.0, 14400.0) : 1.0;
 }
 
 QPointF takePoint(PayloadReader& reader)
 {
     const double x = soundCoordinate(reader.take<float>());
     const double y = soundCoordinate(reader.take<float>());
-    return { x, y };
+    return {x, y};
 }
 
 QSizeF takeSize(PayloadReader& reader)
 {
     const double width = soundSide(reader.take<float>());
     const double height = soundSide(reader.take<float>());
-    return { width, height };
+    return {width, height};
 }
 
 std::optional<int> soundCount(int count)
@@ -105,8 +105,7 @@ QString takeString(PayloadReader& reader, std::uint32_t count)
         const auto character = static_cast<char32_t>(reader.take<std::uint32_t>());
         const bool isSound
             = character != 0 && character <= 0x10ffff && !QChar::isSurrogate(character);
-        string.append(
-            QChar::fromUcs4(isSound ? character : char32_t{ QChar::ReplacementCharacter }));
+        string.append(QChar::fromUcs4(isSound ? character : char32_t{QChar::ReplacementCharacter}));
     }
     return string;
 }
@@ -155,14 +154,14 @@ bool takeRuns(PayloadReader& reader, const QString& string, QList<PDFTextRun>& r
         run.start = end;
         run.length = runLength(string, end, reader.take<std::uint32_t>());
         const float size = reader.take<float>();
-        run.sizeInPoints = std::isfinite(size) ? std::clamp(double{ size }, 0.1, 10'000.0) : 1;
+        run.sizeInPoints = std::isfinite(size) ? std::clamp(double{size}, 0.1, 10'000.0) : 1;
         const auto flags = reader.take<std::uint8_t>();
         const auto colour = reader.take<std::uint32_t>();
         const PDFFontName font = parseFontName(textOf(reader.takeText()));
         run.family = font.family;
         run.isBold = (flags & 1) || font.isBold;
         run.isItalic = (flags & 2) || font.isItalic;
-        run.colour = QColor::fromRgb(QRgb{ colour & 0xffffffu });
+        run.colour = QColor::fromRgb(QRgb{colour & 0xffffffu});
         if (run.length == 0)
             return false;
         end += run.length;

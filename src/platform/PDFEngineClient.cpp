@@ -80,7 +80,7 @@ PDFEngineClient::Number PDFEngineClient::submit(PDFEngineJob job)
 {
     const Number number = ++theLastNumber;
     const bool isLatestFirst = job.priority == PDFEngineJob::Priority::isTile;
-    const Key key{ job.priority, isLatestFirst ? -qint64{ number } : qint64{ number } };
+    const Key key{job.priority, isLatestFirst ? -qint64{number} : qint64{number}};
     theKeys.emplace(number, key);
     theQueue.emplace(key, std::make_pair(number, std::move(job)));
     if (theState == State::isOff)
@@ -130,7 +130,7 @@ void PDFEngineClient::takeAnswer(quint32 number, EngineAnswer kind, const QByteA
 
 void PDFEngineClient::takeOpeningAnswer(EngineAnswer kind, const QByteArray& payload)
 {
-    PayloadReader reader({ payload.constData(), static_cast<std::size_t>(payload.size()) });
+    PayloadReader reader({payload.constData(), static_cast<std::size_t>(payload.size())});
     theLimit.stop();
     switch (kind) {
     case EngineAnswer::isOpened:
@@ -145,7 +145,7 @@ void PDFEngineClient::takeOpeningAnswer(EngineAnswer kind, const QByteArray& pay
         const bool wasTried = reader.take<quint8>() != 0;
         if (thePassword && !wasTried)
             unlock(QString::fromStdString(*thePassword));
-        else if (theDocumentWasOpen || theFlatIsWanted)
+        else if (theDocumentWasOpen || thePasswordIsKnown)
             failOpening(tr("The PDF engine does not take the password any more."));
         else
             emit locked(wasTried);
@@ -162,7 +162,7 @@ void PDFEngineClient::takeOpeningAnswer(EngineAnswer kind, const QByteArray& pay
 
 void PDFEngineClient::takeJobAnswer(EngineAnswer kind, const QByteArray& payload)
 {
-    PayloadReader reader({ payload.constData(), static_cast<std::size_t>(payload.size()) });
+    PayloadReader reader({payload.constData(), static_cast<std::size_t>(payload.size())});
     if (kind == EngineAnswer::isProgress) {
         const int done = reader.take<int>();
         const int total = reader.take<int>();

@@ -59,7 +59,13 @@ public:
     void open();
     /// Sends a password and keeps it for the engines to come.
     void unlock(const QString& password);
-    void setPassword(const std::optional<std::string>& password) { thePassword = password; }
+    /// For an engine beside one that has opened the document: its password, if it has one. Nobody
+    /// is asked again.
+    void setPassword(const std::optional<std::string>& password)
+    {
+        thePassword = password;
+        thePasswordIsKnown = true;
+    }
     const std::optional<std::string>& password() const { return thePassword; }
 
     Number submit(PDFEngineJob job);
@@ -111,6 +117,7 @@ private:
     FileBytes theBytes;
     bool theFlatIsWanted;
     std::optional<std::string> thePassword;
+    bool thePasswordIsKnown = false;
     PDFEngineProcess* theEngine = nullptr;
     State theState = State::isOff;
     bool theDocumentWasOpen = false;

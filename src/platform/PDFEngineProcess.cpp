@@ -55,7 +55,7 @@ bool PDFEngineProcess::start(const FileBytes& bytes, bool writesFlat)
     const int input = bytes.descriptor();
     if (input < 0)
         return false;
-    QStringList arguments{ QString::number(input) };
+    QStringList arguments{QString::number(input)};
     if (writesFlat) {
         theFlatDescriptor = ::memfd_create("tarnwick-flat", MFD_CLOEXEC | MFD_ALLOW_SEALING);
         if (theFlatDescriptor < 0)
@@ -95,7 +95,7 @@ void PDFEngineProcess::readAnswers()
     while (self && !theEnd) {
         if (!theFrame) {
             EngineFrame frame;
-            if (theProcess->bytesAvailable() < qint64{ sizeof frame })
+            if (theProcess->bytesAvailable() < qint64{sizeof frame})
                 return;
             theProcess->read(reinterpret_cast<char*>(&frame), sizeof frame);
             const bool isAnswer = frame.kind >= static_cast<quint8>(EngineAnswer::isOpened)
@@ -104,7 +104,7 @@ void PDFEngineProcess::readAnswers()
                 return end();
             theFrame = frame;
         }
-        if (theProcess->bytesAvailable() < qint64{ theFrame->size })
+        if (theProcess->bytesAvailable() < qint64{theFrame->size})
             return;
         const EngineFrame frame = *std::exchange(theFrame, std::nullopt);
         const QByteArray payload = theProcess->read(frame.size);

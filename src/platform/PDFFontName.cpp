@@ -48,7 +48,7 @@ PDFFontName parseFontName(const QString& name)
         family.truncate(seam);
     }
     for (const QString& tail :
-        { QStringLiteral("PSMT"), QStringLiteral("MT"), QStringLiteral("PS") }) {
+        {QStringLiteral("PSMT"), QStringLiteral("MT"), QStringLiteral("PS")}) {
         if (family.size() > tail.size() && family.endsWith(tail))
             family.chop(tail.size());
     }

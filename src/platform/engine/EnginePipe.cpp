@@ -42,7 +42,7 @@ std::optional<EnginePipe::Request> EnginePipe::read()
     EngineFrame frame;
     if (!readWhole(&frame, sizeof frame) || frame.size > maximumRequestSize)
         return std::nullopt;
-    Request request{ frame.request, static_cast<EngineRequest>(frame.kind), {} };
+    Request request{frame.request, static_cast<EngineRequest>(frame.kind), {}};
     request.payload.resize(frame.size);
     if (!readWhole(request.payload.data(), request.payload.size()))
         return std::nullopt;

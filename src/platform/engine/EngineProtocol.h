@@ -67,7 +67,7 @@ constexpr std::uint32_t maximumPageCharacters = 3'000'000;
 class PayloadWriter
 {
 public:
-    template <typename Number> void put(Number number)
+    template<typename Number> void put(Number number)
     {
         static_assert(std::is_arithmetic_v<Number>);
         theBytes.append(reinterpret_cast<const char*>(&number), sizeof number);
@@ -95,7 +95,7 @@ public:
         : theRest(bytes)
     {
     }
-    template <typename Number> Number take()
+    template<typename Number> Number take()
     {
         static_assert(std::is_arithmetic_v<Number>);
         Number number = 0;

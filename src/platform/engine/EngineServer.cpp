@@ -1,6 +1,7 @@
 #include "platform/engine/EngineServer.h"
 
 #include "platform/engine/Attempt.h"
+#include "platform/engine/FlatWriter.h"
 #include "platform/engine/PageGeometry.h"
 #include "platform/engine/PageLinks.h"
 #include "platform/engine/PageText.h"
@@ -90,8 +91,8 @@ void EngineServer::answerOpened()
     const PageGeometry first
         = theDocument.pageCount() > 0 ? geometryOf(theDocument, 0) : PageGeometry();
     PayloadWriter facts;
-    for (const int fact : { theDocument.pageCount(), version / 10, version % 10,
-             theDocument.infoEntryCount(), theDocument.catalogEntryCount() })
+    for (const int fact : {theDocument.pageCount(), version / 10, version % 10,
+             theDocument.infoEntryCount(), theDocument.catalogEntryCount()})
         facts.put(fact);
     facts.put(first.width);
     facts.put(first.height);
@@ -144,7 +145,7 @@ int EngineServer::drawTile(PayloadReader& arguments, PayloadWriter& result)
     order.page = arguments.take<int>();
     order.scale = arguments.take<double>();
     order.rotation = arguments.take<int>();
-    for (int* number : { &order.x, &order.y, &order.width, &order.height })
+    for (int* number : {&order.x, &order.y, &order.width, &order.height})
         *number = arguments.take<int>();
     const auto isSide = [](int side) { return side > 0 && side <= maximumTileSide; };
     constexpr int farthest = 1 << 28;
@@ -162,7 +163,17 @@ int EngineServer::readText(PayloadReader& arguments, PayloadWriter& result)
     return readPageText(theDocument, page, detail, result);
 }
 
-int EngineServer::writeFlat(PayloadWriter&)
+int EngineServer::writeFlat(PayloadWriter& result)
 {
-    return FZ_ERROR_GENERIC;
+    if (theFlatDescriptor < 0)
+        return FZ_ERROR_GENERIC;
+    FlatWriter writer(theDocument, theFlatDescriptor, [this](int done, int total) {
+        PayloadWriter progress;
+        progress.put(done);
+        progress.put(total);
+        answer(EngineAnswer::isProgress, progress);
+    });
+    const int error = writer.write();
+    result.put(writer.size());
+    return error;
 }

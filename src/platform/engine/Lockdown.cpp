@@ -11,7 +11,7 @@ namespace {
 
 bool limit(__rlimit_resource resource, rlim_t value)
 {
-    const rlimit wanted = { value, value };
+    const rlimit wanted = {value, value};
     return ::setrlimit(resource, &wanted) == 0;
 }
 
@@ -19,9 +19,9 @@ bool limitResources([[maybe_unused]] std::size_t fileSize)
 {
     constexpr rlim_t gibibyte = 1u << 30;
     bool granted = limit(RLIMIT_CORE, 0) && limit(RLIMIT_NOFILE, 16)
-        && limit(RLIMIT_FSIZE, 4 * gibibyte + 16 * rlim_t{ fileSize });
+        && limit(RLIMIT_FSIZE, 4 * gibibyte + 16 * rlim_t{fileSize});
 #ifndef TARNWICK_SANITIZED // the address sanitizer maps terabytes of shadow
-    granted = granted && limit(RLIMIT_AS, 2 * gibibyte + 4 * rlim_t{ fileSize });
+    granted = granted && limit(RLIMIT_AS, 2 * gibibyte + 4 * rlim_t{fileSize});
 #endif
     return granted;
 }

@@ -18,9 +18,8 @@ std::string romanNumber(int number)
     {
         int value;
         const char* digits;
-    } steps[] = { { 1000, "M" }, { 900, "CM" }, { 500, "D" }, { 400, "CD" }, { 100, "C" },
-        { 90, "XC" }, { 50, "L" }, { 40, "XL" }, { 10, "X" }, { 9, "IX" }, { 5, "V" }, { 4, "IV" },
-        { 1, "I" } };
+    } steps[] = {{1000, "M"}, {900, "CM"}, {500, "D"}, {400, "CD"}, {100, "C"}, {90, "XC"},
+        {50, "L"}, {40, "XL"}, {10, "X"}, {9, "IX"}, {5, "V"}, {4, "IV"}, {1, "I"}};
     std::string text;
     for (const auto& step : steps) {
         for (; number >= step.value && text.size() < longestNumber; number -= step.value)
@@ -75,8 +74,8 @@ void readRange(fz_context* ctx, pdf_obj* page, pdf_obj* label, std::vector<PageL
     });
     if (error || firstPage < 0)
         return;
-    ranges.push_back({ firstPage, style[0], std::string(prefix).substr(0, longestPrefix),
-        std::max(firstNumber, 1) });
+    ranges.push_back({firstPage, style[0], std::string(prefix).substr(0, longestPrefix),
+        std::max(firstNumber, 1)});
 }
 
 /// Number tree (ISO 32000-2, 7.9.7): Nums holds pairs, Kids leads on.
@@ -132,7 +131,7 @@ std::optional<std::string> pageLabel(const std::vector<PageLabelRange>& ranges, 
     const PageLabelRange& range = *std::prev(after);
     if (range.style == 0)
         return range.prefix;
-    const std::int64_t number = std::int64_t{ range.firstNumber } + page - range.firstPage;
+    const std::int64_t number = std::int64_t{range.firstNumber} + page - range.firstPage;
     return range.prefix
         + styledNumber(
             range.style, static_cast<int>(std::min<std::int64_t>(number, 2'000'000'000)));

@@ -55,7 +55,7 @@ public:
     }
     void add(const fz_outline* first)
     {
-        const fz_outline* branch[maximumDepth] = { first };
+        const fz_outline* branch[maximumDepth] = {first};
         int depth = 0;
         while (depth >= 0 && theCount < maximumEntries) {
             const fz_outline* entry = branch[depth];
@@ -104,7 +104,7 @@ int readLinks(const EngineDocument& document, int page, PayloadWriter& result)
     PayloadWriter items;
     std::uint32_t count = 0;
     for (const fz_link* link = links; link && count < maximumLinks; link = link->next, ++count) {
-        for (const float edge : { link->rect.x0, link->rect.y0, link->rect.x1, link->rect.y1 })
+        for (const float edge : {link->rect.x0, link->rect.y0, link->rect.x1, link->rect.y1})
             items.put(sound(edge));
         putTarget(document, link->uri, items);
     }

@@ -70,7 +70,7 @@ void TextCollector::addCharacter(const fz_stext_char& one)
 {
     const float size = std::isfinite(one.size) && one.size > 0 ? one.size : 1;
     add(soundCharacter(one.c), one.quad,
-        { one.font, size, static_cast<std::uint32_t>(one.color) & 0xffffffu });
+        {one.font, size, static_cast<std::uint32_t>(one.color) & 0xffffffu});
 }
 
 void TextCollector::add(char32_t character, const fz_quad& quad, const Style& style)
@@ -79,7 +79,7 @@ void TextCollector::add(char32_t character, const fz_quad& quad, const Style& st
         return;
     if (theDetail == 2) {
         if (theRuns.empty() || theRuns.back().style != style)
-            theRuns.push_back({ static_cast<std::uint32_t>(theText.size()), 0, style });
+            theRuns.push_back({static_cast<std::uint32_t>(theText.size()), 0, style});
         ++theRuns.back().length;
     }
     if (theDetail == 1)
@@ -92,7 +92,7 @@ void TextCollector::write(fz_context* ctx, PayloadWriter& result) const
     result.put(static_cast<std::uint32_t>(theText.size()));
     result.putBytes(theText.data(), theText.size() * sizeof(char32_t));
     for (const fz_quad& quad : theQuads) {
-        for (const fz_point& corner : { quad.ul, quad.ur, quad.lr, quad.ll }) {
+        for (const fz_point& corner : {quad.ul, quad.ur, quad.lr, quad.ll}) {
             result.put(corner.x);
             result.put(corner.y);
         }
@@ -126,7 +126,7 @@ int readPageText(const EngineDocument& document, int page, int detail, PayloadWr
     fz_var(text);
     fz_var(device);
     // Zero options: ligatures are spelled out, hyphens at line ends stay, white space is spaces.
-    const fz_stext_options options = { 0, 1 };
+    const fz_stext_options options = {0, 1};
     int error = attempt(ctx, [&] {
         text = fz_new_stext_page(ctx, pdf_bound_page(ctx, loaded.page()));
         device = fz_new_stext_device(ctx, text, &options);

@@ -50,7 +50,7 @@ int drawTile(const EngineDocument& document, const TileOrder& order, PayloadWrit
     if (!page.page())
         return page.error();
     const fz_matrix matrix = viewMatrix(order, pageGeometry(ctx, page.page()->obj));
-    const fz_irect area = { order.x, order.y, order.x + order.width, order.y + order.height };
+    const fz_irect area = {order.x, order.y, order.x + order.width, order.y + order.height};
     fz_pixmap* pixmap = nullptr;
     fz_device* device = nullptr;
     fz_var(pixmap);

@@ -11,6 +11,7 @@ constexpr std::size_t maximumDepth = 256;
 
 struct OpenNode
 {
+    int number;
     pdf_obj* kids; ///< borrowed: the document keeps the node's object
     int next;
 };
@@ -71,10 +72,17 @@ PageTree walkPageTree(fz_context* ctx, pdf_document* document)
     std::vector<OpenNode> open;
     const auto enter = [&](pdf_obj* object) {
         const Kid kid = examine(ctx, object);
-        if (kid.isPage)
-            tree.pages.push_back(kid.number);
-        else if (kid.kids && open.size() < maximumDepth && tree.nodes.insert(kid.number).second)
-            open.push_back({ kid.kids, 0 });
+        const bool isNewNode
+            = kid.kids && open.size() < maximumDepth && tree.nodes.emplace(kid.number, 0).second;
+        if (!open.empty() && (kid.isPage || isNewNode))
+            tree.parents.emplace(kid.number, open.back().number);
+        if (isNewNode)
+            open.push_back({kid.number, kid.kids, 0});
+        if (!kid.isPage)
+            return;
+        tree.pages.push_back(kid.number);
+        for (const OpenNode& node : open)
+            ++tree.nodes[node.number];
     };
     if (pdf_obj* root = treeRoot(ctx, document))
         enter(root);
@@ -106,7 +114,7 @@ bool installPageMap(fz_context* ctx, pdf_document* document, const PageTree& tre
     }
     for (std::size_t page = 0; page < count; ++page) {
         forward[page] = tree.pages[page];
-        reverse[page] = { static_cast<int>(page), tree.pages[page] };
+        reverse[page] = {static_cast<int>(page), tree.pages[page]};
     }
     std::sort(reverse, reverse + count, [](const auto& one, const auto& other) {
         return one.object != other.object ? one.object < other.object : one.page < other.page;

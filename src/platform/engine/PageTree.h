@@ -2,7 +2,7 @@
 
 #include <mupdf/pdf.h>
 
-#include <unordered_set>
+#include <unordered_map>
 #include <vector>
 
 /// The page tree as found by walking it once (ISO 32000-2, 7.7.3).
@@ -11,7 +11,8 @@
 struct PageTree
 {
     std::vector<int> pages; ///< object numbers of the pages in order; one may occur again
-    std::unordered_set<int> nodes; ///< object numbers of the intermediate nodes
+    std::unordered_map<int, int> nodes; ///< the intermediate nodes, with the pages below each
+    std::unordered_map<int, int> parents; ///< of each page and node but the root, where first met
 };
 
 /// Walks the tree below the catalog's Pages. A node that was met before, is deeper than 256 levels

@@ -69,7 +69,7 @@ int main(int argc, char** argv)
     }
     if (!lockDown(size))
         return 3;
-    EngineServer server({ static_cast<const char*>(address), size }, flat);
+    EngineServer server({static_cast<const char*>(address), size}, flat);
     server.run();
     // Freeing a large document object by object takes seconds; the system does it at once.
     ::_exit(0);

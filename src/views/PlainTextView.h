@@ -1,0 +1,153 @@
+#pragma once
+
+#include "views/TextPalette.h"
+#include "views/TextPosition.h"
+#include "views/TextStorage.h"
+#include "views/TextViewLayout.h"
+
+#include <QAbstractScrollArea>
+#include <QBasicTimer>
+
+#include <memory>
+
+class ScrollAxis;
+
+/// Shows a text of any size, to be read, selected, copied, searched and printed.
+///
+/// Only what shows is laid out and kept, so a gigabyte opens as fast as a page. The text comes from
+/// a storage, line by line, with a colour for each line; the colours follow the palette.
+///
+/// Its public slots are the commands of the menu; validateCommand() says which are possible now.
+class PlainTextView : public QAbstractScrollArea
+{
+    Q_OBJECT
+    Q_PROPERTY(bool wrapping READ isWrapping WRITE setWrapping NOTIFY wrappingChanged)
+
+public:
+    explicit PlainTextView(QWidget* parent = nullptr);
+    ~PlainTextView() override;
+
+    /// Shows another text from its beginning, nothing being selected; null shows an empty one.
+    void setTextStorage(std::shared_ptr<const TextStorage> storage);
+    /// Never null.
+    std::shared_ptr<const TextStorage> textStorage() const { return theStorage; }
+    /// Shows a string in the default colour.
+    void setPlainText(const QString& text);
+    void clear();
+
+    /// The font without zoom: by default the application's. Listings ask for the system's
+    /// fixed-pitch font.
+    void setTextFont(const QFont& font);
+    void useFixedPitchFont();
+    const QFont& textFont() const { return theTextFont; }
+
+    /// Whether lines are broken at the view's width, as they are by default.
+    bool isWrapping() const { return theLayout.isWrapping(); }
+    void setWrapping(bool wrap);
+
+    /// Font size in percent of the text font's, 25 to 800.
+    int zoomPercent() const { return theZoomPercent; }
+    void setZoomPercent(int percent);
+
+    TextRange selection() const { return TextRange::between(theAnchor, theCaret); }
+    bool hasSelection() const { return theAnchor != theCaret; }
+    TextPosition caret() const { return theCaret; }
+    /// Selects from anchor to caret, places outside the text being moved into it, and shows the
+    /// caret.
+    void setSelection(TextPosition anchor, TextPosition caret);
+    /// The selected characters, at most limit UTF-16 units of them.
+    QString selectedText(qsizetype limit = 1'000'000) const;
+
+    /// Where a place is in the viewport, when its row shows there.
+    std::optional<QRectF> caretRect(TextPosition position) const;
+    TextPosition positionAt(const QPointF& viewportPoint) const;
+
+    Q_INVOKABLE bool validateCommand(const QString& command) const;
+    Q_INVOKABLE bool commandIsChecked(const QString& command) const;
+
+public slots:
+    void copy();
+    void selectAll();
+    void zoomIn();
+    void zoomOut();
+    void actualSize();
+    void toggleWrap();
+
+signals:
+    void selectionChanged();
+    void wrappingChanged(bool wrap);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+
+private:
+    enum class SelectBy
+    {
+        isCharacter,
+        isWord,
+        isLine,
+    };
+
+    void applyFont();
+    void applyPalette();
+    void relayout();
+    void updateScrollBars();
+    void scrollVertically(double from, double to, bool isDragged);
+    void paintSegment(QPainter& painter, const TextSegment& segment, QPointF origin) const;
+    QList<QTextLayout::FormatRange> formatsOf(const TextSegment& segment) const;
+    void paintSelectedLineEnd(QPainter& painter, const TextSegment& segment, QPointF origin) const;
+    void paintCaret(QPainter& painter) const;
+    QPalette::ColorGroup selectionGroup() const;
+    void restartBlinking();
+
+    void moveCaret(TextPosition caret, bool extend);
+    void select(TextPosition anchor, TextPosition caret);
+    bool handleMovement(QKeyEvent* event);
+    bool handleCommandKey(QKeyEvent* event);
+    void moveRows(int rows, bool extend);
+    void movePage(int direction, bool extend);
+    void beginDrag(const QPointF& point, SelectBy by, bool extend);
+    void autoScroll();
+    void scrollByWheel(QPointF delta);
+    void extendTo(TextPosition position);
+    TextRange unitAt(TextPosition position) const;
+    void offerPrimarySelection();
+
+    std::shared_ptr<const TextStorage> theStorage;
+    TextViewLayout theLayout;
+    TextPalette theColours;
+    QFont theTextFont;
+    bool theFontIsOwn = false;
+    int theZoomPercent = 100;
+
+    std::unique_ptr<ScrollAxis> theVertical;
+    std::unique_ptr<ScrollAxis> theHorizontal;
+    QBasicTimer theEstimateTimer;
+    QBasicTimer theBlinkTimer;
+    bool theCaretIsVisible = true;
+
+    TextPosition theAnchor;
+    TextPosition theCaret;
+    qreal theGoal = -1; ///< pixels from the line start that up and down keep, or -1
+
+    SelectBy theSelectBy = SelectBy::isCharacter;
+    TextRange theFirstUnit; ///< that the drag began with
+    bool theIsDragging = false;
+    QPointF theDragPoint;
+    QPointF theTripleClickPoint;
+    QBasicTimer theTripleClickTimer;
+    QBasicTimer theAutoScrollTimer;
+    int theZoomDelta = 0;
+};

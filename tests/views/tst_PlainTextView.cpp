@@ -1,0 +1,207 @@
+#include "views/PlainTextView.h"
+
+#include "views/ListedLines.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+class TestPlainTextView : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void keysMoveAndSelect_data();
+    void keysMoveAndSelect();
+    void clicksSelect();
+    void copiesTheSelection();
+    void replacingLeavesNothing();
+    void enormousTextsScroll_data();
+    void enormousTextsScroll();
+    void coloursFollowThePalette();
+
+private:
+    QPoint pointOf(TextPosition position) const
+    {
+        return theView->caretRect(position)->center().toPoint();
+    }
+
+    std::unique_ptr<PlainTextView> theView;
+};
+
+namespace {
+
+QByteArray shown(TextPosition position)
+{
+    return QByteArray::number(position.line) + ':' + QByteArray::number(position.unit);
+}
+
+} // namespace
+
+void TestPlainTextView::init()
+{
+    theView = std::make_unique<PlainTextView>();
+    theView->useFixedPitchFont();
+    theView->resize(600, 400);
+    theView->show();
+    QVERIFY(QTest::qWaitForWindowExposed(theView.get()));
+}
+
+void TestPlainTextView::keysMoveAndSelect_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<TextPosition>("start");
+    QTest::addColumn<Qt::Key>("key");
+    QTest::addColumn<bool>("isControl");
+    QTest::addColumn<TextPosition>("end");
+    const auto row = [](const char* name, const QString& text, TextPosition start, Qt::Key key,
+                         TextPosition end, bool isControl = false) {
+        QTest::newRow(name) << text << start << key << isControl << end;
+    };
+    const QString text = u"one two\n\nfour five six\nend"_s;
+    row("right", text, {0, 0}, Qt::Key_Right, {0, 1});
+    row("right over a line end", text, {0, 7}, Qt::Key_Right, {1, 0});
+    row("left over a line end", text, {2, 0}, Qt::Key_Left, {1, 0});
+    row("right over an emoji of five units", u"\U0001F469\u200D\U0001F680x"_s, {0, 0},
+        Qt::Key_Right, {0, 5});
+    row("left is forward in Hebrew", u"\u05D0\u05D1\u05D2"_s, {0, 0}, Qt::Key_Left, {0, 1});
+    row("a word on", text, {2, 0}, Qt::Key_Right, {2, 5}, true);
+    row("a word back", text, {2, 12}, Qt::Key_Left, {2, 10}, true);
+    row("a word back over an empty line", text, {2, 0}, Qt::Key_Left, {1, 0}, true);
+    row("home", text, {2, 5}, Qt::Key_Home, {2, 0});
+    row("end", text, {2, 5}, Qt::Key_End, {2, 13});
+    row("text's beginning", text, {2, 5}, Qt::Key_Home, {0, 0}, true);
+    row("text's end", text, {2, 5}, Qt::Key_End, {3, 3}, true);
+    row("down to a shorter line", text, {0, 5}, Qt::Key_Down, {1, 0});
+    row("up in the first line goes to its beginning", text, {0, 5}, Qt::Key_Up, {0, 0});
+    row("a page down", text, {0, 2}, Qt::Key_PageDown, {3, 3});
+}
+
+void TestPlainTextView::keysMoveAndSelect()
+{
+    QFETCH(QString, text);
+    QFETCH(TextPosition, start);
+    QFETCH(Qt::Key, key);
+    QFETCH(bool, isControl);
+    QFETCH(TextPosition, end);
+    const Qt::KeyboardModifiers modifiers = isControl ? Qt::ControlModifier : Qt::NoModifier;
+    theView->setPlainText(text);
+    theView->setSelection(start, start);
+    QTest::keyClick(theView.get(), key, modifiers);
+    QCOMPARE(shown(theView->caret()), shown(end));
+    QVERIFY(!theView->hasSelection());
+
+    theView->setSelection(start, start);
+    QTest::keyClick(theView.get(), key, modifiers | Qt::ShiftModifier);
+    QCOMPARE(theView->selection(), TextRange::between(start, end));
+}
+
+void TestPlainTextView::clicksSelect()
+{
+    theView->setPlainText(u"alpha beta gamma\nsecond line\n"_s);
+    QWidget* viewport = theView->viewport();
+    const QPoint beta = pointOf({0, 8});
+    QTest::mouseClick(viewport, Qt::LeftButton, {}, beta);
+    QCOMPARE(shown(theView->caret()), "0:8");
+    QTest::mouseDClick(viewport, Qt::LeftButton, {}, beta);
+    QCOMPARE(theView->selectedText(), u"beta"_s);
+    QTest::mouseClick(viewport, Qt::LeftButton, {}, beta);
+    QCOMPARE(theView->selectedText(), u"alpha beta gamma\n"_s);
+    QTest::mouseClick(viewport, Qt::LeftButton, {}, pointOf({0, 2}));
+    QTest::mouseClick(viewport, Qt::LeftButton, Qt::ShiftModifier, pointOf({1, 3}));
+    QCOMPARE(theView->selectedText(), u"pha beta gamma\nsec"_s);
+}
+
+void TestPlainTextView::copiesTheSelection()
+{
+    theView->setPlainText(u"one\r\ntwo\nthree"_s);
+    QVERIFY(!theView->validateCommand(u"copy"_s));
+    QTest::keyClick(theView.get(), Qt::Key_A, Qt::ControlModifier);
+    QVERIFY(theView->validateCommand(u"copy"_s));
+    QTest::keyClick(theView.get(), Qt::Key_C, Qt::ControlModifier);
+    QCOMPARE(QGuiApplication::clipboard()->text(), u"one\ntwo\nthree"_s);
+}
+
+void TestPlainTextView::replacingLeavesNothing()
+{
+    theView->setTextStorage(std::make_shared<EndlessLines>(1'000'000, 20));
+    theView->setSelection({500'000, 3}, {500'001, 3});
+    QSignalSpy changes(theView.get(), &PlainTextView::selectionChanged);
+    theView->setPlainText(u"short"_s);
+    QCOMPARE(changes.size(), 1);
+    QVERIFY(!theView->hasSelection());
+    QCOMPARE(shown(theView->caret()), "0:0");
+    QCOMPARE(theView->verticalScrollBar()->maximum(), 0);
+    QCOMPARE(shown(theView->positionAt({5, 5})), "0:0");
+    theView->clear();
+    QCOMPARE(theView->textStorage()->lineCount(), 1);
+}
+
+void TestPlainTextView::enormousTextsScroll_data()
+{
+    QTest::addColumn<qsizetype>("lines");
+    QTest::addColumn<qsizetype>("length");
+    QTest::addColumn<bool>("wrap");
+    for (const bool wrap : {true, false}) {
+        const auto row = [wrap](const char* name, qsizetype lines, qsizetype length) {
+            QTest::addRow("%s, %s", name, wrap ? "wrapped" : "not wrapped")
+                << lines << length << wrap;
+        };
+        row("a billion lines", 1'000'000'000, 30);
+        row("a line of a billion characters", 1, 1'000'000'000);
+        row("thousand lines of a million", 1000, 1'000'000);
+    }
+}
+
+void TestPlainTextView::enormousTextsScroll()
+{
+    QFETCH(qsizetype, lines);
+    QFETCH(qsizetype, length);
+    QFETCH(bool, wrap);
+    theView->setWrapping(wrap);
+    theView->setTextStorage(std::make_shared<EndlessLines>(lines, length));
+    const TextPosition end{lines - 1, length};
+
+    QTest::keyClick(theView.get(), Qt::Key_End, Qt::ControlModifier);
+    QCOMPARE(shown(theView->caret()), shown(end));
+    QVERIFY(theView->caretRect(end));
+    QVERIFY(QRectF(theView->viewport()->rect()).contains(theView->caretRect(end)->center()));
+    QScrollBar* bar = theView->verticalScrollBar();
+    QCOMPARE(bar->value(), bar->maximum());
+
+    const TextPosition middle{lines / 2, length / 2};
+    theView->setSelection(middle, middle);
+    QVERIFY(QRectF(theView->viewport()->rect()).contains(theView->caretRect(middle)->center()));
+    const QRectF before = *theView->caretRect(middle);
+    QTest::keyClick(theView.get(), Qt::Key_Right);
+    QVERIFY(std::abs(theView->caretRect(theView->caret())->left() - before.left()) < 600);
+
+    bar->setValue(bar->maximum() / 2);
+    bar->setValue(0);
+    QCOMPARE(theView->positionAt({0, 0}).line, 0);
+}
+
+void TestPlainTextView::coloursFollowThePalette()
+{
+    theView->setTextStorage(std::make_shared<ListedLines>(
+        QList<TextLine>{{QString(40, u'\u2588'), ColourRole::isGreen}}));
+    const auto inkAt = [this] {
+        return theView->viewport()->grab().toImage().pixelColor(pointOf({0, 20}) + QPoint(3, 0));
+    };
+    const QColor light = inkAt();
+    QPalette dark = theView->palette();
+    dark.setColor(QPalette::Base, QColor(0x1E, 0x1E, 0x1E));
+    dark.setColor(QPalette::Text, Qt::white);
+    theView->setPalette(dark);
+    QVERIFY(light.green() > light.red() && light.green() > light.blue());
+    QCOMPARE(inkAt(), TextPalette(dark).colour(ColourRole::isGreen));
+    QVERIFY(inkAt() != light);
+}
+
+QTEST_MAIN(TestPlainTextView)
+#include "tst_PlainTextView.moc"

@@ -8,8 +8,8 @@
 
 class PDFView;
 
-/// A strip of small pages beside a page view: it shows the page view's document, follows its current
-/// page, and goes to the page that the user chooses.
+/// A strip of small pages beside a page view: it shows the page view's document, follows its
+/// current page, and goes to the page that the user chooses.
 class PDFThumbnailView : public QAbstractScrollArea
 {
     Q_OBJECT
@@ -29,6 +29,25 @@ public:
 
     /// Pages that carry a small sign (marked pages), by index.
     void setMarkedPages(const QList<int>& pages);
+
+    /// Where a page's thumbnail shows, its label included, in the viewport; null for a page that
+    /// the strip does not have.
+    QRect pageRect(int page) const;
+    /// The page whose thumbnail lies under a point of the viewport, or -1.
+    int pageAt(const QPoint& point) const;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    bool viewportEvent(QEvent* event) override;
+    void scrollContentsBy(int dx, int dy) override;
 
 private:
     class Private;

@@ -6,16 +6,18 @@
 #include <QList>
 #include <QPointF>
 
+#include <functional>
 #include <memory>
 
 class PDFDocument;
 class PDFDocumentText;
+struct PDFLink;
 
 /// Shows a document's pages one below the other, continuously scrolled.
 ///
-/// Page images come from the engine as tiles, nearest first, kept in a cache of bounded size; a page
-/// on its way shows its outline, one that cannot be drawn says so in its place. Keyboard, wheel,
-/// mouse, touchpad, text selection, copying and links work as in the viewers people know.
+/// Page images come from the engine as tiles, nearest first, kept in a cache of bounded size; a
+/// page on its way shows its outline, one that cannot be drawn says so in its place. Keyboard,
+/// wheel, mouse, touchpad, text selection, copying and links work as in the viewers people know.
 ///
 /// Pages are counted from 0; positions on pages are in page space (PDFPageText).
 class PDFView : public QAbstractScrollArea
@@ -59,8 +61,30 @@ public:
     void setCurrentSelection(const PDFSelection& selection, bool animate);
     /// Scrolls so that the current selection's beginning is visible.
     void scrollSelectionToVisible();
-    /// Matches of a search, drawn behind the selection.
+    /// Matches of a search, in document order, drawn behind the selection.
     void setHighlights(const QList<PDFSelection>& matches);
+
+    /// Who prints when the user asks the view to; without one the command is not possible.
+    void setPrintDelegate(std::function<void(PDFView* view)> delegate);
+
+    /// Whether a command of the slots below is possible now.
+    Q_INVOKABLE bool validateCommand(const QString& command) const;
+
+    /// What a screen reader is told: name of the present page, and its text as far as it is known.
+    QString currentPageName() const;
+    QString currentPageText() const;
+    /// Where a character of that text shows, in the viewport; null where that is not known.
+    QRect characterRect(qsizetype index) const;
+    /// The character of the present page under a point of the viewport, or -1.
+    qsizetype characterAt(const QPoint& point) const;
+
+    /// Bytes of page images held at present; never more than tileLimit, but for a single tile.
+    qsizetype tileBytes() const;
+    static constexpr qsizetype tileLimit = 128 * 1024 * 1024;
+
+    /// Opens a link's target as clicking it does: pages at once, web and mail addresses after the
+    /// user has seen the address and said yes, files and programs never.
+    void followLink(const PDFLink& link);
 
 public slots:
     void zoomIn();
@@ -77,7 +101,9 @@ public slots:
     void goBack();
     void goForward();
     void selectAll();
+    /// Copies the selected text; when parts of it are still to be fetched, once they are there.
     void copy();
+    void print();
 
 signals:
     void currentPageChanged(int page);
@@ -87,7 +113,25 @@ signals:
     /// The document shown changed, or its page sizes did.
     void documentChanged();
 
+protected:
+    bool viewportEvent(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void scrollContentsBy(int dx, int dy) override;
+
 private:
     class Private;
+    void takeMeasures(int first, int count);
+
     std::unique_ptr<Private> d;
 };

@@ -1,0 +1,160 @@
+#include "platform/TileLoader.h"
+
+#include "platform/PDFDocument.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace {
+
+constexpr std::size_t requestsAtATime = 3;
+constexpr int patience = 1000; ///< milliseconds that an unwanted request may still take
+
+} // namespace
+
+TileLoader::TileLoader(qsizetype limit, int reach, QObject* parent)
+    : QObject(parent)
+    , theCache(limit)
+    , theReach(reach)
+{
+    theStaleTimer.setSingleShot(true);
+    connect(&theStaleTimer, &QTimer::timeout, this, [this] {
+        cancelStale();
+        startMore();
+    });
+}
+
+TileLoader::~TileLoader() = default;
+
+void TileLoader::setDocument(PDFDocument* document)
+{
+    clear();
+    theFailures.clear();
+    theDocument = document;
+}
+
+QSize TileLoader::pixelSize(const QSizeF& page, int rotation, double scale)
+{
+    const QSizeF size = (rotation % 2 != 0 ? page.transposed() : page) * scale;
+    return {std::max(1, static_cast<int>(std::ceil(size.width() - 0.01))),
+        std::max(1, static_cast<int>(std::ceil(size.height() - 0.01)))};
+}
+
+void TileLoader::want(
+    const QList<TileKey>& keys, const PageGeometry::PageRange& pages, int rotation, double scale)
+{
+    theWanted.clear();
+    for (const TileKey& key : keys) {
+        if (!theCache.find(key) && !theFailures.contains(key.page))
+            theWanted.append(key);
+    }
+    theCache.setFocus(pages, rotation, scale, theReach);
+    cancelStale();
+    startMore();
+}
+
+bool TileLoader::isRunning(const TileKey& key) const
+{
+    return std::any_of(theRunning.begin(), theRunning.end(),
+        [&key](const Running& running) { return running.key == key; });
+}
+
+bool TileLoader::isWanted(const TileKey& key) const
+{
+    return theWanted.contains(key);
+}
+
+void TileLoader::cancelStale()
+{
+    bool someAreLeft = false;
+    for (std::size_t index = 0; index < theRunning.size();) {
+        const Running running = theRunning[index];
+        const bool mayEnd = index == 0 && running.age.elapsed() < patience;
+        if (isWanted(running.key) || mayEnd) {
+            someAreLeft = someAreLeft || !isWanted(running.key);
+            ++index;
+            continue;
+        }
+        theRunning.erase(theRunning.begin() + static_cast<std::ptrdiff_t>(index));
+        running.request->cancel();
+        running.request->deleteLater();
+    }
+    if (someAreLeft && !theStaleTimer.isActive())
+        theStaleTimer.start(patience);
+}
+
+void TileLoader::startMore()
+{
+    if (!theDocument)
+        return;
+    // The engine serves the latest first: what is asked for in one go is asked for from behind.
+    QList<TileKey> next;
+    for (const TileKey& key : std::as_const(theWanted)) {
+        if (theRunning.size() + static_cast<std::size_t>(next.size()) >= requestsAtATime)
+            break;
+        if (!isRunning(key) && !theFailures.contains(key.page))
+            next.append(key);
+    }
+    std::reverse(next.begin(), next.end());
+    for (const TileKey& key : std::as_const(next))
+        start(key);
+}
+
+void TileLoader::start(const TileKey& key)
+{
+    const QSize whole = pixelSize(theDocument->pageSize(key.page), key.rotation, key.scale);
+    const QRect area = TileGrid(whole).area(key.column, key.row);
+    PDFTileRequest* const request
+        = theDocument->requestTile(key.page, key.scale, key.rotation, area, this);
+    theRunning.push_back({key, request, {}});
+    theRunning.back().age.start();
+    connect(request, &PDFRequest::finished, this, [this, key] { take(key); });
+}
+
+void TileLoader::take(const TileKey& key)
+{
+    const auto place = std::find_if(theRunning.begin(), theRunning.end(),
+        [&key](const Running& running) { return running.key == key; });
+    if (place == theRunning.end())
+        return;
+    PDFTileRequest* const request = place->request;
+    theRunning.erase(place);
+    theWanted.removeOne(key);
+    if (request->succeeded())
+        theCache.insert(key, request->image());
+    else
+        theFailures.insert(key.page, request->failure());
+    request->deleteLater();
+    cancelStale();
+    startMore();
+    emit pageChanged(key.page);
+}
+
+PDFFailure TileLoader::failure(int page) const
+{
+    return theFailures.value(page, PDFFailure::isNone);
+}
+
+void TileLoader::dropPage(int page)
+{
+    theCache.dropPage(page);
+    theWanted.removeIf([page](const TileKey& key) { return key.page == page; });
+    std::erase_if(theRunning, [page](const Running& running) {
+        if (running.key.page != page)
+            return false;
+        running.request->cancel();
+        running.request->deleteLater();
+        return true;
+    });
+}
+
+void TileLoader::clear()
+{
+    theCache.clear();
+    theWanted.clear();
+    for (const Running& running : std::exchange(theRunning, {})) {
+        running.request->cancel();
+        running.request->deleteLater();
+    }
+}

@@ -1,0 +1,80 @@
+#pragma once
+
+#include "platform/TileCache.h"
+#include "platform/TileGrid.h"
+
+#include <QElapsedTimer>
+#include <QHash>
+#include <QObject>
+#include <QPointer>
+#include <QTimer>
+
+#include <vector>
+
+class PDFDocument;
+class PDFTileRequest;
+enum class PDFFailure;
+
+/// Brings the tiles that a view wants from the engine into a cache, nearest first.
+///
+/// Few requests are under way at a time, so that what the user looks at now never waits behind what
+/// was looked at before. A request that nobody wants any more is cancelled, except that the one
+/// that the engine is at may end if it does so within a second: quick pages are then not drawn in
+/// vain, and the engine, which only ends by being replaced, is kept.
+class TileLoader : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// @param limit bytes of the cache.
+    /// @param reach pages that are further away than this from those that show are given back.
+    TileLoader(qsizetype limit, int reach, QObject* parent);
+    ~TileLoader() override;
+
+    /// Forgets everything and works for another document, or none.
+    void setDocument(PDFDocument* document);
+
+    /// Pixels of a whole page at a scale, rotation applied, each side at least 1.
+    static QSize pixelSize(const QSizeF& page, int rotation, double scale);
+
+    /// Replaces what was wanted before. @param keys nearest first; those that are there are
+    /// skipped.
+    /// @param pages those that show.
+    void want(const QList<TileKey>& keys, const PageGeometry::PageRange& pages, int rotation,
+        double scale);
+
+    const TileCache& cache() const { return theCache; }
+    /// Why a page could not be drawn; isNone for every other page.
+    PDFFailure failure(int page) const;
+    /// Forgets a page's images: its size has changed.
+    void dropPage(int page);
+    /// Gives every image back and cancels what is under way; the document stays.
+    void clear();
+
+signals:
+    /// A tile of the page has come, or it has become known that it cannot be drawn.
+    void pageChanged(int page);
+
+private:
+    struct Running
+    {
+        TileKey key;
+        PDFTileRequest* request;
+        QElapsedTimer age;
+    };
+
+    bool isRunning(const TileKey& key) const;
+    bool isWanted(const TileKey& key) const;
+    void startMore();
+    void start(const TileKey& key);
+    void take(const TileKey& key);
+    void cancelStale();
+
+    QPointer<PDFDocument> theDocument;
+    TileCache theCache;
+    int theReach;
+    QList<TileKey> theWanted;
+    std::vector<Running> theRunning;
+    QHash<int, PDFFailure> theFailures;
+    QTimer theStaleTimer;
+};

@@ -1,5 +1,8 @@
 #include "cli/AnalysisCommands.h"
 #include "cli/Arguments.h"
+#ifdef TARNWICK_ENGINE
+#include "cli/EngineCommands.h"
+#endif
 #include "cli/FileInput.h"
 #include "cli/VersionsCommand.h"
 
@@ -18,7 +21,14 @@ Commands:
   summary  FILE             how many objects of each kind there are
   versions FILE [--json] [--export FOLDER]
                             where the saved versions end; writes each to a file
+  flat     FILE -o OUT      the document written out again by the PDF engine
+  text     FILE -o OUT      its text, in UTF-8
+  rtf      FILE -o OUT      its text with fonts and colours, as RTF
 Options:
+  -o, --output OUT
+                 file to write; "-" for standard output
+  --password-file FILE
+                 first line is the document's password; else it is asked for
   --json         one JSON object a line for every piece (versions: one in all)
   --help         this text
   --version      the program's version
@@ -34,6 +44,13 @@ ExitStatus fail(ExitStatus status, const std::string& message)
 
 ExitStatus run(const Arguments& arguments)
 {
+    if (arguments.output) {
+#ifdef TARNWICK_ENGINE
+        return exportCommand(arguments);
+#else
+        return fail(ExitStatus::isFailed, arguments.command + ": built without the PDF engine");
+#endif
+    }
     std::string reason;
     const std::optional<SharedBytes> bytes = readInput(arguments.file, reason);
     if (!bytes)

@@ -3,18 +3,15 @@
 #include "platform/RtfWriter.h"
 
 #include <QCoreApplication>
-#include <QIODevice>
 #include <QStringEncoder>
-
-#include <algorithm>
 
 namespace {
 
 constexpr std::size_t sliceSize = std::size_t{1} << 20U;
 
-bool writeAll(QIODevice& device, const char* data, qint64 length)
+std::string_view viewOf(const QByteArray& bytes)
 {
-    return device.write(data, length) == length;
+    return {bytes.constData(), static_cast<std::size_t>(bytes.size())};
 }
 
 /// The document written out again by the engine.
@@ -40,12 +37,12 @@ public:
         });
     }
 
-    bool write(QIODevice& device, const Progress& progress) const override
+    bool write(const Sink& sink, const Progress& progress) const override
     {
         const std::string_view bytes = theBytes.view();
         for (std::size_t done = 0; done < bytes.size();) {
             const std::string_view slice = bytes.substr(done, sliceSize);
-            if (!writeAll(device, slice.data(), static_cast<qint64>(slice.size())))
+            if (!sink(slice))
                 return false;
             done += slice.size();
             if (!progress(done, bytes.size()))
@@ -81,22 +78,9 @@ public:
         theText->fetch();
     }
 
-    bool write(QIODevice& device, const Progress& progress) const override
+    bool write(const Sink& sink, const Progress& progress) const override
     {
-        // One encoder for all slices: a surrogate pair may be cut by one.
-        QStringEncoder encoder(QStringEncoder::Utf8);
-        const auto length = static_cast<qsizetype>(theString.size());
-        for (qsizetype done = 0; done < length;) {
-            const QStringView slice
-                = QStringView(theString).mid(done, static_cast<qsizetype>(sliceSize));
-            const QByteArray encoded = encoder.encode(slice);
-            if (!writeAll(device, encoded.constData(), encoded.size()))
-                return false;
-            done += slice.size();
-            if (!progress(static_cast<quint64>(done), static_cast<quint64>(length)))
-                return false;
-        }
-        return true;
+        return writeUtf8(theString, sink, progress);
     }
 
 private:
@@ -146,11 +130,11 @@ public:
         });
     }
 
-    bool write(QIODevice& device, const Progress& progress) const override
+    bool write(const Sink& sink, const Progress& progress) const override
     {
         RtfWriter writer(theText);
         for (QByteArray part = writer.next(); !part.isEmpty(); part = writer.next()) {
-            if (!writeAll(device, part.constData(), part.size()))
+            if (!sink(viewOf(part)))
                 return false;
             if (!progress(static_cast<quint64>(writer.writtenLength()),
                     static_cast<quint64>(theText.length())))
@@ -176,6 +160,23 @@ std::unique_ptr<ExportContent> ExportContent::make(ExportKind kind, const Export
     if (kind == ExportKind::isPlainText)
         return source.text ? std::make_unique<TextContent>(source.text) : nullptr;
     return document->pageCount() > 0 ? std::make_unique<RichContent>(document) : nullptr;
+}
+
+bool writeUtf8(
+    const QString& string, const ExportContent::Sink& sink, const ExportContent::Progress& progress)
+{
+    // One encoder for all slices: a surrogate pair may be cut by one.
+    QStringEncoder encoder(QStringEncoder::Utf8);
+    for (qsizetype done = 0; done < string.size();) {
+        const QStringView slice = QStringView(string).mid(done, static_cast<qsizetype>(sliceSize));
+        const QByteArray encoded = encoder.encode(slice);
+        if (!sink(viewOf(encoded)))
+            return false;
+        done += slice.size();
+        if (!progress(static_cast<quint64>(done), static_cast<quint64>(string.size())))
+            return false;
+    }
+    return true;
 }
 
 void ExportContent::setTaken()

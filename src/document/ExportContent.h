@@ -7,8 +7,7 @@
 
 #include <functional>
 #include <memory>
-
-class QIODevice;
+#include <string_view>
 
 enum class ExportKind
 {
@@ -26,6 +25,8 @@ class ExportContent : public QObject
 public:
     /// Told while writing. @returns whether to go on.
     using Progress = std::function<bool(quint64 done, quint64 total)>;
+    /// Takes the next bytes. @returns false when it cannot.
+    using Sink = std::function<bool(std::string_view bytes)>;
 
     /// @returns null when the document cannot give it: there is no document, or it is not open; for
     ///   rich text also when it has no pages.
@@ -37,8 +38,8 @@ public:
     bool isTaken() const { return theContentIsTaken; }
 
     /// Writes it in slices. Precondition: isTaken(). Thread-safe then.
-    /// @returns false when the device fails or progress says no.
-    virtual bool write(QIODevice& device, const Progress& progress) const = 0;
+    /// @returns false when the sink fails or progress says no.
+    virtual bool write(const Sink& sink, const Progress& progress) const = 0;
 
 signals:
     /// @param total 0 while it is unknown.
@@ -52,6 +53,10 @@ protected:
 private:
     bool theContentIsTaken = false;
 };
+
+/// Writes a text in slices, in UTF-8 without a byte-order mark; lone surrogates become U+FFFD.
+bool writeUtf8(const QString& string, const ExportContent::Sink& sink,
+    const ExportContent::Progress& progress);
 
 /// A sentence for the user on why the engine brought nothing; empty for isNone and isCancelled.
 QString exportFailureText(PDFFailure failure);

@@ -4,7 +4,8 @@
 #include <QMessageBox>
 
 ExportJob::ExportJob(const QString& title)
-    : theTitle(title)
+    : QObject(QCoreApplication::instance())
+    , theTitle(title)
 {
     // Panels cannot outlive the application.
     connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this,

@@ -14,8 +14,8 @@ class QWidget;
 
 /// One run of an export command, from its panel to its last file.
 ///
-/// It belongs to nobody, so that windows and documents may close meanwhile, and destroys itself at
-/// the end, or when the program ends; writing keeps the program running.
+/// It belongs to the application, so that windows and documents may close meanwhile, and destroys
+/// itself at the end, or when the program ends; writing keeps the program running.
 class ExportJob : public QObject
 {
     Q_OBJECT

@@ -5,24 +5,70 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
+
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace {
+
+/// Asks progress, and remembers that it said no: that is no failure to be explained.
+class Asker
+{
+public:
+    explicit Asker(const ExportContent::Progress& progress)
+        : theProgress(progress)
+    {
+    }
+    ExportContent::Progress function()
+    {
+        return [this](quint64 done, quint64 total) {
+            isCancelled = !theProgress(done, total);
+            return !isCancelled;
+        };
+    }
+    ExportOutcome outcome(bool isWritten, const QString& reason) const
+    {
+        return {isWritten, isWritten || isCancelled ? QString() : reason};
+    }
+
+private:
+    const ExportContent::Progress& theProgress;
+    bool isCancelled = false;
+};
+
+QString reasonOf(int error)
+{
+    return QString::fromLocal8Bit(std::strerror(error));
+}
 
 ExportOutcome writeWhole(
     const ExportContent& content, const QString& path, const ExportContent::Progress& progress)
 {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        return {false, file.errorString()};
-    bool isCancelled = false;
-    const bool isComplete = content.write(file, [&](quint64 done, quint64 total) {
-        isCancelled = !progress(done, total);
-        return !isCancelled;
-    });
-    if (isComplete && file.commit())
-        return {true, {}};
-    return {false, isCancelled ? QString() : file.errorString()};
+    const QFileInfo info(path);
+    const int folder
+        = ::open(QFile::encodeName(info.path()).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (folder < 0)
+        return {false, reasonOf(errno)};
+    Asker asker(progress);
+    int error = 0;
+    {
+        // Not QSaveFile: its temporary name is longer than the file's own, which may be as long as
+        // names can be, and stays behind when the program is killed.
+        WholeFile file(folder, QFile::encodeName(info.fileName()).toStdString());
+        error = file.open(std::nullopt);
+        const auto sink = [&](std::string_view bytes) {
+            error = file.append(bytes);
+            return error == 0;
+        };
+        if (error == 0 && content.write(sink, asker.function()))
+            error = file.commit();
+        else if (error == 0)
+            error = ECANCELED;
+    }
+    ::close(folder);
+    return asker.outcome(error == 0, reasonOf(error));
 }
 
 ExportOutcome writeInPlace(
@@ -31,18 +77,16 @@ ExportOutcome writeInPlace(
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered))
         return {false, file.errorString()};
-    bool isCancelled = false;
-    const bool isComplete = content.write(file, [&](quint64 done, quint64 total) {
-        isCancelled = !progress(done, total);
-        return !isCancelled;
-    });
-    if (isComplete)
-        return {true, {}};
-    const QString reason = file.errorString();
+    Asker asker(progress);
+    const auto sink = [&file](std::string_view bytes) {
+        const auto length = static_cast<qint64>(bytes.size());
+        return file.write(bytes.data(), length) == length;
+    };
+    const bool isComplete = content.write(sink, asker.function());
     // A device or a pipe may have been named.
-    if (QFileInfo(path).isFile())
+    if (!isComplete && QFileInfo(path).isFile())
         file.remove();
-    return {false, isCancelled ? QString() : reason};
+    return asker.outcome(isComplete, file.errorString());
 }
 
 } // namespace

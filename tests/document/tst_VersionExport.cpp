@@ -1,10 +1,10 @@
 #include "document/ExportPanel.h"
 #include "document/VersionExport.h"
 
-#include <QApplication>
+#include "document/Panels.h"
+
 #include <QDialogButtonBox>
 #include <QDir>
-#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -18,23 +18,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QByteArray file = "%PDF-1.7\n%%EOF\nsecond\n%%EOF\nthird\n%%EOF\r\n";
-
-/// The widget of a class that shows; null without one.
-template<class Widget> Widget* shown()
-{
-    const QWidgetList widgets = QApplication::topLevelWidgets();
-    for (QWidget* widget : widgets) {
-        if (auto* const found = dynamic_cast<Widget*>(widget); found && found->isVisible())
-            return found;
-    }
-    return nullptr;
-}
-
-QByteArray contentOf(const QString& path)
-{
-    QFile opened(path);
-    return opened.open(QIODevice::ReadOnly) ? opened.readAll() : QByteArray("cannot be read");
-}
 
 } // namespace
 
@@ -117,7 +100,7 @@ void TestVersionExport::panelProposesAFolder()
     QVERIFY(panel);
     QCOMPARE(panel->windowModality(), Qt::WindowModal);
     QCOMPARE(panel->parentWidget(), theWindow.get());
-    QTEST(panel->findChild<QLineEdit*>(u"fileNameEdit"_s)->text(), "proposed");
+    QTEST(nameField(panel)->text(), "proposed");
     QCOMPARE(panel->findChild<QLabel*>(u"messageLabel"_s)->text(),
         u"Enter the name of a new folder to contain versions"_s);
     const auto* const box = panel->findChild<QDialogButtonBox*>();
@@ -137,7 +120,7 @@ void TestVersionExport::writesTheVersions()
 {
     QFETCH(QString, name);
     ExportPanel* const panel = open(path(u"report.pdf"_s));
-    auto* const edit = panel->findChild<QLineEdit*>(u"fileNameEdit"_s);
+    QLineEdit* const edit = nameField(panel);
     edit->setText(name);
     QTest::keyClick(edit, Qt::Key_Return);
     QTRY_COMPARE(names(name).size(), 3);
@@ -165,7 +148,7 @@ void TestVersionExport::asksBeforeItUsesAFolderWithFiles()
     const auto answer = [](QMessageBox::StandardButton button) {
         QTimer::singleShot(0, qApp, [button] { shown<QMessageBox>()->button(button)->click(); });
     };
-    auto* const edit = panel->findChild<QLineEdit*>(u"fileNameEdit"_s);
+    QLineEdit* const edit = nameField(panel);
     answer(QMessageBox::No);
     QTest::keyClick(edit, Qt::Key_Return);
     QVERIFY(panel->isVisible());
@@ -180,7 +163,7 @@ void TestVersionExport::staysOpenForTheNameOfAFile()
     QVERIFY(other.open(QIODevice::WriteOnly));
     ExportPanel* const panel = open(path(u"report.pdf"_s));
     QTimer::singleShot(0, qApp, [] { shown<QMessageBox>()->accept(); });
-    QTest::keyClick(panel->findChild<QLineEdit*>(u"fileNameEdit"_s), Qt::Key_Return);
+    QTest::keyClick(nameField(panel), Qt::Key_Return);
     QVERIFY(panel->isVisible());
     panel->reject();
 }
@@ -195,7 +178,7 @@ void TestVersionExport::tellsThatTheOpenedFileIsKept()
     QVERIFY(QFile::link(opened, path(u"versions/report-002.pdf"_s)));
 
     ExportPanel* const panel = open(opened);
-    auto* const edit = panel->findChild<QLineEdit*>(u"fileNameEdit"_s);
+    QLineEdit* const edit = nameField(panel);
     edit->setText(u"versions"_s);
     QTimer::singleShot(0, qApp, [] { shown<QMessageBox>()->button(QMessageBox::Yes)->click(); });
     QTest::keyClick(edit, Qt::Key_Return);
@@ -211,7 +194,7 @@ void TestVersionExport::endsWithItsWindow()
     QPointer<ExportPanel> panel = open(path(u"report.pdf"_s));
     theWindow.reset();
     QVERIFY(!panel);
-    QCOMPARE(qApp->findChildren<VersionExport*>().size(), 0);
+    QTRY_COMPARE(qApp->findChildren<VersionExport*>().size(), 0);
 }
 
 QTEST_MAIN(TestVersionExport)

@@ -1,0 +1,152 @@
+#include "cli/EngineCommands.h"
+
+#include "cli/FileInput.h"
+#include "cli/Password.h"
+#include "document/ExportTarget.h"
+#include "document/WholeFile.h"
+
+#include <QCoreApplication>
+#include <QFile>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+
+#include <unistd.h>
+
+namespace {
+
+ExportKind kindOf(const std::string& command)
+{
+    if (command == "flat")
+        return ExportKind::isFlatPDF;
+    return command == "text" ? ExportKind::isPlainText : ExportKind::isRichText;
+}
+
+ExitStatus fail(const std::string& what, const std::string& reason)
+{
+    std::fprintf(stderr, "tarnwick-inspect: %s: %s\n", what.c_str(), reason.c_str());
+    return ExitStatus::isFailed;
+}
+
+/// The file in shared memory, where the engine reads it.
+std::optional<FileBytes> readShared(const std::string& path, std::string& reason)
+{
+    const QByteArray name = QByteArray::fromStdString(path);
+    // A name that is no text in the locale's encoding does not come back from Qt as it was.
+    if (path != "-" && QFile::encodeName(QFile::decodeName(name)) == name) {
+        QString said;
+        const std::optional<FileBytes> bytes = FileBytes::read(QFile::decodeName(name), &said);
+        reason = said.toStdString();
+        if (bytes || reason != "Not a regular file")
+            return bytes;
+    }
+    const std::optional<SharedBytes> bytes = readInput(path, reason);
+    if (!bytes)
+        return std::nullopt;
+    reason = "Not enough memory";
+    return FileBytes::copy(bytes->view);
+}
+
+/// One export, from the engine's start to the file.
+class EngineExport : public QObject
+{
+public:
+    EngineExport(const Arguments& arguments, const FileBytes& bytes)
+        : theArguments(arguments)
+        , theDocument(bytes)
+    {
+        connect(&theDocument, &PDFDocument::opened, this, &EngineExport::take);
+        connect(&theDocument, &PDFDocument::locked, this, &EngineExport::unlock);
+        connect(&theDocument, &PDFDocument::refused, this,
+            [this](const QString& reason) { end(theArguments.file, reason); });
+    }
+
+private:
+    void end(ExitStatus status) { QCoreApplication::exit(static_cast<int>(status)); }
+    void end(const std::string& what, const QString& reason)
+    {
+        end(fail(what, reason.toStdString()));
+    }
+
+    void unlock(bool wasWrong)
+    {
+        constexpr int maximumAttempts = 3;
+        if (wasWrong && (theArguments.passwordFile || theAttempts == maximumAttempts))
+            return end(theArguments.file, QStringLiteral("This is not its password"));
+        const auto password = theArguments.passwordFile
+            ? passwordFromFile(*theArguments.passwordFile)
+            : passwordFromTerminal("Password for " + theArguments.file + ": ");
+        if (!password && theArguments.passwordFile)
+            return end(*theArguments.passwordFile, QStringLiteral("Cannot be read"));
+        if (!password)
+            return end(theArguments.file, QStringLiteral("A password is needed"));
+        ++theAttempts;
+        theDocument.unlock(QString::fromStdString(*password));
+    }
+
+    void take()
+    {
+        theText = std::make_unique<PDFDocumentText>(&theDocument);
+        ExportSource source;
+        source.document = &theDocument;
+        source.text = theText.get();
+        theContent = ExportContent::make(kindOf(theArguments.command), source);
+        if (!theContent)
+            return end(theArguments.file, QStringLiteral("The document has no pages"));
+        connect(theContent.get(), &ExportContent::taken, this, &EngineExport::write);
+        connect(theContent.get(), &ExportContent::failed, this,
+            [this](PDFFailure failure) { end(theArguments.file, exportFailureText(failure)); });
+        theContent->take();
+    }
+
+    void write()
+    {
+        const auto goOn = [](quint64, quint64) { return true; };
+        const std::string& output = *theArguments.output;
+        if (output == "-") {
+            const auto sink = [](std::string_view bytes) {
+                return std::fwrite(bytes.data(), 1, bytes.size(), stdout) == bytes.size();
+            };
+            if (theContent->write(sink, goOn) && std::fflush(stdout) == 0)
+                return end(ExitStatus::isDone);
+            return end("standard output", QString::fromLocal8Bit(std::strerror(errno)));
+        }
+        const ExportOutcome outcome = writeExport(
+            kindOf(theArguments.command), *theContent, QFile::decodeName(output.c_str()), goOn);
+        if (outcome.isWritten)
+            return end(ExitStatus::isDone);
+        end(output, outcome.reason);
+    }
+
+    const Arguments& theArguments;
+    PDFDocument theDocument;
+    std::unique_ptr<PDFDocumentText> theText; // destroyed before the document that it reads
+    std::unique_ptr<ExportContent> theContent;
+    int theAttempts = 0;
+};
+
+bool isInput(const std::string& output, const std::string& input)
+{
+    const auto identity = input == "-" ? fileIdentity(STDIN_FILENO) : fileIdentity(input);
+    return output != "-" && identity && identity == fileIdentity(output);
+}
+
+} // namespace
+
+ExitStatus exportCommand(const Arguments& arguments)
+{
+    if (isInput(*arguments.output, arguments.file))
+        return fail(*arguments.output, "This is the file that is being exported");
+    int count = 1;
+    char name[] = "tarnwick-inspect";
+    char* words[] = {name, nullptr};
+    const QCoreApplication application(count, words);
+    std::string reason;
+    const std::optional<FileBytes> bytes = readShared(arguments.file, reason);
+    if (!bytes)
+        return fail(arguments.file, reason);
+    const EngineExport run(arguments, *bytes);
+    return static_cast<ExitStatus>(QCoreApplication::exec());
+}

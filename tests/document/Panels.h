@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QApplication>
+#include <QByteArray>
+#include <QFile>
+#include <QLineEdit>
+#include <QString>
+#include <QWidget>
+
+/// Top-level widgets of a class that show, oldest first where they stand for equal things.
+template<class Widget> QList<Widget*> allShown()
+{
+    QList<Widget*> found;
+    const QWidgetList widgets = QApplication::topLevelWidgets();
+    for (QWidget* widget : widgets) {
+        if (auto* const match = dynamic_cast<Widget*>(widget); match && match->isVisible())
+            found.append(match);
+    }
+    return found;
+}
+
+/// One of them; null without one.
+template<class Widget> Widget* shown()
+{
+    const QList<Widget*> found = allShown<Widget>();
+    return found.isEmpty() ? nullptr : found.first();
+}
+
+/// The field of a file panel that takes the name.
+inline QLineEdit* nameField(const QWidget* panel)
+{
+    return panel->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+}
+
+inline QByteArray contentOf(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("cannot be read");
+}

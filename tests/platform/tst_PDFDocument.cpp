@@ -1,7 +1,10 @@
 #include "platform/PDFDocument.h"
+#include "platform/PDFEngineClient.h"
 
+#include "support/OpenedDocument.h"
 #include "support/PdfBuilder.h"
 
+#include <QFile>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -9,28 +12,34 @@
 
 namespace {
 
-/// A document on bytes in memory, with its opening awaited.
-class Opened
-{
-public:
-    explicit Opened(const std::string& bytes)
-        : theDocument(*FileBytes::copy(bytes))
-    {
-        const auto hasAnswer
-            = [this] { return theDocument.state() != PDFDocument::State::isOpening; };
-        if (!QTest::qWaitFor(hasAnswer, 30'000))
-            qWarning("the engine does not answer");
-    }
-    PDFDocument* operator->() { return &theDocument; }
-    PDFDocument& operator*() { return theDocument; }
+const auto waitFor = OpenedDocument::waitFor;
 
-private:
-    PDFDocument theDocument;
-};
-
-bool waitFor(const PDFRequest* request)
+/// A page that no engine draws to its end: twenty forms, each of which draws the next ten times.
+std::string stallingFile()
 {
-    return QTest::qWaitFor([request] { return request->isFinished(); }, 60'000);
+    PdfBuilder builder;
+    builder.addPage("quick");
+    int next = builder.addStream("0 0 1 1 re f", "/Type /XObject /Subtype /Form /BBox [ 0 0 9 9 ]");
+    std::string tenTimes;
+    for (int time = 0; time < 10; ++time)
+        tenTimes += "/Next Do ";
+    for (int depth = 0; depth < 20; ++depth)
+        next = builder.addStream(tenTimes,
+            "/Type /XObject /Subtype /Form /BBox [ 0 0 9 9 ] /Resources << /XObject << /Next "
+                + std::to_string(next) + " 0 R >> >>");
+    builder.addDrawing(
+        "/Next Do", "/Resources << /XObject << /Next " + std::to_string(next) + " 0 R >> >>");
+    return builder.bytes();
+}
+
+PDFTileRequest* requestWholePage(PDFDocument* document, int page)
+{
+    return document->requestTile(page, 1, 0, QRect(0, 0, 612, 792), document);
+}
+
+FileBytes dataFile(const char* name)
+{
+    return *FileBytes::read(QStringLiteral(TARNWICK_TEST_DATA "/") + QString::fromLatin1(name));
 }
 
 } // namespace
@@ -43,9 +52,24 @@ private slots:
     void opens();
     void refuses_data();
     void refuses();
-    void drawsATile();
+    void asksForThePassword_data();
+    void asksForThePassword();
+    void measuresPages_data();
+    void measuresPages();
+    void labelsPages_data();
+    void labelsPages();
+    void opensAHundredThousandPages();
+    void drawsTiles_data();
+    void drawsTiles();
     void givesTheText();
+    void givesQuadsInPageSpace();
+    void givesTheLookOfTheText();
+    void findsLinksAndOutline();
     void outlivesItsEngine();
+    void doesNotTryADeadlyPageAgain();
+    void servesOthersWhenAStallingPageIsCancelled();
+    void endsAnEngineThatTakesTooLong();
+    void mayBeDestroyedAtWork();
 };
 
 void TestPDFDocument::opens()
@@ -53,7 +77,7 @@ void TestPDFDocument::opens()
     PdfBuilder builder;
     builder.setVersion("1.4").setInfo("<< /Title (T) /Author (A) >>");
     builder.addPage("one", "/MediaBox [ 0 0 300 500 ] /Rotate 90").addPage("two");
-    Opened document(builder.bytes());
+    OpenedDocument document(builder.bytes());
     QCOMPARE(document->state(), PDFDocument::State::isOpen);
     QCOMPARE(document->pageCount(), 2);
     QCOMPARE(document->facts().majorVersion, 1);
@@ -70,57 +94,329 @@ void TestPDFDocument::refuses_data()
     QTest::newRow("empty") << QByteArray("");
     QTest::newRow("one byte") << QByteArray("%");
     QTest::newRow("text") << QByteArray("Dear reader,\nthis is no PDF.\n");
+    QTest::newRow("NULs") << QByteArray(100'000, '\0');
     QTest::newRow("objects without a catalog") << QByteArray("%PDF-1.4\n1 0 obj\n<< >>\nendobj\n");
+    QTest::newRow("a picture") << QByteArray::fromBase64(
+        "iVBORw0KGgoAAAANSUhEUgAAAAEAAAABCAAAAAA6fptVAAAACklEQVR4nGNgAAAAAgABSK+"
+        "kcQAAAABJRU5ErkJggg==");
 }
 
 void TestPDFDocument::refuses()
 {
     QFETCH(QByteArray, file);
-    Opened document(file.toStdString());
+    OpenedDocument document(file.toStdString());
     QCOMPARE(document->state(), PDFDocument::State::isRefused);
     QVERIFY(!document->refusalReason().isEmpty());
 }
 
-void TestPDFDocument::drawsATile()
+void TestPDFDocument::asksForThePassword_data()
 {
-    Opened document(PdfBuilder().addDrawing("1 0 0 rg 0 692 100 100 re f").bytes());
-    const PDFTileRequest* const tile
-        = document->requestTile(0, 1, 0, QRect(90, 90, 20, 20), &*document);
+    QTest::addColumn<QString>("name");
+    QTest::newRow("RC4 with 40 bits") << QStringLiteral("locked-rc4-40.pdf");
+    QTest::newRow("AES with 256 bits") << QStringLiteral("locked-aes-256.pdf");
+}
+
+void TestPDFDocument::asksForThePassword()
+{
+    QFETCH(QString, name);
+    OpenedDocument document(dataFile(name.toLatin1().constData()));
+    QCOMPARE(document->state(), PDFDocument::State::isLocked);
+    QSignalSpy locked(document.get(), &PDFDocument::locked);
+    document->unlock(QStringLiteral("secret"));
+    QTRY_COMPARE(locked.size(), 1);
+    QCOMPARE(locked.first().first().toBool(), true);
+    document->unlock(QStringLiteral("geheim"));
+    QTRY_COMPARE(document->state(), PDFDocument::State::isOpen);
+    QCOMPARE(document->pageCount(), 2);
+    PDFTextRequest* const text
+        = document->requestText(0, 0, PDFTextDetail::isPlain, document.get());
+    QSignalSpy pages(text, &PDFTextRequest::pageReady);
+    QVERIFY(waitFor(text));
+    QVERIFY(pages.first().at(1).value<PDFPageText>().string.startsWith(u"Hello (world)\n"));
+}
+
+void TestPDFDocument::measuresPages_data()
+{
+    QTest::addColumn<QByteArray>("entries");
+    QTest::addColumn<QSizeF>("size");
+    const auto row = [](const char* name, const char* entries, double width, double height) {
+        QTest::newRow(name) << QByteArray(entries) << QSizeF(width, height);
+    };
+    row("crop box", "/MediaBox [ 0 0 600 800 ] /CropBox [ 100 100 300 400 ]", 200, 300);
+    row("crop box beyond the media box", "/MediaBox [ 0 0 600 800 ] /CropBox [ -9 0 900 500 ]", 600,
+        500);
+    row("turned by -90", "/MediaBox [ 0 0 600 800 ] /Rotate -90", 800, 600);
+    row("user unit", "/MediaBox [ 0 0 100 200 ] /UserUnit 2", 200, 400);
+    row("corners the other way round", "/MediaBox [ 600 800 0 0 ]", 600, 800);
+    row("no area", "/MediaBox [ 0 0 0 0 ]", 612, 792);
+    row("no numbers", "/MediaBox [ /A /B (c) null ]", 612, 792);
+    row("too few numbers", "/MediaBox [ 0 ]", 612, 792);
+    row("a million points", "/MediaBox [ 0 0 1000000 1000000 ]", 14400, 14400);
+    row("smaller than a point", "/MediaBox [ 0 0 0.001 0.001 ]", 1, 1);
+}
+
+void TestPDFDocument::measuresPages()
+{
+    QFETCH(QByteArray, entries);
+    QFETCH(QSizeF, size);
+    OpenedDocument document(PdfBuilder().addPage("text", entries.toStdString()).bytes());
+    QCOMPARE(document->pageSize(0), size);
+    const PDFTileRequest* const tile = requestWholePage(document.get(), 0);
     QVERIFY(waitFor(tile));
     QCOMPARE(tile->failure(), PDFFailure::isNone);
-    QCOMPARE(tile->image().size(), QSize(20, 20));
-    QCOMPARE(tile->image().pixelColor(5, 5), QColor(Qt::red));
-    QCOMPARE(tile->image().pixelColor(15, 15), QColor(Qt::white));
+}
+
+void TestPDFDocument::labelsPages_data()
+{
+    QTest::addColumn<QByteArray>("nums");
+    QTest::addColumn<QStringList>("labels");
+    const auto row = [](const char* name, const char* nums, const char* labels) {
+        QTest::newRow(name) << QByteArray(nums) << QString::fromLatin1(labels).split(u'|');
+    };
+    row("none", "", "1|2|3|4");
+    row("roman, then arabic", "0 << /S /r >> 2 << /S /D >>", "i|ii|1|2");
+    row("capitals, prefix and start", "0 << /S /R /St 1994 >> 2 << /S /D /P (A-) /St 8 >>",
+        "MCMXCIV|MCMXCV|A-8|A-9");
+    row("letters past z", "0 << /S /a /St 26 >> 2 << /S /A /St 53 >>", "z|aa|AAA|BBB");
+    row("a prefix alone", "0 << /P (cover) >> 1 << /S /D >>", "cover|1|2|3");
+    row("nothing before the first range", "2 << /S /r >>", "1|2|i|ii");
+}
+
+void TestPDFDocument::labelsPages()
+{
+    QFETCH(QByteArray, nums);
+    QFETCH(QStringList, labels);
+    PdfBuilder builder;
+    builder.addPage().addPage().addPage().addPage();
+    builder.setCatalogEntries("/PageLabels << /Nums [ " + nums.toStdString() + " ] >>");
+    OpenedDocument document(builder.bytes());
+    QSignalSpy measured(document.get(), &PDFDocument::pagesMeasured);
+    QTRY_COMPARE(measured.size(), 1);
+    for (int page = 0; page < 4; ++page)
+        QCOMPARE(document->pageLabel(page), labels.at(page));
+}
+
+void TestPDFDocument::opensAHundredThousandPages()
+{
+    constexpr int count = 100'000;
+    PdfBuilder builder;
+    builder.addPage("first");
+    for (int page = 1; page < count; ++page)
+        builder.addSharedPage(page % 2 == 0 ? "" : "/MediaBox [ 0 0 200 100 ]");
+    OpenedDocument document(builder.bytes());
+    QCOMPARE(document->pageCount(), count);
+    const PDFTileRequest* const tile = requestWholePage(document.get(), count - 1);
+    QVERIFY(waitFor(tile));
+    QCOMPARE(tile->failure(), PDFFailure::isNone);
+    QTRY_COMPARE_WITH_TIMEOUT(document->pageSize(count - 1), QSizeF(200, 100), 30'000);
+}
+
+void TestPDFDocument::drawsTiles_data()
+{
+    QTest::addColumn<int>("rotation");
+    QTest::addColumn<QPoint>("corner");
+    // The page is 100 x 200 with a red square of 10 in its upper left corner; at scale 2, this is
+    // where the view shows it.
+    QTest::newRow("upright") << 0 << QPoint(0, 0);
+    QTest::newRow("turned right") << 1 << QPoint(380, 0);
+    QTest::newRow("upside down") << 2 << QPoint(180, 380);
+    QTest::newRow("turned left") << 3 << QPoint(0, 180);
+}
+
+void TestPDFDocument::drawsTiles()
+{
+    QFETCH(int, rotation);
+    QFETCH(QPoint, corner);
+    OpenedDocument document(
+        PdfBuilder().addDrawing("1 0 0 rg 0 190 10 10 re f", "/MediaBox [ 0 0 100 200 ]").bytes());
+    const QRect area(corner - QPoint(3, 3), QSize(30, 30));
+    const PDFTileRequest* const tile = document->requestTile(0, 2, rotation, area, document.get());
+    QVERIFY(waitFor(tile));
+    QCOMPARE(tile->image().size(), area.size());
+    QCOMPARE(tile->image().pixelColor(4, 4), QColor(Qt::red));
+    QCOMPARE(tile->image().pixelColor(21, 21), QColor(Qt::red));
+    QCOMPARE(tile->image().pixelColor(1, 1), QColor(Qt::white));
+    QCOMPARE(tile->image().pixelColor(25, 25), QColor(Qt::white));
 }
 
 void TestPDFDocument::givesTheText()
 {
-    Opened document(PdfBuilder().addPage("one\ntwo").addPage().addPage("three").bytes());
-    QStringList pages;
+    PdfBuilder builder;
+    builder.addPage("one\ntwo").addPage().addPage("three");
+    OpenedDocument document(builder.bytes());
     PDFTextRequest* const request
-        = document->requestText(0, 2, PDFTextDetail::isWithQuads, &*document);
-    connect(request, &PDFTextRequest::pageReady, this,
-        [&pages](int, const PDFPageText& text) { pages.append(text.string); });
+        = document->requestText(0, 2, PDFTextDetail::isPlain, document.get());
+    QSignalSpy ready(request, &PDFTextRequest::pageReady);
+    QSignalSpy progressed(request, &PDFRequest::progressed);
     QVERIFY(waitFor(request));
-    QCOMPARE(pages,
-        QStringList({ QStringLiteral("one\ntwo\n\n"), QString(), QStringLiteral("three\n\n") }));
+    QStringList pages;
+    for (const QList<QVariant>& page : std::as_const(ready))
+        pages.append(page.at(1).value<PDFPageText>().string);
+    QCOMPARE(pages.join(u'|'), QStringLiteral("one\ntwo\n\n||three\n\n"));
+    QCOMPARE(progressed.last(), QList<QVariant>({3, 3}));
+}
+
+void TestPDFDocument::givesQuadsInPageSpace()
+{
+    OpenedDocument document(PdfBuilder().addPage("ab", "/MediaBox [ 0 100 612 792 ]").bytes());
+    PDFTextRequest* const request
+        = document->requestText(0, 0, PDFTextDetail::isWithQuads, document.get());
+    QSignalSpy ready(request, &PDFTextRequest::pageReady);
+    QVERIFY(waitFor(request));
+    const auto text = ready.first().at(1).value<PDFPageText>();
+    QCOMPARE(text.quads.size(), text.string.size());
+    const QPolygonF letter = text.quads.at(0);
+    QCOMPARE(letter.size(), 4);
+    QVERIFY2(letter.boundingRect().contains(QPointF(74, 70)), "the baseline is 72 below the top");
+    QVERIFY(letter.at(0).x() < letter.at(1).x() && letter.at(0).y() < letter.at(3).y());
+    QVERIFY(text.quads.at(1).at(0).x() > letter.at(0).x());
+    QVERIFY(text.quads.at(text.string.indexOf(u'\n')).isEmpty());
+}
+
+void TestPDFDocument::givesTheLookOfTheText()
+{
+    PdfBuilder builder;
+    const int bold
+        = builder.addObject("<< /Type /Font /Subtype /Type1 /BaseFont /Times-BoldItalic >>");
+    builder.addDrawing("BT /F1 12 Tf 72 700 Td (plain) Tj 1 0 0 rg /F2 20 Tf (red) Tj ET",
+        "/Resources << /Font << /F1 3 0 R /F2 " + std::to_string(bold) + " 0 R >> >>");
+    OpenedDocument document(builder.bytes());
+    PDFTextRequest* const request
+        = document->requestText(0, 0, PDFTextDetail::isWithAttributes, document.get());
+    QSignalSpy ready(request, &PDFTextRequest::pageReady);
+    QVERIFY(waitFor(request));
+    const auto text = ready.first().at(1).value<PDFPageText>();
+    QCOMPARE(text.runs.size(), 2);
+    const PDFTextRun& plain = text.runs.at(0);
+    QCOMPARE(text.string.mid(plain.start, plain.length), QStringLiteral("plain"));
+    QVERIFY(plain.family == u"Helvetica" && !plain.isBold && !plain.isItalic);
+    QCOMPARE(plain.sizeInPoints, 12.0);
+    const PDFTextRun& red = text.runs.at(1);
+    QCOMPARE(text.string.mid(red.start, red.length), QStringLiteral("red\n\n"));
+    QVERIFY(red.family == u"Times" && red.isBold && red.isItalic);
+    QCOMPARE(red.colour, QColor(Qt::red));
+}
+
+void TestPDFDocument::findsLinksAndOutline()
+{
+    PdfBuilder builder;
+    const int first = builder.nextNumber() + 1;
+    builder.addPage("one",
+        "/Annots [ << /Type /Annot /Subtype /Link /Rect [ 10 700 60 720 ] /Dest [ "
+            + std::to_string(first + 2)
+            + " 0 R /XYZ 100 500 0 ] >> << /Type /Annot /Subtype /Link"
+              " /Rect [ 0 0 9 9 ] /A << /S /URI /URI (https://example.org/a) >> >> ]");
+    builder.addPage("two");
+    const int entry = builder.nextNumber() + 1;
+    const std::string outline = std::to_string(entry - 1) + " 0 R";
+    const std::string part = std::to_string(entry + 1) + " 0 R";
+    builder.addObject("<< /First " + std::to_string(entry) + " 0 R /Count 1 >>");
+    builder.addObject("<< /Title (Top) /Parent " + outline + " /First " + part + " /Last " + part
+        + " /Count 1 >>");
+    builder.addObject("<< /Title <feff00e9> /Parent " + std::to_string(entry) + " 0 R /Dest [ "
+        + std::to_string(first + 2) + " 0 R /Fit ] >>");
+    builder.setCatalogEntries("/Outlines " + outline);
+    OpenedDocument document(builder.bytes());
+    const PDFLinksRequest* const links = document->requestLinks(0, document.get());
+    const PDFOutlineRequest* const entries = document->requestOutline(document.get());
+    QVERIFY(waitFor(links) && waitFor(entries));
+    QCOMPARE(links->links().size(), 2);
+    QCOMPARE(links->links().at(0).area, QRectF(10, 72, 50, 20));
+    QCOMPARE(links->links().at(0).page, 1);
+    QCOMPARE(links->links().at(0).point, QPointF(100, 292));
+    QCOMPARE(links->links().at(1).url, QUrl(QStringLiteral("https://example.org/a")));
+    QCOMPARE(entries->entries().size(), 2);
+    QCOMPARE(entries->entries().at(0).title, QStringLiteral("Top"));
+    QCOMPARE(entries->entries().at(1).title, QStringLiteral("\u00e9"));
+    QCOMPARE(entries->entries().at(1).depth, 1);
+    QCOMPARE(entries->entries().at(1).page, 1);
 }
 
 void TestPDFDocument::outlivesItsEngine()
 {
-    Opened document(PdfBuilder().addPage("one").bytes());
-    QSignalSpy measured(&*document, &PDFDocument::pagesMeasured);
+    OpenedDocument document(PdfBuilder().addPage("one").bytes());
+    QSignalSpy measured(document.get(), &PDFDocument::pagesMeasured);
     QTRY_COMPARE(measured.size(), 1);
     const auto engine = static_cast<pid_t>(document->engineProcessIds().constFirst());
     ::kill(engine, SIGSTOP); // so that the request is still being worked on when the engine ends
-    const PDFTileRequest* const lost
-        = document->requestTile(0, 1, 0, QRect(0, 0, 10, 10), &*document);
+    const PDFTileRequest* const lost = requestWholePage(document.get(), 0);
     ::kill(engine, SIGKILL);
     QVERIFY(waitFor(lost));
     QCOMPARE(lost->failure(), PDFFailure::isEngineDead);
-    const PDFLinksRequest* const next = document->requestLinks(0, &*document);
+    const PDFLinksRequest* const next = document->requestLinks(0, document.get());
     QVERIFY(waitFor(next));
     QCOMPARE(next->failure(), PDFFailure::isNone);
+}
+
+void TestPDFDocument::doesNotTryADeadlyPageAgain()
+{
+    OpenedDocument document(PdfBuilder().addPage("one").addPage("two").bytes());
+    QSignalSpy measured(document.get(), &PDFDocument::pagesMeasured);
+    QTRY_COMPARE(measured.size(), 1);
+    const auto engine = static_cast<pid_t>(document->engineProcessIds().constFirst());
+    ::kill(engine, SIGSTOP);
+    const PDFTileRequest* const lost = requestWholePage(document.get(), 0);
+    ::kill(engine, SIGKILL);
+    QVERIFY(waitFor(lost));
+    const PDFTileRequest* const again = requestWholePage(document.get(), 0);
+    QVERIFY2(!again->isFinished(), "never from inside the call");
+    QVERIFY(waitFor(again));
+    QCOMPARE(again->failure(), PDFFailure::isEngineDead);
+    const PDFTileRequest* const other = requestWholePage(document.get(), 1);
+    QVERIFY(waitFor(other));
+    QCOMPARE(other->failure(), PDFFailure::isNone);
+}
+
+void TestPDFDocument::servesOthersWhenAStallingPageIsCancelled()
+{
+    OpenedDocument document(stallingFile());
+    PDFTileRequest* const stalling = requestWholePage(document.get(), 1);
+    QSignalSpy finished(stalling, &PDFRequest::finished);
+    QTest::qWait(100); // it is being drawn
+    const PDFTileRequest* const quick = requestWholePage(document.get(), 0);
+    stalling->cancel();
+    QVERIFY(waitFor(quick));
+    QCOMPARE(quick->failure(), PDFFailure::isNone);
+    QCOMPARE(stalling->failure(), PDFFailure::isCancelled);
+    QCOMPARE(finished.size(), 0);
+}
+
+void TestPDFDocument::endsAnEngineThatTakesTooLong()
+{
+    PDFEngineClient client(*FileBytes::copy(stallingFile()), false, nullptr);
+    PayloadWriter stalling;
+    stalling.put(1);
+    stalling.put(std::uint8_t{0});
+    PayloadWriter quick;
+    quick.put(0);
+    quick.put(std::uint8_t{0});
+    std::optional<PDFFailure> stalled;
+    std::optional<PDFFailure> served;
+    PDFEngineJob job;
+    job.kind = EngineRequest::isText;
+    job.timeLimit = 200;
+    job.payload = stalling.bytes();
+    job.finish = [&stalled](PDFFailure failure) { stalled = failure; };
+    client.submit(job);
+    job.timeLimit = 20'000;
+    job.payload = quick.bytes();
+    job.finish = [&served](PDFFailure failure) { served = failure; };
+    client.submit(job);
+    QTRY_VERIFY_WITH_TIMEOUT(stalled && served, 30'000);
+    QCOMPARE(*stalled, PDFFailure::isTimedOut);
+}
+
+/// A window may close from within the very signal that tells it something.
+void TestPDFDocument::mayBeDestroyedAtWork()
+{
+    auto document = std::make_unique<PDFDocument>(*FileBytes::copy(stallingFile()));
+    QSignalSpy opened(document.get(), &PDFDocument::opened);
+    QTRY_COMPARE(opened.size(), 1);
+    QObject window;
+    const PDFTileRequest* const tile = document->requestTile(0, 1, 0, QRect(0, 0, 10, 10), &window);
+    document->requestTile(1, 1, 0, QRect(0, 0, 10, 10), &window);
+    connect(tile, &PDFRequest::finished, &window, [&document] { document.reset(); });
+    QTRY_VERIFY(!document);
 }
 
 QTEST_GUILESS_MAIN(TestPDFDocument)

@@ -37,7 +37,7 @@ bool isStream(const std::string& body)
 } // namespace
 
 PdfBuilder::PdfBuilder()
-    : theObjects{ "", "", "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica >>" }
+    : theObjects{"", "", "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica >>"}
 {
 }
 
@@ -81,13 +81,26 @@ PdfBuilder& PdfBuilder::addPage(const std::string& text, const std::string& entr
 
 PdfBuilder& PdfBuilder::addDrawing(const std::string& content, const std::string& entries)
 {
-    const int contents = addStream(content);
-    const std::string box
-        = entries.find("/MediaBox") == std::string::npos ? " /MediaBox [ 0 0 612 792 ]" : "";
-    thePages.push_back(addObject("<< /Type /Page /Parent 2 0 R" + box
-        + " /Resources << /Font << /F1 3 0 R >> >> /Contents " + reference(contents) + " " + entries
-        + " >>"));
+    theLastContents = addStream(content);
+    addPageObject(theLastContents, entries);
     return *this;
+}
+
+PdfBuilder& PdfBuilder::addSharedPage(const std::string& entries)
+{
+    addPageObject(theLastContents, entries);
+    return *this;
+}
+
+void PdfBuilder::addPageObject(int contents, const std::string& entries)
+{
+    std::string page = "<< /Type /Page /Parent 2 0 R ";
+    if (entries.find("/MediaBox") == std::string::npos)
+        page += "/MediaBox [ 0 0 612 792 ] ";
+    if (entries.find("/Resources") == std::string::npos)
+        page += "/Resources << /Font << /F1 3 0 R >> >> ";
+    thePages.push_back(
+        addObject(page + "/Contents " + reference(contents) + " " + entries + " >>"));
 }
 
 int PdfBuilder::addObject(const std::string& body)

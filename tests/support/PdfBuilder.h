@@ -28,10 +28,15 @@ public:
     PdfBuilder& setInfo(const std::string& dictionary);
 
     /// Adds a page of 612 x 792 points with text in Helvetica 12, a line for each "\n".
-    /// @param entries further entries of the page, as "/Rotate 90"; a MediaBox replaces the usual.
+    /// @param entries further entries of the page, as "/Rotate 90"; a MediaBox or Resources among
+    ///   them replace the usual.
     PdfBuilder& addPage(const std::string& text = {}, const std::string& entries = {});
     /// Adds a page with a content stream of one's own; the font is /F1.
     PdfBuilder& addDrawing(const std::string& content, const std::string& entries = {});
+
+    /// Adds a page that shares the content of the one before it: many pages in a small file.
+    /// Precondition: there is one before it.
+    PdfBuilder& addSharedPage(const std::string& entries = {});
 
     /// Adds any object. @returns its number.
     int addObject(const std::string& body);
@@ -48,6 +53,7 @@ public:
     std::string bytes() const;
 
 private:
+    void addPageObject(int contents, const std::string& entries);
     std::string body(int number) const;
     std::string trailerEntries() const;
     void writeTable(std::string& file, const std::map<int, std::size_t>& offsets) const;
@@ -59,6 +65,7 @@ private:
     std::string theCatalogEntries;
     std::vector<std::string> theObjects; ///< bodies by number less 1; 1 and 2 are made at the end
     std::vector<int> thePages;
+    int theLastContents = 0;
     int theInfo = 0;
     std::vector<std::pair<int, std::string>> theUpdates;
 };

@@ -99,8 +99,9 @@ void PdfBuilder::addPageObject(int contents, const std::string& entries)
         page += "/MediaBox [ 0 0 612 792 ] ";
     if (entries.find("/Resources") == std::string::npos)
         page += "/Resources << /Font << /F1 3 0 R >> >> ";
-    thePages.push_back(
-        addObject(page + "/Contents " + reference(contents) + " " + entries + " >>"));
+    if (entries.find("/Contents [") == std::string::npos)
+        page += "/Contents " + reference(contents) + " ";
+    thePages.push_back(addObject(page + entries + " >>"));
 }
 
 int PdfBuilder::addObject(const std::string& body)

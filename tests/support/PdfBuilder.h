@@ -28,8 +28,8 @@ public:
     PdfBuilder& setInfo(const std::string& dictionary);
 
     /// Adds a page of 612 x 792 points with text in Helvetica 12, a line for each "\n".
-    /// @param entries further entries of the page, as "/Rotate 90"; a MediaBox or Resources among
-    ///   them replace the usual.
+    /// @param entries further entries of the page, as "/Rotate 90"; a MediaBox, Resources or an
+    ///   array of Contents among them replace the usual.
     PdfBuilder& addPage(const std::string& text = {}, const std::string& entries = {});
     /// Adds a page with a content stream of one's own; the font is /F1.
     PdfBuilder& addDrawing(const std::string& content, const std::string& entries = {});

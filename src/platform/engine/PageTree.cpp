@@ -54,14 +54,17 @@ pdf_obj* treeRoot(fz_context* ctx, pdf_document* document)
     return failure ? nullptr : root;
 }
 
-pdf_obj* nextKid(fz_context* ctx, OpenNode& node)
+/// @returns false at the node's end. @param[out] kid null for what cannot be read.
+bool takeKid(fz_context* ctx, OpenNode& node, pdf_obj*& kid)
 {
-    pdf_obj* kid = nullptr;
+    bool isThere = false;
+    kid = nullptr;
     const int failure = attempt(ctx, [&] {
-        if (node.next < pdf_array_len(ctx, node.kids))
+        isThere = node.next < pdf_array_len(ctx, node.kids);
+        if (isThere)
             kid = pdf_array_get(ctx, node.kids, node.next++);
     });
-    return failure ? nullptr : kid;
+    return isThere && !failure;
 }
 
 } // namespace
@@ -87,10 +90,11 @@ PageTree walkPageTree(fz_context* ctx, pdf_document* document)
     if (pdf_obj* root = treeRoot(ctx, document))
         enter(root);
     while (!open.empty() && tree.pages.size() < maximumPageCount) {
-        if (pdf_obj* kid = nextKid(ctx, open.back()))
-            enter(kid);
-        else
+        pdf_obj* kid = nullptr;
+        if (!takeKid(ctx, open.back(), kid))
             open.pop_back();
+        else if (kid)
+            enter(kid);
     }
     return tree;
 }

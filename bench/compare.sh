@@ -5,7 +5,9 @@
 #   scan      the scan of bytes in memory, beside `wc -l` on the same file
 #   hostile   the same over hostile shapes, at one size and twice that: the times should double
 #   programs  tarnwick-inspect from start to end, beside `wc -l`
-#   pages     text of whole documents, beside `mutool draw -F txt`
+#   pages     a window with its first page drawn, text and flattening of whole documents, beside
+#             mutool; the window's start alone, to be taken off
+#   search    a search over a million characters of text
 # Options:
 #   --folder F   where the files are made (${TMPDIR:-/tmp}/tarnwick-bench); they stay for the next time
 #   --small      files of a thirty-second of the size, for a quick look
@@ -25,13 +27,13 @@ while [ $# -gt 0 ]; do
     --runs) runs="$2"; shift ;;
     --small) divisor=32 ;;
     --remove) removes=true ;;
-    scan | hostile | programs | pages) parts+=("$1") ;;
+    scan | hostile | programs | pages | search) parts+=("$1") ;;
     -h | --help) sed -n '2,/^set /s/^# \{0,1\}//p' "${BASH_SOURCE[0]}"; exit 0 ;;
     *) echo "compare.sh: no option or part $1; see --help" >&2; exit 2 ;;
     esac
     shift
 done
-[ ${#parts[@]} -gt 0 ] || parts=(scan hostile programs pages)
+[ ${#parts[@]} -gt 0 ] || parts=(scan hostile programs pages search)
 
 "$root/scripts/install-packages" run build bench
 "$root/scripts/build" bench
@@ -91,9 +93,13 @@ programsPart() {
 }
 
 pagesPart() {
-    echo "== Text of whole documents, beside mutool"
+    echo "== Pages and text, beside mutool"
     for shape in manual book; do
         file "$shape" $(($(usualSize "$shape") / divisor))
+        "$root/bench/pair.py" "empty window" "$runs" \
+            -- "$programs/show_page" -- mutool draw -q -r 110 -o /dev/null "$file" 1
+        "$root/bench/pair.py" "first page of the $shape" "$runs" \
+            -- "$programs/show_page" "$file" -- mutool draw -q -r 110 -o /dev/null "$file" 1
         "$root/bench/pair.py" "text of the $shape" "$runs" \
             -- "$programs/tarnwick-inspect" text "$file" -o "$folder/out.txt" \
             -- mutool draw -q -F txt -o /dev/null "$file"
@@ -102,6 +108,12 @@ pagesPart() {
             -- mutool clean "$file" "$folder/out-peer.pdf"
         rm -f "$folder"/out*
     done
+}
+
+searchPart() {
+    echo "== Search in a million characters (0 respects case, 1 ignores it, 2 compares literally)"
+    "$programs/bench_search" --benchmark_repetitions="$runs" \
+        --benchmark_report_aggregates_only=true 2>/dev/null | grep -E '^Benchmark|median'
 }
 
 for part in "${parts[@]}"; do

@@ -1,0 +1,85 @@
+#include "platform/FileBytes.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+class TestFileBytes : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void readsAFile();
+    void saysWhyNothingIsRead_data();
+    void saysWhyNothingIsRead();
+    void keepsItsBytesFromEverybody();
+    void livesAsLongAsItsOwner();
+
+private:
+    QTemporaryDir theFolder;
+};
+
+void TestFileBytes::readsAFile()
+{
+    QFile file(theFolder.filePath(QStringLiteral("a\nb \u00e9.pdf")));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QByteArray content(3'000'000, 'x');
+    content[1'234'567] = '\0';
+    file.write(content);
+    file.close();
+    const auto bytes = FileBytes::read(file.fileName());
+    QVERIFY(bytes);
+    QCOMPARE(QByteArray(bytes->view().data(), static_cast<qsizetype>(bytes->size())), content);
+}
+
+void TestFileBytes::saysWhyNothingIsRead_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("reason");
+    const QString fifo = theFolder.filePath(QStringLiteral("fifo"));
+    QCOMPARE(::mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
+    QTest::newRow("not there") << theFolder.filePath(QStringLiteral("none"))
+                               << QStringLiteral("No such file or directory");
+    QTest::newRow("a folder") << theFolder.path() << QStringLiteral("Is a directory");
+    QTest::newRow("a pipe that nobody writes to") << fifo << QStringLiteral("Not a regular file");
+    QTest::newRow("a device without end")
+        << QStringLiteral("/dev/zero") << QStringLiteral("Not a regular file");
+}
+
+void TestFileBytes::saysWhyNothingIsRead()
+{
+    QFETCH(QString, path);
+    QString reason;
+    QVERIFY(!FileBytes::read(path, &reason));
+    QTEST(reason, "reason");
+}
+
+void TestFileBytes::keepsItsBytesFromEverybody()
+{
+    const auto bytes = FileBytes::copy("content");
+    QVERIFY(bytes);
+    QCOMPARE(::pwrite(bytes->descriptor(), "X", 1, 0), -1);
+    QCOMPARE(::ftruncate(bytes->descriptor(), 0), -1);
+    QCOMPARE(
+        ::mmap(nullptr, 7, PROT_READ | PROT_WRITE, MAP_SHARED, bytes->descriptor(), 0), MAP_FAILED);
+    QVERIFY(!FileBytes::adopt(::open("/dev/null", O_RDONLY)));
+}
+
+void TestFileBytes::livesAsLongAsItsOwner()
+{
+    auto bytes = FileBytes::copy("content");
+    const std::shared_ptr<const void> owner = bytes->owner();
+    const std::string_view view = bytes->view();
+    bytes.reset();
+    QCOMPARE(view, std::string_view("content"));
+    QCOMPARE(FileBytes().descriptor(), -1);
+    QCOMPARE(FileBytes::copy("")->size(), std::size_t{0});
+}
+
+QTEST_APPLESS_MAIN(TestFileBytes)
+#include "tst_FileBytes.moc"

@@ -1,0 +1,198 @@
+#include "platform/PDFEngineAnswers.h"
+#include "platform/PDFFontName.h"
+
+#include <QRandomGenerator>
+#include <QTest>
+
+#include <limits>
+
+namespace {
+
+constexpr float infinite = std::numeric_limits<float>::infinity();
+
+void putTarget(PayloadWriter& payload, int page, const char* address)
+{
+    payload.put(page);
+    payload.put(infinite);
+    payload.put(5.0f);
+    payload.putText(address);
+}
+
+} // namespace
+
+class TestPDFEngineAnswers : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void holdsFactsWithinReason();
+    void refusesTextThatContradictsItself_data();
+    void refusesTextThatContradictsItself();
+    void givesBothUnitsOfAPairOneQuad();
+    void leadsNowhereOutsideTheDocument();
+    void takesNoImageOfAnotherSize();
+    void survivesAnyBytes();
+    void readsFontNames_data();
+    void readsFontNames();
+};
+
+void TestPDFEngineAnswers::holdsFactsWithinReason()
+{
+    PayloadWriter payload;
+    for (const int number : {3, -1, 2'000'000'000, -1, 7})
+        payload.put(number);
+    payload.put(infinite);
+    payload.put(1e9f);
+    PayloadReader reader(payload.bytes());
+    const auto answer = readOpenedAnswer(reader);
+    QVERIFY(answer);
+    QCOMPARE(answer->facts.majorVersion, 0);
+    QCOMPARE(answer->facts.minorVersion, 99);
+    QVERIFY(!answer->facts.infoEntryCount);
+    QCOMPARE(answer->firstPageSize, QSizeF(1, 14400));
+}
+
+void TestPDFEngineAnswers::refusesTextThatContradictsItself_data()
+{
+    QTest::addColumn<quint32>("count");
+    QTest::addColumn<QList<quint32>>("runLengths");
+    QTest::addColumn<bool>("isTaken");
+    QTest::newRow("runs that cover the text") << 2u << QList<quint32>{1, 1} << true;
+    QTest::newRow("a count that the bytes do not hold")
+        << 0xffffffffu << QList<quint32>{2} << false;
+    QTest::newRow("runs that end early") << 2u << QList<quint32>{1} << false;
+    QTest::newRow("a run beyond the end") << 2u << QList<quint32>{1, 0xfffffff0u} << false;
+    QTest::newRow("a run of nothing") << 2u << QList<quint32>{2, 0} << false;
+}
+
+void TestPDFEngineAnswers::refusesTextThatContradictsItself()
+{
+    QFETCH(quint32, count);
+    QFETCH(QList<quint32>, runLengths);
+    QFETCH(bool, isTaken);
+    PayloadWriter payload;
+    payload.put(count);
+    for (const quint32 letter : {0x61u, 0xd800u})
+        payload.put(letter);
+    payload.put(static_cast<quint32>(runLengths.size()));
+    for (const quint32 length : runLengths) {
+        payload.put(quint32{0});
+        payload.put(length);
+        payload.put(-infinite);
+        payload.put(quint8{0});
+        payload.put(quint32{0xff000000u});
+        payload.putText("ABCDEF+Arial-BoldMT");
+    }
+    PayloadReader reader(payload.bytes());
+    const auto text = readTextAnswer(reader, PDFTextDetail::isWithAttributes);
+    QCOMPARE(text.has_value(), isTaken);
+    if (!isTaken)
+        return;
+    QCOMPARE(text->string, QStringLiteral("a\ufffd"));
+    QVERIFY(text->runs.first().sizeInPoints > 0 && text->runs.first().isBold);
+    QCOMPARE(text->runs.first().colour, QColor(Qt::black));
+}
+
+void TestPDFEngineAnswers::givesBothUnitsOfAPairOneQuad()
+{
+    PayloadWriter payload;
+    payload.put(quint32{2});
+    payload.put(quint32{0x1f600});
+    payload.put(quint32{'\n'});
+    for (int number = 0; number < 16; ++number)
+        payload.put(static_cast<float>(number));
+    PayloadReader reader(payload.bytes());
+    const auto text = readTextAnswer(reader, PDFTextDetail::isWithQuads);
+    QVERIFY(text);
+    QCOMPARE(text->quads.size(), 3);
+    QCOMPARE(text->quads.at(0), text->quads.at(1));
+    QCOMPARE(text->quads.at(0).at(3), QPointF(6, 7));
+    QVERIFY(text->quads.at(2).isEmpty());
+}
+
+void TestPDFEngineAnswers::leadsNowhereOutsideTheDocument()
+{
+    PayloadWriter payload;
+    payload.put(quint32{2});
+    for (const int page : {4, 5}) {
+        payload.put(page * 100); // depths beyond what an outline can have
+        payload.putText("title");
+        putTarget(payload, page, "");
+    }
+    PayloadReader reader(payload.bytes());
+    const auto entries = readOutlineAnswer(reader, 5);
+    QVERIFY(entries);
+    QCOMPARE(entries->at(0).page, 4);
+    QCOMPARE(entries->at(0).point, QPointF(0, 5));
+    QCOMPARE(entries->at(0).depth, 0);
+    QCOMPARE(entries->at(1).page, -1);
+    QCOMPARE(entries->at(1).depth, 1);
+}
+
+void TestPDFEngineAnswers::takesNoImageOfAnotherSize()
+{
+    const std::string pixels(4 * 6, '\x7f');
+    PayloadReader fitting(pixels);
+    QVERIFY(readTileAnswer(fitting, QSize(2, 3)));
+    PayloadReader tooMany(pixels);
+    QVERIFY(!readTileAnswer(tooMany, QSize(2, 2)));
+    PayloadReader tooFew(pixels);
+    QVERIFY(!readTileAnswer(tooFew, QSize(4096, 4096)));
+}
+
+/// An engine that has been taken over may send anything; run with the sanitizers this looks for
+/// reads beyond the end and for room made on a hostile count.
+void TestPDFEngineAnswers::survivesAnyBytes()
+{
+    QRandomGenerator random(1);
+    for (int round = 0; round < 20'000; ++round) {
+        std::string bytes(random.bounded(200u), '\0');
+        for (char& byte : bytes)
+            byte = static_cast<char>(random.bounded(4) == 0 ? random.bounded(256) : 0);
+        const auto reader = [&bytes] { return PayloadReader(bytes); };
+        PayloadReader readers[] = {reader(), reader(), reader(), reader(), reader(), reader()};
+        readOpenedAnswer(readers[0]);
+        readMeasureAnswer(readers[1], 10);
+        readTextAnswer(readers[2], PDFTextDetail::isWithQuads);
+        readTextAnswer(readers[3], PDFTextDetail::isWithAttributes);
+        readLinksAnswer(readers[4], 3);
+        const auto entries = readOutlineAnswer(readers[5], 3);
+        QVERIFY(!entries || entries->size() <= static_cast<qsizetype>(bytes.size()));
+    }
+}
+
+void TestPDFEngineAnswers::readsFontNames_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("family");
+    QTest::addColumn<bool>("isBold");
+    QTest::addColumn<bool>("isItalic");
+    const auto row = [](const char* name, const char* family, bool isBold, bool isItalic) {
+        QTest::newRow(name) << QString::fromLatin1(name) << QString::fromLatin1(family) << isBold
+                            << isItalic;
+    };
+    row("Helvetica", "Helvetica", false, false);
+    row("ABCDEF+TimesNewRomanPS-BoldItalicMT", "Times New Roman", true, true);
+    row("TimesNewRomanPSMT", "Times New Roman", false, false);
+    row("Arial,Bold", "Arial", true, false);
+    row("Courier-Oblique", "Courier", false, true);
+    row("BCDEEE+Calibri-Light", "Calibri", false, false);
+    row("DejaVuSans-Bold", "DejaVu Sans", true, false);
+    row("CMR10", "CMR10", false, false);
+    row("Noto Sans CJK", "Noto Sans CJK", false, false);
+    row("Foo-Bar", "Foo-Bar", false, false);
+    row("ABCDEF+", "ABCDEF+", false, false);
+    row("", "Times", false, false);
+}
+
+void TestPDFEngineAnswers::readsFontNames()
+{
+    QFETCH(QString, name);
+    const PDFFontName font = parseFontName(name);
+    QTEST(font.family, "family");
+    QTEST(font.isBold, "isBold");
+    QTEST(font.isItalic, "isItalic");
+}
+
+QTEST_APPLESS_MAIN(TestPDFEngineAnswers)
+#include "tst_PDFEngineAnswers.moc"

@@ -58,10 +58,7 @@ AppDelegate::AppDelegate(QObject* parent)
 
 AppDelegate::~AppDelegate()
 {
-    // Their documents' windows use the registries, so they go first.
-    delete theController;
-    qDeleteAll(theHelpWindows);
-    delete theStartWindow;
+    delete theController; // with its windows, which use the registries and flags
 }
 
 DocumentWindow* AppDelegate::makeWindow(
@@ -71,7 +68,7 @@ DocumentWindow* AppDelegate::makeWindow(
     Ui::MainMenu menu;
     menu.setupUi(window);
     window->setContent(content);
-    window->installCommands({ theController, this });
+    window->installCommands({theController, this});
     theController->addWindow(window);
     updateMenus(*window);
     return window;
@@ -227,13 +224,20 @@ void AppDelegate::quit()
 
 void AppDelegate::showStartWindow()
 {
-    if (!theStartWindow) {
-        auto* view = new StartView(theController->recentFiles());
-        theStartWindow = makeWindow(startWindowIdentifier, nullptr, view);
-        connect(view, &StartView::fileChosen, this,
-            [this](const QString& path) { theController->openFiles({ path }, theStartWindow); });
-    }
-    theStartWindow->bringUp();
+    startWindow()->bringUp();
+}
+
+DocumentWindow* AppDelegate::startWindow()
+{
+    if (theStartWindow)
+        return theStartWindow;
+    auto* view = new StartView(theController->recentFiles());
+    theStartWindow = makeWindow(startWindowIdentifier, nullptr, view);
+    // Hidden rather than destroyed: it may have a dialog about a file that is still being opened.
+    theStartWindow->setAttribute(Qt::WA_DeleteOnClose, false);
+    connect(view, &StartView::fileChosen, this,
+        [this](const QString& path) { theController->openFiles({path}, theStartWindow); });
+    return theStartWindow;
 }
 
 QWidget* AppDelegate::windowForAlerts()
@@ -241,8 +245,5 @@ QWidget* AppDelegate::windowForAlerts()
     if (auto* window = DocumentWindow::of(QApplication::activeWindow()))
         return window;
     const QList<DocumentWindow*> windows = theController->windows();
-    if (!windows.isEmpty())
-        return windows.constLast();
-    showStartWindow();
-    return theStartWindow;
+    return windows.isEmpty() ? startWindow() : windows.constLast();
 }

@@ -7,7 +7,6 @@
 
 #include <QList>
 #include <QObject>
-#include <QPointer>
 #include <QStringList>
 
 #include <functional>
@@ -82,6 +81,7 @@ private:
     void checkForUpdates();
     void openPage(const QString& address);
     void updateMenus(const DocumentWindow& window) const;
+    DocumentWindow* startWindow();
     QWidget* windowForAlerts();
 
     PreferenceStore::Flags theFlags;
@@ -92,6 +92,6 @@ private:
     WindowRegistry<Document> theWindowRegistry;
     WindowRegistry<void> thePlainWindowRegistry;
     DocumentController* theController;
-    QPointer<DocumentWindow> theStartWindow;
+    DocumentWindow* theStartWindow = nullptr;
     QList<DocumentWindow*> theHelpWindows;
 };

@@ -10,8 +10,8 @@
 
 namespace {
 
-int pipeEnds[2] = { -1, -1 };
-constexpr int quitSignals[] = { SIGTERM, SIGINT, SIGHUP };
+int pipeEnds[2] = {-1, -1};
+constexpr int quitSignals[] = {SIGTERM, SIGINT, SIGHUP};
 
 /// All that a signal handler may do: the event loop finds the byte.
 void handleSignal(int)

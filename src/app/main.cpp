@@ -25,7 +25,7 @@ void setUpApplication()
 QIcon applicationIcon()
 {
     QIcon icon;
-    for (const char* size : { "16", "32", "48", "64", "128", "256" })
+    for (const char* size : {"16", "32", "48", "64", "128", "256"})
         icon.addFile(QStringLiteral(":/icons/tarnwick-%1.png").arg(QLatin1String(size)));
     return icon;
 }

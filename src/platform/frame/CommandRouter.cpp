@@ -13,7 +13,7 @@ namespace {
 QMetaMethod methodFor(const QObject* object, const QString& command)
 {
     const QMetaObject* meta = object->metaObject();
-    for (const char* parameters : { "(QAction*)", "()" }) {
+    for (const char* parameters : {"(QAction*)", "()"}) {
         const QByteArray signature = command.toLatin1() + parameters;
         const int index = meta->indexOfMethod(signature.constData());
         if (index < 0)

@@ -42,6 +42,8 @@ DocumentController::~DocumentController()
         delete opening;
     for (FrameDocument* document : documents)
         delete document;
+    while (!theWindows.isEmpty()) // those without a document; they take themselves off the list
+        delete theWindows.constLast();
 }
 
 void DocumentController::openFiles(const QStringList& paths, QWidget* asking)
@@ -169,7 +171,7 @@ void DocumentController::openDocument()
     auto* dialog = new QFileDialog(window, tr("Open"), QSettings().value(folderKey).toString());
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setFileMode(QFileDialog::ExistingFiles);
-    dialog->setNameFilters({ tr("PDF files (*.pdf *.PDF)"), tr("All files (*)") });
+    dialog->setNameFilters({tr("PDF files (*.pdf *.PDF)"), tr("All files (*)")});
     connect(dialog, &QFileDialog::filesSelected, this,
         [this, asker = QPointer(window)](const QStringList& paths) {
             QSettings().setValue(folderKey, QFileInfo(paths.value(0)).absolutePath());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/frame/FileOpening.h"
+#include "platform/frame/FrameDocument.h"
 
 #include <QList>
 #include <QObject>
@@ -9,7 +10,6 @@
 #include <functional>
 
 class DocumentWindow;
-class FrameDocument;
 class RecentFiles;
 
 /// Opens files and knows every document and window of the program. One exists.
@@ -25,12 +25,12 @@ public:
     using WindowForAlerts = std::function<QWidget*()>;
 
     explicit DocumentController(FileOpening::MakeDocument makeDocument, QObject* parent = nullptr);
-    /// Gives up what is being opened and destroys the documents with their windows.
+    /// Gives up what is being opened and destroys the documents and all windows.
     ~DocumentController() override;
 
     RecentFiles* recentFiles() const { return theRecentFiles; }
 
-    /// Where alerts belong when the window that asked for a file has gone or there was none.
+    /// Where alerts belong when the window that asked for a file shows no more or there was none.
     void setWindowForAlerts(WindowForAlerts provider) { windowForAlerts = std::move(provider); }
 
     /// Opens files. @param paths absolute, or relative to the working folder.

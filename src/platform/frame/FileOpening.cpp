@@ -140,8 +140,7 @@ void FileOpening::conclude()
 {
     isConcluded = true;
     theProgressTimer.stop();
-    for (QWidget* dialog :
-        { static_cast<QWidget*>(thePrompt), static_cast<QWidget*>(theProgress) }) {
+    for (QWidget* dialog : {static_cast<QWidget*>(thePrompt), static_cast<QWidget*>(theProgress)}) {
         if (!dialog)
             continue;
         dialog->disconnect(this);

@@ -30,7 +30,7 @@ void fillRecent(QMenu& menu, DocumentWindow& window, DocumentController& control
         QAction* action = menu.addAction(menuTitle(index, RecentFiles::title(path), menu));
         action->setStatusTip(path);
         QObject::connect(action, &QAction::triggered, &controller,
-            [&controller, &window, path] { controller.openFiles({ path }, &window); });
+            [&controller, &window, path] { controller.openFiles({path}, &window); });
     }
     menu.addSeparator();
     QAction* clear = menu.addAction(QMenu::tr("&Clear Recent Files"));

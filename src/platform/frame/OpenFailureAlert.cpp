@@ -1,16 +1,27 @@
 #include "platform/frame/OpenFailureAlert.h"
 
+#include <QApplication>
 #include <QFileInfo>
 
 void OpenFailureAlert::report(QWidget* parent, const QString& path, const QString& reason)
 {
-    OpenFailureAlert* alert = parent
-        ? parent->findChild<OpenFailureAlert*>(QString(), Qt::FindDirectChildrenOnly)
-        : nullptr;
-    if (!alert || !alert->isVisible())
+    OpenFailureAlert* alert = shown();
+    if (!alert)
         alert = new OpenFailureAlert(parent);
     alert->add(path, reason);
     alert->show();
+    alert->raise();
+}
+
+OpenFailureAlert* OpenFailureAlert::shown()
+{
+    const QWidgetList widgets = QApplication::topLevelWidgets();
+    for (QWidget* widget : widgets) {
+        auto* alert = qobject_cast<OpenFailureAlert*>(widget);
+        if (alert && alert->isVisible())
+            return alert;
+    }
+    return nullptr;
 }
 
 OpenFailureAlert::OpenFailureAlert(QWidget* parent)

@@ -10,10 +10,11 @@ class OpenFailureAlert : public QMessageBox
     Q_OBJECT
 
 public:
-    /// @param parent the window that the alert belongs to, or null.
+    /// @param parent the window that a new alert belongs to, or null.
     static void report(QWidget* parent, const QString& path, const QString& reason);
 
 private:
+    static OpenFailureAlert* shown();
     explicit OpenFailureAlert(QWidget* parent);
     void add(const QString& path, const QString& reason);
 

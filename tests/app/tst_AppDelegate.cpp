@@ -1,0 +1,201 @@
+#include "app/AppDelegate.h"
+
+#include "platform/frame/CommandRouter.h"
+#include "platform/frame/DocumentController.h"
+#include "platform/frame/DocumentWindow.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QMenu>
+#include <QMenuBar>
+#include <QSettings>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <memory>
+
+class TestAppDelegate : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void firstLaunchStoresWhatItFound();
+    void launchChecksWhenDue_data();
+    void launchChecksWhenDue();
+    void flagsAreStoredAtQuit();
+    void togglesMarkEveryWindow();
+    void menuHoldsTheFixedTitles();
+    void helpOpensAndKeepsAWindowEachTime();
+    void updateItemIsMarkedInAllWindows();
+    void closingTheLastWindowQuits();
+};
+
+namespace {
+
+DocumentWindow* shownWindow(AppDelegate& delegate)
+{
+    DocumentWindow* window
+        = delegate.makeWindow(QStringLiteral("Test Window"), nullptr, new QWidget);
+    window->show();
+    return window;
+}
+
+QStringList titles(const QMenu* menu)
+{
+    QStringList found;
+    const QList<QAction*> actions = menu->actions();
+    for (const QAction* action : actions)
+        found << action->text().remove(QLatin1Char('&'));
+    return found;
+}
+
+} // namespace
+
+void TestAppDelegate::init()
+{
+    QSettings().clear();
+}
+
+void TestAppDelegate::firstLaunchStoresWhatItFound()
+{
+    AppDelegate delegate;
+    QVERIFY(delegate.showThumbnail()); // until launch
+    int checks = 0;
+    delegate.setUpdateCheck([&checks] { ++checks; });
+    const double before = PreferenceStore::currentTime();
+    delegate.applicationDidFinishLaunching({});
+    QCOMPARE(checks, 1);
+    QVERIFY(
+        !delegate.showThumbnail() && !delegate.showRawSource() && !delegate.showSummarySource());
+    const QSettings settings;
+    QCOMPARE(settings.value(QStringLiteral("noUpdateCheck")).toString(), QStringLiteral("false"));
+    QCOMPARE(settings.value(QStringLiteral("updateCheckInt")).toDouble(), 43200.0);
+    const double stored = settings.value(QStringLiteral("dateLastUpdateCheck")).toDouble();
+    QVERIFY(stored >= before && stored <= PreferenceStore::currentTime());
+    QVERIFY(!settings.contains(QStringLiteral("showThumbnail")));
+}
+
+void TestAppDelegate::launchChecksWhenDue_data()
+{
+    QTest::addColumn<bool>("refused");
+    QTest::addColumn<double>("secondsSinceLast");
+    QTest::addColumn<int>("expected");
+    QTest::newRow("two hours ago, every hour") << false << 7200.0 << 1;
+    QTest::newRow("half an hour ago, every hour") << false << 1800.0 << 0;
+    QTest::newRow("refused") << true << 7200.0 << 0;
+}
+
+void TestAppDelegate::launchChecksWhenDue()
+{
+    QFETCH(bool, refused);
+    QFETCH(double, secondsSinceLast);
+    const double last = PreferenceStore::currentTime() - secondsSinceLast;
+    PreferenceStore::storeNoUpdateCheck(refused);
+    PreferenceStore::storeUpdateInterval(3600.0);
+    PreferenceStore::storeLastUpdateCheck(last);
+    AppDelegate delegate;
+    int checks = 0;
+    delegate.setUpdateCheck([&checks] { ++checks; });
+    delegate.applicationDidFinishLaunching({});
+    QTEST(checks, "expected");
+    const UpdatePreferences after = PreferenceStore::readUpdatePreferences();
+    QCOMPARE(after.dateLastUpdateCheck > last + 1.0, checks == 1);
+    QCOMPARE(after.noUpdateCheck, refused);
+    QCOMPARE(after.updateCheckInt, 3600.0);
+}
+
+void TestAppDelegate::flagsAreStoredAtQuit()
+{
+    PreferenceStore::storeFlags({false, true, false});
+    AppDelegate delegate;
+    delegate.applicationDidFinishLaunching({});
+    QVERIFY(delegate.showRawSource());
+    delegate.toggleThumbnails(nullptr);
+    delegate.toggleRawSource(nullptr);
+    QVERIFY(!PreferenceStore::readFlags().showThumbnail); // not before the end
+    delegate.applicationWillTerminate();
+    const PreferenceStore::Flags stored = PreferenceStore::readFlags();
+    QVERIFY(stored.showThumbnail && !stored.showRawSource && !stored.showSummarySource);
+}
+
+void TestAppDelegate::togglesMarkEveryWindow()
+{
+    PreferenceStore::storeFlags({false, true, false});
+    AppDelegate delegate;
+    delegate.applicationDidFinishLaunching({});
+    const DocumentWindow* one = shownWindow(delegate);
+    const DocumentWindow* other = shownWindow(delegate);
+    const QString command = QStringLiteral("toggleThumbnails");
+    QVERIFY(one->commandAction(QStringLiteral("toggleRawSource"))->isChecked());
+    QVERIFY(!one->commandAction(command)->isChecked());
+    for (const bool expected : {true, false}) {
+        one->commandAction(command)->trigger();
+        QCOMPARE(delegate.showThumbnail(), expected);
+        QCOMPARE(one->commandAction(command)->isChecked(), expected);
+        QCOMPARE(other->commandAction(command)->isChecked(), expected);
+    }
+}
+
+void TestAppDelegate::menuHoldsTheFixedTitles()
+{
+    AppDelegate delegate;
+    const DocumentWindow* window = shownWindow(delegate);
+    const QMenu* first = window->menuBar()->actions().at(0)->menu();
+    QCOMPARE(first->title().remove(QLatin1Char('&')), QStringLiteral("Tarnwick"));
+    QCOMPARE(titles(first).mid(0, 3),
+        QStringList({QStringLiteral("Show Thumbnails"), QStringLiteral("Show Raw Source"),
+            QStringLiteral("Show Summary Source")}));
+    QCOMPARE(
+        window->commandAction(QStringLiteral("exportPDFversions"))->text().remove(QLatin1Char('&')),
+        QStringLiteral("Export PDF Versions\u2026"));
+    // Nobody takes these here, and what has no taker is never offered.
+    for (const char* command : {"exportPDFversions", "updateState", "openSource", "openHelp"})
+        QVERIFY2(!window->commandAction(QString::fromLatin1(command))->isEnabled(), command);
+    for (const char* command : {"openDocument", "performClose", "quit", "openSupport", "about"})
+        QVERIFY2(window->commandAction(QString::fromLatin1(command))->isEnabled(), command);
+}
+
+void TestAppDelegate::helpOpensAndKeepsAWindowEachTime()
+{
+    AppDelegate delegate;
+    delegate.plainWindowRegistry().add(WindowIdentifiers::help, [&delegate](void*) {
+        return delegate.makeWindow(WindowIdentifiers::help, nullptr, new QWidget);
+    });
+    delegate.openHelp();
+    delegate.openHelp();
+    QCOMPARE(delegate.controller()->windows().size(), 2);
+    delegate.myHelpWindow().at(0)->close();
+    QTest::qWait(0);
+    QCOMPARE(delegate.controller()->windows().size(), 1);
+    QCOMPARE(delegate.myHelpWindow().size(), 2);
+}
+
+void TestAppDelegate::updateItemIsMarkedInAllWindows()
+{
+    AppDelegate delegate;
+    const QString command = QStringLiteral("updateState");
+    const QAction* before = shownWindow(delegate)->commandAction(command);
+    QCOMPARE(before->text(), QStringLiteral("Update not checked"));
+    delegate.showUpdateChecked();
+    const QAction* after = shownWindow(delegate)->commandAction(command);
+    for (const QAction* item : {before, after}) {
+        QCOMPARE(item->text(), QStringLiteral("Checked for update"));
+        QVERIFY(item->isChecked());
+    }
+}
+
+void TestAppDelegate::closingTheLastWindowQuits()
+{
+    QApplication::setQuitOnLastWindowClosed(false); // as main() does
+    AppDelegate delegate;
+    delegate.applicationDidFinishLaunching({});
+    QSignalSpy ended(qApp, &QCoreApplication::aboutToQuit);
+    DocumentWindow* window = delegate.controller()->windows().at(0);
+    QMetaObject::invokeMethod(window, &QWidget::close, Qt::QueuedConnection);
+    QCOMPARE(QCoreApplication::exec(), 0);
+    QCOMPARE(ended.size(), 1);
+}
+
+QTEST_MAIN(TestAppDelegate)
+#include "tst_AppDelegate.moc"

@@ -1,0 +1,295 @@
+#include "document/Document.h"
+
+#include "platform/frame/DocumentController.h"
+#include "platform/frame/DocumentWindow.h"
+#include "platform/frame/OpenFailureAlert.h"
+#include "platform/frame/PasswordPrompt.h"
+#include "platform/frame/RecentFiles.h"
+#include "support/LockedPdf.h"
+#include "support/PdfBuilder.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QLineEdit>
+#include <QPointer>
+#include <QSettings>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <memory>
+
+namespace {
+
+template<class Window> QList<Window*> shownWindows()
+{
+    QList<Window*> shown;
+    const QWidgetList widgets = QApplication::topLevelWidgets();
+    for (QWidget* widget : widgets) {
+        auto* window = qobject_cast<Window*>(widget);
+        if (window && window->isVisible())
+            shown << window;
+    }
+    return shown;
+}
+
+} // namespace
+
+class TestDocument : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void opensAFile();
+    void commandsOpenWindowsOfTheirOwn();
+    void goesWithItsLastWindow();
+    void openFileComesToTheFront();
+    void saysWhyAFileDoesNotOpen_data();
+    void saysWhyAFileDoesNotOpen();
+    void failuresShareAnAlert();
+    void asksForThePassword();
+    void cancelledPasswordOpensNothing();
+    void recentFilesAreTenLatestFirst();
+
+private:
+    QString write(const QString& name, const QByteArray& bytes) const;
+    QString writePdf(const QString& name, PdfBuilder builder = {}) const;
+    Document* open(const QString& path);
+
+    std::unique_ptr<QTemporaryDir> theFolder;
+    WindowRegistry<Document> theRegistry;
+    std::unique_ptr<DocumentController> theController;
+};
+
+void TestDocument::init()
+{
+    QSettings().clear();
+    theFolder = std::make_unique<QTemporaryDir>();
+    theRegistry = {};
+    for (const QString& identifier : {WindowIdentifiers::document, WindowIdentifiers::source}) {
+        theRegistry.add(identifier, [this, identifier](Document* document) {
+            auto* window = new DocumentWindow(identifier, document);
+            window->setContent(new QWidget);
+            theController->addWindow(window);
+            return window;
+        });
+    }
+    theController = std::make_unique<DocumentController>(
+        [this] { return std::make_unique<Document>(&theRegistry); });
+}
+
+void TestDocument::cleanup()
+{
+    theController.reset();
+    qDeleteAll(shownWindows<OpenFailureAlert>());
+}
+
+QString TestDocument::write(const QString& name, const QByteArray& bytes) const
+{
+    QFile file(theFolder->filePath(name));
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+        qFatal("the test's folder cannot be written");
+    return file.fileName();
+}
+
+QString TestDocument::writePdf(const QString& name, PdfBuilder builder) const
+{
+    return write(name, QByteArray::fromStdString(builder.addPage("Hello").bytes()));
+}
+
+Document* TestDocument::open(const QString& path)
+{
+    QSignalSpy opened(theController.get(), &DocumentController::documentOpened);
+    theController->openFiles({path});
+    if (!opened.wait(30'000))
+        return nullptr;
+    return qobject_cast<Document*>(opened.at(0).at(0).value<FrameDocument*>());
+}
+
+void TestDocument::opensAFile()
+{
+    const QString path = writePdf(QStringLiteral("a b.PDF"));
+    Document* document = open(path);
+    QVERIFY(document);
+    QCOMPARE(document->fileURL(), QUrl::fromLocalFile(path));
+    QCOMPARE(document->displayName(), QStringLiteral("a b.PDF"));
+    QCOMPARE(document->thePDFDocument()->pageCount(), 1);
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(QByteArray::fromStdString(std::string(document->theData().view())), file.readAll());
+    QVERIFY(!document->isIncr());
+    QVERIFY(!document->validateCommand(QStringLiteral("exportPDFversions")));
+    QCOMPARE(document->windows().size(), 1);
+    QCOMPARE(document->windowForSheet(), document->windows().at(0));
+    QCOMPARE(theController->recentFiles()->paths(), {path});
+
+    PdfBuilder updated;
+    updated.addUpdate(3, "<< /Type /Font /Subtype /Type1 /BaseFont /Courier >>");
+    document = open(writePdf(QStringLiteral("updated.pdf"), updated));
+    QVERIFY(document && document->isIncr());
+    QVERIFY(document->validateCommand(QStringLiteral("exportPDFversions")));
+}
+
+void TestDocument::commandsOpenWindowsOfTheirOwn()
+{
+    Document* document = open(writePdf(QStringLiteral("a.pdf")));
+    QVERIFY(document);
+    document->openSource();
+    document->openSource();
+    QCOMPARE(document->windows().size(), 3);
+    QVERIFY(document->windows().at(1) != document->windows().at(2));
+    QCOMPARE(document->windows().at(2)->identifier(), WindowIdentifiers::source);
+    QVERIFY(document->windows().at(2)->isVisible());
+    // No factory makes plain windows here.
+    QVERIFY(document->validateCommand(QStringLiteral("openSource")));
+    QVERIFY(!document->validateCommand(QStringLiteral("openPlainPDF")));
+}
+
+void TestDocument::goesWithItsLastWindow()
+{
+    QSignalSpy lastClosed(theController.get(), &DocumentController::lastWindowClosed);
+    const QPointer<Document> document = open(writePdf(QStringLiteral("a.pdf")));
+    QVERIFY(document);
+    document->openSource();
+    document->windows().at(0)->close();
+    QTRY_COMPARE(shownWindows<DocumentWindow>().size(), 1);
+    QTest::qWait(0);
+    QVERIFY(document);
+    QVERIFY(lastClosed.isEmpty());
+    document->windows().at(0)->close();
+    QTRY_VERIFY(!document);
+    QVERIFY(theController->documents().isEmpty());
+    QTRY_COMPARE(lastClosed.size(), 1);
+}
+
+void TestDocument::openFileComesToTheFront()
+{
+    const QString path = writePdf(QStringLiteral("a.pdf"));
+    const QString link = theFolder->filePath(QStringLiteral("link.pdf"));
+    QVERIFY(QFile::link(path, link));
+    Document* document = open(path);
+    QVERIFY(document);
+    document->openSource();
+    document->windows().at(0)->showMinimized();
+    theController->openFiles({link});
+    QVERIFY(!document->windows().at(0)->isMinimized());
+    QCOMPARE(theController->documents().size(), 1);
+    // Its main window has been closed meanwhile: another one comes.
+    document->windows().at(0)->close();
+    QCOMPARE(document->windows().size(), 1);
+    theController->openFiles({path});
+    QCOMPARE(document->windows().size(), 2);
+    QVERIFY(!theController->isOpening());
+}
+
+void TestDocument::saysWhyAFileDoesNotOpen_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("missing") << "missing.pdf"
+                             << "There is no such file.";
+    QTest::newRow("folder") << "folder"
+                            << "It is a folder.";
+    QTest::newRow("link to nothing") << "dangling.pdf"
+                                     << "The link leads to no file.";
+    QTest::newRow("device") << "/dev/null"
+                            << "It is not a regular file.";
+    QTest::newRow("empty") << "empty.pdf"
+                           << "";
+    QTest::newRow("no PDF") << "text.pdf"
+                            << "";
+    QTest::newRow("markers, but no PDF") << "markers.pdf"
+                                         << "";
+}
+
+void TestDocument::saysWhyAFileDoesNotOpen()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, reason);
+    QDir(theFolder->path()).mkdir(QStringLiteral("folder"));
+    QFile::link(theFolder->filePath(QStringLiteral("nowhere")),
+        theFolder->filePath(QStringLiteral("dangling.pdf")));
+    write(QStringLiteral("empty.pdf"), {});
+    write(QStringLiteral("text.pdf"), "Dear reader,\n");
+    write(QStringLiteral("markers.pdf"), "%%EOF\n%%EOF\n" + QByteArray(40, ' '));
+
+    QSignalSpy nothing(theController.get(), &DocumentController::nothingOpened);
+    theController->openFiles({QDir(theFolder->path()).filePath(name)});
+    QTRY_COMPARE_WITH_TIMEOUT(shownWindows<OpenFailureAlert>().size(), 1, 30'000);
+    const OpenFailureAlert* alert = shownWindows<OpenFailureAlert>().at(0);
+    QVERIFY(alert->text().contains(QFileInfo(name).fileName()));
+    QVERIFY(!alert->informativeText().isEmpty());
+    if (!reason.isEmpty())
+        QCOMPARE(alert->informativeText(), reason);
+    QVERIFY(!alert->isModal());
+    QCOMPARE(nothing.size(), 1);
+    QVERIFY(theController->documents().isEmpty());
+}
+
+void TestDocument::failuresShareAnAlert()
+{
+    theController->openFiles({theFolder->filePath(QStringLiteral("one.pdf")),
+        theFolder->filePath(QStringLiteral("two.pdf"))});
+    QTRY_VERIFY(!theController->isOpening());
+    QCOMPARE(shownWindows<OpenFailureAlert>().size(), 1);
+    const QString text = shownWindows<OpenFailureAlert>().at(0)->informativeText();
+    QVERIFY(text.contains(QLatin1String("one.pdf")) && text.contains(QLatin1String("two.pdf")));
+}
+
+void TestDocument::asksForThePassword()
+{
+    QSignalSpy opened(theController.get(), &DocumentController::documentOpened);
+    theController->openFiles({write(QStringLiteral("locked.pdf"), lockedPdf("secret"))});
+    QTRY_COMPARE_WITH_TIMEOUT(shownWindows<PasswordPrompt>().size(), 1, 30'000);
+    auto* prompt = shownWindows<PasswordPrompt>().at(0);
+    auto* field = prompt->findChild<QLineEdit*>();
+    const QSignalSpy entered(prompt, &PasswordPrompt::passwordEntered);
+    for (const QString& attempt : {QString(), QStringLiteral("Secret")}) {
+        field->setText(attempt);
+        QTest::keyClick(field, Qt::Key_Return);
+        QVERIFY(!field->isEnabled()); // one attempt at a time
+        QTRY_VERIFY_WITH_TIMEOUT(field->isEnabled(), 30'000);
+        QVERIFY(prompt->isVisible());
+        QVERIFY(!field->accessibleDescription().isEmpty());
+    }
+    field->setText(QStringLiteral("secret"));
+    QTest::keyClick(field, Qt::Key_Return);
+    QTRY_COMPARE_WITH_TIMEOUT(opened.size(), 1, 30'000);
+    QCOMPARE(entered.size(), 3);
+    QVERIFY(shownWindows<PasswordPrompt>().isEmpty());
+}
+
+void TestDocument::cancelledPasswordOpensNothing()
+{
+    QSignalSpy nothing(theController.get(), &DocumentController::nothingOpened);
+    theController->openFiles({write(QStringLiteral("locked.pdf"), lockedPdf("secret"))});
+    QTRY_COMPARE_WITH_TIMEOUT(shownWindows<PasswordPrompt>().size(), 1, 30'000);
+    QTest::keyClick(shownWindows<PasswordPrompt>().at(0), Qt::Key_Escape);
+    QTRY_COMPARE(nothing.size(), 1);
+    QVERIFY(shownWindows<OpenFailureAlert>().isEmpty());
+    QVERIFY(theController->documents().isEmpty());
+}
+
+void TestDocument::recentFilesAreTenLatestFirst()
+{
+    RecentFiles files;
+    QStringList expected;
+    for (int number = 1; number <= 12; ++number) {
+        files.add(QStringLiteral("/tmp/%1.pdf").arg(number));
+        expected.prepend(QStringLiteral("/tmp/%1.pdf").arg(number));
+    }
+    QCOMPARE(files.paths(), expected.mid(0, 10));
+    files.add(QStringLiteral("/tmp/5.pdf"));
+    QCOMPARE(files.paths().size(), 10);
+    QCOMPARE(files.paths().at(0), QStringLiteral("/tmp/5.pdf"));
+    QCOMPARE(RecentFiles().paths(), files.paths()); // the next launch
+    files.clear();
+    QVERIFY(RecentFiles().paths().isEmpty());
+}
+
+QTEST_MAIN(TestDocument)
+#include "tst_Document.moc"

@@ -2,6 +2,7 @@
 
 #include "app/AppDelegate.h"
 #include "app/DocumentOverview.h"
+#include "inspector/SourceViewController.h"
 #include "platform/frame/DocumentWindow.h"
 
 void registerWindows(AppDelegate& delegate)
@@ -10,5 +11,9 @@ void registerWindows(AppDelegate& delegate)
     windows.add(WindowIdentifiers::document, [&delegate](Document* document) {
         return delegate.makeWindow(
             WindowIdentifiers::document, document, new DocumentOverview(document));
+    });
+    windows.add(WindowIdentifiers::source, [&delegate](Document* document) {
+        return delegate.makeWindow(
+            WindowIdentifiers::source, document, new SourceViewController(document, &delegate));
     });
 }

@@ -79,14 +79,21 @@ ExportOutcome writeInPlace(
         return {false, file.errorString()};
     Asker asker(progress);
     const auto sink = [&file](std::string_view bytes) {
-        const auto length = static_cast<qint64>(bytes.size());
-        return file.write(bytes.data(), length) == length;
+        while (!bytes.empty()) {
+            // A disk that fills up takes a part first, and only then says why it takes no more.
+            const qint64 written = file.write(bytes.data(), static_cast<qint64>(bytes.size()));
+            if (written <= 0)
+                return false;
+            bytes.remove_prefix(static_cast<std::size_t>(written));
+        }
+        return true;
     };
     const bool isComplete = content.write(sink, asker.function());
+    const QString reason = file.errorString(); // remove() forgets it
     // A device or a pipe may have been named.
     if (!isComplete && QFileInfo(path).isFile())
         file.remove();
-    return asker.outcome(isComplete, file.errorString());
+    return asker.outcome(isComplete, reason);
 }
 
 } // namespace

@@ -1,8 +1,11 @@
 #include "views/PlainTextView.h"
 
+#include "views/FindBar.h"
 #include "views/PlainTextStorage.h"
 #include "views/ScrollAxis.h"
 #include "views/TextExtract.h"
+#include "views/TextFinder.h"
+#include "views/TextViewAccessible.h"
 
 #include <QApplication>
 #include <QFontDatabase>
@@ -33,7 +36,9 @@ PlainTextView::PlainTextView(QWidget* parent)
     , theTextFont(QApplication::font())
     , theVertical(std::make_unique<ScrollAxis>(verticalScrollBar()))
     , theHorizontal(std::make_unique<ScrollAxis>(horizontalScrollBar()))
+    , theFinder(new TextFinder(this))
 {
+    TextViewAccessible::install();
     setFocusPolicy(Qt::StrongFocus);
     viewport()->setCursor(Qt::IBeamCursor);
     viewport()->setBackgroundRole(QPalette::Base);
@@ -41,6 +46,10 @@ PlainTextView::PlainTextView(QWidget* parent)
     connect(theHorizontal.get(), &ScrollAxis::moved, this, [this](double, double to) {
         theLayout.setLeft(to);
         viewport()->update();
+    });
+    connect(theFinder, &TextFinder::advanced, this, [this] {
+        resolveSeek();
+        updateFindStatus();
     });
     applyPalette();
     applyFont();
@@ -56,7 +65,11 @@ void PlainTextView::setTextStorage(std::shared_ptr<const TextStorage> storage)
     theAutoScrollTimer.stop();
     theAnchor = theCaret = {};
     theGoal = -1;
+    theMatch = {};
+    if (theFinder->isActive())
+        startSearch({});
     relayout();
+    tellAccessibility(true);
     emit selectionChanged();
 }
 
@@ -125,11 +138,12 @@ void PlainTextView::relayout()
 {
     theLayout.refineEstimate(QDeadlineTimer(estimateSlice));
     theEstimateTimer.start(estimatePeriod, this);
-    updateScrollBars();
+    updateView();
     viewport()->update();
 }
 
-void PlainTextView::updateScrollBars()
+/// Follows what the layout shows now.
+void PlainTextView::updateView()
 {
     const QSizeF size = theLayout.size();
     const qreal row = theLayout.rowHeight();
@@ -139,6 +153,17 @@ void PlainTextView::updateScrollBars()
     else
         theHorizontal->show(theLayout.left(), std::max(theLayout.width(), theLayout.left()),
             size.width(), theLayout.characterWidth() * 4);
+    theVisibleMatches.clear();
+    if (!isFindBarOpen() || !theFinder->isActive())
+        return;
+    theLayout.forEachVisible([this](const TextSegment& segment, QPointF) {
+        constexpr qsizetype mostPerSegment = 2000;
+        const qsizetype before = theFinder->wanted().size();
+        theVisibleMatches
+            += theFinder->matches({{segment.line, std::max<qsizetype>(0, segment.start - before)},
+                                      {segment.line, segment.start + segment.length}},
+                mostPerSegment);
+    });
 }
 
 void PlainTextView::scrollVertically(double from, double to, bool isDragged)
@@ -150,7 +175,7 @@ void PlainTextView::scrollVertically(double from, double to, bool isDragged)
         theLayout.scrollBy(distance);
     else
         theLayout.scrollToHeight(to);
-    updateScrollBars();
+    updateView();
     viewport()->update();
 }
 
@@ -164,11 +189,24 @@ TextPosition PlainTextView::positionAt(const QPointF& viewportPoint) const
     return theLayout.positionAt(viewportPoint);
 }
 
+void PlainTextView::scrollTo(TextPosition position)
+{
+    theLayout.reveal(clampedToText(*theStorage, position));
+    updateView();
+    viewport()->update();
+}
+
+void PlainTextView::tellAccessibility(bool textIsNew)
+{
+    TextViewAccessible::tell(this, textIsNew);
+}
+
 // --- Events ------------------------------------------------------------------------------------
 
 void PlainTextView::resizeEvent(QResizeEvent* event)
 {
     QAbstractScrollArea::resizeEvent(event);
+    placeFindBar();
     theLayout.setSize(viewport()->size());
     theGoal = -1;
     relayout();
@@ -216,7 +254,7 @@ void PlainTextView::timerEvent(QTimerEvent* event)
     if (event->timerId() == theEstimateTimer.timerId()) {
         if (!theLayout.refineEstimate(QDeadlineTimer(estimateSlice)))
             theEstimateTimer.stop();
-        updateScrollBars();
+        updateView();
     } else if (event->timerId() == theBlinkTimer.timerId()) {
         theCaretIsVisible = !theCaretIsVisible;
         viewport()->update();
@@ -278,6 +316,8 @@ QList<QTextLayout::FormatRange> PlainTextView::formatsOf(const TextSegment& segm
         formats.append(format);
     };
     const QPalette colours = palette();
+    for (const TextRange& match : theVisibleMatches)
+        add(match, theColours.matchBackground(), theColours.matchText());
     add(selection(), colours.color(selectionGroup(), QPalette::Highlight),
         colours.color(selectionGroup(), QPalette::HighlightedText));
     return formats;

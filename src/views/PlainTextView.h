@@ -10,7 +10,9 @@
 
 #include <memory>
 
+class FindBar;
 class ScrollAxis;
+class TextFinder;
 
 /// Shows a text of any size, to be read, selected, copied, searched and printed.
 ///
@@ -49,12 +51,22 @@ public:
     int zoomPercent() const { return theZoomPercent; }
     void setZoomPercent(int percent);
 
+    /// Whether Ctrl+F, F3 and the find commands are the view's own, as they are by default. A
+    /// window with a search field of its own turns them off.
+    void setFindBarEnabled(bool enabled);
+    bool isFindBarEnabled() const { return theFindBarIsEnabled; }
+
+    /// What is printed goes by this name; by default the window's title.
+    void setPrintName(const QString& name) { thePrintName = name; }
+
     TextRange selection() const { return TextRange::between(theAnchor, theCaret); }
     bool hasSelection() const { return theAnchor != theCaret; }
     TextPosition caret() const { return theCaret; }
     /// Selects from anchor to caret, places outside the text being moved into it, and shows the
     /// caret.
     void setSelection(TextPosition anchor, TextPosition caret);
+    /// Scrolls until a place shows.
+    void scrollTo(TextPosition position);
     /// The selected characters, at most limit UTF-16 units of them.
     QString selectedText(qsizetype limit = 1'000'000) const;
 
@@ -68,10 +80,19 @@ public:
 public slots:
     void copy();
     void selectAll();
+    /// Opens the find bar, with the selected text where that is short.
+    void performFind();
+    void doFindNext();
+    void doFindPrev();
+    /// Finds the selected text's next occurrence.
+    void doFindSelection();
     void zoomIn();
     void zoomOut();
     void actualSize();
     void toggleWrap();
+    /// Prints the text as it is, laid out for the paper, whatever the view's size, zoom and
+    /// colours.
+    void print();
 
 signals:
     void selectionChanged();
@@ -103,7 +124,8 @@ private:
     void applyFont();
     void applyPalette();
     void relayout();
-    void updateScrollBars();
+    void updateView();
+    void placeFindBar();
     void scrollVertically(double from, double to, bool isDragged);
     void paintSegment(QPainter& painter, const TextSegment& segment, QPointF origin) const;
     QList<QTextLayout::FormatRange> formatsOf(const TextSegment& segment) const;
@@ -124,6 +146,22 @@ private:
     void extendTo(TextPosition position);
     TextRange unitAt(TextPosition position) const;
     void offerPrimarySelection();
+    void tellAccessibility(bool textIsNew);
+
+    enum class Seek
+    {
+        isNothing,
+        isNext,
+        isPrevious,
+    };
+    void openFindBar();
+    void closeFindBar();
+    bool isFindBarOpen() const;
+    QString findableSelection() const;
+    void startSearch(TextPosition from);
+    void seek(Seek direction, TextPosition from);
+    void resolveSeek();
+    void updateFindStatus();
 
     std::shared_ptr<const TextStorage> theStorage;
     TextViewLayout theLayout;
@@ -131,6 +169,7 @@ private:
     QFont theTextFont;
     bool theFontIsOwn = false;
     int theZoomPercent = 100;
+    QString thePrintName;
 
     std::unique_ptr<ScrollAxis> theVertical;
     std::unique_ptr<ScrollAxis> theHorizontal;
@@ -150,4 +189,13 @@ private:
     QBasicTimer theTripleClickTimer;
     QBasicTimer theAutoScrollTimer;
     int theZoomDelta = 0;
+
+    bool theFindBarIsEnabled = true;
+    FindBar* theFindBar = nullptr; ///< made when first needed
+    TextFinder* theFinder;
+    Seek theSeek = Seek::isNothing; ///< waiting for the finder
+    TextPosition theSeekFrom;
+    bool theMatchIsWrapped = false;
+    TextRange theMatch; ///< found last, empty when none was
+    QList<TextRange> theVisibleMatches;
 };

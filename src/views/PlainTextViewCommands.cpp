@@ -2,7 +2,7 @@
 #include "views/PlainTextView.h"
 
 #include "views/ClipboardText.h"
-#include "views/TextExtract.h"
+#include "views/TextPrintJob.h"
 
 #include <QAction>
 #include <QContextMenuEvent>
@@ -24,6 +24,10 @@ bool PlainTextView::validateCommand(const QString& command) const
 {
     if (command == "copy"_L1)
         return hasSelection();
+    if (command == "doFindSelection"_L1)
+        return theFindBarIsEnabled && !findableSelection().isEmpty();
+    if (command == "performFind"_L1 || command == "doFindNext"_L1 || command == "doFindPrev"_L1)
+        return theFindBarIsEnabled;
     if (command == "zoomIn"_L1)
         return theZoomPercent < zoomSteps.back();
     if (command == "zoomOut"_L1)
@@ -79,6 +83,12 @@ void PlainTextView::toggleWrap()
     setWrapping(!isWrapping());
 }
 
+void PlainTextView::print()
+{
+    const QString name = thePrintName.isEmpty() ? window()->windowTitle() : thePrintName;
+    new TextPrintJob(theStorage, theTextFont, name, window());
+}
+
 void PlainTextView::contextMenuEvent(QContextMenuEvent* event)
 {
     QMenu menu(this);
@@ -93,6 +103,8 @@ void PlainTextView::contextMenuEvent(QContextMenuEvent* event)
     add(menu, tr("Select &All"), u"selectAll"_s, &PlainTextView::selectAll,
         QKeySequence::SelectAll);
     menu.addSeparator();
+    if (theFindBarIsEnabled)
+        add(menu, tr("&Find…"), u"performFind"_s, &PlainTextView::performFind, QKeySequence::Find);
     QAction* wrap = add(menu, tr("&Wrap Lines"), u"toggleWrap"_s, &PlainTextView::toggleWrap);
     wrap->setCheckable(true);
     wrap->setChecked(isWrapping());
@@ -101,6 +113,8 @@ void PlainTextView::contextMenuEvent(QContextMenuEvent* event)
     add(*zoom, tr("Zoom &Out"), u"zoomOut"_s, &PlainTextView::zoomOut, QKeySequence::ZoomOut);
     add(*zoom, tr("&Actual Size"), u"actualSize"_s, &PlainTextView::actualSize,
         QKeySequence(Qt::CTRL | Qt::Key_0));
+    menu.addSeparator();
+    add(menu, tr("&Print…"), u"print"_s, &PlainTextView::print);
     const bool isKey = event->reason() == QContextMenuEvent::Keyboard;
     const std::optional<QRectF> caret = isKey ? caretRect(theCaret) : std::nullopt;
     menu.exec(caret ? viewport()->mapToGlobal(caret->bottomLeft().toPoint()) : event->globalPos());

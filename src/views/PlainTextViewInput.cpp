@@ -76,7 +76,7 @@ void PlainTextView::setSelection(TextPosition anchor, TextPosition caret)
 {
     select(clampedToText(*theStorage, anchor), clampedToText(*theStorage, caret));
     theLayout.reveal(theCaret);
-    updateScrollBars();
+    updateView();
 }
 
 QString PlainTextView::selectedText(qsizetype limit) const
@@ -93,15 +93,17 @@ void PlainTextView::select(TextPosition anchor, TextPosition caret)
     theGoal = -1;
     restartBlinking();
     viewport()->update();
-    if (isChange)
-        emit selectionChanged();
+    if (!isChange)
+        return;
+    tellAccessibility(false);
+    emit selectionChanged();
 }
 
 void PlainTextView::moveCaret(TextPosition caret, bool extend)
 {
     select(extend ? theAnchor : caret, caret);
     theLayout.reveal(theCaret);
-    updateScrollBars();
+    updateView();
     if (extend)
         offerPrimarySelection();
 }
@@ -163,6 +165,14 @@ bool PlainTextView::handleCommandKey(QKeyEvent* event)
         copy();
     else if (event->matches(QKeySequence::SelectAll))
         selectAll();
+    else if (theFindBarIsEnabled && event->matches(QKeySequence::Find))
+        performFind();
+    else if (theFindBarIsEnabled && event->matches(QKeySequence::FindNext))
+        doFindNext();
+    else if (theFindBarIsEnabled && event->matches(QKeySequence::FindPrevious))
+        doFindPrev();
+    else if (isFindBarOpen() && event->key() == Qt::Key_Escape)
+        closeFindBar();
     else if (event->matches(QKeySequence::ZoomIn) || (isControl && event->key() == Qt::Key_Equal))
         zoomIn();
     else if (event->matches(QKeySequence::ZoomOut))
@@ -268,7 +278,7 @@ void PlainTextView::autoScroll()
         const qreal most = std::max(0.0, theLayout.width() - size.width());
         theLayout.setLeft(std::min(theLayout.left() + right / 2, std::max(most, theLayout.left())));
     }
-    updateScrollBars();
+    updateView();
     extendTo(theLayout.positionAt(theDragPoint));
 }
 
@@ -310,6 +320,6 @@ void PlainTextView::scrollByWheel(QPointF delta)
         const qreal most = std::max(0.0, theLayout.width() - theLayout.size().width());
         theLayout.setLeft(std::min(theLayout.left() - delta.x(), most));
     }
-    updateScrollBars();
+    updateView();
     viewport()->update();
 }

@@ -124,14 +124,16 @@ std::shared_ptr<const TextSegment> TextSegments::segment(qsizetype line, qsizety
 
 std::shared_ptr<TextSegment> TextSegments::make(qsizetype line, qsizetype index) const
 {
-    auto made = std::make_shared<TextSegment>();
+    const qsizetype begin = start(line, index);
+    const qsizetype length = start(line, index + 1) - begin;
+    const TextLine text = theStorage->line(line, begin, length);
+    auto made = std::make_shared<TextSegment>(
+        theSubstitution.shown(text.text), theStyle.font, theStyle.device);
     made->line = line;
-    made->start = start(line, index);
-    made->length = start(line, index + 1) - made->start;
+    made->start = begin;
+    made->length = length;
     made->endsLine = index + 1 == count(line);
-    const TextLine text = theStorage->line(line, made->start, made->length);
     made->role = text.role;
-    made->layout.setText(theSubstitution.shown(text.text));
     layOut(*made);
     return made;
 }
@@ -143,7 +145,6 @@ void TextSegments::layOut(TextSegment& segment) const
         isWrapped() ? QTextOption::WrapAtWordBoundaryOrAnywhere : QTextOption::NoWrap);
     option.setTabStopDistance(8 * theCharacterWidth);
     QTextLayout& layout = segment.layout;
-    layout.setFont(theStyle.font);
     layout.setTextOption(option);
     layout.setCacheEnabled(true);
     layout.beginLayout();

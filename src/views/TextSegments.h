@@ -16,6 +16,11 @@
 /// pixels from the segment's top left corner; cursor positions count from its first unit.
 struct TextSegment
 {
+    TextSegment(const QString& shownText, const QFont& font, QPaintDevice* device)
+        : layout(shownText, font, device)
+    {
+    }
+
     qsizetype line = 0;
     qsizetype start = 0; ///< UTF-16 units of the line before it
     qsizetype length = 0;

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QFrame>
+
+class QCheckBox;
+class QLabel;
+class QLineEdit;
+class QToolButton;
+
+/// The strip under a text in which one types what to find.
+///
+/// Enter and Shift+Enter step through the matches, Escape closes it.
+class FindBar : public QFrame
+{
+    Q_OBJECT
+
+public:
+    explicit FindBar(QWidget* parent);
+
+    QString text() const;
+    /// Shows another text without telling anyone.
+    void setText(const QString& text);
+    Qt::CaseSensitivity sensitivity() const;
+
+    /// Gives the keyboard to the field, its text selected.
+    void edit();
+
+    enum class Mood
+    {
+        isNeutral,
+        isNotFound, ///< told by the field's colour as well
+    };
+    void setStatus(const QString& status, Mood mood);
+    QString status() const;
+
+signals:
+    /// Another text or another use of case is wanted.
+    void wantedChanged();
+    void nextWanted();
+    void previousWanted();
+    void closeWanted();
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    QToolButton* addButton(const QString& name);
+
+    QLineEdit* theField;
+    QCheckBox* theCaseBox;
+    QLabel* theStatus;
+};

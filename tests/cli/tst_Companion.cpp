@@ -1,8 +1,9 @@
+#include "support/CompanionRun.h"
+
 #include <QDir>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -22,32 +23,10 @@ private slots:
     void reportsAFullDisk();
 
 private:
-    struct Outcome
-    {
-        int status = -1;
-        QByteArray out;
-        QByteArray errors;
-    };
-    static Outcome run(
-        const QStringList& words, const QByteArray& input = {}, const QString& output = {});
     QString path(const char* name) const { return theFolder.filePath(QString::fromUtf8(name)); }
 
     QTemporaryDir theFolder;
 };
-
-TestCompanion::Outcome TestCompanion::run(
-    const QStringList& words, const QByteArray& input, const QString& output)
-{
-    QProcess process;
-    if (!output.isEmpty())
-        process.setStandardOutputFile(output);
-    process.start(QStringLiteral(TARNWICK_INSPECT), words);
-    process.write(input);
-    process.closeWriteChannel();
-    if (!process.waitForFinished() || process.exitStatus() != QProcess::NormalExit)
-        return {};
-    return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
-}
 
 void TestCompanion::initTestCase()
 {
@@ -90,10 +69,10 @@ void TestCompanion::tellsWrongUseFromBadFiles()
     QFETCH(QStringList, words);
     QFETCH(int, status);
     QFETCH(QByteArray, message);
-    const Outcome outcome = run(words);
+    const CompanionRun outcome = runCompanion(words);
     QCOMPARE(outcome.status, status);
     QVERIFY2(outcome.errors.contains(message), outcome.errors.constData());
-    QCOMPARE(outcome.out.isEmpty(), status != 0);
+    QCOMPARE(outcome.output.isEmpty(), status != 0);
     QCOMPARE(outcome.errors.isEmpty(), status == 0);
 }
 
@@ -117,15 +96,16 @@ void TestCompanion::printsTexts()
 {
     QFETCH(QString, command);
     QFETCH(QByteArray, expected);
-    const Outcome outcome = run({command, path("small.pdf")});
+    const CompanionRun outcome = runCompanion({command, path("small.pdf")});
     QCOMPARE(outcome.status, 0);
-    QCOMPARE(outcome.out, expected);
+    QCOMPARE(outcome.output, expected);
 }
 
 void TestCompanion::escapesWhatIsNotAscii()
 {
     const QByteArray out
-        = run({QStringLiteral("listing"), QStringLiteral("--json"), path("small.pdf")}).out;
+        = runCompanion({QStringLiteral("listing"), QStringLiteral("--json"), path("small.pdf")})
+              .output;
     QVERIFY(std::all_of(out.begin(), out.end(), [](char c) { return c > 0 && c < 0x7F; }));
     QStringList texts;
     for (const QByteArray& line : out.split('\n').mid(0, 5)) {
@@ -142,18 +122,18 @@ void TestCompanion::escapesWhatIsNotAscii()
 
 void TestCompanion::readsStandardInput()
 {
-    const Outcome outcome
-        = run({QStringLiteral("objects"), QStringLiteral("-")}, "7 0 obj\nx\nendobj\n");
+    const CompanionRun outcome = runCompanion(
+        {QStringLiteral("objects"), QStringLiteral("-")}, {{}, "7 0 obj\nx\nendobj\n", {}, {}});
     QCOMPARE(outcome.status, 0);
-    QCOMPARE(outcome.out, QByteArray("7 0 1 x\n"));
+    QCOMPARE(outcome.output, QByteArray("7 0 1 x\n"));
 }
 
 void TestCompanion::reportsAFullDisk()
 {
     if (!QFile::exists(QStringLiteral("/dev/full")))
         QSKIP("there is no /dev/full here");
-    const Outcome outcome
-        = run({QStringLiteral("listing"), path("small.pdf")}, {}, QStringLiteral("/dev/full"));
+    const CompanionRun outcome = runCompanion(
+        {QStringLiteral("listing"), path("small.pdf")}, {{}, {}, QStringLiteral("/dev/full"), {}});
     QCOMPARE(outcome.status, 1);
     QVERIFY2(outcome.errors.contains("No space left"), outcome.errors.constData());
 }

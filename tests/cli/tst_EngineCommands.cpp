@@ -1,8 +1,8 @@
+#include "support/CompanionRun.h"
 #include "support/PdfBuilder.h"
 
 #include <QDir>
 #include <QFile>
-#include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
@@ -12,13 +12,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-struct Run
-{
-    int status = -1;
-    QByteArray output;
-    QByteArray errors;
-};
 
 QByteArray twoPages()
 {
@@ -53,18 +46,9 @@ private slots:
 
 private:
     /// Runs a command in the test's folder, without a terminal that could be asked for passwords.
-    Run run(const QStringList& arguments, const QByteArray& input = {}) const
+    CompanionRun run(const QStringList& arguments, const QByteArray& input = {}) const
     {
-        QProcess process;
-        process.setWorkingDirectory(theHome->path());
-        process.setChildProcessModifier([] { ::setsid(); });
-        process.start(QStringLiteral(TARNWICK_INSPECT), arguments);
-        process.write(input);
-        process.closeWriteChannel();
-        process.waitForFinished();
-        const bool isExit = process.exitStatus() == QProcess::NormalExit;
-        return {isExit ? process.exitCode() : -1, process.readAllStandardOutput(),
-            process.readAllStandardError()};
+        return runCompanion(arguments, {theHome->path(), input, {}, [] { ::setsid(); }});
     }
     QString path(const QString& name) const { return theHome->filePath(name); }
     void write(const QString& name, const QByteArray& content) const
@@ -104,7 +88,7 @@ void TestEngineCommands::writesWhatTheEngineMakes()
     QFETCH(QString, command);
     QFETCH(QByteArray, start);
     QFETCH(QByteArray, held);
-    const Run result = run({command, u"a.pdf"_s, u"-o"_s, u"out"_s});
+    const CompanionRun result = run({command, u"a.pdf"_s, u"-o"_s, u"out"_s});
     QCOMPARE(result.errors, QByteArray());
     QCOMPARE(result.status, 0);
     const QByteArray content = contentOf(path(u"out"_s));
@@ -116,7 +100,7 @@ void TestEngineCommands::writesWhatTheEngineMakes()
 
 void TestEngineCommands::readsStandardInput()
 {
-    const Run result = run({u"text"_s, u"-"_s, u"-o"_s, u"-"_s}, twoPages());
+    const CompanionRun result = run({u"text"_s, u"-"_s, u"-o"_s, u"-"_s}, twoPages());
     QVERIFY2(result.output.contains("Second\nline\n"), result.errors.constData());
 }
 
@@ -140,7 +124,7 @@ void TestEngineCommands::failsOnAFullDevice()
 {
     QVERIFY(QFile::link(u"/dev/full"_s, path(u"full"_s)));
     for (const QString& command : {u"text"_s, u"rtf"_s}) {
-        const Run result = run({command, u"a.pdf"_s, u"-o"_s, u"full"_s});
+        const CompanionRun result = run({command, u"a.pdf"_s, u"-o"_s, u"full"_s});
         QCOMPARE(result.status, 1);
         QVERIFY2(result.errors.contains("full: No space left"), result.errors.constData());
     }
@@ -171,7 +155,7 @@ void TestEngineCommands::saysWhyItFailed()
     write(u"text.pdf"_s, "only text");
     QCOMPARE(::link(qPrintable(path(u"a.pdf"_s)), qPrintable(path(u"link.pdf"_s))), 0);
     for (const QString& command : {u"flat"_s, u"rtf"_s}) {
-        const Run result = run({command, file, u"-o"_s, output});
+        const CompanionRun result = run({command, file, u"-o"_s, output});
         QCOMPARE(result.status, 1);
         QVERIFY2(result.errors.contains(reason), result.errors.constData());
     }
@@ -194,7 +178,7 @@ void TestEngineCommands::asksForThePassword()
     write(u"wrong"_s, "Sesame\n");
     QVERIFY(text({u"--password-file"_s, u"wrong"_s}).errors.contains("not its password"));
     write(u"right"_s, "sesame\r\nmore\n");
-    const Run result = text({u"--password-file"_s, u"right"_s});
+    const CompanionRun result = text({u"--password-file"_s, u"right"_s});
     QVERIFY2(result.output.contains("Second\nline\n"), result.errors.constData());
     QCOMPARE(result.status, 0);
 }

@@ -1,6 +1,7 @@
+#include "support/CompanionRun.h"
+
 #include <QDir>
 #include <QFile>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -11,13 +12,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QByteArray threeSaves = "%PDF-1.7\n%%EOF\nsecond save\n%%EOF\nthird\n%%EOF";
-
-struct Run
-{
-    int status = -1;
-    QByteArray output;
-    QByteArray errors;
-};
 
 QByteArray contentOf(const QString& path)
 {
@@ -43,23 +37,15 @@ private slots:
 
 private:
     /// Runs "versions" in the test's folder. @param limit bytes that a file may have, 0 for any.
-    Run run(const QStringList& arguments, const QByteArray& input = {}, rlim_t limit = 0) const
+    CompanionRun run(
+        const QStringList& arguments, const QByteArray& input = {}, rlim_t limit = 0) const
     {
-        QProcess process;
-        process.setWorkingDirectory(theHome->path());
-        if (limit > 0) {
-            process.setChildProcessModifier([limit] {
-                const rlimit limits = {limit, limit};
-                ::setrlimit(RLIMIT_FSIZE, &limits);
-            });
-        }
-        process.start(QStringLiteral(TARNWICK_INSPECT), QStringList(u"versions"_s) + arguments);
-        process.write(input);
-        process.closeWriteChannel();
-        process.waitForFinished();
-        const bool isExit = process.exitStatus() == QProcess::NormalExit;
-        return {isExit ? process.exitCode() : -1, process.readAllStandardOutput(),
-            process.readAllStandardError()};
+        const auto limitFiles = [limit] {
+            const rlimit limits = {limit, limit};
+            ::setrlimit(RLIMIT_FSIZE, &limits);
+        };
+        return runCompanion(QStringList(u"versions"_s) + arguments,
+            {theHome->path(), input, {}, limit > 0 ? std::function<void()>(limitFiles) : nullptr});
     }
     void write(const QString& name, const QByteArray& content) const
     {
@@ -98,10 +84,10 @@ void TestVersionsCommand::printsTheCuts()
 {
     QFETCH(QByteArray, file);
     write(u"a.pdf"_s, file);
-    const Run plain = run({u"a.pdf"_s});
+    const CompanionRun plain = run({u"a.pdf"_s});
     QCOMPARE(plain.status, 0);
     QTEST(plain.output, "plain");
-    const Run json = run({u"--json"_s, u"-"_s}, file);
+    const CompanionRun json = run({u"--json"_s, u"-"_s}, file);
     QCOMPARE(json.status, 0);
     QTEST(json.output, "json");
 }
@@ -124,7 +110,7 @@ void TestVersionsCommand::exportsBesideOtherFiles()
     write(u"out/deep/other"_s, "other");
     if (file != u"-"_s)
         write(file, threeSaves);
-    const Run result = run({file, u"--export"_s, u"out/deep"_s}, threeSaves);
+    const CompanionRun result = run({file, u"--export"_s, u"out/deep"_s}, threeSaves);
     QCOMPARE(result.errors, QByteArray());
     QCOMPARE(result.status, 0);
     QCOMPARE(names(u"out/deep"_s).size(), 4);
@@ -149,7 +135,7 @@ void TestVersionsCommand::saysWhyItFailed()
     write(u"file"_s, "file");
     QVERIFY(QDir(theHome->path()).mkpath(u"linked"_s));
     QVERIFY(QFile::link(u"../a.pdf"_s, theHome->filePath(u"linked/a-001.pdf"_s)));
-    const Run result = run({u"a.pdf"_s, u"--export"_s, folder});
+    const CompanionRun result = run({u"a.pdf"_s, u"--export"_s, folder});
     QCOMPARE(result.status, 1);
     QVERIFY2(result.errors.contains(reason), result.errors.constData());
     QCOMPARE(contentOf(theHome->filePath(u"a.pdf"_s)), threeSaves);
@@ -159,7 +145,7 @@ void TestVersionsCommand::saysWhyItFailed()
 void TestVersionsCommand::leavesWholeVersionsOnAFullDisk()
 {
     write(u"a.pdf"_s, threeSaves);
-    const Run result = run({u"a.pdf"_s, u"--export"_s, u"out"_s}, {}, 40);
+    const CompanionRun result = run({u"a.pdf"_s, u"--export"_s, u"out"_s}, {}, 40);
     QCOMPARE(result.status, 1);
     QVERIFY(result.errors.contains("a-003.pdf"));
     QCOMPARE(names(u"out"_s), QStringList({u"a-001.pdf"_s, u"a-002.pdf"_s}));

@@ -5,7 +5,6 @@
 #include <cmath>
 #include <span>
 #include <utility>
-#include <vector>
 
 namespace {
 
@@ -74,15 +73,15 @@ FlatSpelling::FlatSpelling(FlatKind kind, bool isStrict)
 
 std::string FlatSpelling::name(std::string_view name) const
 {
-    std::vector<bool> isHidden(name.size());
+    std::string isHidden(name.size(), '\0'); // most names are short enough to need no memory
     const auto hide = [&](std::string_view word) {
         for (std::size_t place = name.find(word); place != std::string_view::npos;
              place = name.find(word, place + 1))
-            isHidden[place] = true;
+            isHidden[place] = 1;
     };
     const auto hideBeginning = [&](std::string_view word) {
         if (name.starts_with(word))
-            isHidden[0] = true;
+            isHidden[0] = 1;
     };
     for (const std::string_view word : lineWords)
         hide(word);

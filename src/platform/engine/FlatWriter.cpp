@@ -133,7 +133,7 @@ FlatWriter::Entries FlatWriter::sortedEntries(pdf_obj* dictionary) const
     const auto rank = [](const char* key) {
         return std::strcmp(key, "Type") == 0 ? 0 : std::strcmp(key, "Subtype") == 0 ? 1 : 2;
     };
-    std::stable_sort(entries.begin(), entries.end(), [rank](const Entry& one, const Entry& other) {
+    std::sort(entries.begin(), entries.end(), [rank](const Entry& one, const Entry& other) {
         const int left = rank(one.key);
         const int right = rank(other.key);
         return left != right ? left < right : std::strcmp(one.key, other.key) < 0;
@@ -228,31 +228,34 @@ std::string FlatWriter::page(const FlatObject& object, const Entries& entries)
 
 // --- All other objects ---------------------------------------------------------------------------
 
+/// A name that stands in a dictionary itself, not behind a reference; empty without one.
+std::string_view FlatWriter::nameIn(pdf_obj* dictionary, const char* key) const
+{
+    const int count
+        = pdf_is_dict(theContext, dictionary) ? pdf_dict_len(theContext, dictionary) : 0;
+    for (int index = 0; index < count; ++index) {
+        pdf_obj* const found = pdf_dict_get_key(theContext, dictionary, index);
+        if (std::strcmp(pdf_to_name(theContext, found), key) == 0)
+            return nameOf(theContext, pdf_dict_get_val(theContext, dictionary, index));
+    }
+    return {};
+}
+
 /// The kind that a plain object's own Type names.
 FlatKind FlatWriter::wantedKind(pdf_obj* object) const
 {
-    if (!pdf_is_dict(theContext, object))
-        return FlatKind::isPlain;
-    for (const Entry& entry : sortedEntries(object)) {
-        if (std::strcmp(entry.key, "Type") != 0)
-            continue;
-        const std::string_view type = nameOf(theContext, entry.value);
-        return type == "Info" ? FlatKind::isInfo
-            : type == "Names" ? FlatKind::isNames
-                              : FlatKind::isPlain;
-    }
-    return FlatKind::isPlain;
+    const std::string_view type = nameIn(object, "Type");
+    if (type == "Info")
+        return FlatKind::isInfo;
+    return type == "Names" ? FlatKind::isNames : FlatKind::isPlain;
 }
 
 /// Metadata is shown line by line, unless its lines would be taken for objects.
 bool FlatWriter::mayShowXml(pdf_obj* dictionary, const FlatStream& stream) const
 {
-    for (const Entry& entry : sortedEntries(dictionary)) {
-        if (std::strcmp(entry.key, "Subtype") == 0 && nameOf(theContext, entry.value) == "XML")
-            return stream.hasFilter("FlateDecode")
-                || (stream.filters.empty() && !FlatSpelling::looksLikeObjects(stream.data));
-    }
-    return false;
+    return nameIn(dictionary, "Subtype") == "XML"
+        && (stream.hasFilter("FlateDecode")
+            || (stream.filters.empty() && !FlatSpelling::looksLikeObjects(stream.data)));
 }
 
 /// Readable when that misleads nobody, otherwise spelled strictly.

@@ -45,6 +45,7 @@ private:
     std::string plain(pdf_obj* object, const FlatStream* stream);
     std::string spelled(pdf_obj* object, const FlatStream* stream, const FlatSpelling& spelling);
     Entries sortedEntries(pdf_obj* dictionary) const;
+    std::string_view nameIn(pdf_obj* dictionary, const char* key) const;
     FlatKind wantedKind(pdf_obj* object) const;
     bool mayShowXml(pdf_obj* dictionary, const FlatStream& stream) const;
     std::string catalog(const Entries& entries);

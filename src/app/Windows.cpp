@@ -4,6 +4,7 @@
 #include "app/DocumentOverview.h"
 #include "inspector/SourceViewController.h"
 #include "platform/frame/DocumentWindow.h"
+#include "views/HelpViewController.h"
 
 void registerWindows(AppDelegate& delegate)
 {
@@ -15,5 +16,8 @@ void registerWindows(AppDelegate& delegate)
     windows.add(WindowIdentifiers::source, [&delegate](Document* document) {
         return delegate.makeWindow(
             WindowIdentifiers::source, document, new SourceViewController(document, &delegate));
+    });
+    delegate.plainWindowRegistry().add(WindowIdentifiers::help, [&delegate](void*) {
+        return delegate.makeWindow(WindowIdentifiers::help, nullptr, new HelpViewController);
     });
 }

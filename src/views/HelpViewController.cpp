@@ -1,0 +1,75 @@
+#include "views/HelpViewController.h"
+
+#include "platform/PDFDocument.h"
+#include "platform/PDFDocumentText.h"
+#include "platform/PDFView.h"
+#include "ui_HelpWindow.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QHideEvent>
+#include <QShowEvent>
+#include <QStandardPaths>
+
+HelpViewController::HelpViewController(const QString& file, QWidget* parent)
+    : QWidget(parent)
+    , theFile(file.isEmpty() ? manualFile() : file)
+{
+    Ui::HelpWindow ui;
+    ui.setupUi(this);
+    setHelpPDFView(ui.helpPDFView);
+    setFocusProxy(ui.helpPDFView);
+}
+
+HelpViewController::~HelpViewController() = default;
+
+QString HelpViewController::manualFile()
+{
+    const QString name = QStringLiteral("tarnwick/TarnwickHelp.pdf");
+    const QString beside
+        = QCoreApplication::applicationDirPath() + QLatin1String("/../share/") + name;
+    if (QFile::exists(beside))
+        return beside;
+    return QStandardPaths::locate(QStandardPaths::GenericDataLocation, name);
+}
+
+void HelpViewController::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    if (!event->spontaneous())
+        load();
+}
+
+void HelpViewController::hideEvent(QHideEvent* event)
+{
+    QWidget::hideEvent(event);
+    if (event->spontaneous())
+        return;
+    theOutlet->setDocument(nullptr, nullptr);
+    theText.reset();
+    theManual.reset();
+}
+
+void HelpViewController::load()
+{
+    if (theFile.isEmpty())
+        return;
+    const std::optional<FileBytes> bytes = FileBytes::read(theFile);
+    if (!bytes)
+        return;
+    theText.reset();
+    theManual = std::make_unique<PDFDocument>(*bytes);
+    connect(theManual.get(), &PDFDocument::opened, this, &HelpViewController::showManual);
+}
+
+void HelpViewController::showManual()
+{
+    theText = std::make_unique<PDFDocumentText>(theManual.get());
+    theOutlet->setDocument(theManual.get(), theText.get());
+    theOutlet->setAutoScales(true);
+}
+
+void HelpViewController::autoZoom()
+{
+    theOutlet->setAutoScales(true);
+}

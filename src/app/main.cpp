@@ -30,6 +30,27 @@ QIcon applicationIcon()
     return icon;
 }
 
+void setUpParser(QCommandLineParser& parser)
+{
+    const auto tr = [](const char* text) { return QCoreApplication::translate("main", text); };
+    parser.setApplicationDescription(tr("Looks into PDF files: pages, source, saved versions."));
+    parser.addHelpOption();
+    parser.addVersionOption();
+    parser.addPositionalArgument(
+        QStringLiteral("files"), tr("PDF files to open."), QStringLiteral("[files...]"));
+}
+
+/// Whether the user asks for the help text or the version.
+bool wantsText(QCommandLineParser& parser, int argc, char** argv)
+{
+    QStringList arguments;
+    for (int index = 0; index < argc; ++index)
+        arguments << QString::fromLocal8Bit(argv[index]);
+    // Options of the toolkit are unknown here, and are no reason to stop.
+    parser.parse(arguments);
+    return parser.isSet(QStringLiteral("help")) || parser.isSet(QStringLiteral("version"));
+}
+
 /// The files to open: paths, or what a desktop hands over as file addresses.
 QStringList filesOf(const QStringList& arguments)
 {
@@ -46,19 +67,17 @@ QStringList filesOf(const QStringList& arguments)
 int main(int argc, char* argv[])
 {
     setUpApplication();
+    QCommandLineParser parser;
+    setUpParser(parser);
+    if (wantsText(parser, argc, argv)) {
+        const QCoreApplication application(argc, argv); // needs no display
+        parser.process(application);
+    }
     QApplication application(argc, argv);
+    parser.process(application);
     // A password prompt may be the only window for a while: the delegate decides when to end.
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setWindowIcon(applicationIcon());
-
-    QCommandLineParser parser;
-    parser.setApplicationDescription(QCoreApplication::translate(
-        "main", "Looks into PDF files: pages, source, saved versions."));
-    parser.addHelpOption();
-    parser.addVersionOption();
-    parser.addPositionalArgument(QStringLiteral("files"),
-        QCoreApplication::translate("main", "PDF files to open."), QStringLiteral("[files...]"));
-    parser.process(application);
 
     AppDelegate delegate;
     registerWindows(delegate);

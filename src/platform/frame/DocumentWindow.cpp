@@ -109,8 +109,20 @@ void DocumentWindow::showEvent(QShowEvent* event)
     if (!std::exchange(thePlaceIsKnown, true))
         WindowPlace::restore(*this);
     QMainWindow::showEvent(event);
+    giveFocus();
     if (theRouter)
         theRouter->validateSoon();
+}
+
+void DocumentWindow::giveFocus()
+{
+    // Without a focus in the content the keyboard and most commands would reach nothing.
+    if (focusWidget() || !content())
+        return;
+    if (content()->focusProxy())
+        content()->setFocus();
+    else
+        content()->nextInFocusChain()->setFocus();
 }
 
 void DocumentWindow::closeEvent(QCloseEvent* event)

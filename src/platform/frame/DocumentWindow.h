@@ -73,6 +73,7 @@ protected:
 
 private:
     QList<QObject*> chain() const;
+    void giveFocus();
     bool takeDrag(QDropEvent& event);
 
     QString theIdentifier;

@@ -27,11 +27,11 @@ Window windowAt(std::u16string_view text, std::size_t position, std::size_t leng
 {
     const std::u16string_view rest = text.substr(position);
     if (rest.size() <= length)
-        return { rest, true };
+        return {rest, true};
     const std::u16string_view window = rest.substr(0, length);
     if (const std::size_t lineFeed = window.rfind(u'\n'); lineFeed != std::u16string_view::npos)
-        return { window.substr(0, lineFeed + 1), true };
-    return { window, false };
+        return {window.substr(0, lineFeed + 1), true};
+    return {window, false};
 }
 
 /// Counts the segments of a text, window by window.

@@ -170,7 +170,7 @@ private:
         }
         if (U_FAILURE(status))
             return append(piece);
-        append({ result.getBuffer(), static_cast<std::size_t>(result.length()) });
+        append({result.getBuffer(), static_cast<std::size_t>(result.length())});
     }
 
     std::u16string_view theText;

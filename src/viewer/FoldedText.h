@@ -41,5 +41,5 @@ private:
     class Folder;
 
     std::u16string theUnits;
-    std::vector<std::uint32_t> thePositions = { 0 };
+    std::vector<std::uint32_t> thePositions = {0};
 };

@@ -118,7 +118,7 @@ TextMatch TextSearch::accepted(std::size_t begin, std::size_t end, std::size_t f
     } else if (!theClusters->isBoundary(first) || !theClusters->isBoundary(last)) {
         return {};
     }
-    return first < free ? TextMatch{} : TextMatch{ first, last - first };
+    return first < free ? TextMatch{} : TextMatch{first, last - first};
 }
 
 std::vector<TextMatch> TextSearch::matches(std::u16string_view page, const std::stop_token& stop)

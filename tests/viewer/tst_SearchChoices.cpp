@@ -81,8 +81,8 @@ void TestSearchChoices::storedRecentTextsKeepTheRules()
 {
     RecentSearches recents;
     recents.add(u"gone");
-    recents.restore({ u"b", u"", u"a", u"b" });
-    QCOMPARE(recents.texts(), (std::vector<std::u16string>{ u"b", u"a" }));
+    recents.restore({u"b", u"", u"a", u"b"});
+    QCOMPARE(recents.texts(), (std::vector<std::u16string>{u"b", u"a"}));
     recents.restore(numbers(0, 100));
     QCOMPARE(recents.texts(), numbers(0, 10));
 }
@@ -97,11 +97,11 @@ void TestSearchChoices::longRecentTextsAreCutBetweenCodePoints()
 void TestSearchChoices::marksGoInFrontOnce()
 {
     PageMarks marks;
-    for (const int page : { 1, 5, 9 })
+    for (const int page : {1, 5, 9})
         QVERIFY(marks.mark(page));
     QVERIFY(!marks.mark(5));
     QVERIFY(!marks.mark(-1));
-    QCOMPARE(marks.pages(), (std::vector<int>{ 9, 5, 1 }));
+    QCOMPARE(marks.pages(), (std::vector<int>{9, 5, 1}));
 }
 
 void TestSearchChoices::theOldestMarkMakesRoom()
@@ -129,7 +129,7 @@ void TestSearchChoices::marksHaveTwoEnds_data()
 void TestSearchChoices::marksHaveTwoEnds()
 {
     PageMarks marks;
-    for (const int page : { 1, 5, 9 })
+    for (const int page : {1, 5, 9})
         marks.mark(page);
     QFETCH(int, selected);
     QTEST(marks.before(selected).value_or(-1), "before");

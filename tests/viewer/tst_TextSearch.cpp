@@ -120,8 +120,8 @@ void TestTextSearch::findsTexts()
 /// Random texts over few letters, so that most patterns match somewhere and many nearly do.
 void TestTextSearch::agreesWithCollation()
 {
-    const std::vector<std::u16string> letters = { u"a", u"A", u"b", u"e", u"E", u"\u00e9",
-        u"e\u0301", u"\u00c9", u"a\u0323\u0302", u"\u1ead", u"\u00df", u"\u4e2d" };
+    const std::vector<std::u16string> letters = {u"a", u"A", u"b", u"e", u"E", u"\u00e9",
+        u"e\u0301", u"\u00c9", u"a\u0323\u0302", u"\u1ead", u"\u00df", u"\u4e2d"};
     std::mt19937 random(7);
     const auto text = [&](std::size_t length) {
         std::u16string result;
@@ -133,7 +133,7 @@ void TestTextSearch::agreesWithCollation()
     for (int i = 0; i < 3000; ++i) {
         const std::u16string pattern = text(1 + random() % 3);
         const std::u16string page = text(30);
-        for (const bool ignoresCase : { false, true }) {
+        for (const bool ignoresCase : {false, true}) {
             const QString ours = found(pattern, ignoresCase ? ignoring : respecting, page);
             QCOMPARE(ours, foundByCollation(pattern, ignoresCase, page));
             matches += ours.isEmpty() ? 0 : 1;

@@ -1,0 +1,83 @@
+#include "viewer/DocumentSearch.h"
+
+#include "platform/PDFDocumentText.h"
+#include "viewer/TextSearch.h"
+#include "viewer/Utf16.h"
+
+namespace {
+
+// Searched within a few hundredths of a second, sooner than a thread's answer would be seen.
+constexpr qsizetype longestTextSearchedAtOnce = 300'000;
+
+QList<PDFSelection> matchesIn(const QList<QString>& pages, TextSearch& search,
+    const std::stop_token& stop = {}, const BackgroundJob::Report& report = {})
+{
+    QList<PDFSelection> matches;
+    for (int page = 0; page < pages.size() && !stop.stop_requested(); ++page) {
+        for (const TextMatch& match : search.matches(unitsOf(pages.at(page)), stop))
+            matches.append(PDFSelection(
+                {page, static_cast<qsizetype>(match.start), static_cast<qsizetype>(match.length)}));
+        if (report)
+            report(page + 1);
+    }
+    return matches;
+}
+
+} // namespace
+
+DocumentSearch::DocumentSearch(PDFDocumentText* text, QObject* parent)
+    : QObject(parent)
+    , theText(text)
+{
+    connect(text, &PDFDocumentText::completed, this, &DocumentSearch::textArrives);
+    connect(text, &PDFDocumentText::stopped, this, &DocumentSearch::textArrives);
+}
+
+void DocumentSearch::start(const QString& pattern, SearchOptions options)
+{
+    cancel();
+    thePattern = pattern;
+    theOptions = options;
+    isWaiting = true;
+    if (!theText->isWhole())
+        theText->fetch();
+    if (theText->isWhole())
+        textArrives();
+}
+
+void DocumentSearch::cancel()
+{
+    isWaiting = false;
+    theJob.cancel();
+}
+
+void DocumentSearch::textArrives()
+{
+    if (!isWaiting)
+        return;
+    isWaiting = false;
+    search();
+}
+
+void DocumentSearch::search()
+{
+    QList<QString> pages; // shares the texts
+    qsizetype length = thePattern.size();
+    for (int page = 0; page < theText->arrivedCount(); ++page) {
+        pages.append(theText->pageString(page));
+        length += pages.constLast().size();
+    }
+    const int count = static_cast<int>(pages.size());
+    if (length <= longestTextSearchedAtOnce) {
+        TextSearch search(unitsOf(thePattern), theOptions);
+        emit found(matchesIn(pages, search), count);
+        return;
+    }
+    const auto work = [this, pages, pattern = thePattern, options = theOptions, count](
+                          const std::stop_token& stop, const BackgroundJob::Report& report) {
+        TextSearch search(unitsOf(pattern), options);
+        const QList<PDFSelection> matches = matchesIn(pages, search, stop, report);
+        return BackgroundJob::Delivery([this, matches, count] { emit found(matches, count); });
+    };
+    theJob.start(work, [this, count](int done) { emit progressed(done, count); });
+}

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QIcon>
+
+/// Small drawings for controls, in the colours of the palette at the time of painting, sharp at any
+/// scale.
+namespace GlyphIcon {
+
+enum class Shape
+{
+    isMagnifier, ///< with a small arrow: there is a menu
+    isCross,
+    isSideBar,
+};
+
+QIcon icon(Shape shape);
+
+}

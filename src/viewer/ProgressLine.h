@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QWidget>
+
+class QLabel;
+class QProgressBar;
+class QToolButton;
+
+/// One line that tells of long work: what is done, how far it is, and a button to end it or to try
+/// again. Hidden while there is nothing to tell.
+class ProgressLine : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit ProgressLine(QWidget* parent = nullptr);
+
+    /// Work is under way. @param total 0 while it is unknown.
+    void showProgress(const QString& text, int done, int total);
+    /// Work has ended otherwise than hoped. @param canRetry offers the button to try again.
+    void showMessage(const QString& text, bool canRetry);
+    void clear();
+
+signals:
+    void cancelRequested();
+    void retryRequested();
+
+private:
+    QLabel* theLabel;
+    QProgressBar* theBar;
+    QToolButton* theCancelButton;
+    QToolButton* theRetryButton;
+};

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "platform/PDFDocument.h"
+#include "platform/PDFDocumentText.h"
+#include "platform/PDFView.h"
+#include "platform/ViewFlags.h"
+#include "support/PdfBuilder.h"
+#include "viewer/ViewController.h"
+
+#include <QTest>
+
+/// View flags that a test sets.
+class TestFlags : public ViewFlags
+{
+public:
+    bool showThumbnail() const override { return isShowingThumbnails; }
+    bool showRawSource() const override { return false; }
+    bool showSummarySource() const override { return false; }
+
+    bool isShowingThumbnails = true;
+};
+
+/// A main window's content on a built document, that has been opened.
+class ViewerFixture
+{
+public:
+    explicit ViewerFixture(const PdfBuilder& builder, bool showsThumbnails = true)
+        : theDocument(*FileBytes::copy(builder.bytes()))
+    {
+        theFlags.isShowingThumbnails = showsThumbnails;
+        if (!QTest::qWaitFor(
+                [this] { return theDocument.state() == PDFDocument::State::isOpen; }, 30'000))
+            qFatal("the document does not open");
+        theText = std::make_unique<PDFDocumentText>(&theDocument);
+        theController = std::make_unique<ViewController>(&theDocument, theText.get(), theFlags);
+        theController->resize(1024, 700);
+    }
+
+    ViewController* operator->() { return theController.get(); }
+    ViewController& operator*() { return *theController; }
+    TestFlags& flags() { return theFlags; }
+    PDFDocument& document() { return theDocument; }
+    PDFDocumentText& text() { return *theText; }
+    PDFView& pages() { return *theController->thePDFView(); }
+    template<class Widget> Widget* child(const char* name)
+    {
+        return theController->findChild<Widget*>(QLatin1String(name));
+    }
+
+    /// Shows the controller and waits for the whole text. @returns whether it came.
+    bool appear()
+    {
+        theController->show();
+        return QTest::qWaitFor([this] { return theText->isWhole(); }, 30'000);
+    }
+
+    void destroyController() { theController.reset(); }
+
+private:
+    TestFlags theFlags;
+    PDFDocument theDocument;
+    std::unique_ptr<PDFDocumentText> theText;
+    std::unique_ptr<ViewController> theController;
+};

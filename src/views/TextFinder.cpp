@@ -38,7 +38,7 @@ void TextFinder::start(std::shared_ptr<const TextStorage> storage, const QString
     theWanted = wanted;
     theSensitivity = sensitivity;
     theStart = {from.line, 0};
-    theSearch = std::make_shared<TextSearch>(std::move(storage), wanted, sensitivity);
+    theSearch = std::make_shared<LineSearch>(std::move(storage), wanted, sensitivity);
     const auto report = [this, number = theRun](Blocks blocks, bool isLast) {
         QMetaObject::invokeMethod(
             this,
@@ -53,7 +53,7 @@ void TextFinder::start(std::shared_ptr<const TextStorage> storage, const QString
                            const std::stop_token& token) { run(token, search, start, report); });
 }
 
-void TextFinder::run(const std::stop_token& stop, const TextSearch& search, TextPosition from,
+void TextFinder::run(const std::stop_token& stop, const LineSearch& search, TextPosition from,
     const std::function<void(Blocks, bool)>& report)
 {
     Blocks blocks;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "views/TextSearch.h"
+#include "views/LineSearch.h"
 
 #include <QObject>
 
@@ -71,7 +71,7 @@ private:
     };
     using Blocks = std::vector<Block>;
 
-    static void run(const std::stop_token& stop, const TextSearch& search, TextPosition from,
+    static void run(const std::stop_token& stop, const LineSearch& search, TextPosition from,
         const std::function<void(Blocks, bool)>& report);
     void take(const Blocks& blocks, bool isLast);
     Answer firstIn(TextRange range) const;
@@ -79,7 +79,7 @@ private:
 
     QString theWanted;
     Qt::CaseSensitivity theSensitivity = Qt::CaseInsensitive;
-    std::shared_ptr<const TextSearch> theSearch;
+    std::shared_ptr<const LineSearch> theSearch;
     TextPosition theStart;
     Blocks theBlocks; ///< in the text's order
     std::size_t theBefore = 0; ///< number of blocks before theStart

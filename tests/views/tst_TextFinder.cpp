@@ -71,7 +71,7 @@ void TestTextFinder::findsMatches()
     QFETCH(QString, wanted);
     QFETCH(bool, matchCase);
     QFETCH(QString, expected);
-    const TextSearch search(std::make_shared<PlainTextStorage>(text), wanted,
+    const LineSearch search(std::make_shared<PlainTextStorage>(text), wanted,
         matchCase ? Qt::CaseSensitive : Qt::CaseInsensitive);
     QList<TextRange> found;
     const TextPosition reached
@@ -92,7 +92,7 @@ void TestTextFinder::findsAcrossPortions()
         text.replace(at, 6, u"needle"_s);
         expected += u"0:%1-%2 "_s.arg(at).arg(at + 6);
     }
-    const TextSearch search(
+    const LineSearch search(
         std::make_shared<PlainTextStorage>(text), u"needle"_s, Qt::CaseSensitive);
     QList<TextRange> found;
     TextPosition at;

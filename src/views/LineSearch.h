@@ -14,11 +14,11 @@
 /// A match lies within one line, and matches do not overlap: the search goes on behind each.
 /// Letters are compared with or without their case. Any thread may use it; a thread of its own
 /// needs a copy.
-class TextSearch
+class LineSearch
 {
 public:
     /// @param wanted without line ends; an empty one matches nothing.
-    TextSearch(
+    LineSearch(
         std::shared_ptr<const TextStorage> storage, const QString& wanted, Qt::CaseSensitivity);
 
     const TextStorage& storage() const { return *theStorage; }

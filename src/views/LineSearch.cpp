@@ -1,4 +1,4 @@
-#include "views/TextSearch.h"
+#include "views/LineSearch.h"
 
 #include <algorithm>
 #include <utility>
@@ -12,20 +12,20 @@ constexpr qsizetype lineCost = 32;
 
 } // namespace
 
-TextSearch::TextSearch(std::shared_ptr<const TextStorage> storage, const QString& wanted,
+LineSearch::LineSearch(std::shared_ptr<const TextStorage> storage, const QString& wanted,
     Qt::CaseSensitivity sensitivity)
     : theStorage(std::move(storage))
     , theMatcher(wanted, sensitivity)
 {
 }
 
-TextRange TextSearch::everything() const
+TextRange LineSearch::everything() const
 {
     // Behind every position of the last line, so that its matches are all before it.
     return {{}, {theStorage->lineCount(), 0}};
 }
 
-TextPosition TextSearch::search(TextRange range, qsizetype units, const Sink& sink) const
+TextPosition LineSearch::search(TextRange range, qsizetype units, const Sink& sink) const
 {
     const qsizetype length = wantedLength();
     const qsizetype lines = theStorage->lineCount();

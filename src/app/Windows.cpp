@@ -1,17 +1,19 @@
 #include "app/Windows.h"
 
 #include "app/AppDelegate.h"
-#include "app/DocumentOverview.h"
 #include "inspector/SourceViewController.h"
 #include "platform/frame/DocumentWindow.h"
+#include "viewer/ViewController.h"
 #include "views/HelpViewController.h"
 
 void registerWindows(AppDelegate& delegate)
 {
     WindowRegistry<Document>& windows = delegate.windowRegistry();
     windows.add(WindowIdentifiers::document, [&delegate](Document* document) {
-        return delegate.makeWindow(
-            WindowIdentifiers::document, document, new DocumentOverview(document));
+        auto* content
+            = new ViewController(document->thePDFDocument(), document->documentText(), delegate);
+        content->setWindowTitle(document->displayName());
+        return delegate.makeWindow(WindowIdentifiers::document, document, content);
     });
     windows.add(WindowIdentifiers::source, [&delegate](Document* document) {
         return delegate.makeWindow(

@@ -6,6 +6,8 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QSettings>
@@ -26,6 +28,7 @@ private slots:
     void flagsAreStoredAtQuit();
     void togglesMarkEveryWindow();
     void menuHoldsTheFixedTitles();
+    void newWindowsHaveAFocus();
     void helpOpensAndKeepsAWindowEachTime();
     void updateItemIsMarkedInAllWindows();
     void closingTheLastWindowQuits();
@@ -154,6 +157,20 @@ void TestAppDelegate::menuHoldsTheFixedTitles()
         QVERIFY2(!window->commandAction(QString::fromLatin1(command))->isEnabled(), command);
     for (const char* command : {"openDocument", "performClose", "quit", "openSupport", "about"})
         QVERIFY2(window->commandAction(QString::fromLatin1(command))->isEnabled(), command);
+}
+
+void TestAppDelegate::newWindowsHaveAFocus()
+{
+    auto* content = new QWidget;
+    new QLabel(QStringLiteral("Name:"), content);
+    auto* off = new QLineEdit(content);
+    off->setEnabled(false);
+    auto* field = new QLineEdit(content);
+    AppDelegate delegate;
+    DocumentWindow* window = delegate.makeWindow(QStringLiteral("Test Window"), nullptr, content);
+    window->show();
+    QCOMPARE(window->focusWidget(), field);
+    QTRY_VERIFY(window->commandAction(QStringLiteral("selectAll"))->isEnabled());
 }
 
 void TestAppDelegate::helpOpensAndKeepsAWindowEachTime()

@@ -119,10 +119,16 @@ void DocumentWindow::giveFocus()
     // Without a focus in the content the keyboard and most commands would reach nothing.
     if (focusWidget() || !content())
         return;
-    if (content()->focusProxy())
-        content()->setFocus();
-    else
-        content()->nextInFocusChain()->setFocus();
+    QWidget* candidate = content();
+    do {
+        const QWidget* target = candidate->focusProxy() ? candidate->focusProxy() : candidate;
+        if ((target->focusPolicy() & Qt::TabFocus) && target->isEnabled()
+            && target->isVisibleTo(content()) && content()->isAncestorOf(target)) {
+            candidate->setFocus();
+            return;
+        }
+        candidate = candidate->nextInFocusChain();
+    } while (candidate != content());
 }
 
 void DocumentWindow::closeEvent(QCloseEvent* event)

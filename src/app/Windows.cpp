@@ -5,6 +5,7 @@
 #include "platform/frame/DocumentWindow.h"
 #include "viewer/ViewController.h"
 #include "views/HelpViewController.h"
+#include "views/PlainPDFViewController.h"
 
 void registerWindows(AppDelegate& delegate)
 {
@@ -21,5 +22,9 @@ void registerWindows(AppDelegate& delegate)
     });
     delegate.plainWindowRegistry().add(WindowIdentifiers::help, [&delegate](void*) {
         return delegate.makeWindow(WindowIdentifiers::help, nullptr, new HelpViewController);
+    });
+    windows.add(WindowIdentifiers::plainPDF, [&delegate](Document* document) {
+        return delegate.makeWindow(
+            WindowIdentifiers::plainPDF, document, new PlainPDFViewController(document));
     });
 }

@@ -3,6 +3,7 @@
 #include "platform/PDFViewAccessible.h"
 #include "platform/PDFViewPrivate.h"
 #include "platform/PagePainter.h"
+#include "platform/PagePrinter.h"
 
 #include <QAccessible>
 #include <QScrollBar>
@@ -78,27 +79,8 @@ void PDFView::setDocument(PDFDocument* document, PDFDocumentText* text)
     for (int page = 0; document && page < document->pageCount(); ++page)
         sizes.append(document->pageSize(page));
     d->theGeometry.setPages(sizes);
-    if (document) {
-        connect(document, &PDFDocument::pagesMeasured, d.get(),
-            [this](int first, int count) { takeMeasures(first, count); });
-        connect(document, &QObject::destroyed, d.get(), [this] {
-            d->theDocument.clear();
-            d->theGeometry.setPages({});
-            d->theTiles.setDocument(nullptr);
-            d->theDetails.setDocument(nullptr);
-            d->scrollTo({});
-            emit documentChanged();
-        });
-    }
-    if (text) {
-        connect(text, &PDFDocumentText::pageArrived, d.get(), [this](int page) {
-            if (d->theEndsAreSet && page >= std::min(d->theAnchor, d->theFocus).page
-                && page <= std::max(d->theAnchor, d->theFocus).page
-                && !d->theSelectionTimer.isActive())
-                d->theSelectionTimer.start(100);
-        });
-        connect(text, &PDFDocumentText::completed, d.get(), [this] { d->selectBetweenEnds(); });
-    }
+    d->watchDocument();
+    d->watchText();
     d->theCurrentPage = -1;
     d->applyFit();
     d->scrollTo({d->theOrigin.x(), 0});
@@ -106,25 +88,65 @@ void PDFView::setDocument(PDFDocument* document, PDFDocumentText* text)
     emit historyChanged();
 }
 
-void PDFView::takeMeasures(int first, int count)
+void PDFView::Private::watchDocument()
 {
-    const PagePlace place = d->presentPlace();
+    if (!theDocument)
+        return;
+    connect(theDocument, &PDFDocument::pagesMeasured, this,
+        [this](int first, int count) { takeMeasures(first, count); });
+    connect(theDocument, &QObject::destroyed, this, [this] {
+        theTiles.setDocument(nullptr);
+        theDetails.setDocument(nullptr);
+        theGeometry.setPages({});
+        theEndsAreSet = false;
+        takeSelection({});
+        scrollTo({});
+        emit q->documentChanged();
+    });
+}
+
+void PDFView::Private::watchText()
+{
+    if (!theText)
+        return;
+    connect(theText, &PDFDocumentText::pageArrived, this, [this](int page) {
+        const bool isSelected = theEndsAreSet && page >= std::min(theAnchor, theFocus).page
+            && page <= std::max(theAnchor, theFocus).page;
+        if (isSelected && !theSelectionTimer.isActive())
+            theSelectionTimer.start(100);
+    });
+    connect(theText, &PDFDocumentText::completed, this, [this] {
+        selectBetweenEnds();
+        if (theCopyWaits)
+            finishCopy();
+    });
+    // What has come until then is what there is to copy.
+    connect(theText, &PDFDocumentText::stopped, this, [this] {
+        if (theCopyWaits)
+            finishCopy();
+    });
+}
+
+/// Keeps the reader's place while the pages above it change their sizes.
+void PDFView::Private::takeMeasures(int first, int count)
+{
+    const PagePlace place = presentPlace();
     QList<QSizeF> sizes;
     bool haveChanged = false;
     for (int page = first; page < first + count; ++page) {
-        const QSizeF size = d->theDocument->pageSize(page);
-        if (size != d->theGeometry.pageSize(page)) {
+        const QSizeF size = theDocument->pageSize(page);
+        if (size != theGeometry.pageSize(page)) {
             haveChanged = true;
-            d->theTiles.dropPage(page);
+            theTiles.dropPage(page);
         }
         sizes.append(size);
     }
     if (haveChanged) {
-        d->theGeometry.setPageSizes(first, sizes);
-        d->applyFit();
-        d->showPlace(place);
+        theGeometry.setPageSizes(first, sizes);
+        applyFit();
+        showPlace(place);
     }
-    emit documentChanged();
+    emit q->documentChanged();
 }
 
 PDFDocument* PDFView::document() const
@@ -261,6 +283,8 @@ void PDFView::print()
 {
     if (d->thePrintDelegate)
         d->thePrintDelegate(this);
+    else if (d->theDocument)
+        PagePrinter::printAsSheet(d->theDocument, window()->windowTitle(), window());
 }
 
 bool PDFView::validateCommand(const QString& command) const
@@ -272,8 +296,6 @@ bool PDFView::validateCommand(const QString& command) const
         return !d->theSelection.isEmpty();
     if (command == u"selectAll")
         return d->theText != nullptr;
-    if (command == u"print")
-        return d->thePrintDelegate != nullptr;
     if (command == u"goBack")
         return canGoBack();
     if (command == u"goForward")
@@ -283,9 +305,9 @@ bool PDFView::validateCommand(const QString& command) const
     if (command == u"goToPreviousPage")
         return d->theCurrentPage > 0;
     if (command == u"zoomIn")
-        return scaleFactor() < Private::largestFactor;
+        return scaleFactor() < 0.999 * Private::largestFactor;
     if (command == u"zoomOut")
-        return scaleFactor() > Private::smallestFactor;
+        return scaleFactor() > 1.001 * Private::smallestFactor;
     return true;
 }
 

@@ -64,7 +64,7 @@ public:
     /// Matches of a search, in document order, drawn behind the selection.
     void setHighlights(const QList<PDFSelection>& matches);
 
-    /// Who prints when the user asks the view to; without one the command is not possible.
+    /// Who prints when the user asks the view to; without one the view prints its document itself.
     void setPrintDelegate(std::function<void(PDFView* view)> delegate);
 
     /// Whether a command of the slots below is possible now.
@@ -131,7 +131,5 @@ protected:
 
 private:
     class Private;
-    void takeMeasures(int first, int count);
-
     std::unique_ptr<Private> d;
 };

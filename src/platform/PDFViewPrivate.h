@@ -49,6 +49,11 @@ public:
         isView,
     };
 
+    // The document (PDFView.cpp)
+    void watchDocument();
+    void watchText();
+    void takeMeasures(int first, int count);
+
     // Scrolling and scale (PDFViewScrolling.cpp)
     QPointF content(const QPointF& inView) const { return inView + theOrigin; }
     QPointF inView(const QPointF& content) const { return content - theOrigin; }

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QList>
+#include <QRectF>
+#include <QSizeF>
+
+/// How a document's pages are spread over sheets of paper: each scaled to the sheets' width and
+/// split into as many sheets as its height then needs, from its upper left corner on.
+namespace PrintPagination {
+
+/// Sheets that one page may take. A page of one point by a hundred, widened to the paper, is no
+/// reason to print a mile: such pages are scaled less.
+inline constexpr int mostSheetsOfPage = 20;
+
+/// What one sheet shows.
+struct Sheet
+{
+    int page = 0; ///< of the document, from 0
+    QRectF area; ///< in points of the page as it is scaled for printing
+};
+
+/// Points of paper for a point of the page.
+double scale(const QSizeF& page, const QSizeF& printable);
+
+/// The sheets of a page, from above. A rest of less than half a point makes no sheet.
+QList<Sheet> sheets(int page, const QSizeF& size, const QSizeF& printable);
+
+}

@@ -1,0 +1,160 @@
+#include "platform/PageTextGeometry.h"
+#include "platform/PrintPagination.h"
+
+#include <QTest>
+
+namespace {
+
+/// Lines of characters 10 wide and 12 high, 20 apart, from (100, 100) on.
+PDFPageText page(const QString& string)
+{
+    PDFPageText text;
+    text.string = string;
+    QPointF corner(100, 100);
+    for (const QChar unit : string) {
+        if (unit == u'\n') {
+            text.quads.append(QPolygonF());
+            corner = {100, corner.y() + 20};
+            continue;
+        }
+        const QRectF box(corner, QSizeF(10, 12));
+        text.quads.append(
+            QPolygonF({box.topLeft(), box.topRight(), box.bottomRight(), box.bottomLeft()}));
+        corner.rx() += 10;
+    }
+    return text;
+}
+
+QString part(const QString& string, const PDFSelection::Range& range)
+{
+    return string.mid(range.start, range.length);
+}
+
+} // namespace
+
+class TestPageTextGeometry : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void findsPlaces_data();
+    void findsPlaces();
+    void keepsClustersTogether();
+    void findsWordsAndLines_data();
+    void findsWordsAndLines();
+    void selectsBetweenPlaces();
+    void joinsOutlines();
+    void splitsPagesOverSheets_data();
+    void splitsPagesOverSheets();
+};
+
+void TestPageTextGeometry::findsPlaces_data()
+{
+    QTest::addColumn<QPointF>("point");
+    QTest::addColumn<qsizetype>("position");
+    QTest::addColumn<qsizetype>("character");
+    const auto row = [](const char* name, QPointF point, qsizetype position, qsizetype character) {
+        QTest::newRow(name) << point << position << character;
+    };
+    row("first half of a character", {112, 105}, 1, 1);
+    row("second half", {118, 105}, 2, 1);
+    row("left of a line", {20, 105}, 0, -1);
+    row("right of a short line, beside a longer one", {150, 106}, 3, -1);
+    row("second line", {141, 126}, 8, 8);
+    row("far below", {100, 700}, 4, -1);
+}
+
+void TestPageTextGeometry::findsPlaces()
+{
+    QFETCH(QPointF, point);
+    const PDFPageText text = page(QStringLiteral("abc\ndefghijk"));
+    QTEST(PageTextGeometry::nearestPosition(text, point), "position");
+    QTEST(PageTextGeometry::characterAt(text, point), "character");
+}
+
+void TestPageTextGeometry::keepsClustersTogether()
+{
+    const PDFPageText text = page(QStringLiteral("ae\u0301b"));
+    for (double x = 100; x < 145; x += 1)
+        QVERIFY(PageTextGeometry::nearestPosition(text, {x, 105}) != 2);
+    QCOMPARE(PageTextGeometry::nearestPosition({}, {1, 1}), 0);
+}
+
+void TestPageTextGeometry::findsWordsAndLines_data()
+{
+    QTest::addColumn<qsizetype>("index");
+    QTest::addColumn<QString>("word");
+    QTest::addColumn<QString>("line");
+    const auto row = [](const char* name, qsizetype index, const QString& word,
+                         const QString& line) { QTest::newRow(name) << index << word << line; };
+    const QString line = QStringLiteral("one two's, three");
+    row("start of a word", 0, QStringLiteral("one"), line);
+    row("end of a word", 2, QStringLiteral("one"), line);
+    row("a blank", 3, QStringLiteral(" "), line);
+    row("an apostrophe inside", 7, QStringLiteral("two's"), line);
+    row("last word of a line", 15, QStringLiteral("three"), line);
+    row("second line", 18, QStringLiteral("four"), QStringLiteral("four"));
+    row("past the end", 21, QString(), QString());
+    row("before the start", -1, QString(), QString());
+}
+
+void TestPageTextGeometry::findsWordsAndLines()
+{
+    QFETCH(qsizetype, index);
+    const QString string = QStringLiteral("one two's, three\nfour");
+    QTEST(part(string, PageTextGeometry::wordAt(string, 0, index)), "word");
+    QTEST(part(string, PageTextGeometry::lineAt(string, 0, index)), "line");
+}
+
+void TestPageTextGeometry::selectsBetweenPlaces()
+{
+    const auto lengthOf = [](int number) -> qsizetype { return number == 2 ? 0 : 10; };
+    using Ranges = QList<PDFSelection::Range>;
+    const auto between = [&](PDFTextPosition one, PDFTextPosition other) {
+        return PageTextGeometry::selectionBetween(one, other, lengthOf).ranges();
+    };
+    QCOMPARE(between({0, 3}, {0, 3}), Ranges());
+    QCOMPARE(between({0, 3}, {0, 5}), (Ranges{{0, 3, 2}}));
+    QCOMPARE(between({3, 4}, {0, 7}), (Ranges{{0, 7, 3}, {1, 0, 10}, {3, 0, 4}}));
+    QCOMPARE(between({0, 10}, {1, 1'000'000}), (Ranges{{1, 0, 10}}));
+}
+
+void TestPageTextGeometry::joinsOutlines()
+{
+    const PDFPageText text = page(QStringLiteral("abc\ndef"));
+    const QList<QPolygonF> outlines = PageTextGeometry::outlines(text, 1, 5);
+    QCOMPARE(outlines.size(), 2);
+    QCOMPARE(outlines.at(0).boundingRect(), QRectF(110, 100, 20, 12));
+    QCOMPARE(outlines.at(1).boundingRect(), QRectF(100, 120, 20, 12));
+    QVERIFY(PageTextGeometry::outlines(text, 7, 5).isEmpty());
+    QCOMPARE(PageTextGeometry::outlines(text, -3, std::numeric_limits<qsizetype>::max()).size(), 2);
+}
+
+void TestPageTextGeometry::splitsPagesOverSheets_data()
+{
+    QTest::addColumn<QSizeF>("page");
+    QTest::addColumn<int>("count");
+    QTest::addColumn<QRectF>("last");
+    // Letter paper leaves 468 by 648 inside its margins.
+    const auto row = [](const char* name, QSizeF page, int count, QRectF last) {
+        QTest::newRow(name) << page << count << last;
+    };
+    row("letter shrinks to the width", {612, 792}, 1, {0, 0, 468, 792 * 468.0 / 612});
+    row("a small page grows", {234, 300}, 1, {0, 0, 468, 600});
+    row("exactly full", {468, 648}, 1, {0, 0, 468, 648});
+    row("a rounding's worth more", {468, 648.3}, 1, {0, 0, 468, 648});
+    row("twice as high", {468, 1000}, 2, {0, 648, 468, 352});
+    row("a thread of a page is bounded", {1, 14400}, 20, {0, 19 * 648, 0.9, 648});
+}
+
+void TestPageTextGeometry::splitsPagesOverSheets()
+{
+    QFETCH(QSizeF, page);
+    const auto sheets = PrintPagination::sheets(3, page, {468, 648});
+    QTEST(static_cast<int>(sheets.size()), "count");
+    QTEST(sheets.last().area, "last");
+    QCOMPARE(sheets.last().page, 3);
+}
+
+QTEST_APPLESS_MAIN(TestPageTextGeometry)
+#include "tst_PageTextGeometry.moc"

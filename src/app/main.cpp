@@ -1,5 +1,6 @@
 #include "app/AppDelegate.h"
 #include "app/QuitSignals.h"
+#include "app/UpdateCheck.h"
 #include "app/Windows.h"
 
 #include <QApplication>
@@ -62,6 +63,16 @@ QStringList filesOf(const QStringList& arguments)
     return files;
 }
 
+void setUpUpdateCheck(UpdateCheck& check, AppDelegate& delegate)
+{
+    delegate.setUpdateCheck([&check] {
+        check.start(
+            QCoreApplication::applicationVersion(), QUrl(QStringLiteral(TARNWICK_UPDATE_FEED)));
+    });
+    QObject::connect(
+        &check, &UpdateCheck::feedHeldThisApplication, &delegate, &AppDelegate::showUpdateChecked);
+}
+
 } // namespace
 
 int main(int argc, char* argv[])
@@ -81,6 +92,8 @@ int main(int argc, char* argv[])
 
     AppDelegate delegate;
     registerWindows(delegate);
+    UpdateCheck updateCheck;
+    setUpUpdateCheck(updateCheck, delegate);
     const QuitSignals quitSignals;
     QObject::connect(&quitSignals, &QuitSignals::received, &delegate, &AppDelegate::quit);
     // Also when the session ends, which asks nobody.

@@ -236,8 +236,13 @@ void TestDocument::failuresShareAnAlert()
         theFolder->filePath(QStringLiteral("two.pdf"))});
     QTRY_VERIFY(!theController->isOpening());
     QCOMPARE(shownWindows<OpenFailureAlert>().size(), 1);
-    const QString text = shownWindows<OpenFailureAlert>().at(0)->informativeText();
+    const OpenFailureAlert* alert = shownWindows<OpenFailureAlert>().at(0);
+    const QString text = alert->informativeText();
     QVERIFY(text.contains(QLatin1String("one.pdf")) && text.contains(QLatin1String("two.pdf")));
+    // It stays in front of what opens.
+    const Document* document = open(writePdf(QStringLiteral("a.pdf")));
+    QVERIFY(document && alert->isVisible());
+    QCOMPARE(alert->parentWidget(), document->windows().at(0));
 }
 
 void TestDocument::asksForThePassword()

@@ -105,6 +105,9 @@ void DocumentController::finish(FileOpening* opening, FrameDocument* document)
     document->showWindows();
     emit documentOpened(document);
     remove(opening);
+    OpenFailureAlert::moveTo(document->windowForSheet());
+    for (FileOpening* other : std::as_const(theOpenings))
+        other->bringUp(); // a question waits for its answer
 }
 
 void DocumentController::remove(FileOpening* opening)

@@ -134,8 +134,8 @@ void DocumentWindow::giveFocus()
 void DocumentWindow::closeEvent(QCloseEvent* event)
 {
     QMainWindow::closeEvent(event);
-    if (!event->isAccepted())
-        return;
+    if (!event->isAccepted() || !isVisible())
+        return; // a hidden window has no place worth remembering
     WindowPlace::save(*this);
     emit closed();
 }

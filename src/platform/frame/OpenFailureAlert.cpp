@@ -13,6 +13,16 @@ void OpenFailureAlert::report(QWidget* parent, const QString& path, const QStrin
     alert->raise();
 }
 
+void OpenFailureAlert::moveTo(QWidget* window)
+{
+    OpenFailureAlert* alert = shown();
+    if (!alert || (alert->parentWidget() && alert->parentWidget()->isVisible()))
+        return;
+    alert->setParent(window, alert->windowFlags());
+    alert->show();
+    alert->raise();
+}
+
 OpenFailureAlert* OpenFailureAlert::shown()
 {
     const QWidgetList widgets = QApplication::topLevelWidgets();

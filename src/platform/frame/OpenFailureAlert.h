@@ -13,6 +13,10 @@ public:
     /// @param parent the window that a new alert belongs to, or null.
     static void report(QWidget* parent, const QString& path, const QString& reason);
 
+    /// Moves the alert that shows over to a window, if its own window shows no more: it would lie
+    /// behind the others.
+    static void moveTo(QWidget* window);
+
 private:
     static OpenFailureAlert* shown();
     explicit OpenFailureAlert(QWidget* parent);

@@ -10,6 +10,8 @@
 #include <QSettings>
 #include <QUrl>
 
+#include <csignal>
+
 namespace {
 
 void setUpApplication()
@@ -77,6 +79,7 @@ void setUpUpdateCheck(UpdateCheck& check, AppDelegate& delegate)
 
 int main(int argc, char* argv[])
 {
+    std::signal(SIGXFSZ, SIG_IGN); // a limit on file sizes is an error, not the end
     setUpApplication();
     QCommandLineParser parser;
     setUpParser(parser);

@@ -6,6 +6,7 @@
 #include "cli/FileInput.h"
 #include "cli/VersionsCommand.h"
 
+#include <csignal>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -70,6 +71,7 @@ ExitStatus run(const Arguments& arguments)
 
 int main(int count, char** words)
 {
+    std::signal(SIGXFSZ, SIG_IGN); // a limit on file sizes is an error, not the end
     std::string problem;
     const auto arguments = parseArguments({words + (count > 0 ? 1 : 0), words + count}, problem);
     if (!arguments) {

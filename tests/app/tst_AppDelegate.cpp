@@ -6,10 +6,12 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QDropEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMimeData>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QTest>
@@ -29,6 +31,7 @@ private slots:
     void togglesMarkEveryWindow();
     void menuHoldsTheFixedTitles();
     void newWindowsHaveAFocus();
+    void filesDropOntoAnyPartOfAWindow();
     void helpOpensAndKeepsAWindowEachTime();
     void updateItemIsMarkedInAllWindows();
     void closingTheLastWindowQuits();
@@ -171,6 +174,32 @@ void TestAppDelegate::newWindowsHaveAFocus()
     window->show();
     QCOMPARE(window->focusWidget(), field);
     QTRY_VERIFY(window->commandAction(QStringLiteral("selectAll"))->isEnabled());
+}
+
+void TestAppDelegate::filesDropOntoAnyPartOfAWindow()
+{
+    auto* field = new QLineEdit; // takes drops of its own
+    AppDelegate delegate;
+    DocumentWindow* window = delegate.makeWindow(QStringLiteral("Test Window"), nullptr, field);
+    window->show();
+    const QSignalSpy dropped(window, &DocumentWindow::filesDropped);
+    QMimeData data;
+    data.setText(QStringLiteral("words"));
+    const auto drop = [&data, field] {
+        QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(field, &enter);
+        QDropEvent event(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(field, &event);
+    };
+    drop();
+    QCOMPARE(field->text(), QStringLiteral("words"));
+    data.setUrls({QUrl(QStringLiteral("https://a.example/x.pdf")),
+        QUrl(QStringLiteral("file:///nonexistent/a%20b.pdf"))});
+    drop();
+    QCOMPARE(field->text(), QStringLiteral("words"));
+    QCOMPARE(dropped.size(), 1);
+    QCOMPARE(dropped.at(0).at(0).toStringList(), {QStringLiteral("/nonexistent/a b.pdf")});
+    QVERIFY(delegate.controller()->isOpening());
 }
 
 void TestAppDelegate::helpOpensAndKeepsAWindowEachTime()

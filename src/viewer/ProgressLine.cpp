@@ -14,7 +14,7 @@ ProgressLine::ProgressLine(QWidget* parent)
 {
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(theLabel, 0);
+    layout->addWidget(theLabel, 1);
     layout->addWidget(theBar, 1);
     layout->addWidget(theRetryButton);
     layout->addWidget(theCancelButton);
@@ -33,6 +33,7 @@ ProgressLine::ProgressLine(QWidget* parent)
 
 void ProgressLine::showProgress(const QString& text, int done, int total)
 {
+    theLabel->setWordWrap(false);
     theLabel->setText(text);
     theBar->setRange(0, total);
     theBar->setValue(done);
@@ -45,6 +46,8 @@ void ProgressLine::showProgress(const QString& text, int done, int total)
 
 void ProgressLine::showMessage(const QString& text, bool canRetry)
 {
+    // A sentence in a narrow pane takes several lines rather than widening it.
+    theLabel->setWordWrap(theMessageWraps);
     theLabel->setText(text);
     theBar->hide();
     theCancelButton->hide();

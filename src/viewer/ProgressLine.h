@@ -20,6 +20,8 @@ public:
     /// Work has ended otherwise than hoped. @param canRetry offers the button to try again.
     void showMessage(const QString& text, bool canRetry);
     void clear();
+    /// Whether messages may take several lines; off at first.
+    void setMessageWraps(bool wraps) { theMessageWraps = wraps; }
 
 signals:
     void cancelRequested();
@@ -30,4 +32,5 @@ private:
     QProgressBar* theBar;
     QToolButton* theCancelButton;
     QToolButton* theRetryButton;
+    bool theMessageWraps = false;
 };

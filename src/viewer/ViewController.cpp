@@ -27,8 +27,14 @@ namespace {
 const QString stripWidthKey = QStringLiteral("viewerStripWidth");
 const QString textWidthKey = QStringLiteral("viewerTextWidth");
 constexpr int firstStripWidth = 164;
+constexpr int narrowestStripWidth = 100;
 constexpr int firstTextWidth = 300;
 constexpr double thumbnailGrowth = 1.1;
+
+int storedStripWidth()
+{
+    return qMax(QSettings().value(stripWidthKey, firstStripWidth).toInt(), narrowestStripWidth);
+}
 
 } // namespace
 
@@ -46,6 +52,9 @@ ViewController::ViewController(
     findOutlets();
     ui->sideBarButton->setIcon(GlyphIcon::icon(GlyphIcon::Shape::isSideBar));
     ui->outlineView->setModel(theOutline);
+    ui->textProgress->setMessageWraps(true);
+    // Searching is the field's, and goes over the pages.
+    theOutlets.textView->setFindBarEnabled(false);
     theTextFeed = new TextFeed(text, theOutlets.textView, ui->textProgress, this);
     thePageControls = new PageControls(
         theOutlets.pdfView, {ui->pageField, ui->pageCountLabel, ui->zoomMenu}, this);
@@ -134,12 +143,12 @@ void ViewController::showOutline()
 
 void ViewController::viewDidLoad()
 {
-    restoreSizes();
-    if (theFlags.showThumbnail())
+    const bool showsThumbnails = theFlags.showThumbnail();
+    restoreSizes(showsThumbnails);
+    if (showsThumbnails)
         return;
     theOutlets.thumbnailView->setPDFView(nullptr);
     ui->sideTabs->removeTab(ui->sideTabs->indexOf(ui->pagesTab));
-    toggleSideBar(false);
 }
 
 void ViewController::viewDidAppear()
@@ -182,10 +191,10 @@ void ViewController::hideEvent(QHideEvent* event)
         saveSizes();
 }
 
-void ViewController::restoreSizes()
+void ViewController::restoreSizes(bool isStripOpen)
 {
     const QSettings settings;
-    const int strip = settings.value(stripWidthKey, firstStripWidth).toInt();
+    const int strip = isStripOpen ? storedStripWidth() : 0;
     const int text = settings.value(textWidthKey, firstTextWidth).toInt();
     QSplitter* splitter = ui->theSplitView;
     splitter->setStretchFactor(0, 0);
@@ -214,9 +223,9 @@ void ViewController::toggleSideBar(bool open)
     QList<int> sizes = theOutlets.splitView->sizes();
     if (sizes.size() < 2 || open == (sizes.at(0) > 0))
         return;
-    if (!open)
+    if (!open && isVisible())
         saveSizes();
-    const int width = open ? QSettings().value(stripWidthKey, firstStripWidth).toInt() : 0;
+    const int width = open ? storedStripWidth() : 0;
     sizes[1] = qMax(sizes.at(1) + sizes.at(0) - width, 1);
     sizes[0] = width;
     theOutlets.splitView->setSizes(sizes);

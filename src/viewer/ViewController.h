@@ -162,7 +162,7 @@ private:
     void viewDidLoad();
     void viewDidAppear();
     void attachThumbnails();
-    void restoreSizes();
+    void restoreSizes(bool isStripOpen);
     void saveSizes() const;
     bool isSideBarOpen() const;
     void showOutline();

@@ -52,6 +52,7 @@ class TestViewController : public QObject
     Q_OBJECT
 
 private slots:
+    void init() { QSettings().clear(); }
     void thumbnailsGrowWithEachAppearance();
     void stripStaysClosedWithoutThumbnails();
     void textIsShownAndCounted_data();
@@ -101,7 +102,8 @@ void TestViewController::stripStaysClosedWithoutThumbnails()
     QCOMPARE(viewer->theThumbnailView()->thumbnailSize(), layoutSize * 1.1);
     QCOMPARE(viewer->theSplitView()->sizes().value(0), 0);
     viewer.child<QToolButton>("sideBarButton")->click();
-    QVERIFY(viewer->theSplitView()->sizes().value(0) > 0);
+    QVERIFY(viewer->theSplitView()->sizes().value(0) >= 100);
+    QVERIFY(viewer->theSplitView()->sizes().value(2) >= 250);
 }
 
 void TestViewController::textIsShownAndCounted_data()
@@ -376,6 +378,7 @@ void TestViewController::everyControlIsNamedAndReached()
         ++controls;
     }
     QVERIFY(controls >= 15);
+    QVERIFY(!viewer->theTextView()->isFindBarEnabled());
 }
 
 void TestViewController::sizesAreRemembered()
@@ -399,7 +402,6 @@ int main(int argc, char** argv)
     QApplication application(argc, argv);
     QCoreApplication::setOrganizationName(QStringLiteral("Tarnwick"));
     QCoreApplication::setApplicationName(QStringLiteral("tst_ViewController"));
-    QSettings().clear();
     TestViewController test;
     return QTest::qExec(&test, argc, argv);
 }

@@ -2,7 +2,8 @@
 """pair.py NAME RUNS -- OURS... -- PEER...: runs two commands in turns, the first round unmeasured.
 
 Prints the medians of their times on the clock and of the processor, the ratios, and the peak memory
-of each. What they print is thrown away.
+of each. What they print is thrown away. Processor times and memory are those of the commands'
+first processes: an engine process of ours is in the clock's time only.
 """
 import os
 import statistics

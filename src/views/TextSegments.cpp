@@ -13,9 +13,11 @@
 
 namespace {
 
-// Without wrapping every visible line shows a segment, with it a few segments fill the window.
-constexpr qsizetype unwrappedSize = 1024;
-constexpr qsizetype wrappedSize = 8192;
+// Without wrapping every visible line may show a segment or two, so they are just wider than a
+// large window. With it a few segments fill the window; each begins a row, so they should not be
+// small.
+constexpr qsizetype unwrappedSize = 512;
+constexpr qsizetype wrappedSize = 4096;
 /// More than a segment of tabs at the largest zoom takes, less than layouts can count.
 constexpr qreal unlimitedWidth = 4'000'000;
 /// How far before its usual place a cut may be moved, in units.
@@ -38,6 +40,14 @@ qsizetype bestCut(const QString& text, qsizetype middle)
         return before;
     // A character with more marks than the window holds is cut, but no surrogate pair is.
     return text.at(middle).isLowSurrogate() && middle > 1 ? middle - 1 : middle;
+}
+
+qreal usualWidth(const QFontMetricsF& metrics, const QFont& font)
+{
+    // Advances are rounded to pixels only when a text is laid out.
+    constexpr int sample = 64;
+    return QFontInfo(font).fixedPitch() ? metrics.horizontalAdvance(QString(sample, u'0')) / sample
+                                        : metrics.averageCharWidth();
 }
 
 } // namespace
@@ -76,12 +86,9 @@ void TextSegments::setStyle(const Style& style)
         = style.device ? QFontMetricsF(style.font, style.device) : QFontMetricsF(style.font);
     theRowHeight = std::max(1.0, std::ceil(metrics.lineSpacing()));
     theBaseline = std::round(metrics.ascent() + metrics.leading() / 2);
-    // Advances are rounded to pixels only when a text is laid out.
-    constexpr int sample = 64;
-    theCharacterWidth = std::max(1.0,
-        QFontInfo(style.font).fixedPitch()
-            ? metrics.horizontalAdvance(QString(sample, u'0')) / sample
-            : metrics.averageCharWidth());
+    theCharacterWidth = std::max(1.0, usualWidth(metrics, style.font));
+    // The layout scales tabs, and nothing else, from the screen to the device itself.
+    theTabWidth = 8 * std::max(1.0, usualWidth(QFontMetricsF(style.font), style.font));
 }
 
 qsizetype TextSegments::segmentSize() const
@@ -143,7 +150,7 @@ void TextSegments::layOut(TextSegment& segment) const
     QTextOption option;
     option.setWrapMode(
         isWrapped() ? QTextOption::WrapAtWordBoundaryOrAnywhere : QTextOption::NoWrap);
-    option.setTabStopDistance(8 * theCharacterWidth);
+    option.setTabStopDistance(theTabWidth);
     QTextLayout& layout = segment.layout;
     layout.setTextOption(option);
     layout.setCacheEnabled(true);

@@ -88,6 +88,7 @@ private:
     qreal theRowHeight = 1;
     qreal theBaseline = 0;
     qreal theCharacterWidth = 1;
+    qreal theTabWidth = 8;
 
     using Key = std::pair<qsizetype, qsizetype>;
     /// Layouts take about 40 bytes per unit.

@@ -36,11 +36,13 @@ qreal TextViewLayout::usualSegmentWidth() const
     return static_cast<qreal>(theSegments.segmentSize()) * characterWidth();
 }
 
+/// Of a line of several segments, by its length: laying out its end as well would double the work
+/// for a window full of long lines.
 qreal TextViewLayout::unwrappedWidth(qsizetype line) const
 {
-    const qsizetype count = theSegments.count(line);
-    const qreal last = theSegments.segment(line, count - 1)->width;
-    return static_cast<qreal>(count - 1) * usualSegmentWidth() + last;
+    if (theSegments.count(line) == 1)
+        return theSegments.segment(line, 0)->width;
+    return static_cast<qreal>(storage().lineLength(line)) * characterWidth();
 }
 
 void TextViewLayout::visitUnwrapped(qsizetype line, qreal y, const SegmentVisitor& visit) const
@@ -60,8 +62,11 @@ void TextViewLayout::visitUnwrapped(qsizetype line, qreal y, const SegmentVisito
     while (x < theSize.width()) {
         visit(*segment, {x, y});
         x += segment->width;
-        if (++index == count)
+        if (++index == count) {
+            // The end shows: from here on its true width counts, so that all of it can be reached.
+            theWidest = std::max(theWidest, x + theLeft - margin);
             break;
+        }
         segment = theSegments.segment(line, index);
     }
 }

@@ -88,6 +88,9 @@ void TestTextPrinter::everyLineIsPrintedOnce()
     QVERIFY(pages.size() > 3);
     QCOMPARE(pages.join(u' '), lines.join(u' '));
     QCOMPARE(print(std::make_shared<PlainTextStorage>()).size(), 1);
+    print(std::make_shared<PlainTextStorage>(u"a\tb"_s));
+    const QByteArray tabbed = run(u"pdftotext"_s, {u"-layout"_s, file(), u"-"_s}).trimmed();
+    QVERIFY(tabbed.startsWith('a') && tabbed.endsWith('b') && !tabbed.contains('\n'));
 }
 
 void TestTextPrinter::printsTheChosenPages()

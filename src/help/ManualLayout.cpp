@@ -93,6 +93,12 @@ double ManualLayout::points(double deviceUnits) const
     return deviceUnits * 72.0 / theDevice.resolution();
 }
 
+/// A length in pixels, as left margins take it: a layout scales the other margins to its device.
+double ManualLayout::deviceLength(double pixels) const
+{
+    return pixels / pixelsPerPoint * theDevice.resolution() / 72.0;
+}
+
 void ManualLayout::readPictures(const QString& folder)
 {
     const double widest = points(theDocument.pageSize().width()) * pixelsPerPoint;
@@ -150,7 +156,7 @@ void ManualLayout::styleListing(const QTextBlock& block)
 {
     QTextBlockFormat format = block.blockFormat();
     format.setBackground(shade);
-    format.setLeftMargin(8);
+    format.setLeftMargin(deviceLength(8));
     format.setTopMargin(0);
     format.setBottomMargin(isCode(block.next()) ? 0 : 9);
     QTextCursor(block).setBlockFormat(format);
@@ -229,13 +235,13 @@ void ManualLayout::addContents()
         if (heading.level < 2)
             continue;
         QTextBlockFormat format;
-        format.setLeftMargin(heading.level == 2 ? 0 : 18);
+        const double indent = heading.level == 2 ? 0 : 18;
+        format.setLeftMargin(deviceLength(indent));
         format.setTopMargin(heading.level == 2 ? 5 : 1);
         format.setProperty(QTextFormat::UserProperty, true); // a line of the contents
         QTextOption::Tab tab;
         tab.type = QTextOption::RightTab;
-        tab.position
-            = points(theDocument.pageSize().width()) * pixelsPerPoint - format.leftMargin();
+        tab.position = points(theDocument.pageSize().width()) * pixelsPerPoint - indent;
         format.setTabPositions({tab});
         QTextCharFormat text;
         text.setFontPointSize(bodySize);

@@ -50,7 +50,7 @@ private:
     void readPictures(const QString& folder);
     void styleBlocks();
     void styleHeading(const QTextBlock& block);
-    static void styleListing(const QTextBlock& block);
+    void styleListing(const QTextBlock& block);
     static void styleParagraph(const QTextBlock& block);
     static void styleCode(const QTextBlock& block);
     void styleTables();
@@ -66,6 +66,7 @@ private:
     void addLink(const Link& link);
     std::optional<PdfPlace> targetPlace(const QString& target) const;
     double points(double deviceUnits) const;
+    double deviceLength(double pixels) const;
 
     QPdfWriter& theDevice;
     QTextDocument theDocument;

@@ -22,6 +22,7 @@ namespace {
 
 constexpr qsizetype thumbnailLimit = 32 * 1024 * 1024; ///< bytes
 constexpr int farThumbnails = 200; ///< beyond those that show
+constexpr int patience = 10'000; ///< milliseconds for a thumbnail
 constexpr int gap = 10;
 constexpr int frame = 4; ///< between a thumbnail and the frame of the current page
 constexpr double smallestSide = 16;
@@ -36,6 +37,7 @@ public:
         : q(strip)
         , theTiles(thumbnailLimit, farThumbnails, this)
     {
+        theTiles.setPatience(patience);
         theWantTimer.setSingleShot(true);
         connect(&theWantTimer, &QTimer::timeout, this, [this] { wantTiles(); });
         connect(&theTiles, &TileLoader::pageChanged, q->viewport(), qOverload<>(&QWidget::update));
@@ -99,14 +101,19 @@ PDFThumbnailView::~PDFThumbnailView() = default;
 
 void PDFThumbnailView::setPDFView(PDFView* view)
 {
-    if (d->theView)
+    if (d->theView) {
         d->theView->disconnect(d.get());
+        d->theView->disconnect(&d->theTiles);
+    }
     d->theView = view;
     if (view) {
         connect(view, &PDFView::documentChanged, d.get(), [this] { d->takeDocument(); });
         connect(view, &PDFView::currentPageChanged, d.get(), [this] { d->revealCurrent(); });
+        // Pages are read, thumbnails only looked at: those come when the page is there.
+        connect(view, &PDFView::drawingChanged, &d->theTiles, &TileLoader::setPaused);
         connect(view, &QObject::destroyed, d.get(), [this] { d->takeDocument(); });
     }
+    d->theTiles.setPaused(view && view->isDrawing());
     d->takeDocument();
 }
 

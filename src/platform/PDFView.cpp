@@ -27,6 +27,7 @@ PDFView::Private::Private(PDFView* view)
         q->viewport()->update();
         wantSoon();
     });
+    connect(&theTiles, &TileLoader::busyChanged, q, &PDFView::drawingChanged);
     connect(&theDetails, &PageDetails::pageChanged, this, [this] {
         q->viewport()->update();
         if (theRevealWaits)
@@ -352,4 +353,9 @@ qsizetype PDFView::characterAt(const QPoint& point) const
 qsizetype PDFView::tileBytes() const
 {
     return d->theTiles.cache().bytes();
+}
+
+bool PDFView::isDrawing() const
+{
+    return d->theTiles.isBusy();
 }

@@ -82,6 +82,9 @@ public:
     qsizetype tileBytes() const;
     static constexpr qsizetype tileLimit = 128 * 1024 * 1024;
 
+    /// Whether page images are on their way; what is less urgent waits meanwhile.
+    bool isDrawing() const;
+
     /// Opens a link's target as clicking it does: pages at once, web and mail addresses after the
     /// user has seen the address and said yes, files and programs never.
     void followLink(const PDFLink& link);
@@ -110,6 +113,7 @@ signals:
     void scaleFactorChanged(double factor);
     void selectionChanged();
     void historyChanged();
+    void drawingChanged(bool isDrawing);
     /// The document shown changed, or its page sizes did.
     void documentChanged();
 

@@ -10,6 +10,7 @@ namespace {
 
 constexpr std::size_t requestsAtATime = 3;
 constexpr int patience = 1000; ///< milliseconds that an unwanted request may still take
+constexpr int mostAttempts = 3; ///< at a page that keeps others waiting
 
 } // namespace
 
@@ -21,6 +22,7 @@ TileLoader::TileLoader(qsizetype limit, int reach, QObject* parent)
     theStaleTimer.setSingleShot(true);
     connect(&theStaleTimer, &QTimer::timeout, this, [this] {
         cancelStale();
+        cancelSlow();
         startMore();
     });
 }
@@ -31,6 +33,7 @@ void TileLoader::setDocument(PDFDocument* document)
 {
     clear();
     theFailures.clear();
+    theGivenUp.clear();
     theDocument = document;
 }
 
@@ -52,6 +55,42 @@ void TileLoader::want(
     theCache.setFocus(pages, rotation, scale, theReach);
     cancelStale();
     startMore();
+}
+
+void TileLoader::setPaused(bool paused)
+{
+    isPaused = paused;
+    if (paused && isBusy())
+        theStaleTimer.start(patience);
+    startMore();
+}
+
+/// Gives up what keeps a prior loader waiting, or has taken longer than a loader's own patience. A
+/// page is tried a few times: it may only have waited for another itself.
+void TileLoader::cancelSlow()
+{
+    if (theRunning.empty() || (!isPaused && thePatience == 0))
+        return;
+    const Running running = theRunning.front();
+    const int limit = isPaused ? patience : thePatience;
+    if (running.age.elapsed() < limit)
+        return theStaleTimer.start(static_cast<int>(limit - running.age.elapsed()) + 1);
+    theRunning.erase(theRunning.begin());
+    running.request->cancel();
+    running.request->deleteLater();
+    const int attempts = ++theGivenUp[running.key.page];
+    if (attempts >= mostAttempts || !isPaused) {
+        theFailures.insert(running.key.page, PDFFailure::isTimedOut);
+        theWanted.removeOne(running.key);
+        emit pageChanged(running.key.page);
+    }
+    tellBusy();
+}
+
+void TileLoader::tellBusy()
+{
+    if (std::exchange(theToldBusy, isBusy()) != isBusy())
+        emit busyChanged(isBusy());
 }
 
 bool TileLoader::isRunning(const TileKey& key) const
@@ -82,16 +121,19 @@ void TileLoader::cancelStale()
     }
     if (someAreLeft && !theStaleTimer.isActive())
         theStaleTimer.start(patience);
+    tellBusy();
 }
 
 void TileLoader::startMore()
 {
-    if (!theDocument)
-        return;
+    if (!theDocument || isPaused)
+        return tellBusy();
+    // With patience of its own, one at a time: so a request's age is the time that it takes.
+    const std::size_t most = thePatience > 0 ? 1 : requestsAtATime;
     // The engine serves the latest first: what is asked for in one go is asked for from behind.
     QList<TileKey> next;
     for (const TileKey& key : std::as_const(theWanted)) {
-        if (theRunning.size() + static_cast<std::size_t>(next.size()) >= requestsAtATime)
+        if (theRunning.size() + static_cast<std::size_t>(next.size()) >= most)
             break;
         if (!isRunning(key) && !theFailures.contains(key.page))
             next.append(key);
@@ -99,6 +141,9 @@ void TileLoader::startMore()
     std::reverse(next.begin(), next.end());
     for (const TileKey& key : std::as_const(next))
         start(key);
+    if (thePatience > 0 && isBusy() && !theStaleTimer.isActive())
+        theStaleTimer.start(thePatience);
+    tellBusy();
 }
 
 void TileLoader::start(const TileKey& key)
@@ -121,10 +166,13 @@ void TileLoader::take(const TileKey& key)
     PDFTileRequest* const request = place->request;
     theRunning.erase(place);
     theWanted.removeOne(key);
-    if (request->succeeded())
+    if (request->succeeded()) {
         theCache.insert(key, request->image());
-    else
+    } else {
         theFailures.insert(key.page, request->failure());
+        // Its other tiles would take the engine just as long to fail.
+        cancelPage(key.page);
+    }
     request->deleteLater();
     cancelStale();
     startMore();
@@ -139,6 +187,12 @@ PDFFailure TileLoader::failure(int page) const
 void TileLoader::dropPage(int page)
 {
     theCache.dropPage(page);
+    cancelPage(page);
+    tellBusy();
+}
+
+void TileLoader::cancelPage(int page)
+{
     theWanted.removeIf([page](const TileKey& key) { return key.page == page; });
     std::erase_if(theRunning, [page](const Running& running) {
         if (running.key.page != page)
@@ -157,4 +211,5 @@ void TileLoader::clear()
         running.request->cancel();
         running.request->deleteLater();
     }
+    tellBusy();
 }

@@ -43,6 +43,15 @@ public:
     void want(const QList<TileKey>& keys, const PageGeometry::PageRange& pages, int rotation,
         double scale);
 
+    /// Lets another loader of the same document come first: while paused, nothing new is asked for,
+    /// and what has been under way for a second is given up, to be tried again later.
+    void setPaused(bool paused);
+    /// Whether something is under way.
+    bool isBusy() const { return !theRunning.empty(); }
+    /// Gives up pages that take longer than this while nothing else waits; for images that are no
+    /// reason to keep the engine. Without it the engine's own limit holds.
+    void setPatience(int milliseconds) { thePatience = milliseconds; }
+
     const TileCache& cache() const { return theCache; }
     /// Why a page could not be drawn; isNone for every other page.
     PDFFailure failure(int page) const;
@@ -54,6 +63,8 @@ public:
 signals:
     /// A tile of the page has come, or it has become known that it cannot be drawn.
     void pageChanged(int page);
+    /// isBusy() has changed.
+    void busyChanged(bool isBusy);
 
 private:
     struct Running
@@ -69,6 +80,9 @@ private:
     void start(const TileKey& key);
     void take(const TileKey& key);
     void cancelStale();
+    void cancelSlow();
+    void cancelPage(int page);
+    void tellBusy();
 
     QPointer<PDFDocument> theDocument;
     TileCache theCache;
@@ -76,5 +90,9 @@ private:
     QList<TileKey> theWanted;
     std::vector<Running> theRunning;
     QHash<int, PDFFailure> theFailures;
+    QHash<int, int> theGivenUp; ///< how often a page has been given up for taking long
+    int thePatience = 0; ///< milliseconds; 0 for none of its own
+    bool isPaused = false;
+    bool theToldBusy = false;
     QTimer theStaleTimer;
 };

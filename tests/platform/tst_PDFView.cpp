@@ -89,6 +89,7 @@ private slots:
     void readsThePageAloud();
     void survivesItsDocument();
     void thumbnailsFollowAndLead();
+    void thumbnailsComeAfterThePage();
     void printsBands();
 };
 
@@ -350,6 +351,27 @@ void TestPDFView::thumbnailsFollowAndLead()
     QCOMPARE(strip.thumbnailSize(), QSizeF(16, 1024));
     strip.setPDFView(nullptr);
     QVERIFY(strip.pageRect(9).isNull());
+}
+
+void TestPDFView::thumbnailsComeAfterThePage()
+{
+    Shown shown(PdfBuilder().addDrawing("1 0 0 rg 0 0 612 792 re f").bytes());
+    PDFThumbnailView strip;
+    strip.setPDFView(&shown.view);
+    strip.show();
+    const auto engine = static_cast<pid_t>(shown.document.engineProcessIds().first());
+    ::kill(engine, SIGSTOP);
+    shown.view.setScaleFactor(3);
+    QTRY_VERIFY(shown.view.isDrawing());
+    QTest::qWait(1300); // longer than a thumbnail may keep the page waiting
+    ::kill(engine, SIGCONT);
+    const auto paper = [&] {
+        const QPoint middle = strip.pageRect(0).center();
+        return strip.viewport()->grab().toImage().pixelColor(middle);
+    };
+    QTRY_VERIFY(!shown.view.isDrawing());
+    QTRY_COMPARE(paper(), QColor(Qt::red));
+    QCOMPARE(colourAt(shown.view, {200, 200}), QColor(Qt::red));
 }
 
 void TestPDFView::printsBands()

@@ -11,9 +11,8 @@
 /// Lines end at U+000A to U+000D, U+0085 and, in strings, U+2028 and U+2029. CR LF is one line end
 /// here: a file written with it does not show an empty line after every line.
 ///
-/// Making one reads the whole text once (1 GB of bytes in short lines: 0.8 s) and may be done in any
-/// thread.
-/// Besides the text itself it takes about half a byte per line.
+/// Making one reads the whole text once (1 GB of bytes in short lines: 0.8 s) and may be done in
+/// any thread. Besides the text itself it takes about half a byte per line.
 class PlainTextStorage : public TextStorage
 {
 public:

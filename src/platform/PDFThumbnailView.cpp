@@ -111,7 +111,10 @@ void PDFThumbnailView::setPDFView(PDFView* view)
         connect(view, &PDFView::currentPageChanged, d.get(), [this] { d->revealCurrent(); });
         // Pages are read, thumbnails only looked at: those come when the page is there.
         connect(view, &PDFView::drawingChanged, &d->theTiles, &TileLoader::setPaused);
-        connect(view, &QObject::destroyed, d.get(), [this] { d->takeDocument(); });
+        connect(view, &QObject::destroyed, d.get(), [this] {
+            d->theView.clear(); // it is half gone already
+            d->takeDocument();
+        });
     }
     d->theTiles.setPaused(view && view->isDrawing());
     d->takeDocument();

@@ -88,6 +88,7 @@ private slots:
     void refusesProgramsBehindLinks();
     void readsThePageAloud();
     void survivesItsDocument();
+    void thumbnailsOutliveTheirView();
     void thumbnailsFollowAndLead();
     void thumbnailsComeAfterThePage();
     void printsBands();
@@ -326,6 +327,18 @@ void TestPDFView::survivesItsDocument()
     QTest::keyClick(&strip, Qt::Key_Down);
     QVERIFY(!view.validateCommand(QStringLiteral("print")));
     QVERIFY(!view.grab().isNull() && !strip.grab().isNull());
+}
+
+void TestPDFView::thumbnailsOutliveTheirView()
+{
+    PDFThumbnailView strip;
+    {
+        Shown shown(tenPages());
+        strip.setPDFView(&shown.view);
+        strip.show();
+    }
+    QVERIFY(!strip.pdfView());
+    QCOMPARE(strip.verticalScrollBar()->maximum(), 0);
 }
 
 void TestPDFView::thumbnailsFollowAndLead()

@@ -75,8 +75,8 @@ void Document::showNewWindow(const QString& identifier)
 
 ExportSource Document::exportSource() const
 {
-    return { fileURL().toLocalFile(), displayName(), theBytes, theRenderedDocument.get(),
-        theText.get(), windowForSheet() };
+    return {fileURL().toLocalFile(), displayName(), theBytes, theRenderedDocument.get(),
+        theText.get(), windowForSheet()};
 }
 
 void Document::exportPDFversions()

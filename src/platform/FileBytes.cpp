@@ -96,7 +96,7 @@ public:
         ::close(theDescriptor);
     }
     int descriptor() const { return theDescriptor; }
-    std::string_view view() const { return { static_cast<const char*>(theAddress), theSize }; }
+    std::string_view view() const { return {static_cast<const char*>(theAddress), theSize}; }
 
 private:
     int theDescriptor;

@@ -11,7 +11,7 @@ class QWidget;
 ///
 /// The application registers a factory for each identifier at start; a document then asks for the
 /// window that shows it. Identifiers are listed in WindowIdentifiers below.
-template <class Subject> class WindowRegistry
+template<class Subject> class WindowRegistry
 {
 public:
     /// @param subject what the window shows, borrowed for the window's life.

@@ -29,6 +29,6 @@ public:
     /// A line, or a stretch of it: at most count UTF-16 units from the unit at position on. Lines
     /// can be a gigabyte long, so views ask for the stretch that they need.
     /// Precondition: 0 <= index < lineCount(), 0 <= position <= lineLength(index).
-    virtual TextLine line(qsizetype index, qsizetype position = 0,
-                          qsizetype count = 1'000'000) const = 0;
+    virtual TextLine line(
+        qsizetype index, qsizetype position = 0, qsizetype count = 1'000'000) const = 0;
 };

@@ -34,7 +34,7 @@ std::vector<ColouredText> piecesOf(const StyledText& text)
 {
     std::vector<ColouredText> pieces;
     text.forEachPiece([&](ColourRole role, std::u16string_view characters) {
-        pieces.push_back({ letter(role), std::u16string(characters) });
+        pieces.push_back({letter(role), std::u16string(characters)});
     });
     return pieces;
 }
@@ -53,12 +53,12 @@ SharedBytes placed(const std::string& bytes, bool amidOthers)
 {
     if (!amidOthers) {
         auto exact = std::make_shared<std::vector<char>>(bytes.begin(), bytes.end());
-        return { { exact->data(), exact->size() }, exact };
+        return {{exact->data(), exact->size()}, exact};
     }
     const std::size_t before = bytes.size() % 67;
     auto whole
         = std::make_shared<std::string>(std::string(before, 'e') + bytes + "obj\nendstream\n");
-    return { std::string_view(*whole).substr(before, bytes.size()), whole };
+    return {std::string_view(*whole).substr(before, bytes.size()), whole};
 }
 
 std::string firstDifference(const char* what, const std::vector<ColouredText>& actual,
@@ -70,7 +70,7 @@ std::string firstDifference(const char* what, const std::vector<ColouredText>& a
     while (index < std::min(actual.size(), expected.size()) && actual[index] == expected[index])
         ++index;
     const auto at = [index](const std::vector<ColouredText>& pieces) {
-        return index < pieces.size() ? shown({ pieces[index] }).substr(0, 300) : "(no piece)"s;
+        return index < pieces.size() ? shown({pieces[index]}).substr(0, 300) : "(no piece)"s;
     };
     return what + " piece "s + std::to_string(index) + ": got " + at(actual) + ", expected "
         + at(expected);
@@ -79,11 +79,11 @@ std::string firstDifference(const char* what, const std::vector<ColouredText>& a
 /// The text's lines, each with the role of its first character; asked for in two stretches.
 std::string lineDifference(const StyledText& text, const std::vector<ColouredText>& pieces)
 {
-    std::vector<ColouredText> expected{ { ' ', u"" } };
+    std::vector<ColouredText> expected{{' ', u""}};
     for (const ColouredText& piece : pieces) {
         for (const char16_t character : piece.text) {
             if (character == u'\n') {
-                expected.push_back({ ' ', u"" });
+                expected.push_back({' ', u""});
                 continue;
             }
             expected.back().role = piece.role;
@@ -94,14 +94,14 @@ std::string lineDifference(const StyledText& text, const std::vector<ColouredTex
         return "lines: " + std::to_string(text.lineCount()) + ", expected "
             + std::to_string(expected.size());
     for (std::size_t index = 0; index < expected.size(); ++index) {
-        ColouredText line{ ' ', u"" };
+        ColouredText line{' ', u""};
         const std::size_t length = text.lineLength(index);
         text.appendLine(index, 0, length / 3, line.text);
         const ColourRole role = text.appendLine(index, length / 3, length, line.text);
         line.role = line.text.empty() ? ' ' : letter(role);
         if (length != expected[index].text.size() || line != expected[index])
-            return "line " + std::to_string(index) + ": got " + shown({ line }).substr(0, 300)
-                + ", expected " + shown({ expected[index] }).substr(0, 300);
+            return "line " + std::to_string(index) + ": got " + shown({line}).substr(0, 300)
+                + ", expected " + shown({expected[index]}).substr(0, 300);
     }
     return {};
 }
@@ -363,8 +363,8 @@ void TestAgainstPlainAnalysis::agreesOnRandomTexts()
 void TestAgainstPlainAnalysis::agreesWhereKeywordsStand_data()
 {
     QTest::addColumn<std::string>("keyword");
-    for (const char* keyword : { "endstream", "stream", "endobj", "obj", "%%EOF", "startxref",
-             "xref", "trailer", "/XML", "/FlateDecode /XML", "\n", "\xA0" })
+    for (const char* keyword : {"endstream", "stream", "endobj", "obj", "%%EOF", "startxref",
+             "xref", "trailer", "/XML", "/FlateDecode /XML", "\n", "\xA0"})
         QTest::newRow(keyword) << std::string(keyword);
 }
 
@@ -374,8 +374,8 @@ void TestAgainstPlainAnalysis::agreesWhereKeywordsStand()
 {
     QFETCH(std::string, keyword);
     for (std::size_t before = 0; before < 70; ++before)
-        for (const char filler : { keyword.front(), keyword.back(), 'x' })
-            for (const char* start : { "", "1 0 obj\nstream\n", "1 0 obj\n/XML\n" }) {
+        for (const char filler : {keyword.front(), keyword.back(), 'x'})
+            for (const char* start : {"", "1 0 obj\nstream\n", "1 0 obj\n/XML\n"}) {
                 const std::string text = start + std::string(before, filler) + keyword
                     + std::string(before % 5, filler) + "\ny\nendstream\nendobj\nstartxref";
                 QVERIFY(agrees(text, "offset " + std::to_string(before)));
@@ -393,7 +393,7 @@ void TestAgainstPlainAnalysis::agreesOnCorpus()
         if (entry.path().extension() != ".pdf")
             continue;
         std::ifstream file(entry.path(), std::ios::binary);
-        const std::string bytes{ std::istreambuf_iterator<char>(file), {} };
+        const std::string bytes{std::istreambuf_iterator<char>(file), {}};
         const std::string difference = differences(bytes);
         QVERIFY2(difference.empty(), (entry.path().string() + ": " + difference).c_str());
         ++count;

@@ -134,9 +134,8 @@ Reference referenceIn(const std::string& piece, std::int64_t version)
 {
     const Lines tokens = cutAtEvery(" ", piece);
     if (tokens.size() < 4)
-        return { 0, 0, 0 };
-    return { decimalInteger(tokens[1]).value_or(0), decimalInteger(tokens[2]).value_or(0),
-        version };
+        return {0, 0, 0};
+    return {decimalInteger(tokens[1]).value_or(0), decimalInteger(tokens[2]).value_or(0), version};
 }
 
 std::int64_t countIn(const std::string& piece)
@@ -162,7 +161,7 @@ void readKids(Record& record, const std::string& piece)
                 hasFirst = true;
             }
         } else if (holds(token, "R")) {
-            record.children.push_back({ first, second, record.version });
+            record.children.push_back({first, second, record.version});
             first = second = 0;
             hasFirst = false;
         } else if (holds(token, "]")) {
@@ -250,31 +249,31 @@ ColouredText described(const Record& record)
         = std::to_string(record.number) + ' ' + std::to_string(record.generation) + ' ' + version;
     switch (record.kind) {
     case Kind::catalog:
-        return { 'r',
+        return {'r',
             wide(head + " Catalog" + shownLink(record, "Pages") + shownLink(record, "Metadata")
-                + shownLink(record, "Names") + '\n') };
+                + shownLink(record, "Names") + '\n')};
     case Kind::pages:
-        return { 'g',
+        return {'g',
             wide(head + " Pages" + shownLink(record, "Parent") + ", Page count "
-                + std::to_string(record.pageCount) + ", Kids " + shownKids(record) + '\n') };
+                + std::to_string(record.pageCount) + ", Kids " + shownKids(record) + '\n')};
     case Kind::page:
-        return { 'd',
+        return {'d',
             wide(head + " Page" + shownLink(record, "Parent") + shownLink(record, "Content")
-                + '\n') };
+                + '\n')};
     case Kind::info:
-        return { 'g', wide(head + " Info " + record.text + '\n') };
+        return {'g', wide(head + " Info " + record.text + '\n')};
     case Kind::names:
-        return { 'g', wide(head + " Names " + record.text + '\n') };
+        return {'g', wide(head + " Names " + record.text + '\n')};
     case Kind::trailer:
-        return { 'r',
+        return {'r',
             wide("Trailer " + version + ' ' + shownLink(record, "Root") + shownLink(record, "Info")
-                + ", Size " + std::to_string(record.size) + '\n') };
+                + ", Size " + std::to_string(record.size) + '\n')};
     case Kind::plain:
         break;
     }
     if (record.text.size() < 121)
-        return { 'b', wide(head + ' ' + record.text + '\n') };
-    return { 'b', wide(head + ' ' + record.text.substr(0, 120)) + u"\u2026\n" };
+        return {'b', wide(head + ' ' + record.text + '\n')};
+    return {'b', wide(head + ' ' + record.text.substr(0, 120)) + u"\u2026\n"};
 }
 
 /// The twelve steps of the scan, one line after the other.
@@ -287,8 +286,8 @@ public:
             if (!inXml) {
                 if (streamLength > 0)
                     --streamLength;
-                pieces.push_back({ 'b',
-                    u"[\u2026stream length " + wide(std::to_string(streamLength)) + u"\u2026]\n" });
+                pieces.push_back({'b',
+                    u"[\u2026stream length " + wide(std::to_string(streamLength)) + u"\u2026]\n"});
             }
             inStream = inXml = false;
         } else if (holds(line, "stream") && !holds(line, "/XML")) {
@@ -312,7 +311,7 @@ private:
             addRecord();
         } else if (holds(line, "obj")) {
             append('d', line + '\n');
-            current = { line };
+            current = {line};
         } else if (holds(line, "%%EOF")) {
             append('r', line + "\n\n");
             ++version;
@@ -323,7 +322,7 @@ private:
             append('d', '\n' + line + '\n');
         } else if (holds(line, "trailer")) {
             append('d', '\n' + line + '\n');
-            current = { "8000001 0 obj" };
+            current = {"8000001 0 obj"};
         } else {
             append('g', line + '\n');
             current.push_back(line);
@@ -332,7 +331,7 @@ private:
         }
     }
 
-    void append(char role, const std::string& text) { pieces.push_back({ role, wide(text) }); }
+    void append(char role, const std::string& text) { pieces.push_back({role, wide(text)}); }
 
     void addRecord()
     {

@@ -8,28 +8,28 @@ namespace {
 
 using namespace std::string_literals;
 
-const std::array keywords{ "endstream"s, "stream"s, "endobj"s, "obj"s, "%%EOF"s, "startxref"s,
+const std::array keywords{"endstream"s, "stream"s, "endobj"s, "obj"s, "%%EOF"s, "startxref"s,
     "xref"s, "trailer"s, "/XML"s, "/FlateDecode"s, "/Type"s, "/Catalog"s, "/Pages"s, "/Page"s,
     "/Info"s, "/Names"s, "/Kids"s, "/Parent"s, "/Count"s, "/Contents"s, "/Metadata"s, "/Root"s,
-    "/Size"s, "["s, "]"s, "R"s, "<<"s, ">>"s, "/"s };
+    "/Size"s, "["s, "]"s, "R"s, "<<"s, ">>"s, "/"s};
 
-const std::array nearlyKeywords{ "bj"s, "ob"s, "endob"s, "ndobj"s, "endstrea"s, "tream"s, "end"s,
+const std::array nearlyKeywords{"bj"s, "ob"s, "endob"s, "ndobj"s, "endstrea"s, "tream"s, "end"s,
     "s"s, "strea"s, "sstream"s, "enendobj"s, "oobj"s, "%%EO"s, "%EOF"s, "%%%EOF"s, "%%eof"s,
     "startxre"s, "xre"s, "xxref"s, "traile"s, "rtrailer"s, "/XM"s, "/xml"s, "/FlateDecod"s, "/Typ"s,
     "/TypeX"s, "/Cat"s, "Pages"s, "Page"s, "Kids"s, "Kid"s, "StructParents"s, "Content"s, "[R"s,
-    "R]"s, "R>>"s, "]["s, "[["s, "[ "s, "OBJ"s, "Names"s, "Infos"s, "Sized"s, "Roots"s, "Counts"s };
+    "R]"s, "R>>"s, "]["s, "[["s, "[ "s, "OBJ"s, "Names"s, "Infos"s, "Sized"s, "Roots"s, "Counts"s};
 
-const std::array numbers{ "0"s, "1"s, "2"s, "3"s, "12"s, "007"s, "+5"s, "-3"s, "-0"s, "+0"s, "+"s,
+const std::array numbers{"0"s, "1"s, "2"s, "3"s, "12"s, "007"s, "+5"s, "-3"s, "-0"s, "+0"s, "+"s,
     "-"s, "--1"s, "+-1"s, "1.5"s, "1e3"s, "0x1"s, "9223372036854775807"s, "9223372036854775808"s,
     "-9223372036854775808"s, "-9223372036854775809"s, "+9223372036854775807"s,
     "00000000000000000000000000012"s, "99999999999999999999"s, "8000000"s, "8000001"s, "9000000"s,
-    "18446744073709551617"s, "[3"s, "[-1"s, "3]"s, "2>>"s };
+    "18446744073709551617"s, "[3"s, "[-1"s, "3]"s, "2>>"s};
 
-const std::array lineEnds{ "\n"s, "\n"s, "\n"s, "\r\n"s, "\r"s, "\v"s, "\f"s, "\x85"s, "\n\n"s };
+const std::array lineEnds{"\n"s, "\n"s, "\n"s, "\r\n"s, "\r"s, "\v"s, "\f"s, "\x85"s, "\n\n"s};
 
-const std::array spaces{ " "s, " "s, " "s, "  "s, "\t"s, "\xA0"s, "\0"s, " \xA0\t "s, "\x1C"s };
+const std::array spaces{" "s, " "s, " "s, "  "s, "\t"s, "\xA0"s, "\0"s, " \xA0\t "s, "\x1C"s};
 
-const std::array lines{ "12 0 obj"s, "1 0 obj"s, "2 1 obj"s, "-3 0 obj"s, "8000001 0 obj"s,
+const std::array lines{"12 0 obj"s, "1 0 obj"s, "2 1 obj"s, "-3 0 obj"s, "8000001 0 obj"s,
     "5 0 obj<</Type/Page/Parent 3 0 R>>"s, "7  0 obj"s, "x 0 obj"s, "obj"s, "endobj"s, "endobj"s,
     "endobj 4 0 obj"s, "stream"s, "endstream"s, "endstream endobj"s, "<</Length 5>>stream"s,
     "<</Subtype/XML>>"s, "<</Type/Metadata/Subtype/XML/Length 9>>"s,
@@ -43,10 +43,10 @@ const std::array lines{ "12 0 obj"s, "1 0 obj"s, "2 1 obj"s, "-3 0 obj"s, "80000
     "/Kids ["s, "3 0 R"s, "4 0 R ]"s, "/Count 5 0 R"s, "<< /Type /Page /Parent 2 0 R"s,
     "/Contents 4 0 R /StructParents 0 >>"s, "/Contents [4 0 R 5 0 R]"s, "/Type /Names"s,
     "/Type /Annot /Info 7 0 R"s, "/Type"s, "/Catalog"s, "/Subject (an object)"s, ""s, " "s,
-    "\t\xA0"s };
+    "\t\xA0"s};
 
 /// Word, block and page sizes: where a scan in blocks changes over.
-const std::array<std::size_t, 6> blockSizes{ 8, 16, 32, 64, 128, 4096 };
+const std::array<std::size_t, 6> blockSizes{8, 16, 32, 64, 128, 4096};
 
 class Maker
 {
@@ -59,7 +59,7 @@ public:
     std::size_t below(std::size_t limit) { return static_cast<std::size_t>(engine() % limit); }
     bool onceIn(std::size_t times) { return below(times) == 0; }
 
-    template <typename Table> const std::string& of(const Table& table)
+    template<typename Table> const std::string& of(const Table& table)
     {
         return table[below(table.size())];
     }
@@ -68,7 +68,7 @@ public:
     std::string filler()
     {
         const std::size_t size = blockSizes[below(blockSizes.size())] - 6 + below(12);
-        const std::string alphabet = of(std::array{ "s"s, "m"s, "o"s, "e"s, "x"s, "jbo"s, "%"s });
+        const std::string alphabet = of(std::array{"s"s, "m"s, "o"s, "e"s, "x"s, "jbo"s, "%"s});
         std::string text;
         while (text.size() < size)
             text += alphabet[text.size() % alphabet.size()];
@@ -111,7 +111,7 @@ public:
     /// A header, a count, a reference or an array of kids with numbers of every sort.
     std::string numberedLine()
     {
-        static const std::array keys{ "/Count"s, "/Size"s, "/Pages"s, "/Parent"s, "/Root"s };
+        static const std::array keys{"/Count"s, "/Size"s, "/Pages"s, "/Parent"s, "/Root"s};
         std::string text = onceIn(2) ? of(numbers) : of(keys) + ' ' + of(numbers);
         if (onceIn(3))
             text = onceIn(2) ? "/Kids [" : "/Kids [ ";
@@ -137,14 +137,14 @@ public:
 
     std::string object(std::size_t number)
     {
-        static const std::array bodies{ "<< /Type /Catalog /Pages 2 0 R /Metadata 5 0 R >>"s,
+        static const std::array bodies{"<< /Type /Catalog /Pages 2 0 R /Metadata 5 0 R >>"s,
             "<< /Type /Pages\n/Kids [ 3 0 R 4 0 R ]\n/Count 2\n>>"s,
             "<</Type/Page/Parent 2 0 R/Contents 4 0 R>>"s,
             "<< /Length 9 >>\nstream\nBT ET q Q\nendstream"s,
             "<< /Length 9 >>stream\r\nB\r\n\r\nT\r\nendstream"s,
             "<</Type/Metadata/Subtype/XML/Length 20>>\nstream\n<x>\n\n obj </x>\nendstream"s,
             "<</Type/XRef/Size 7/Root 1 0 R/Length 4>>\nstream\n%%EOF\nendstream"s,
-            "<< /Producer (Writer) >>"s, "(text)"s, "<< /Type /Names /Limits [ (a) (b) ] >>"s };
+            "<< /Producer (Writer) >>"s, "(text)"s, "<< /Type /Names /Limits [ (a) (b) ] >>"s};
         return std::to_string(number) + " 0 obj\n" + (onceIn(8) ? filler() : of(bodies))
             + "\nendobj\n";
     }

@@ -161,6 +161,19 @@ void SearchField::placeLabel()
     setTextMargins(isLeftToRight ? 0 : margin, 0, isLeftToRight ? margin : 0, 0);
 }
 
+/// Ctrl+U shows the source, here as everywhere; a line edit would clear itself instead.
+bool SearchField::event(QEvent* event)
+{
+    if (event->type() == QEvent::ShortcutOverride) {
+        const auto* key = static_cast<QKeyEvent*>(event);
+        if (key->key() == Qt::Key_U && key->modifiers() == Qt::ControlModifier) {
+            event->ignore();
+            return false;
+        }
+    }
+    return QLineEdit::event(event);
+}
+
 void SearchField::keyPressEvent(QKeyEvent* event)
 {
     if (event->key() == Qt::Key_Down && event->modifiers() == Qt::NoModifier)

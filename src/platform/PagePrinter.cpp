@@ -4,8 +4,11 @@
 #include "platform/PDFDocument.h"
 #include "platform/PagePrintJob.h"
 #include "platform/PrintSettings.h"
+#include "platform/frame/DocumentWindow.h"
+#include "platform/frame/FrameDocument.h"
 
 #include <QCoreApplication>
+#include <QFileInfo>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPrintDialog>
@@ -76,6 +79,9 @@ public:
 
     void start()
     {
+        if (isOutputTheOpenedFile())
+            return end(translated("The file would replace the one that is open, which is never "
+                                  "written. Choose another name."));
         PrintSettings::applyTo(*thePrinter);
         const QList<int> pages = chosenPages(*thePrinter, theDocument->pageCount());
         if (thePrinter->outputFormat() == QPrinter::NativeFormat && isUnchanged(pages))
@@ -84,6 +90,16 @@ public:
     }
 
 private:
+    /// The print dialog proposes the document's own name in the user's folder.
+    bool isOutputTheOpenedFile() const
+    {
+        const DocumentWindow* const frame = DocumentWindow::of(theProgress.parentWidget());
+        const FrameDocument* const document = frame ? frame->document() : nullptr;
+        const QString output = thePrinter->outputFileName();
+        return document && !output.isEmpty() && document->fileURL().isLocalFile()
+            && QFileInfo(output) == QFileInfo(document->fileURL().toLocalFile());
+    }
+
     /// Whether the file itself prints as it is: all of it, no page over two sheets.
     bool isUnchanged(const QList<int>& pages) const
     {

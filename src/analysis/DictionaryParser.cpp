@@ -208,23 +208,23 @@ ObjectEntries DictionaryParser::entries(ObjectType type) const
     apply(thePiece, values);
     switch (type) {
     case ObjectType::isCatalog:
-        entries.pages = values.catalogPages;
-        entries.metadata = values.catalogMetadata;
-        entries.names = values.catalogNames;
+        entries.setLink(ObjectLink::isPages, values.catalogPages);
+        entries.setLink(ObjectLink::isMetadata, values.catalogMetadata);
+        entries.setLink(ObjectLink::isNames, values.catalogNames);
         break;
     case ObjectType::isPages:
-        entries.parent = values.nodeParent;
+        entries.setLink(ObjectLink::isParent, values.nodeParent);
         entries.count = values.nodeCount;
         entries.firstKid = theFirstKid;
         entries.kidCount = (openPieceHasKids() ? theKids.size() : thePiece.kidsStart) - theFirstKid;
         break;
     case ObjectType::isPage:
-        entries.parent = values.pageParent;
-        entries.content = values.pageContent;
+        entries.setLink(ObjectLink::isParent, values.pageParent);
+        entries.setLink(ObjectLink::isContent, values.pageContent);
         break;
     case ObjectType::isTrailer:
-        entries.info = values.trailerInfo;
-        entries.root = values.trailerRoot;
+        entries.setLink(ObjectLink::isInfo, values.trailerInfo);
+        entries.setLink(ObjectLink::isRoot, values.trailerRoot);
         entries.count = values.trailerSize;
         break;
     case ObjectType::isInfo:

@@ -195,9 +195,9 @@ ObjectType pdfObject::objType() const
     return record().objType();
 }
 
-std::optional<ObjectRef> pdfObject::reference(std::optional<RawRef> ObjectEntries::*entry) const
+std::optional<ObjectRef> pdfObject::reference(ObjectLink link) const
 {
-    const std::optional<RawRef>& raw = detail().entries.*entry;
+    const std::optional<RawRef> raw = detail().entries.link(link);
     if (!raw)
         return std::nullopt;
     return raw->isWhole ? ObjectRef{raw->objNo, raw->objGen, objVer()} : ObjectRef();
@@ -205,37 +205,37 @@ std::optional<ObjectRef> pdfObject::reference(std::optional<RawRef> ObjectEntrie
 
 std::optional<ObjectRef> pdfObject::theRoot() const
 {
-    return reference(&ObjectEntries::root);
+    return reference(ObjectLink::isRoot);
 }
 
 std::optional<ObjectRef> pdfObject::theInfo() const
 {
-    return reference(&ObjectEntries::info);
+    return reference(ObjectLink::isInfo);
 }
 
 std::optional<ObjectRef> pdfObject::thePages() const
 {
-    return reference(&ObjectEntries::pages);
+    return reference(ObjectLink::isPages);
 }
 
 std::optional<ObjectRef> pdfObject::theNames() const
 {
-    return reference(&ObjectEntries::names);
+    return reference(ObjectLink::isNames);
 }
 
 std::optional<ObjectRef> pdfObject::theMetadata() const
 {
-    return reference(&ObjectEntries::metadata);
+    return reference(ObjectLink::isMetadata);
 }
 
 std::optional<ObjectRef> pdfObject::theParent() const
 {
-    return reference(&ObjectEntries::parent);
+    return reference(ObjectLink::isParent);
 }
 
 std::optional<ObjectRef> pdfObject::theContent() const
 {
-    return reference(&ObjectEntries::content);
+    return reference(ObjectLink::isContent);
 }
 
 std::vector<ObjectRef> pdfObject::theChildren() const

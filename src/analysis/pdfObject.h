@@ -3,6 +3,7 @@
 #include "analysis/ColourRole.h"
 #include "analysis/ObjectRef.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -52,13 +53,76 @@ struct Kid
     std::size_t digitsBefore = 0;
 };
 
-/// The entries read from an object's dictionary; which there are depends on the object's kind.
-struct ObjectEntries
+/// A reference that a dictionary entry names.
+enum class ObjectLink : unsigned char
 {
-    std::optional<RawRef> root, info, pages, names, metadata, parent, content;
+    isRoot,
+    isInfo,
+    isPages,
+    isNames,
+    isMetadata,
+    isParent,
+    isContent,
+};
+
+/// The entries read from an object's dictionary; which there are depends on the object's kind.
+///
+/// No kind has more than three links, so there is room for three: a file can hold millions of
+/// pages.
+class ObjectEntries
+{
+public:
+    /// @param value nothing for a link that the dictionary has not.
+    void setLink(ObjectLink link, const std::optional<RawRef>& value)
+    {
+        if (!value)
+            return;
+        theNumbers[placeOf(link)] = {value->objNo, value->objGen};
+        thePresent = static_cast<unsigned char>(thePresent | bit(link));
+        if (value->isWhole)
+            theWhole = static_cast<unsigned char>(theWhole | bit(link));
+    }
+    std::optional<RawRef> link(ObjectLink link) const
+    {
+        if ((thePresent & bit(link)) == 0)
+            return std::nullopt;
+        const Numbers& numbers = theNumbers[placeOf(link)];
+        return RawRef{numbers.objNo, numbers.objGen, (theWhole & bit(link)) != 0};
+    }
+
     std::int64_t count = 0; ///< Count of a page tree node, Size of a trailer
     std::size_t firstKid = 0; ///< the catalog's kids from here on
     std::size_t kidCount = 0;
+
+private:
+    struct Numbers
+    {
+        std::int64_t objNo = 0;
+        std::int64_t objGen = 0;
+    };
+
+    static unsigned bit(ObjectLink link) { return 1u << static_cast<unsigned>(link); }
+    /// Links that no kind has together share a place.
+    static std::size_t placeOf(ObjectLink link)
+    {
+        switch (link) {
+        case ObjectLink::isRoot:
+        case ObjectLink::isPages:
+        case ObjectLink::isParent:
+            return 0;
+        case ObjectLink::isInfo:
+        case ObjectLink::isNames:
+        case ObjectLink::isContent:
+            return 1;
+        case ObjectLink::isMetadata:
+            break;
+        }
+        return 2;
+    }
+
+    std::array<Numbers, 3> theNumbers;
+    unsigned char thePresent = 0; ///< a bit for each ObjectLink
+    unsigned char theWhole = 0; ///< likewise: the reference could be read
 };
 
 /// One indirect object, or one trailer, found in a file: a light value that looks into its catalog.
@@ -122,7 +186,7 @@ private:
     const ObjectRecord& record() const;
     const ObjectDetail& detail() const;
     KidsText kidsText() const;
-    std::optional<ObjectRef> reference(std::optional<RawRef> ObjectEntries::*entry) const;
+    std::optional<ObjectRef> reference(ObjectLink link) const;
 
     const pdfObjectCatalog* theCatalog;
     std::size_t theIndex; ///< in scan order

@@ -12,10 +12,13 @@ std::optional<std::int64_t> decimalInteger(std::string_view text)
         if (text.starts_with('-'))
             return std::nullopt;
     }
+    // Most texts that are asked about are words.
+    if (text.empty() || text.front() > '9')
+        return std::nullopt;
     std::int64_t value = 0;
     const char* end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, value);
-    if (error != std::errc() || stop != end || text.empty())
+    if (error != std::errc() || stop != end)
         return std::nullopt;
     return value;
 }

@@ -2,7 +2,6 @@
 
 #include "analysis/DecimalInteger.h"
 
-#include <algorithm>
 #include <array>
 
 namespace {
@@ -23,38 +22,70 @@ enum Key : unsigned
 
 struct KeyText
 {
-    Key key;
+    Key key = pagesKey;
     std::string_view text;
 };
 
-constexpr std::array keyTexts{
-    KeyText{pagesKey, "Pages"},
-    KeyText{metadataKey, "Metadata"},
-    KeyText{namesKey, "Names"},
-    KeyText{kidsKey, "Kids"},
-    KeyText{parentKey, "Parent"},
-    KeyText{countKey, "Count"},
-    KeyText{contentKey, "Content"},
-    KeyText{infoKey, "Info"},
-    KeyText{rootKey, "Root"},
-    KeyText{sizeKey, "Size"},
-};
+/// The keys that begin with one letter: two at most.
+using LetterKeys = std::array<KeyText, 2>;
 
-bool holds(std::string_view text, char character)
+constexpr LetterKeys keysBeginningWith(char letter)
 {
-    return text.find(character) != std::string_view::npos;
+    switch (letter) {
+    case 'P':
+        return {KeyText{pagesKey, "Pages"}, KeyText{parentKey, "Parent"}};
+    case 'M':
+        return {KeyText{metadataKey, "Metadata"}};
+    case 'N':
+        return {KeyText{namesKey, "Names"}};
+    case 'K':
+        return {KeyText{kidsKey, "Kids"}};
+    case 'C':
+        return {KeyText{countKey, "Count"}, KeyText{contentKey, "Content"}};
+    case 'I':
+        return {KeyText{infoKey, "Info"}};
+    case 'R':
+        return {KeyText{rootKey, "Root"}};
+    case 'S':
+        return {KeyText{sizeKey, "Size"}};
+    default:
+        return {};
+    }
 }
 
-/// Calls take with every stretch of text between separators, empty ones included.
-template<class Take> void split(std::string_view text, char separator, Take take)
+/// What a byte can mean for the parser.
+enum Meaning : unsigned char
 {
-    for (;;) {
-        const std::size_t end = text.find(separator);
-        take(text.substr(0, end));
-        if (end == std::string_view::npos)
-            return;
-        text.remove_prefix(end + 1);
+    separates = 1u << 0, ///< ends a token: a space, or a slash that ends the piece too
+    beginsKey = 1u << 1, ///< may be the first letter of a key
+    opensArray = 1u << 2,
+    endsReference = 1u << 3,
+    closesArray = 1u << 4,
+};
+
+constexpr std::array<unsigned char, 256> meanings = [] {
+    std::array<unsigned char, 256> table{};
+    for (unsigned byte = 0; byte < table.size(); ++byte) {
+        if (!keysBeginningWith(static_cast<char>(byte))[0].text.empty())
+            table[byte] |= beginsKey;
     }
+    table[' '] |= separates;
+    table['/'] |= separates;
+    table['['] |= opensArray;
+    table['R'] |= endsReference;
+    table[']'] |= closesArray;
+    return table;
+}();
+
+/// The keys that stand at the start of a text.
+unsigned keysAt(std::string_view text)
+{
+    unsigned keys = 0;
+    for (const KeyText& key : keysBeginningWith(text.front())) {
+        if (!key.text.empty() && text.starts_with(key.text))
+            keys |= key.key;
+    }
+    return keys;
 }
 
 } // namespace
@@ -76,54 +107,58 @@ void DictionaryParser::beginPiece()
     theKidsState = KidsState();
 }
 
+/// One pass over the bytes, most of which mean nothing. Lines are joined by a space, which ends a
+/// token, so no token and no key runs over the end of a line.
 void DictionaryParser::addLine(std::string_view line)
 {
     theHasLines = true;
-    bool isFirst = true;
-    split(line, '/', [&](std::string_view segment) {
-        if (!isFirst) {
-            endPiece();
-            beginPiece();
+    std::size_t tokenStart = 0;
+    unsigned tokenMeanings = 0;
+    for (std::size_t index = 0; index < line.size(); ++index) {
+        const unsigned meaning = meanings[static_cast<unsigned char>(line[index])];
+        if (meaning == 0)
+            continue;
+        if ((meaning & separates) != 0) {
+            addToken(line.substr(tokenStart, index - tokenStart), tokenMeanings);
+            tokenStart = index + 1;
+            tokenMeanings = 0;
+            if (line[index] == '/') {
+                endPiece();
+                beginPiece();
+            }
+            continue;
         }
-        isFirst = false;
-        addSegment(segment);
-    });
-}
-
-/// A line's share of a piece. Lines are joined by a space, which ends a token, so no token and no
-/// key runs over the end of a segment.
-void DictionaryParser::addSegment(std::string_view segment)
-{
-    for (const KeyText& key : keyTexts) {
-        if (segment.find(key.text) != std::string_view::npos)
-            thePiece.keys |= key.key;
+        tokenMeanings |= meaning;
+        if ((meaning & beginsKey) != 0)
+            thePiece.keys |= keysAt(line.substr(index));
     }
-    split(segment, ' ', [this](std::string_view token) { addToken(token); });
+    addToken(line.substr(tokenStart), tokenMeanings);
 }
 
-void DictionaryParser::addToken(std::string_view token)
+/// @param tokenMeanings those of all its bytes.
+void DictionaryParser::addToken(std::string_view token, unsigned tokenMeanings)
 {
     if (thePiece.tokens == 1)
         thePiece.first = decimalInteger(token).value_or(0);
     else if (thePiece.tokens == 2)
         thePiece.second = decimalInteger(token).value_or(0);
     ++thePiece.tokens;
-    addKidsToken(token);
+    addKidsToken(token, tokenMeanings);
 }
 
-void DictionaryParser::addKidsToken(std::string_view token)
+void DictionaryParser::addKidsToken(std::string_view token, unsigned tokenMeanings)
 {
     KidsState& state = theKidsState;
-    if (holds(token, '[')) {
+    if ((tokenMeanings & opensArray) != 0) {
         const auto number = decimalInteger(token.substr(1));
         if (number) {
             state.first = *number;
             state.hasFirst = true;
         }
-    } else if (holds(token, 'R')) {
+    } else if ((tokenMeanings & endsReference) != 0) {
         addKid(state.first, state.second);
         state = KidsState();
-    } else if (!holds(token, ']')) {
+    } else if ((tokenMeanings & closesArray) == 0) {
         const auto number = decimalInteger(token);
         if (number && state.hasFirst) {
             state.second = *number;

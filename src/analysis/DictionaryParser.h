@@ -64,9 +64,8 @@ private:
 
     void beginPiece();
     void endPiece();
-    void addSegment(std::string_view segment);
-    void addToken(std::string_view token);
-    void addKidsToken(std::string_view token);
+    void addToken(std::string_view token, unsigned tokenMeanings);
+    void addKidsToken(std::string_view token, unsigned tokenMeanings);
     void addKid(std::int64_t objNo, std::int64_t objGen);
     bool openPieceHasKids() const;
 

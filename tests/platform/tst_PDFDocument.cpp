@@ -411,12 +411,12 @@ void TestPDFDocument::mayBeDestroyedAtWork()
 {
     auto document = std::make_unique<PDFDocument>(*FileBytes::copy(stallingFile()));
     QSignalSpy opened(document.get(), &PDFDocument::opened);
-    QTRY_COMPARE(opened.size(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(opened.size(), 1, 60'000);
     QObject window;
     const PDFTileRequest* const tile = document->requestTile(0, 1, 0, QRect(0, 0, 10, 10), &window);
     document->requestTile(1, 1, 0, QRect(0, 0, 10, 10), &window);
     connect(tile, &PDFRequest::finished, &window, [&document] { document.reset(); });
-    QTRY_VERIFY(!document);
+    QTRY_VERIFY_WITH_TIMEOUT(!document, 60'000);
 }
 
 QTEST_GUILESS_MAIN(TestPDFDocument)

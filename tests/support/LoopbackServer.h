@@ -10,8 +10,6 @@
 /// A web server on loopback that answers by path with prepared bytes, and nothing else.
 class LoopbackServer : public QObject
 {
-    Q_OBJECT
-
 public:
     LoopbackServer();
 

@@ -6,7 +6,7 @@
 #   hostile   the same over hostile shapes, at one size and twice that: the times should double
 #   programs  tarnwick-inspect from start to end, beside `wc -l`
 #   pages     a window with its first page drawn, text and flattening of whole documents, beside
-#             mutool; the window's start alone, to be taken off
+#             mutool; the window's start alone, to be taken off; what scrolling costs an event
 #   search    a search over a million characters of text
 # Options:
 #   --folder F   where the files are made (${TMPDIR:-/tmp}/tarnwick-bench); they stay for the next time
@@ -107,6 +107,8 @@ pagesPart() {
             -- "$programs/tarnwick-inspect" flat "$file" -o "$folder/out.pdf" \
             -- mutool clean "$file" "$folder/out-peer.pdf"
         rm -f "$folder"/out*
+        echo "scrolling through 100 pages of the $shape"
+        "$programs/scroll_pages" "$file"
     done
 }
 

@@ -197,7 +197,7 @@ void PDFDocument::Private::measureFrom(int first)
     job.kind = EngineRequest::isMeasure;
     job.priority = PDFEngineJob::Priority::isBackground;
     job.payload = payload.bytes();
-    job.accept = [measures, count](PayloadReader& reader) {
+    job.accept = [measures, count](PayloadReader& reader, const QByteArray&) {
         const auto answer = readMeasureAnswer(reader, count);
         *measures = answer.value_or(QList<PDFPageMeasure>());
         return answer.has_value();
@@ -272,7 +272,7 @@ PDFFlatRequest* PDFDocument::requestFlat(QObject* parent)
     PDFEngineJob job;
     job.kind = EngineRequest::isFlat;
     job.timeLimit = flatLimit;
-    job.accept = [request, client](PayloadReader& reader) {
+    job.accept = [request, client](PayloadReader& reader, const QByteArray&) {
         const std::optional<FileBytes> bytes
             = client->takeFlat(static_cast<std::size_t>(reader.take<std::uint64_t>()));
         request->theBytes = bytes.value_or(FileBytes());
@@ -310,7 +310,7 @@ void PDFDocument::Private::askText(const std::shared_ptr<TextRun>& run, int page
     PDFEngineJob job;
     job.kind = EngineRequest::isText;
     job.payload = payload.bytes();
-    job.accept = [text, detail = run->detail](PayloadReader& reader) {
+    job.accept = [text, detail = run->detail](PayloadReader& reader, const QByteArray&) {
         auto answer = readTextAnswer(reader, detail);
         *text = std::move(answer).value_or(PDFPageText());
         return answer.has_value();
@@ -357,8 +357,8 @@ PDFTileRequest* PDFDocument::requestTile(
     job.kind = EngineRequest::isTile;
     job.priority = PDFEngineJob::Priority::isTile;
     job.payload = payload.bytes();
-    job.accept = [request, size = area.size()](PayloadReader& reader) {
-        const std::optional<QImage> image = readTileAnswer(reader, size);
+    job.accept = [request, size = area.size()](PayloadReader& reader, const QByteArray& answer) {
+        const std::optional<QImage> image = readTileAnswer(reader, answer, size);
         request->theImage = image.value_or(QImage());
         return image.has_value();
     };
@@ -374,7 +374,7 @@ PDFLinksRequest* PDFDocument::requestLinks(int page, QObject* parent)
     PDFEngineJob job;
     job.kind = EngineRequest::isLinks;
     job.payload = payload.bytes();
-    job.accept = [request, count = pageCount()](PayloadReader& reader) {
+    job.accept = [request, count = pageCount()](PayloadReader& reader, const QByteArray&) {
         const auto links = readLinksAnswer(reader, count);
         request->theLinks = links.value_or(QList<PDFLink>());
         return links.has_value();
@@ -388,7 +388,7 @@ PDFOutlineRequest* PDFDocument::requestOutline(QObject* parent)
     auto* const request = new PDFOutlineRequest(parent);
     PDFEngineJob job;
     job.kind = EngineRequest::isOutline;
-    job.accept = [request, count = pageCount()](PayloadReader& reader) {
+    job.accept = [request, count = pageCount()](PayloadReader& reader, const QByteArray&) {
         const auto entries = readOutlineAnswer(reader, count);
         request->theEntries = entries.value_or(QList<PDFOutlineEntry>());
         return entries.has_value();

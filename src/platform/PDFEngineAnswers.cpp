@@ -78,18 +78,18 @@ std::optional<QList<PDFPageMeasure>> readMeasureAnswer(PayloadReader& reader, in
     return measures;
 }
 
-std::optional<QImage> readTileAnswer(PayloadReader& reader, const QSize& size)
+std::optional<QImage> readTileAnswer(
+    PayloadReader& reader, const QByteArray& payload, const QSize& size)
 {
-    const auto rowSize = static_cast<std::size_t>(size.width()) * 4;
+    const qsizetype rowSize = qsizetype{size.width()} * 4;
     const std::string_view pixels
-        = reader.takeBytes(rowSize * static_cast<std::size_t>(size.height()));
-    QImage image(size, QImage::Format_RGB32);
-    if (!reader.isDone() || pixels.empty() || image.isNull())
+        = reader.takeBytes(static_cast<std::size_t>(rowSize * size.height()));
+    if (!reader.isDone() || pixels.empty())
         return std::nullopt;
-    for (int row = 0; row < size.height(); ++row)
-        std::copy_n(pixels.data() + rowSize * static_cast<std::size_t>(row), rowSize,
-            reinterpret_cast<char*>(image.scanLine(row)));
-    return image;
+    auto* const owner = new QByteArray(payload);
+    return QImage(
+        reinterpret_cast<const uchar*>(pixels.data()), size.width(), size.height(), rowSize,
+        QImage::Format_RGB32, [](void* bytes) { delete static_cast<QByteArray*>(bytes); }, owner);
 }
 
 namespace {

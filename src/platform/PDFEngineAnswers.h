@@ -25,8 +25,10 @@ struct PDFPageMeasure
 };
 std::optional<QList<PDFPageMeasure>> readMeasureAnswer(PayloadReader& reader, int count);
 
-/// An image of that size.
-std::optional<QImage> readTileAnswer(PayloadReader& reader, const QSize& size);
+/// An image of that size. It keeps the payload, which the reader reads, instead of copying
+/// megabytes.
+std::optional<QImage> readTileAnswer(
+    PayloadReader& reader, const QByteArray& payload, const QSize& size);
 
 std::optional<PDFPageText> readTextAnswer(PayloadReader& reader, PDFTextDetail detail);
 

@@ -172,7 +172,7 @@ void PDFEngineClient::takeJobAnswer(EngineAnswer kind, const QByteArray& payload
     }
     if (kind == EngineAnswer::isDone) {
         const auto& accept = theJob->second.accept;
-        if (accept && (!accept(reader) || !reader.isDone()))
+        if (accept && (!accept(reader, payload) || !reader.isDone()))
             return loseEngine(PDFFailure::isEngineDead);
         return endJob(PDFFailure::isNone);
     }

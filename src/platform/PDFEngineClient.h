@@ -32,9 +32,9 @@ struct PDFEngineJob
     Priority priority = Priority::isPromptWork;
     int timeLimit = 20'000; ///< milliseconds from when the engine starts on it
     std::string payload;
-    /// Takes the result. @returns false when it makes no sense: the engine is then replaced and the
-    /// job has failed.
-    std::function<bool(PayloadReader&)> accept;
+    /// Takes the result, of which the reader is at the start. @returns false when it makes no
+    /// sense: the engine is then replaced and the job has failed.
+    std::function<bool(PayloadReader&, const QByteArray& payload)> accept;
     std::function<void(int done, int total)> progress; ///< may be empty
     std::function<void(PDFFailure)> finish; ///< called once, last of all; not after giveUp()
 };

@@ -4,13 +4,29 @@
 #include <QFileInfo>
 #include <QPointer>
 #include <QProcess>
+#include <QSocketNotifier>
 #include <QStringList>
 
+#include <algorithm>
+#include <cerrno>
 #include <utility>
 
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <unistd.h>
+
+namespace {
+
+/// Bytes that one turn of the event loop takes: a millisecond's work.
+constexpr std::size_t portion = 256 * 1024;
+
+void closeIfOpen(int& descriptor)
+{
+    if (descriptor >= 0)
+        ::close(std::exchange(descriptor, -1));
+}
+
+} // namespace
 
 QString pdfEnginePath()
 {
@@ -25,11 +41,7 @@ PDFEngineProcess::PDFEngineProcess(QObject* parent)
     : QObject(parent)
     , theProcess(new QProcess)
 {
-    connect(theProcess, &QProcess::readyReadStandardOutput, this, &PDFEngineProcess::readAnswers);
-    connect(theProcess, &QProcess::finished, this, [this] {
-        readAnswers();
-        end();
-    });
+    connect(theProcess, &QProcess::finished, this, &PDFEngineProcess::readRest);
     connect(theProcess, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
         if (error == QProcess::FailedToStart || error == QProcess::WriteError)
             end();
@@ -38,8 +50,10 @@ PDFEngineProcess::PDFEngineProcess(QObject* parent)
 
 PDFEngineProcess::~PDFEngineProcess()
 {
-    if (theFlatDescriptor >= 0)
-        ::close(theFlatDescriptor);
+    delete theNotifier; // before its descriptor may mean something else
+    closeIfOpen(theAnswers);
+    closeIfOpen(theAnswersWriteEnd);
+    closeIfOpen(theFlatDescriptor);
     theProcess->disconnect(this);
     if (theProcess->state() == QProcess::NotRunning) {
         theProcess->deleteLater();
@@ -50,10 +64,23 @@ PDFEngineProcess::~PDFEngineProcess()
     theProcess->kill();
 }
 
+bool PDFEngineProcess::makePipe()
+{
+    int ends[2];
+    if (::pipe2(ends, O_CLOEXEC) != 0)
+        return false;
+    theAnswers = ends[0];
+    theAnswersWriteEnd = ends[1];
+    ::fcntl(theAnswers, F_SETFL, O_NONBLOCK);
+    theNotifier = new QSocketNotifier(theAnswers, QSocketNotifier::Read, this);
+    connect(theNotifier, &QSocketNotifier::activated, this, &PDFEngineProcess::readAnswers);
+    return true;
+}
+
 bool PDFEngineProcess::start(const FileBytes& bytes, bool writesFlat)
 {
     const int input = bytes.descriptor();
-    if (input < 0)
+    if (input < 0 || !makePipe())
         return false;
     QStringList arguments{QString::number(input)};
     if (writesFlat) {
@@ -62,18 +89,22 @@ bool PDFEngineProcess::start(const FileBytes& bytes, bool writesFlat)
             return false;
         arguments << QString::number(theFlatDescriptor);
     }
-    const int output = theFlatDescriptor;
-    theProcess->setChildProcessModifier([input, output] {
+    const int flat = theFlatDescriptor;
+    const int answers = theAnswersWriteEnd;
+    theProcess->setChildProcessModifier([input, flat, answers] {
+        ::dup2(answers, STDOUT_FILENO);
         ::fcntl(input, F_SETFD, 0);
-        if (output >= 0)
-            ::fcntl(output, F_SETFD, 0);
+        if (flat >= 0)
+            ::fcntl(flat, F_SETFD, 0);
     });
     theProcess->setWorkingDirectory(QStringLiteral("/"));
+    theProcess->setStandardOutputFile(QProcess::nullDevice());
 #ifdef TARNWICK_SANITIZED
     theProcess->setProcessChannelMode(QProcess::ForwardedErrorChannel);
 #else
     theProcess->setStandardErrorFile(QProcess::nullDevice());
 #endif
+    connect(theProcess, &QProcess::started, this, [this] { closeIfOpen(theAnswersWriteEnd); });
     theProcess->start(pdfEnginePath(), arguments, QIODevice::ReadWrite | QIODevice::Unbuffered);
     return theProcess->state() != QProcess::NotRunning;
 }
@@ -92,30 +123,80 @@ void PDFEngineProcess::send(std::uint32_t number, EngineRequest kind, std::strin
 void PDFEngineProcess::readAnswers()
 {
     const QPointer<PDFEngineProcess> self(this);
-    while (self && !theEnd) {
-        if (!theFrame) {
-            EngineFrame frame;
-            if (theProcess->bytesAvailable() < qint64{sizeof frame})
-                return;
-            theProcess->read(reinterpret_cast<char*>(&frame), sizeof frame);
-            const bool isAnswer = frame.kind >= static_cast<quint8>(EngineAnswer::isOpened)
-                && frame.kind <= static_cast<quint8>(EngineAnswer::isProgress);
-            if (!isAnswer || frame.size > maximumAnswerSize)
-                return end();
-            theFrame = frame;
-        }
-        if (theProcess->bytesAvailable() < qint64{theFrame->size})
-            return;
-        const EngineFrame frame = *std::exchange(theFrame, std::nullopt);
-        const QByteArray payload = theProcess->read(frame.size);
-        emit answered(frame.request, static_cast<EngineAnswer>(frame.kind), payload);
+    std::size_t budget = portion;
+    while (self && !theEnd && budget > 0 && readSome(budget)) { }
+}
+
+/// What the engine wrote before it ended still counts.
+void PDFEngineProcess::readRest()
+{
+    const QPointer<PDFEngineProcess> self(this);
+    std::size_t budget = maximumAnswerSize;
+    while (self && !theEnd && readSome(budget)) { }
+    if (self)
+        end();
+}
+
+/// Reads a part of the answer that is on its way and takes the answer when it is whole.
+/// @param budget bytes that may be read; becomes less. @returns whether there may be more.
+bool PDFEngineProcess::readSome(std::size_t& budget)
+{
+    const bool isHead = theHeadSize < sizeof theFrame;
+    char* const target = isHead ? reinterpret_cast<char*>(&theFrame) + theHeadSize
+                                : thePayload.data() + thePayloadSize;
+    const std::size_t missing
+        = isHead ? sizeof theFrame - theHeadSize : theFrame.size - thePayloadSize;
+    const ssize_t got = ::read(theAnswers, target, std::min(missing, budget));
+    if (got < 0 && errno == EINTR)
+        return true;
+    if (got <= 0) {
+        // At the end of the pipe the process is about to be reaped, which tells the rest.
+        if (got == 0)
+            theNotifier->setEnabled(false);
+        return false;
     }
+    const auto count = static_cast<std::size_t>(got);
+    budget -= count;
+    if (isHead) {
+        theHeadSize += count;
+        if (theHeadSize == sizeof theFrame && !takeHead())
+            return false;
+    } else {
+        thePayloadSize += count;
+    }
+    if (theHeadSize == sizeof theFrame && thePayloadSize == theFrame.size)
+        takePayload();
+    return true;
+}
+
+/// @returns false when it is no answer's.
+bool PDFEngineProcess::takeHead()
+{
+    const bool isAnswer = theFrame.kind >= static_cast<quint8>(EngineAnswer::isOpened)
+        && theFrame.kind <= static_cast<quint8>(EngineAnswer::isProgress);
+    if (!isAnswer || theFrame.size > maximumAnswerSize) {
+        end();
+        return false;
+    }
+    thePayload = QByteArray(qsizetype{theFrame.size}, Qt::Uninitialized);
+    thePayloadSize = 0;
+    return true;
+}
+
+void PDFEngineProcess::takePayload()
+{
+    theHeadSize = 0;
+    thePayloadSize = 0;
+    const QByteArray payload = std::exchange(thePayload, QByteArray());
+    emit answered(theFrame.request, static_cast<EngineAnswer>(theFrame.kind), payload);
 }
 
 void PDFEngineProcess::end()
 {
     if (std::exchange(theEnd, true))
         return;
+    if (theNotifier)
+        theNotifier->setEnabled(false);
     theProcess->kill();
     emit ended();
 }

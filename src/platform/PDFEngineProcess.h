@@ -11,12 +11,16 @@
 #include <string_view>
 
 class QProcess;
+class QSocketNotifier;
 
 /// Path of the engine's executable: beside the program (a build folder), else where an installation
 /// puts it, in ../libexec/tarnwick seen from the program's folder.
 QString pdfEnginePath();
 
 /// One running engine and the pipes to it.
+///
+/// The answers come through a pipe of our own, a portion at each turn of the event loop and
+/// straight to where they stay: QProcess gathers all that there is, and copies it, in one.
 ///
 /// Destroying it ends the engine at once, without waiting for it. Main thread only.
 class PDFEngineProcess : public QObject
@@ -48,11 +52,22 @@ signals:
     void ended();
 
 private:
+    bool makePipe();
     void readAnswers();
+    void readRest();
+    bool readSome(std::size_t& budget);
+    bool takeHead();
+    void takePayload();
     void end();
 
     QProcess* theProcess; ///< outlives this object until the system has reaped the engine
-    std::optional<EngineFrame> theFrame; ///< head of the answer that is on its way
+    int theAnswers = -1; ///< our end of the pipe
+    int theAnswersWriteEnd = -1; ///< the engine's, until it has started
+    QSocketNotifier* theNotifier = nullptr;
+    EngineFrame theFrame; ///< head of the answer that is on its way
+    std::size_t theHeadSize = 0; ///< bytes of it that have come
+    QByteArray thePayload;
+    std::size_t thePayloadSize = 0; ///< bytes of it that have come
     int theFlatDescriptor = -1;
     bool theEnd = false;
 };

@@ -131,13 +131,14 @@ void TestPDFEngineAnswers::leadsNowhereOutsideTheDocument()
 
 void TestPDFEngineAnswers::takesNoImageOfAnotherSize()
 {
-    const std::string pixels(4 * 6, '\x7f');
-    PayloadReader fitting(pixels);
-    QVERIFY(readTileAnswer(fitting, QSize(2, 3)));
-    PayloadReader tooMany(pixels);
-    QVERIFY(!readTileAnswer(tooMany, QSize(2, 2)));
-    PayloadReader tooFew(pixels);
-    QVERIFY(!readTileAnswer(tooFew, QSize(4096, 4096)));
+    const QByteArray pixels(4 * 6, '\x7f');
+    const auto image = [&pixels](const QSize& size) {
+        PayloadReader reader({pixels.constData(), static_cast<std::size_t>(pixels.size())});
+        return readTileAnswer(reader, pixels, size);
+    };
+    QCOMPARE(image(QSize(2, 3))->pixel(1, 2), qRgb(0x7f, 0x7f, 0x7f));
+    QVERIFY(!image(QSize(2, 2)));
+    QVERIFY(!image(QSize(4096, 4096)));
 }
 
 /// An engine that has been taken over may send anything; run with the sanitizers this looks for

@@ -77,6 +77,8 @@ public:
         put(static_cast<std::uint32_t>(text.size()));
         theBytes.append(text);
     }
+    /// Makes room for so many bytes more.
+    void reserve(std::size_t size) { theBytes.reserve(theBytes.size() + size); }
     void putBytes(const void* bytes, std::size_t size)
     {
         theBytes.append(static_cast<const char*>(bytes), size);

@@ -5,7 +5,6 @@
 #include "platform/engine/PageGeometry.h"
 #include "platform/engine/PageLinks.h"
 #include "platform/engine/PageText.h"
-#include "platform/engine/PageTiles.h"
 
 #include <algorithm>
 #include <cmath>
@@ -13,6 +12,7 @@
 
 EngineServer::EngineServer(std::string_view bytes, int flat)
     : theDocument(bytes)
+    , theTiles(theDocument)
     , theFlatDescriptor(flat)
 {
 }
@@ -153,7 +153,7 @@ int EngineServer::drawTile(PayloadReader& arguments, PayloadWriter& result)
         || std::abs(order.x) > farthest || std::abs(order.y) > farthest
         || !std::isfinite(order.scale) || order.scale <= 0)
         return FZ_ERROR_GENERIC;
-    return ::drawTile(theDocument, order, result);
+    return theTiles.draw(order, result);
 }
 
 int EngineServer::readText(PayloadReader& arguments, PayloadWriter& result)

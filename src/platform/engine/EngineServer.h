@@ -3,6 +3,7 @@
 #include "platform/engine/EngineDocument.h"
 #include "platform/engine/EnginePipe.h"
 #include "platform/engine/PageLabels.h"
+#include "platform/engine/PageTiles.h"
 
 #include <optional>
 
@@ -30,6 +31,7 @@ private:
 
     EnginePipe thePipe;
     EngineDocument theDocument;
+    PageTiles theTiles;
     int theFlatDescriptor;
     std::uint32_t theNumber = 0;
     EngineDocument::State theState = EngineDocument::State::isRefused;

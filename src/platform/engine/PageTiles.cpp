@@ -30,6 +30,7 @@ fz_matrix viewMatrix(const TileOrder& order, const PageGeometry& geometry)
 void appendPixels(const fz_pixmap* pixmap, PayloadWriter& result)
 {
     std::string row(static_cast<std::size_t>(pixmap->w) * 4, '\xff');
+    result.reserve(row.size() * static_cast<std::size_t>(pixmap->h));
     for (int y = 0; y < pixmap->h; ++y) {
         const unsigned char* sample = pixmap->samples + pixmap->stride * y;
         for (std::size_t x = 0; x < row.size(); x += 4, sample += 3) {
@@ -41,15 +42,64 @@ void appendPixels(const fz_pixmap* pixmap, PayloadWriter& result)
     }
 }
 
+bool isPart(const TileOrder& order, const PageGeometry& geometry)
+{
+    const bool isTurned = (order.rotation & 1) != 0;
+    const double width = (isTurned ? geometry.height : geometry.width) * order.scale;
+    const double height = (isTurned ? geometry.width : geometry.height) * order.scale;
+    // Sizes are rounded up to whole pixels.
+    return order.x > 0 || order.y > 0 || order.width < width || order.height < height;
+}
+
 } // namespace
 
-int drawTile(const EngineDocument& document, const TileOrder& order, PayloadWriter& result)
+PageTiles::~PageTiles()
 {
-    fz_context* const ctx = document.context();
-    const LoadedPage page(document, order.page);
+    forgetPage();
+}
+
+void PageTiles::forgetPage()
+{
+    fz_drop_display_list(theDocument.context(), theList);
+    theList = nullptr;
+    theKeptPage = -1;
+}
+
+void PageTiles::keepPage(pdf_page* page, int index)
+{
+    fz_context* const ctx = theDocument.context();
+    fz_display_list* list = nullptr;
+    fz_device* device = nullptr;
+    fz_var(list);
+    fz_var(device);
+    const int error = attempt(ctx, [&] {
+        list = fz_new_display_list(ctx, fz_infinite_rect);
+        device = fz_new_list_device(ctx, list);
+        pdf_run_page(ctx, page, device, fz_identity, nullptr);
+        fz_close_device(ctx, device);
+    });
+    fz_drop_device(ctx, device);
+    // Drawing the page itself takes less memory than its list does.
+    if (error == FZ_ERROR_MEMORY || !device) {
+        fz_drop_display_list(ctx, list);
+        list = nullptr;
+    }
+    theKeptPage = index;
+    theList = list;
+}
+
+int PageTiles::draw(const TileOrder& order, PayloadWriter& result)
+{
+    fz_context* const ctx = theDocument.context();
+    if (order.page != theKeptPage)
+        forgetPage();
+    const LoadedPage page(theDocument, order.page);
     if (!page.page())
         return page.error();
-    const fz_matrix matrix = viewMatrix(order, pageGeometry(ctx, page.page()->obj));
+    const PageGeometry geometry = pageGeometry(ctx, page.page()->obj);
+    if (theKeptPage < 0 && isPart(order, geometry))
+        keepPage(page.page(), order.page);
+    const fz_matrix matrix = viewMatrix(order, geometry);
     const fz_irect area = {order.x, order.y, order.x + order.width, order.y + order.height};
     fz_pixmap* pixmap = nullptr;
     fz_device* device = nullptr;
@@ -58,8 +108,11 @@ int drawTile(const EngineDocument& document, const TileOrder& order, PayloadWrit
     int error = attempt(ctx, [&] {
         pixmap = fz_new_pixmap_with_bbox(ctx, fz_device_bgr(ctx), area, nullptr, 0);
         fz_clear_pixmap_with_value(ctx, pixmap, 0xff);
-        device = fz_new_draw_device(ctx, matrix, pixmap);
-        pdf_run_page(ctx, page.page(), device, fz_identity, nullptr);
+        device = fz_new_draw_device(ctx, fz_identity, pixmap);
+        if (theList)
+            fz_run_display_list(ctx, theList, device, matrix, fz_rect_from_irect(area), nullptr);
+        else
+            pdf_run_page(ctx, page.page(), device, matrix, nullptr);
         fz_close_device(ctx, device);
     });
     fz_drop_device(ctx, device);

@@ -1,0 +1,138 @@
+// scroll_pages FILE [PAGES]: scrolls a page view and its thumbnails through the first pages (100)
+// of a file by wheel steps, 60 a second, without a display, and prints how long events held the
+// main thread: by the clock, and in processor time, which other programs do not lengthen.
+
+#include "platform/FileBytes.h"
+#include "platform/PDFDocument.h"
+#include "platform/PDFThumbnailView.h"
+#include "platform/PDFView.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QHBoxLayout>
+#include <QTimer>
+#include <QWheelEvent>
+
+#include <algorithm>
+#include <cstdio>
+#include <ctime>
+#include <vector>
+
+namespace {
+
+constexpr int stepMilliseconds = 16;
+constexpr int wheelStep = 120;
+
+double threadMilliseconds()
+{
+    timespec time = {};
+    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
+}
+
+/// Measures every event that is not within another one.
+class MeasuringApplication : public QApplication
+{
+public:
+    using QApplication::QApplication;
+
+    bool notify(QObject* receiver, QEvent* event) override
+    {
+        if (theIsWithin || !isMeasuring)
+            return QApplication::notify(receiver, event);
+        theIsWithin = true;
+        const int type = event->type();
+        const char* const name = receiver->metaObject()->className();
+        QElapsedTimer clock;
+        clock.start();
+        const double before = threadMilliseconds();
+        const bool result = QApplication::notify(receiver, event);
+        const double processor = threadMilliseconds() - before;
+        const double wall = static_cast<double>(clock.nsecsElapsed()) / 1e6;
+        theIsWithin = false;
+        theEvents.push_back({wall, processor, type, name});
+        return result;
+    }
+
+    void print()
+    {
+        for (const auto member : {&Event::wall, &Event::processor}) {
+            std::sort(
+                theEvents.begin(), theEvents.end(), [member](const Event& one, const Event& other) {
+                    return one.*member > other.*member;
+                });
+            const Event& longest = theEvents.front();
+            std::printf("%s: longest %.1f ms (event %d of %s), 1 of 1000 above %.1f ms\n",
+                member == &Event::wall ? "clock" : "processor", longest.*member, longest.type,
+                longest.receiver, theEvents[theEvents.size() / 1000].*member);
+        }
+        std::printf("%zu events\n", theEvents.size());
+    }
+
+    bool isMeasuring = false;
+
+private:
+    struct Event
+    {
+        double wall;
+        double processor;
+        int type;
+        const char* receiver;
+    };
+    bool theIsWithin = false;
+    std::vector<Event> theEvents;
+};
+
+void scroll(PDFView& view, int lastPage)
+{
+    auto* const timer = new QTimer(&view);
+    QObject::connect(timer, &QTimer::timeout, &view, [&view, lastPage] {
+        const QPointF middle = QRectF(view.viewport()->rect()).center();
+        QCoreApplication::postEvent(view.viewport(),
+            new QWheelEvent(middle, middle, QPoint(), QPoint(0, -3 * wheelStep), Qt::NoButton,
+                Qt::NoModifier, Qt::NoScrollPhase, false));
+        if (view.currentPage() >= lastPage)
+            QCoreApplication::quit();
+    });
+    timer->start(stepMilliseconds);
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    MeasuringApplication application(argc, argv);
+    const auto bytes = argc > 1 ? FileBytes::read(QString::fromLocal8Bit(argv[1])) : std::nullopt;
+    if (!bytes) {
+        std::fputs("scroll_pages FILE [PAGES]: no file that can be read\n", stderr);
+        return 1;
+    }
+    const int pages = argc > 2 ? QByteArray(argv[2]).toInt() : 100;
+    QWidget window;
+    auto* const layout = new QHBoxLayout(&window);
+    auto* const thumbnails = new PDFThumbnailView(&window);
+    auto* const view = new PDFView(&window);
+    thumbnails->setFixedWidth(160);
+    layout->addWidget(thumbnails);
+    layout->addWidget(view);
+    window.resize(1200, 1000);
+    window.show();
+    PDFDocument document(*bytes);
+    QObject::connect(&document, &PDFDocument::opened, view, [&] {
+        view->setDocument(&document, nullptr);
+        view->setAutoScales(true);
+        thumbnails->setPDFView(view);
+        application.isMeasuring = true;
+        scroll(*view, std::min(pages, document.pageCount()) - 1);
+    });
+    QObject::connect(&document, &PDFDocument::refused, view, [](const QString& reason) {
+        qCritical("scroll_pages: %s", qPrintable(reason));
+        QCoreApplication::exit(1);
+    });
+    const int result = QApplication::exec();
+    thumbnails->setPDFView(nullptr);
+    if (result == 0)
+        application.print();
+    return result;
+}

@@ -16,6 +16,16 @@ std::optional<std::int64_t> decimalInteger(std::string_view text)
     if (text.empty() || text.front() > '9')
         return std::nullopt;
     std::int64_t value = 0;
+    constexpr std::size_t digitsThatFit = 18;
+    if (text.size() <= digitsThatFit) {
+        // Nearly every number; what is none goes the long way below.
+        std::size_t index = 0;
+        for (; index < text.size() && text[index] >= '0' && text[index] <= '9'; ++index)
+            value = value * 10 + (text[index] - '0');
+        if (index == text.size())
+            return value;
+        value = 0;
+    }
     const char* end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, value);
     if (error != std::errc() || stop != end)

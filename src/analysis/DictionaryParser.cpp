@@ -92,9 +92,8 @@ unsigned keysAt(std::string_view text)
 
 void DictionaryParser::restart()
 {
-    if (!openPieceHasKids())
-        theKids.truncate(thePiece.kidsStart);
-    theFirstKid = theKids.size();
+    dropOpenKids();
+    theFirstKid = kidCount();
     theHasLines = false;
     theValues = Values();
     beginPiece();
@@ -103,7 +102,7 @@ void DictionaryParser::restart()
 void DictionaryParser::beginPiece()
 {
     thePiece = Piece();
-    thePiece.kidsStart = theKids.size();
+    thePiece.kidsStart = kidCount();
     theKidsState = KidsState();
 }
 
@@ -171,12 +170,14 @@ void DictionaryParser::addKidsToken(std::string_view token, unsigned tokenMeanin
 
 void DictionaryParser::addKid(std::int64_t objNo, std::int64_t objGen)
 {
+    if (!theKids)
+        return;
     std::size_t digits = 0;
-    if (!theKids.empty()) {
-        const Kid& last = theKids[theKids.size() - 1];
+    if (!theKids->empty()) {
+        const Kid& last = (*theKids)[theKids->size() - 1];
         digits = last.digitsBefore + decimalLength(last.objNo) + decimalLength(last.objGen);
     }
-    theKids.push_back({objNo, objGen, digits});
+    theKids->push_back({objNo, objGen, digits});
 }
 
 bool DictionaryParser::openPieceHasKids() const
@@ -187,8 +188,14 @@ bool DictionaryParser::openPieceHasKids() const
 void DictionaryParser::endPiece()
 {
     apply(thePiece, theValues);
-    if (!openPieceHasKids())
-        theKids.truncate(thePiece.kidsStart);
+    dropOpenKids();
+}
+
+/// References of a piece that has turned out to be no Kids array.
+void DictionaryParser::dropOpenKids()
+{
+    if (theKids && !openPieceHasKids())
+        theKids->truncate(thePiece.kidsStart);
 }
 
 RawRef DictionaryParser::reference(const Piece& piece)
@@ -251,7 +258,7 @@ ObjectEntries DictionaryParser::entries(ObjectType type) const
         entries.setLink(ObjectLink::isParent, values.nodeParent);
         entries.count = values.nodeCount;
         entries.firstKid = theFirstKid;
-        entries.kidCount = (openPieceHasKids() ? theKids.size() : thePiece.kidsStart) - theFirstKid;
+        entries.kidCount = (openPieceHasKids() ? kidCount() : thePiece.kidsStart) - theFirstKid;
         break;
     case ObjectType::isPage:
         entries.setLink(ObjectLink::isParent, values.pageParent);

@@ -20,8 +20,9 @@
 class DictionaryParser
 {
 public:
-    /// @param kids where the references of Kids arrays are put; borrowed.
-    explicit DictionaryParser(ChunkedVector<Kid>& kids)
+    /// @param kids where the references of Kids arrays are put, borrowed; null for an object that
+    ///   has none.
+    explicit DictionaryParser(ChunkedVector<Kid>* kids)
         : theKids(kids)
     {
     }
@@ -67,13 +68,15 @@ private:
     void addToken(std::string_view token, unsigned tokenMeanings);
     void addKidsToken(std::string_view token, unsigned tokenMeanings);
     void addKid(std::int64_t objNo, std::int64_t objGen);
+    void dropOpenKids();
+    std::size_t kidCount() const { return theKids ? theKids->size() : 0; }
     bool openPieceHasKids() const;
 
     static RawRef reference(const Piece& piece);
     static std::int64_t count(const Piece& piece);
     static void apply(const Piece& piece, Values& values);
 
-    ChunkedVector<Kid>& theKids;
+    ChunkedVector<Kid>* theKids;
     std::size_t theFirstKid = 0;
     bool theHasLines = false;
     Values theValues; ///< of the pieces that are complete

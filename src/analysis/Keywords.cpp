@@ -1,19 +1,29 @@
 #include "analysis/Keywords.h"
 
+#include <cstring>
+
 namespace {
 
-/// Whether word stands in the text so that its character number place falls on offset.
-bool standsAt(std::string_view text, std::size_t offset, std::size_t place, std::string_view word)
+/// Whether word stands in the text so that its character number place falls on offset. The word's
+/// length is known to the compiler, which compares without a loop.
+template<std::size_t size>
+bool standsAt(
+    std::string_view text, std::size_t offset, std::size_t place, const char (&word)[size])
 {
-    return offset >= place && text.substr(offset - place).starts_with(word);
+    constexpr std::size_t length = size - 1;
+    return offset >= place && text.size() - (offset - place) >= length
+        && std::memcmp(text.data() + (offset - place), word, length) == 0;
 }
 
+/// As standsAt() for a word that may begin with a prefix, which makes another word of it.
+template<std::size_t longSize, std::size_t shortSize>
 unsigned withPrefix(std::string_view text, std::size_t offset, std::size_t place,
-    std::string_view longWord, std::string_view shortWord, unsigned longFlag, unsigned shortFlag)
+    const char (&longWord)[longSize], const char (&shortWord)[shortSize], unsigned longFlag,
+    unsigned shortFlag)
 {
     if (!standsAt(text, offset, place, shortWord))
         return 0;
-    const std::size_t prefix = longWord.size() - shortWord.size();
+    constexpr std::size_t prefix = longSize - shortSize;
     return standsAt(text, offset, place + prefix, longWord) ? longFlag | shortFlag : shortFlag;
 }
 

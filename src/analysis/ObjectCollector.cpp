@@ -53,7 +53,7 @@ ObjectCollector::ObjectCollector(
     : theText(text)
     , theCatalog(catalog)
     , thePieceReceiver(std::move(pieces))
-    , theParser(catalog.theKids)
+    , theParser(&catalog.theKids)
 {
     thePieces.reserve(pieceBatch);
 }
@@ -148,10 +148,18 @@ void ObjectCollector::gather(const ScannedLine& line)
 /// A line that holds "/Type" may say what the object is; the last such line decides.
 void ObjectCollector::noteType(std::string_view line)
 {
-    const auto named = std::find_if(typeNames.begin(), typeNames.end(),
-        [line](const auto& name) { return line.find(name.name) != std::string_view::npos; });
-    if (named != typeNames.end())
-        theType = named->type;
+    std::size_t best = typeNames.size();
+    for (std::size_t slash = line.find('/'); slash < line.size() && best > 0;
+         slash = line.find('/', slash + 1)) {
+        const std::string_view name = line.substr(slash);
+        for (std::size_t index = 0; index < best; ++index) {
+            if (name.size() > 1 && name[1] == typeNames[index].name[1]
+                && name.starts_with(typeNames[index].name))
+                best = index;
+        }
+    }
+    if (best < typeNames.size())
+        theType = typeNames[best].type;
 }
 
 void ObjectCollector::makeRecord(const ScannedLine& end)
@@ -169,7 +177,9 @@ void ObjectCollector::makeRecord(const ScannedLine& end)
     record.objVer = theVersion;
     if (!theFurtherLines.empty())
         noteText(theFurtherLines.front(), record);
-    if (type != ObjectType::isPlain || theGeneration != 0
+    const bool isSmallPage = type == ObjectType::isPage
+        && end.start - theHeaderOffset <= ObjectRecord::longestReadAgain;
+    if ((type != ObjectType::isPlain && !isSmallPage) || theGeneration != 0
         || record.textDistance == ObjectRecord::farText)
         record.detail = addDetail(type);
     theCatalog.theRecords.push_back(record);

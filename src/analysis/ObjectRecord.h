@@ -10,6 +10,9 @@
 struct ObjectRecord
 {
     static constexpr std::uint64_t farText = (std::uint64_t{1} << 24) - 1;
+    /// Bytes of the longest page that is read again. Records can share their lines, so that reading
+    /// longer ones again for each of them would take the square of a file's size.
+    static constexpr std::size_t longestReadAgain = 4096;
     static constexpr std::uint32_t noDetail = 0xFFFFFFFFu;
     /// Longest text of a plain object that is shown whole, and one more: enough to tell whether it
     /// is longer.
@@ -27,6 +30,10 @@ struct ObjectRecord
     std::uint32_t detail = noDetail; ///< index of its ObjectDetail
 
     ObjectType objType() const { return static_cast<ObjectType>(type); }
+
+    /// Whether the object's entries are read from the file when they are asked for: files hold
+    /// pages by the million, and hardly anybody looks at all of them.
+    bool isReadAgain() const { return detail == noDetail && objType() == ObjectType::isPage; }
 };
 static_assert(sizeof(ObjectRecord) == 32);
 

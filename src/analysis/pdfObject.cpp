@@ -2,6 +2,7 @@
 
 #include "analysis/DecimalInteger.h"
 #include "analysis/DescriptionLine.h"
+#include "analysis/DictionaryParser.h"
 #include "analysis/LineScan.h"
 #include "analysis/Piece.h"
 #include "analysis/pdfObjectCatalog.h"
@@ -61,69 +62,6 @@ std::string_view kindName(ObjectType type)
         break;
     }
     return " ";
-}
-
-void appendLink(std::string_view label, const std::optional<ObjectRef>& link, std::string& head)
-{
-    if (!link)
-        return;
-    head += label;
-    head += '(';
-    appendDecimal(link->objNo, head);
-    head += ", ";
-    appendDecimal(link->objGen, head);
-    head += ", ";
-    appendDecimal(link->objVer, head);
-    head += ')';
-}
-
-std::string trailerHead(const pdfObject& object)
-{
-    std::string head = "Trailer ";
-    appendDecimal(object.objVer(), head);
-    head += ' ';
-    appendLink(", Root ", object.theRoot(), head);
-    appendLink(", Info ", object.theInfo(), head);
-    head += ", Size ";
-    appendDecimal(object.theSize(), head);
-    return head;
-}
-
-std::string objectHead(const pdfObject& object)
-{
-    std::string head;
-    appendDecimal(object.objNo(), head);
-    head += ' ';
-    appendDecimal(object.objGen(), head);
-    head += ' ';
-    appendDecimal(object.objVer(), head);
-    head += kindName(object.objType());
-    // An object has only the links of its kind.
-    appendLink(", Parent ", object.theParent(), head);
-    appendLink(", Pages ", object.thePages(), head);
-    appendLink(", Metadata ", object.theMetadata(), head);
-    appendLink(", Names ", object.theNames(), head);
-    appendLink(", Content ", object.theContent(), head);
-    if (object.objType() == ObjectType::isPages) {
-        head += ", Page count ";
-        appendDecimal(object.thePageCount(), head);
-        head += ", Kids ";
-    }
-    return head;
-}
-
-DescriptionParts descriptionParts(const pdfObject& object)
-{
-    DescriptionParts parts;
-    const ObjectType type = object.objType();
-    parts.head = type == ObjectType::isTrailer ? trailerHead(object) : objectHead(object);
-    parts.hasKids = type == ObjectType::isPages;
-    parts.text = object.theText();
-    if (type == ObjectType::isPlain && parts.text.size() > longestExcerpt) {
-        parts.text = parts.text.substr(0, longestExcerpt);
-        parts.hasEllipsis = true;
-    }
-    return parts;
 }
 
 /// Takes what a stretch needs of one part after the other.
@@ -195,9 +133,22 @@ ObjectType pdfObject::objType() const
     return record().objType();
 }
 
-std::optional<ObjectRef> pdfObject::reference(ObjectLink link) const
+ObjectEntries pdfObject::entries() const
 {
-    const std::optional<RawRef> raw = detail().entries.link(link);
+    if (!record().isReadAgain())
+        return detail().entries;
+    const std::vector<std::string_view> lines = theStringArray();
+    if (lines.size() < 2)
+        return {};
+    DictionaryParser parser(nullptr);
+    for (const std::string_view line : lines)
+        parser.addLine(line);
+    return parser.entries(objType());
+}
+
+std::optional<ObjectRef> pdfObject::reference(const ObjectEntries& entries, ObjectLink link) const
+{
+    const std::optional<RawRef> raw = entries.link(link);
     if (!raw)
         return std::nullopt;
     return raw->isWhole ? ObjectRef{raw->objNo, raw->objGen, objVer()} : ObjectRef();
@@ -205,37 +156,37 @@ std::optional<ObjectRef> pdfObject::reference(ObjectLink link) const
 
 std::optional<ObjectRef> pdfObject::theRoot() const
 {
-    return reference(ObjectLink::isRoot);
+    return reference(entries(), ObjectLink::isRoot);
 }
 
 std::optional<ObjectRef> pdfObject::theInfo() const
 {
-    return reference(ObjectLink::isInfo);
+    return reference(entries(), ObjectLink::isInfo);
 }
 
 std::optional<ObjectRef> pdfObject::thePages() const
 {
-    return reference(ObjectLink::isPages);
+    return reference(entries(), ObjectLink::isPages);
 }
 
 std::optional<ObjectRef> pdfObject::theNames() const
 {
-    return reference(ObjectLink::isNames);
+    return reference(entries(), ObjectLink::isNames);
 }
 
 std::optional<ObjectRef> pdfObject::theMetadata() const
 {
-    return reference(ObjectLink::isMetadata);
+    return reference(entries(), ObjectLink::isMetadata);
 }
 
 std::optional<ObjectRef> pdfObject::theParent() const
 {
-    return reference(ObjectLink::isParent);
+    return reference(entries(), ObjectLink::isParent);
 }
 
 std::optional<ObjectRef> pdfObject::theContent() const
 {
-    return reference(ObjectLink::isContent);
+    return reference(entries(), ObjectLink::isContent);
 }
 
 std::vector<ObjectRef> pdfObject::theChildren() const
@@ -313,6 +264,73 @@ ColourRole pdfObject::descriptionRole() const
     return ColourRole::isBlue;
 }
 
+void pdfObject::appendLink(
+    std::string_view label, const ObjectEntries& entries, ObjectLink link, std::string& head) const
+{
+    const std::optional<ObjectRef> target = reference(entries, link);
+    if (!target)
+        return;
+    head += label;
+    head += '(';
+    appendDecimal(target->objNo, head);
+    head += ", ";
+    appendDecimal(target->objGen, head);
+    head += ", ";
+    appendDecimal(target->objVer, head);
+    head += ')';
+}
+
+std::string pdfObject::trailerHead() const
+{
+    const ObjectEntries own = entries();
+    std::string head = "Trailer ";
+    appendDecimal(objVer(), head);
+    head += ' ';
+    appendLink(", Root ", own, ObjectLink::isRoot, head);
+    appendLink(", Info ", own, ObjectLink::isInfo, head);
+    head += ", Size ";
+    appendDecimal(own.count, head);
+    return head;
+}
+
+std::string pdfObject::objectHead() const
+{
+    const ObjectEntries own = entries();
+    std::string head;
+    appendDecimal(objNo(), head);
+    head += ' ';
+    appendDecimal(objGen(), head);
+    head += ' ';
+    appendDecimal(objVer(), head);
+    head += kindName(objType());
+    // An object has only the links of its kind.
+    appendLink(", Parent ", own, ObjectLink::isParent, head);
+    appendLink(", Pages ", own, ObjectLink::isPages, head);
+    appendLink(", Metadata ", own, ObjectLink::isMetadata, head);
+    appendLink(", Names ", own, ObjectLink::isNames, head);
+    appendLink(", Content ", own, ObjectLink::isContent, head);
+    if (objType() == ObjectType::isPages) {
+        head += ", Page count ";
+        appendDecimal(own.count, head);
+        head += ", Kids ";
+    }
+    return head;
+}
+
+DescriptionParts pdfObject::descriptionParts() const
+{
+    DescriptionParts parts;
+    const ObjectType type = objType();
+    parts.head = type == ObjectType::isTrailer ? trailerHead() : objectHead();
+    parts.hasKids = type == ObjectType::isPages;
+    parts.text = theText();
+    if (type == ObjectType::isPlain && parts.text.size() > longestExcerpt) {
+        parts.text = parts.text.substr(0, longestExcerpt);
+        parts.hasEllipsis = true;
+    }
+    return parts;
+}
+
 KidsText pdfObject::kidsText() const
 {
     const ObjectEntries& entries = detail().entries;
@@ -321,7 +339,7 @@ KidsText pdfObject::kidsText() const
 
 std::size_t pdfObject::descriptionLength() const
 {
-    const DescriptionParts parts = descriptionParts(*this);
+    const DescriptionParts parts = descriptionParts();
     return parts.head.size() + parts.text.size() + (parts.hasEllipsis ? 1 : 0)
         + (parts.hasKids ? kidsText().length() : 0);
 }
@@ -329,7 +347,7 @@ std::size_t pdfObject::descriptionLength() const
 void pdfObject::appendDescription(
     std::size_t position, std::size_t count, std::u16string& text) const
 {
-    const DescriptionParts parts = descriptionParts(*this);
+    const DescriptionParts parts = descriptionParts();
     StretchWriter writer(position, count, text);
     writer.part(parts.head);
     writer.part(parts.text);

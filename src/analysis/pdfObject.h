@@ -12,6 +12,7 @@
 #include <vector>
 
 class KidsText;
+struct DescriptionParts;
 class pdfObjectCatalog;
 struct ObjectDetail;
 struct ObjectRecord;
@@ -185,8 +186,14 @@ private:
 
     const ObjectRecord& record() const;
     const ObjectDetail& detail() const;
+    ObjectEntries entries() const;
     KidsText kidsText() const;
-    std::optional<ObjectRef> reference(ObjectLink link) const;
+    std::optional<ObjectRef> reference(const ObjectEntries& entries, ObjectLink link) const;
+    void appendLink(std::string_view label, const ObjectEntries& entries, ObjectLink link,
+        std::string& head) const;
+    std::string trailerHead() const;
+    std::string objectHead() const;
+    DescriptionParts descriptionParts() const;
 
     const pdfObjectCatalog* theCatalog;
     std::size_t theIndex; ///< in scan order

@@ -17,6 +17,7 @@ private slots:
     void describes();
     void keepsItsLines();
     void readsLinksThroughAccessors();
+    void sharesLinesBetweenRecords_data();
     void sharesLinesBetweenRecords();
     void readsDecimalIntegers_data();
     void readsDecimalIntegers();
@@ -83,6 +84,12 @@ void TestPdfObject::describes_data()
     row("a later Parent wins",
         {"3 0 obj", "<< /Type /Page /Parent 2 0 R /Contents [4 0 R] /StructParents 0 >>"},
         "3 0 1 Page, Parent (0, 0, 0), Content (0, 0, 1)");
+    // Small pages are read again when they are asked about, large ones during the scan.
+    const std::string filler(5000, 'x');
+    row("a large page", {"3 0 obj", "/Type /Page /Parent 2 0 R", filler.c_str(), "/Contents 4 0 R"},
+        "3 0 1 Page, Parent (2, 0, 1), Content (4, 0, 1)");
+    row("a page with a generation", {"3 7 obj", "/Type /Page /Parent 2 0 R"},
+        "3 7 1 Page, Parent (2, 0, 1)");
     row("a trailer's entries",
         {"trailer", "<< /Size 22 /Root 1 0 R /Info 5 0 R /ID [<ab> <cd>] >>"},
         "Trailer 1 , Root (1, 0, 1), Info (5, 0, 1), Size 22");
@@ -144,12 +151,23 @@ void TestPdfObject::readsLinksThroughAccessors()
 }
 
 /// Without sharing, a quarter of a million ends behind one object would take hours and terabytes.
+void TestPdfObject::sharesLinesBetweenRecords_data()
+{
+    QTest::addColumn<std::string>("kind");
+    QTest::addColumn<std::string>("link");
+    QTest::newRow("catalog") << std::string("Catalog") << std::string("Pages");
+    // Its first records are small enough to be read again, its last ones are not.
+    QTest::newRow("page") << std::string("Page") << std::string("Parent");
+}
+
 void TestPdfObject::sharesLinesBetweenRecords()
 {
-    std::string bytes = file({"1 0 obj", "<< /Type /Catalog /Pages 2 0 R"});
+    QFETCH(std::string, kind);
+    QFETCH(std::string, link);
+    std::string bytes = file({"1 0 obj"}) + "<< /Type /" + kind + " /" + link + " 2 0 R\n";
     for (int i = 0; i < 100'000; ++i)
         bytes += "/Extra 1\nno slash here\nendobj\n";
-    bytes += "/Pages 3 0 R\nendobj\n";
+    bytes += '/' + link + " 3 0 R\nendobj\n";
     SourceText source(SharedBytes::ofString(bytes));
     source.makeListing(false);
     const std::size_t count = source.theCatalog().size();
@@ -157,9 +175,14 @@ void TestPdfObject::sharesLinesBetweenRecords()
     const auto line = [&source](std::size_t index) {
         return QString::fromStdU16String(source.theCatalog().object(index).descriptionLine());
     };
-    QCOMPARE(line(0), QStringLiteral("1 0 1 Catalog, Pages (2, 0, 1)\n"));
-    QCOMPARE(line(count - 2), QStringLiteral("1 0 1 Catalog, Pages (2, 0, 1)\n"));
-    QCOMPARE(line(count - 1), QStringLiteral("1 0 1 Catalog, Pages (3, 0, 1)\n"));
+    const auto expected = [&](int target) {
+        return QStringLiteral("1 0 1 %1, %2 (%3, 0, 1)\n")
+            .arg(QString::fromStdString(kind), QString::fromStdString(link))
+            .arg(target);
+    };
+    QCOMPARE(line(0), expected(2));
+    QCOMPARE(line(count - 2), expected(2));
+    QCOMPARE(line(count - 1), expected(3));
 }
 
 void TestPdfObject::readsDecimalIntegers_data()

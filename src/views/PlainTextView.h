@@ -158,6 +158,7 @@ private:
     void closeFindBar();
     bool isFindBarOpen() const;
     QString findableSelection() const;
+    bool prepareToStep();
     void startSearch(TextPosition from);
     void seek(Seek direction, TextPosition from);
     void resolveSeek();

@@ -96,30 +96,30 @@ void PlainTextView::performFind()
     theFindBar->edit();
 }
 
-void PlainTextView::doFindNext()
+/// @returns whether a search is under way; without a text to search for, asks for one instead.
+bool PlainTextView::prepareToStep()
 {
     if (!theFindBarIsEnabled)
-        return;
+        return false;
     if (!theFindBar || theFindBar->text().isEmpty()) {
         performFind();
-        return;
+        return false;
     }
     if (!theFinder->isActive())
         startSearch(selection().begin);
-    seek(Seek::isNext, selection() == theMatch ? theMatch.end : theCaret);
+    return true;
+}
+
+void PlainTextView::doFindNext()
+{
+    if (prepareToStep())
+        seek(Seek::isNext, selection() == theMatch ? theMatch.end : theCaret);
 }
 
 void PlainTextView::doFindPrev()
 {
-    if (!theFindBarIsEnabled)
-        return;
-    if (!theFindBar || theFindBar->text().isEmpty()) {
-        performFind();
-        return;
-    }
-    if (!theFinder->isActive())
-        startSearch(selection().begin);
-    seek(Seek::isPrevious, selection().begin);
+    if (prepareToStep())
+        seek(Seek::isPrevious, selection().begin);
 }
 
 void PlainTextView::doFindSelection()

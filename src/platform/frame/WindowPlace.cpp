@@ -9,6 +9,8 @@
 namespace {
 
 constexpr int cascadeStep = 28; // about the height of a title bar
+/// Room for the frame that the window manager adds, which is not known before the window shows.
+constexpr QSize frameAllowance(16, 48);
 
 QString settingsKey(const DocumentWindow& window)
 {
@@ -50,7 +52,7 @@ void WindowPlace::restore(DocumentWindow& window)
     }
     if (window.restoreGeometry(QSettings().value(settingsKey(window)).toByteArray()))
         return;
-    window.resize(window.size().boundedTo(window.screen()->availableSize()));
+    window.resize(window.size().boundedTo(window.screen()->availableSize() - frameAllowance));
 }
 
 void WindowPlace::save(const DocumentWindow& window)

@@ -1,6 +1,7 @@
 #include "app/AppDelegate.h"
 
 #include "app/StartView.h"
+#include "document/ExportJob.h"
 #include "platform/frame/CommandRouter.h"
 #include "platform/frame/DocumentController.h"
 #include "platform/frame/DocumentWindow.h"
@@ -214,12 +215,24 @@ void AppDelegate::about()
 
 void AppDelegate::quit()
 {
+    if (isWaitingForExports)
+        return QCoreApplication::quit();
     if (std::exchange(isEnding, true))
         return;
     if (theController->closeAll())
-        QCoreApplication::quit();
+        quitBehindExports();
     else
         isEnding = false;
+}
+
+void AppDelegate::quitBehindExports()
+{
+    const QList<ExportJob*> jobs = ExportJob::writing();
+    isWaitingForExports = !jobs.isEmpty();
+    if (jobs.isEmpty())
+        return QCoreApplication::quit();
+    connect(jobs.first(), &QObject::destroyed, this, &AppDelegate::quitBehindExports,
+        Qt::QueuedConnection);
 }
 
 void AppDelegate::showStartWindow()

@@ -71,7 +71,8 @@ public slots:
     void openUpdates();
     void openSupport();
     void about();
-    /// Closes every window and ends the program, unless a window refuses to close.
+    /// Closes every window and ends the program, unless a window refuses to close. Exports that
+    /// are writing may finish, unless this is called again.
     void quit();
     /// Shows the start window, or brings it up.
     void showStartWindow();
@@ -80,6 +81,7 @@ private:
     void toggle(bool& flag, QAction* sender);
     void checkForUpdates();
     void openPage(const QString& address);
+    void quitBehindExports();
     void updateMenus(const DocumentWindow& window) const;
     DocumentWindow* startWindow();
     QWidget* windowForAlerts();
@@ -88,6 +90,7 @@ private:
     bool isUpdateCheckRefused = false;
     bool isUpdateChecked = false;
     bool isEnding = false;
+    bool isWaitingForExports = false;
     std::function<void()> startUpdateCheck;
     WindowRegistry<Document> theWindowRegistry;
     WindowRegistry<void> thePlainWindowRegistry;

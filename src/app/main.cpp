@@ -91,6 +91,7 @@ int main(int argc, char* argv[])
     parser.process(application);
     // A password prompt may be the only window for a while: the delegate decides when to end.
     QApplication::setQuitOnLastWindowClosed(false);
+    QCoreApplication::setQuitLockEnabled(false);
     QApplication::setWindowIcon(applicationIcon());
 
     AppDelegate delegate;

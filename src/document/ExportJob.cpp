@@ -14,6 +14,14 @@ ExportJob::ExportJob(const QString& title)
 
 ExportJob::~ExportJob() = default;
 
+QList<ExportJob*> ExportJob::writing()
+{
+    QList<ExportJob*> jobs = QCoreApplication::instance()->findChildren<ExportJob*>(
+        QString(), Qt::FindDirectChildrenOnly);
+    jobs.removeIf([](const ExportJob* job) { return !job->isWriting(); });
+    return jobs;
+}
+
 void ExportJob::showProgress(const QString& name)
 {
     theProgress = std::make_unique<ExportProgress>(tr("Exporting “%1”…").arg(name));
@@ -22,7 +30,6 @@ void ExportJob::showProgress(const QString& name)
 
 void ExportJob::startWriting(BackgroundWork::Work work)
 {
-    theLocker.emplace();
     theWork = std::make_unique<BackgroundWork>(std::move(work));
     connect(theWork.get(), &BackgroundWork::progressed, theProgress.get(),
         [this](int permille) { theProgress->show(permille, 1000); });

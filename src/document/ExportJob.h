@@ -3,22 +3,25 @@
 #include "document/BackgroundWork.h"
 #include "document/ExportProgress.h"
 
-#include <QEventLoopLocker>
+#include <QList>
 #include <QObject>
 #include <QString>
 
 #include <memory>
-#include <optional>
 
 class QWidget;
 
 /// One run of an export command, from its panel to its last file.
 ///
 /// It belongs to the application, so that windows and documents may close meanwhile, and destroys
-/// itself at the end, or when the program ends; writing keeps the program running.
+/// itself at the end, or when the program ends, which gives up what is being written.
 class ExportJob : public QObject
 {
     Q_OBJECT
+
+public:
+    /// The jobs that are writing now: a program without windows still has to wait for them.
+    static QList<ExportJob*> writing();
 
 protected:
     /// @param title of the job's panels and alerts.
@@ -52,5 +55,4 @@ private:
     QString theTitle;
     std::unique_ptr<ExportProgress> theProgress;
     std::unique_ptr<BackgroundWork> theWork;
-    std::optional<QEventLoopLocker> theLocker;
 };

@@ -1,5 +1,6 @@
 #include "app/AppDelegate.h"
 
+#include "document/ExportJob.h"
 #include "platform/frame/CommandRouter.h"
 #include "platform/frame/DocumentController.h"
 #include "platform/frame/DocumentWindow.h"
@@ -15,7 +16,10 @@
 #include <QSettings>
 #include <QSignalSpy>
 #include <QTest>
+#include <QThread>
+#include <QTimer>
 
+#include <atomic>
 #include <memory>
 
 class TestAppDelegate : public QObject
@@ -35,6 +39,7 @@ private slots:
     void helpOpensAndKeepsAWindowEachTime();
     void updateItemIsMarkedInAllWindows();
     void closingTheLastWindowQuits();
+    void exportsKeepTheProgramRunning();
 };
 
 namespace {
@@ -46,6 +51,22 @@ DocumentWindow* shownWindow(AppDelegate& delegate)
     window->show();
     return window;
 }
+
+/// Writes until it may end or is cancelled.
+class SlowExport : public ExportJob
+{
+public:
+    SlowExport(const std::atomic<bool>& mayEnd, bool& isWhole)
+        : ExportJob(QStringLiteral("Slow"))
+    {
+        showProgress(QStringLiteral("slow"));
+        startWriting([&mayEnd, &isWhole](const BackgroundWork::Progress& progress) {
+            while (!mayEnd && progress(0, 0))
+                QThread::msleep(1);
+            isWhole = mayEnd;
+        });
+    }
+};
 
 QStringList titles(const QMenu* menu)
 {
@@ -241,6 +262,28 @@ void TestAppDelegate::closingTheLastWindowQuits()
     QMetaObject::invokeMethod(window, &QWidget::close, Qt::QueuedConnection);
     QCOMPARE(QCoreApplication::exec(), 0);
     QCOMPARE(ended.size(), 1);
+}
+
+/// An export's end does not end the program, and closing the last window does not end the export.
+void TestAppDelegate::exportsKeepTheProgramRunning()
+{
+    QApplication::setQuitOnLastWindowClosed(false);
+    AppDelegate delegate;
+    delegate.applicationDidFinishLaunching({});
+    const std::atomic<bool> yes = true;
+    std::atomic<bool> mayEnd = false;
+    bool firstIsWhole = false;
+    bool secondIsWhole = false;
+    bool isRunningBehindExport = false;
+    new SlowExport(yes, firstIsWhole);
+    QTimer::singleShot(200, &delegate, [&] {
+        isRunningBehindExport = true;
+        new SlowExport(mayEnd, secondIsWhole);
+        delegate.controller()->windows().at(0)->close();
+        QTimer::singleShot(200, &delegate, [&mayEnd] { mayEnd = true; });
+    });
+    QCOMPARE(QCoreApplication::exec(), 0);
+    QVERIFY(isRunningBehindExport && firstIsWhole && secondIsWhole);
 }
 
 QTEST_MAIN(TestAppDelegate)

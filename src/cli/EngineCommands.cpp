@@ -3,7 +3,7 @@
 #include "cli/FileInput.h"
 #include "cli/Password.h"
 #include "document/ExportTarget.h"
-#include "document/WholeFile.h"
+#include "platform/WholeFile.h"
 
 #include <QCoreApplication>
 #include <QFile>

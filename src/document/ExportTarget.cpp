@@ -1,7 +1,7 @@
 #include "document/ExportTarget.h"
 
-#include "document/FileSizeSignalBlock.h"
-#include "document/WholeFile.h"
+#include "platform/FileSizeSignalBlock.h"
+#include "platform/WholeFile.h"
 
 #include <QFile>
 #include <QFileInfo>

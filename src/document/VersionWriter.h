@@ -1,6 +1,6 @@
 #pragma once
 
-#include "document/WholeFile.h"
+#include "platform/WholeFile.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,6 +1,6 @@
-#include "document/WholeFile.h"
+#include "platform/WholeFile.h"
 
-#include "document/FileSizeSignalBlock.h"
+#include "platform/FileSizeSignalBlock.h"
 
 #include <atomic>
 #include <cerrno>

@@ -15,6 +15,9 @@
 namespace {
 
 constexpr int flatLimit = 30'000; ///< milliseconds
+constexpr int sheetLimit = 20; ///< milliseconds more for each sheet that is printed
+constexpr qsizetype maximumSheets = 1'000'000;
+static_assert(maximumSheets * printSheetSize < maximumRequestSize);
 /// The first batch is what shows at once; 1000 pages take the engine some 10 ms.
 constexpr int firstBatch = 100;
 constexpr int laterBatch = 1000;
@@ -39,6 +42,8 @@ public:
     }
     PDFEngineClient* textEngine();
     PDFEngineClient* flatEngine();
+    /// Has a file written into shared memory.
+    PDFFlatRequest* askForFile(PDFEngineJob job, QObject* parent);
     void takeFacts(const QByteArray& payload);
     void refuse(const QString& reason);
     void measureFrom(int first);
@@ -265,13 +270,10 @@ void PDFDocument::Private::submitForPage(
     submit(client, request, std::move(job));
 }
 
-PDFFlatRequest* PDFDocument::requestFlat(QObject* parent)
+PDFFlatRequest* PDFDocument::Private::askForFile(PDFEngineJob job, QObject* parent)
 {
     auto* const request = new PDFFlatRequest(parent);
-    PDFEngineClient* const client = d->flatEngine();
-    PDFEngineJob job;
-    job.kind = EngineRequest::isFlat;
-    job.timeLimit = flatLimit;
+    PDFEngineClient* const client = flatEngine();
     job.accept = [request, client](PayloadReader& reader, const QByteArray&) {
         const std::optional<FileBytes> bytes
             = client->takeFlat(static_cast<std::size_t>(reader.take<std::uint64_t>()));
@@ -279,8 +281,42 @@ PDFFlatRequest* PDFDocument::requestFlat(QObject* parent)
         return bytes.has_value();
     };
     job.progress = [request](int done, int total) { emit request->progressed(done, total); };
-    d->submit(client, request, std::move(job));
+    submit(client, request, std::move(job));
     return request;
+}
+
+PDFFlatRequest* PDFDocument::requestFlat(QObject* parent)
+{
+    PDFEngineJob job;
+    job.kind = EngineRequest::isFlat;
+    job.timeLimit = flatLimit;
+    return d->askForFile(std::move(job), parent);
+}
+
+PDFFlatRequest* PDFDocument::requestPrint(const PrintPagination::Paper& paper,
+    const QList<PrintPagination::Sheet>& sheets, QObject* parent)
+{
+    if (sheets.size() > maximumSheets) {
+        auto* const request = new PDFFlatRequest(parent);
+        d->finishLater(request, PDFFailure::isOutOfMemory);
+        return request;
+    }
+    PayloadWriter payload;
+    for (const double number :
+        {paper.size.width(), paper.size.height(), paper.corner.x(), paper.corner.y()})
+        payload.put(number);
+    payload.put(static_cast<std::uint32_t>(sheets.size()));
+    for (const PrintPagination::Sheet& sheet : sheets) {
+        const QRectF& area = sheet.area;
+        payload.put(sheet.page);
+        for (const double number : {area.x(), area.y(), area.width(), area.height(), sheet.scale})
+            payload.put(number);
+    }
+    PDFEngineJob job;
+    job.kind = EngineRequest::isPrint;
+    job.timeLimit = flatLimit + sheetLimit * static_cast<int>(sheets.size());
+    job.payload = payload.bytes();
+    return d->askForFile(std::move(job), parent);
 }
 
 PDFTextRequest* PDFDocument::requestText(int first, int last, PDFTextDetail detail, QObject* parent)

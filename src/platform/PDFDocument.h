@@ -3,6 +3,7 @@
 #include "platform/FileBytes.h"
 #include "platform/PDFRequest.h"
 #include "platform/PDFText.h"
+#include "platform/PrintPagination.h"
 
 #include <QImage>
 #include <QList>
@@ -44,7 +45,7 @@ struct PDFLink
     QUrl url; ///< target outside the document; empty for links within it
 };
 
-/// The flattened document: written anew by the engine (requestFlat()).
+/// A PDF file that the engine has written (requestFlat(), requestPrint()).
 class PDFFlatRequest : public PDFRequest
 {
     Q_OBJECT
@@ -117,9 +118,10 @@ private:
 /// A rendered document: the main process's side of the PDF engine.
 ///
 /// The PDF library itself runs in processes of its own, one for pages and, once needed, one for
-/// long work (text, flattening), both over the same shared bytes. Everything that crosses is a
-/// value. A process that dies, stalls or outgrows its memory is replaced; only the request that did
-/// it fails. Nothing here blocks: every answer comes through the event loop.
+/// text and one that writes files (flattening, printing), all over the same shared bytes.
+/// Everything that crosses is a value. A process that dies, stalls or outgrows its memory is
+/// replaced; only the request that did it fails. Nothing here blocks: every answer comes through
+/// the event loop.
 ///
 /// Main thread only.
 class PDFDocument : public QObject
@@ -164,6 +166,14 @@ public:
     /// The document written out again: without encryption, object streams unpacked, classic
     /// cross-reference table, the same bytes every time. Fails after 30 seconds.
     PDFFlatRequest* requestFlat(QObject* parent);
+
+    /// The document on sheets of paper, as a PDF file of a page for each: what was text and lines
+    /// stays text and lines. Annotations and form fields are there as they look, those that are
+    /// meant for paper; a page that cannot be read leaves its sheets empty.
+    /// @param sheets a page out of range leaves its sheet empty; above a million of them the
+    ///   request fails. It may take 30 seconds, and a fiftieth of one for each sheet.
+    PDFFlatRequest* requestPrint(const PrintPagination::Paper& paper,
+        const QList<PrintPagination::Sheet>& sheets, QObject* parent);
 
     /// Texts of the pages from first to last, both included, in that order.
     PDFTextRequest* requestText(int first, int last, PDFTextDetail detail, QObject* parent);

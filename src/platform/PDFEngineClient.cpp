@@ -190,7 +190,7 @@ void PDFEngineClient::endJob(PDFFailure failure)
     const PDFEngineJob job = std::move(std::exchange(theJob, std::nullopt)->second);
     if (theState == State::isBusy)
         theState = State::isIdle;
-    if (job.kind == EngineRequest::isFlat)
+    if (job.kind == EngineRequest::isFlat || job.kind == EngineRequest::isPrint)
         stopEngine();
     if (theState == State::isOff && !theQueue.empty())
         startEngine();

@@ -50,8 +50,8 @@ class PDFEngineClient : public QObject
 public:
     using Number = std::uint32_t;
 
-    /// @param writesFlat the engine gets memory for a flattened document, and is replaced after
-    ///   having written one, which gives back what that took.
+    /// @param writesFlat the engine gets memory for a flattened or printed document, and is
+    ///   replaced after having written one, which gives back what that took.
     PDFEngineClient(const FileBytes& bytes, bool writesFlat, QObject* parent);
     ~PDFEngineClient() override;
 
@@ -73,7 +73,8 @@ public:
     /// does not cost an engine. Unknown numbers are ignored.
     void giveUp(Number number);
 
-    /// The flattened document that the engine has just written: to be called from accept() alone.
+    /// The flattened or printed document that the engine has just written: to be called from
+    /// accept() alone.
     std::optional<FileBytes> takeFlat(std::size_t size);
 
     /// The document cannot be opened any more: every job fails.

@@ -17,12 +17,13 @@ double PrintPagination::scale(const QSizeF& page, const QSizeF& printable)
 QList<PrintPagination::Sheet> PrintPagination::sheets(
     int page, const QSizeF& size, const QSizeF& printable)
 {
-    const QSizeF scaled = size * scale(size, printable);
+    const double factor = scale(size, printable);
+    const QSizeF scaled = size * factor;
     QList<Sheet> sheets;
     double top = 0;
     do {
         const double height = std::min(printable.height(), scaled.height() - top);
-        sheets.append({page, QRectF(0, top, scaled.width(), height)});
+        sheets.append({page, QRectF(0, top, scaled.width(), height), factor});
         top += printable.height();
     } while (top < scaled.height() - rest);
     return sheets;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QList>
+#include <QPointF>
 #include <QRectF>
 #include <QSizeF>
 
@@ -17,6 +18,14 @@ struct Sheet
 {
     int page = 0; ///< of the document, from 0
     QRectF area; ///< in points of the page as it is scaled for printing
+    double scale = 1; ///< points of paper for a point of the page
+};
+
+/// What the sheets' areas are printed on.
+struct Paper
+{
+    QSizeF size; ///< in points
+    QPointF corner; ///< where an area's upper left corner comes to lie, from the paper's
 };
 
 /// Points of paper for a point of the page.

@@ -154,6 +154,7 @@ void TestPageTextGeometry::splitsPagesOverSheets()
     QTEST(static_cast<int>(sheets.size()), "count");
     QTEST(sheets.last().area, "last");
     QCOMPARE(sheets.last().page, 3);
+    QCOMPARE(page.width() * sheets.last().scale, sheets.last().area.width());
 }
 
 QTEST_APPLESS_MAIN(TestPageTextGeometry)

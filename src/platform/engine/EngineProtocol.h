@@ -25,6 +25,8 @@ enum class EngineRequest : std::uint8_t
     isLinks, ///< [int page]
     isOutline, ///< []
     isFlat, ///< [] the bytes go to the shared memory that the engine was given for them
+    isPrint, ///< [double paper width, height, left, top, unsigned count, for each sheet int page,
+             ///< double x, y, width, height, scale] likewise
 };
 
 /// What the engine answers.
@@ -55,10 +57,12 @@ struct EngineFrame
 };
 static_assert(sizeof(EngineFrame) == 12);
 
-constexpr std::uint32_t maximumRequestSize = 1u << 20;
+constexpr std::uint32_t maximumRequestSize = 64u << 20; ///< a million sheets to print
 constexpr std::uint32_t maximumAnswerSize = 160u << 20;
 constexpr int maximumTileSide = 4096;
 constexpr int maximumPageCount = 4'000'000;
+/// Bytes of a sheet in isPrint.
+constexpr std::size_t printSheetSize = sizeof(int) + 5 * sizeof(double);
 /// Characters of one page's text; what follows is left out. The longest real pages have some
 /// 50,000.
 constexpr std::uint32_t maximumPageCharacters = 3'000'000;

@@ -5,6 +5,7 @@
 #include "platform/engine/PageGeometry.h"
 #include "platform/engine/PageLinks.h"
 #include "platform/engine/PageText.h"
+#include "platform/engine/PrintWriter.h"
 
 #include <algorithm>
 #include <cmath>
@@ -114,6 +115,8 @@ int EngineServer::perform(EngineRequest kind, PayloadReader& arguments, PayloadW
         return readOutline(theDocument, result);
     case EngineRequest::isFlat:
         return writeFlat(result);
+    case EngineRequest::isPrint:
+        return writePrint(arguments, result);
     case EngineRequest::isOpen:
     case EngineRequest::isUnlock:
         break;
@@ -163,16 +166,48 @@ int EngineServer::readText(PayloadReader& arguments, PayloadWriter& result)
     return readPageText(theDocument, page, detail, result);
 }
 
+void EngineServer::answerProgress(int done, int total)
+{
+    PayloadWriter progress;
+    progress.put(done);
+    progress.put(total);
+    answer(EngineAnswer::isProgress, progress);
+}
+
 int EngineServer::writeFlat(PayloadWriter& result)
 {
     if (theFlatDescriptor < 0)
         return FZ_ERROR_GENERIC;
-    FlatWriter writer(theDocument, theFlatDescriptor, [this](int done, int total) {
-        PayloadWriter progress;
-        progress.put(done);
-        progress.put(total);
-        answer(EngineAnswer::isProgress, progress);
-    });
+    FlatWriter writer(theDocument, theFlatDescriptor,
+        [this](int done, int total) { answerProgress(done, total); });
+    const int error = writer.write();
+    result.put(writer.size());
+    return error;
+}
+
+int EngineServer::writePrint(PayloadReader& arguments, PayloadWriter& result)
+{
+    bool isSound = theFlatDescriptor >= 0;
+    const auto take = [&](double& number) {
+        number = arguments.take<double>();
+        isSound = isSound && std::isfinite(number);
+    };
+    PrintOrder order;
+    for (double* number : {&order.width, &order.height, &order.left, &order.top})
+        take(*number);
+    const auto count = arguments.take<std::uint32_t>();
+    if (!arguments.holds(count, printSheetSize))
+        return FZ_ERROR_GENERIC;
+    order.sheets.resize(count);
+    for (PrintSheet& sheet : order.sheets) {
+        sheet.page = arguments.take<int>();
+        for (double* number : {&sheet.x, &sheet.y, &sheet.width, &sheet.height, &sheet.scale})
+            take(*number);
+    }
+    if (!isSound || !arguments.isDone())
+        return FZ_ERROR_GENERIC;
+    PrintWriter writer(theDocument, order, theFlatDescriptor,
+        [this](int done, int total) { answerProgress(done, total); });
     const int error = writer.write();
     result.put(writer.size());
     return error;

@@ -27,6 +27,8 @@ private:
     int drawTile(PayloadReader& arguments, PayloadWriter& result);
     int readText(PayloadReader& arguments, PayloadWriter& result);
     int writeFlat(PayloadWriter& result);
+    int writePrint(PayloadReader& arguments, PayloadWriter& result);
+    void answerProgress(int done, int total);
     void answer(EngineAnswer kind, const PayloadWriter& payload);
 
     EnginePipe thePipe;

@@ -9,10 +9,13 @@ constexpr int maximumHops = 16;
 
 } // namespace
 
-FlatObjects::FlatObjects(const EngineDocument& document)
+FlatObjects::FlatObjects(const EngineDocument& document, FlatStructure structure)
     : theDocument(document)
     , theContext(document.context())
+    , theStructure(structure)
 {
+    if (structure == FlatStructure::isPlain)
+        return;
     const std::vector<int>& pages = document.pageTree().pages;
     thePages.insert(pages.begin(), pages.end());
     const int error = attempt(theContext, [this] {
@@ -48,6 +51,8 @@ FlatObjects::Resolved FlatObjects::resolve(pdf_obj* reference)
 
 FlatKind FlatObjects::kindOf(int source) const
 {
+    if (theStructure == FlatStructure::isPlain)
+        return FlatKind::isPlain;
     if (source == theRoot)
         return FlatKind::isCatalog;
     if (theDocument.pageTree().nodes.count(source) > 0)

@@ -17,18 +17,35 @@ struct FlatObject
     int parent = 0; ///< for pages and nodes: the node above, by its number in the file; 0 for none
 };
 
-/// The objects of the flattened document, numbered from 1 in the order in which they are met.
+/// Whether the document's catalog, page tree nodes and pages are told from other objects.
+enum class FlatStructure
+{
+    isKept,
+    isPlain, ///< a writer makes its own: what still leads to them is like any other object
+};
+
+/// The objects of a file that is written, numbered from 1 in the order in which they are met.
 ///
 /// Numbers are given when a reference is written, so one pass over the file is enough, and equal
 /// files get equal numbers.
 class FlatObjects
 {
 public:
-    explicit FlatObjects(const EngineDocument& document);
+    FlatObjects(const EngineDocument& document, FlatStructure structure);
     FlatObjects(const FlatObjects&) = delete;
     FlatObjects& operator=(const FlatObjects&) = delete;
     ~FlatObjects();
 
+    /// What a reference leads to at last.
+    struct Resolved
+    {
+        pdf_obj* object = nullptr; ///< borrowed; null when there is nothing
+        int source = 0; ///< its number in the file; 0 when there was no reference
+    };
+    Resolved resolve(pdf_obj* reference);
+
+    /// A number for an object that the writer makes itself.
+    int reserve() { return ++theCount; }
     /// The new number of what a reference leads to; 0 when there is nothing.
     int numberOf(pdf_obj* reference);
     /// Likewise by its number in the file.
@@ -45,18 +62,13 @@ public:
     int error() const { return theError; }
 
 private:
-    struct Resolved
-    {
-        pdf_obj* object = nullptr; ///< borrowed
-        int source = 0;
-    };
-    Resolved resolve(pdf_obj* reference);
     FlatKind kindOf(int source) const;
     int known(int source) const;
     int add(pdf_obj* object, int source, int parent);
 
     const EngineDocument& theDocument;
     fz_context* theContext;
+    FlatStructure theStructure;
     int theRoot = 0; ///< the catalog's number in the file
     std::unordered_set<int> thePages;
     std::unordered_set<int> thePlacedPages; ///< pages that stand in the new tree already

@@ -107,3 +107,36 @@ std::optional<FlatStream> loadFlatStream(
         writeHexadecimal(stream);
     return stream;
 }
+
+FlatStream makeFlatStream(std::string data)
+{
+    FlatStream packed;
+    packed.data = data;
+    if (pack(packed) && packed.data.size() < data.size())
+        return packed;
+    FlatStream stream;
+    stream.data = std::move(data);
+    return stream;
+}
+
+int appendDecoded(const EngineDocument& document, int number, std::size_t limit, std::string& data)
+{
+    fz_context* const ctx = document.context();
+    fz_stream* stream = nullptr;
+    fz_buffer* buffer = nullptr;
+    fz_var(stream);
+    fz_var(buffer);
+    const int error = attempt(ctx, [&] {
+        int isCutShort = 0;
+        stream = pdf_open_stream_number(ctx, document.document(), number);
+        buffer = fz_read_best(ctx, stream, 0, &isCutShort, limit);
+    });
+    fz_drop_stream(ctx, stream);
+    if (!error) {
+        unsigned char* bytes = nullptr;
+        const std::size_t size = fz_buffer_storage(ctx, buffer, &bytes);
+        data.append(reinterpret_cast<const char*>(bytes), size);
+    }
+    fz_drop_buffer(ctx, buffer);
+    return error == FZ_ERROR_MEMORY ? error : FZ_ERROR_NONE;
+}

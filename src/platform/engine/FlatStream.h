@@ -29,3 +29,10 @@ struct FlatStream
 /// @returns nothing when the object has no stream.
 std::optional<FlatStream> loadFlatStream(
     const EngineDocument& document, pdf_obj* dictionary, int number);
+
+/// Bytes of our own making, packed when that makes them smaller.
+FlatStream makeFlatStream(std::string data);
+
+/// Appends a stream as its filters give it, as far as it can be read. @param limit of bytes, about.
+/// @returns FZ_ERROR_NONE also for what is no stream, FZ_ERROR_MEMORY without memory for it.
+int appendDecoded(const EngineDocument& document, int number, std::size_t limit, std::string& data);

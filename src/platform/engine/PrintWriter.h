@@ -1,0 +1,84 @@
+#pragma once
+
+#include "platform/engine/FlatFile.h"
+
+#include <array>
+#include <map>
+#include <unordered_map>
+
+/// A part of a page on a sheet of paper.
+struct PrintSheet
+{
+    int page = 0; ///< index from 0
+    double x = 0, y = 0, width = 0, height = 0; ///< in points of the page as it is scaled
+    double scale = 1; ///< points of paper for a point of the page
+};
+
+/// What is to be printed on which paper, in points.
+struct PrintOrder
+{
+    double width = 0, height = 0; ///< of the paper
+    double left = 0, top = 0; ///< where the parts of pages begin
+    std::vector<PrintSheet> sheets;
+};
+
+/// Writes sheets of paper as a PDF file: a page for each, which clips to its part and paints the
+/// document's page as a form (ISO 32000-1, 8.10). Text stays text and lines stay lines, under the
+/// names and fonts of the document.
+///
+/// Annotations and form fields are painted as they look, those that are meant for paper; what a
+/// page does beside looking (outline, fields, links, names) stays behind. Sheets of one page share
+/// its form. A page that cannot be read leaves its sheets empty.
+class PrintWriter : public FlatFile
+{
+public:
+    /// @param order borrowed. @param descriptor borrowed, written from its position on.
+    PrintWriter(
+        const EngineDocument& document, const PrintOrder& order, int descriptor, Progress progress);
+    ~PrintWriter();
+
+    /// @returns FZ_ERROR_NONE, FZ_ERROR_MEMORY when memory or room for the file ran out.
+    int write();
+
+private:
+    /// A page as sheets paint it.
+    struct Form
+    {
+        int number = 0; ///< 0 for a page that cannot be read
+        fz_matrix toPageSpace = fz_identity; ///< from its user space
+    };
+    /// An annotation's appearance.
+    struct Mark
+    {
+        int number = 0;
+        fz_matrix toUserSpace = fz_identity; ///< of the page, from that of the appearance
+    };
+    using Part = std::array<double, 6>; ///< the numbers of a sheet, to find it again
+
+    void writeSheet(const PrintSheet& sheet, int number, int parent);
+    void writePages(int number, const std::vector<int>& kids);
+    void writeCatalog(int number, int pages);
+    void writeReached();
+    void noteError(int error);
+
+    const Form& formOf(int page);
+    Form makeForm(int page);
+    int writeForm(const std::string& entries, const FlatStream& stream);
+    int writeContentForm(pdf_obj* page, const std::string& box);
+    int writeMarkedForm(int content, const std::vector<Mark>& marks, const std::string& box);
+    FlatStream contentOf(pdf_obj* page);
+    std::string resourcesEntry(pdf_obj* page);
+    std::string groupEntry(pdf_obj* page);
+    int contentsOf(const PrintSheet& sheet, const Form& form);
+
+    bool mayHaveMarks(pdf_obj* page) const;
+    std::vector<Mark> marksOf(int page);
+    Mark markOf(pdf_annot* annotation);
+    int appearanceForm(pdf_obj* appearance);
+
+    const PrintOrder& theOrder;
+    Progress theProgress;
+    int theError = FZ_ERROR_NONE;
+    std::unordered_map<int, Form> theForms; ///< by page
+    std::map<Part, int> theContents; ///< numbers of the sheets' contents, for further copies
+};

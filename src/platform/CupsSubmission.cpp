@@ -3,7 +3,9 @@
 #include "platform/PrintSettings.h"
 
 #include <QPageSize>
+#include <QPrintEngine>
 #include <QPrinter>
+#include <QStringList>
 #include <QThread>
 
 #include <cups/cups.h>
@@ -40,19 +42,44 @@ QString submit(const QByteArray& queue, const QByteArray& title, const FileBytes
     return reason;
 }
 
+/// Pages on a sheet, odd and even pages, banners, accounting: Qt's dialog keeps these as names and
+/// values in turn, under a property of its print engine that has a number and no name. Which pages
+/// are printed has been seen to by the time that the file is made.
+CupsSubmission::Options chosenInDialog(const QPrinter& printer)
+{
+    constexpr auto key = static_cast<QPrintEngine::PrintEnginePropertyKey>(0xfe00);
+    const QPrintEngine* const engine = printer.printEngine();
+    const QStringList list = engine ? engine->property(key).toStringList() : QStringList();
+    CupsSubmission::Options options;
+    for (qsizetype index = 0; index + 1 < list.size(); index += 2) {
+        if (list.at(index) != QLatin1String("page-ranges"))
+            options.emplaceBack(list.at(index).toUtf8(), list.at(index + 1).toUtf8());
+    }
+    return options;
+}
+
 } // namespace
 
-CupsSubmission::Options CupsSubmission::optionsFor(const QPrinter& printer)
+CupsSubmission::Options CupsSubmission::optionsFor(const QPrinter& printer, Layout layout)
 {
-    const QByteArray margin = QByteArray::number(static_cast<int>(PrintSettings::marginInPoints));
-    Options options{
-        {"print-scaling", "fit"},
-        {"fit-to-page", "true"},
-        {"position", "top-left"},
-        {"page-left", margin},
-        {"page-right", margin},
-        {"page-top", margin},
-        {"page-bottom", margin},
+    // First, since the later of two options counts.
+    Options options = chosenInDialog(printer);
+    if (layout == Layout::isOfDocument) {
+        const QByteArray margin
+            = QByteArray::number(static_cast<int>(PrintSettings::marginInPoints));
+        options += Options{
+            {"print-scaling", "fit"},
+            {"fit-to-page", "true"},
+            {"position", "top-left"},
+            {"page-left", margin},
+            {"page-right", margin},
+            {"page-top", margin},
+            {"page-bottom", margin},
+        };
+    } else {
+        options.emplaceBack("print-scaling", "none");
+    }
+    options += Options{
         {"copies", QByteArray::number(printer.copyCount())},
         {"media", printer.pageLayout().pageSize().key().toUtf8()},
     };

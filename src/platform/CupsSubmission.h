@@ -18,9 +18,16 @@ class CupsSubmission : public QObject
 public:
     using Options = QList<QPair<QByteArray, QByteArray>>;
 
-    /// What the queue is to do: the printer's copies, collation, paper, sides and colour, margins
-    /// of an inch, pages scaled to the width inside them and not centred.
-    static Options optionsFor(const QPrinter& printer);
+    /// How the pages of a file lie on the paper.
+    enum class Layout
+    {
+        isOfDocument, ///< to be given margins of an inch, scaled to the width inside, not centred
+        isOfPaper, ///< as they are: they are sheets already
+    };
+
+    /// What the queue is to do: the printer's copies, collation, paper, sides and colour, and what
+    /// else of the queue's own the user has chosen in the print dialog.
+    static Options optionsFor(const QPrinter& printer, Layout layout);
 
     /// Starts handing over on a thread of its own: the print server may take its time.
     /// finished() follows from the event loop; destroying this does not call the job back.

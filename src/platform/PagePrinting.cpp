@@ -3,6 +3,7 @@
 #include "platform/CupsSubmission.h"
 #include "platform/PDFDocument.h"
 #include "platform/PagePrintJob.h"
+#include "platform/PrintPagination.h"
 #include "platform/PrintSettings.h"
 #include "platform/PrintedFile.h"
 #include "platform/WholeFile.h"
@@ -157,8 +158,8 @@ void PagePrinting::await(PDFFlatRequest* request, const QList<int>& pages,
 {
     // Queued: a modal progress dialog handles events, and those of the engine would come amid
     // others of it.
-    connect(request, &PDFRequest::progressed, this, &PagePrinting::showProgress,
-        Qt::QueuedConnection);
+    connect(
+        request, &PDFRequest::progressed, this, &PagePrinting::showProgress, Qt::QueuedConnection);
     connect(request, &PDFRequest::finished, this, [this, request, pages, handOn] {
         // What cannot be written out again may still be drawn.
         if (!request->succeeded())

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "platform/PrintPagination.h"
-
 #include <QList>
 #include <QObject>
 #include <QProgressDialog>
@@ -41,7 +39,6 @@ signals:
 private:
     QString openedPath() const;
     bool isUnchanged(const QList<int>& pages) const;
-    QList<PrintPagination::Sheet> sheetsOf(const QList<int>& pages) const;
     void printIntoFile();
     void printOnPaper();
     PDFFlatRequest* requestSheets(const QList<int>& pages);

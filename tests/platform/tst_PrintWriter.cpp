@@ -172,10 +172,10 @@ void TestPrintWriter::showsTheSame_data()
         "", "/Contents [ " + reference(first) + " 99 0 R " + reference(second) + " ]");
     row("contents in pieces, one missing", pieces.bytes());
 
-    row("a group that mixes colours with what lies below",
+    row("a group that mixes colours as inks",
         PdfBuilder()
-            .addDrawing("/D gs " + drawing,
-                "/Group << /S /Transparency /CS /DeviceRGB >> /Resources << /Font << /F1 3 0 R >>"
+            .addDrawing("/D gs " + drawing + " 1 1 0 rg 150 80 300 500 re f",
+                "/Group << /S /Transparency /CS /DeviceCMYK >> /Resources << /Font << /F1 3 0 R >>"
                 " /ExtGState << /D << /BM /Difference >> >> >>")
             .bytes());
 

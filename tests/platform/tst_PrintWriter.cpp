@@ -283,7 +283,7 @@ void TestPrintWriter::leavesBehindWhatDoesNotShow()
 void TestPrintWriter::sharesPages()
 {
     PdfBuilder builder;
-    builder.addDrawing(drawing).addDrawing(drawing, "/Rotate 90");
+    builder.addDrawing(drawing).addSharedPage().addSharedPage("/Rotate 90 /CropBox [ 0 0 9 9 ]");
     OpenedDocument document(builder.bytes());
     QList<Sheet> sheets;
     for (int copy = 0; copy < 50; ++copy)
@@ -291,8 +291,8 @@ void TestPrintWriter::sharesPages()
     const FileBytes bytes = printed(document, sheets);
     const QByteArray file(bytes.view().data(), static_cast<qsizetype>(bytes.size()));
     QCOMPARE(file.count("/Subtype /Form"), 2);
-    QCOMPARE(file.count("/P Do"), 2);
-    QCOMPARE(OpenedDocument(bytes)->pageCount(), 100);
+    QCOMPARE(file.count("/P Do"), 3);
+    QCOMPARE(OpenedDocument(bytes)->pageCount(), 150);
 }
 
 void TestPrintWriter::printsBesideDamage()

@@ -8,6 +8,10 @@ namespace {
 constexpr int progressStep = 20;
 /// Bytes of one page's content that are put together; the longest real pages have some 50 million.
 constexpr std::size_t maximumContent = 256u << 20;
+/// Bytes of forms, and for each byte of the file. Pages that share their content but little else
+/// could fill the memory with copies of it; they are better painted.
+constexpr std::size_t maximumForms = 256u << 20;
+constexpr std::size_t formsOfFile = 4;
 
 std::string numbers(std::initializer_list<double> list)
 {
@@ -179,12 +183,23 @@ int PrintWriter::writeForm(const std::string& entries, const FlatStream& stream)
     writeObject(number,
         "<< /Type /XObject /Subtype /Form " + entries + streamEntries(stream, spelling) + ">>",
         &stream);
+    theFormBytes += stream.data.size();
+    if (theFormBytes > maximumForms + formsOfFile * theDocument.fileSize())
+        theError = FZ_ERROR_MEMORY;
     return number;
 }
 
 int PrintWriter::writeContentForm(pdf_obj* page, const std::string& box)
 {
-    return writeForm(box + groupEntry(page) + resourcesEntry(page), contentOf(page));
+    const std::string entries = box + groupEntry(page) + resourcesEntry(page);
+    const Parts parts = contentParts(page);
+    std::vector<int> sources;
+    for (const FlatObjects::Resolved& part : parts)
+        sources.push_back(part.source);
+    const auto [place, isNew] = theContentForms.try_emplace({entries, std::move(sources)});
+    if (isNew)
+        place->second = writeForm(entries, contentOf(parts));
+    return place->second;
 }
 
 /// The page's own content, and the appearances over it, which its group does not take in.
@@ -202,33 +217,40 @@ int PrintWriter::writeMarkedForm(
         box + "/Resources << /XObject << " + names + ">> >> ", makeFlatStream(std::move(data)));
 }
 
-/// One stream goes over as it is stored; several make one, with a break between them, since none
-/// of them needs to end with a whole token's end.
-FlatStream PrintWriter::contentOf(pdf_obj* page)
+/// The streams that a page's Contents name, as far as they are there.
+PrintWriter::Parts PrintWriter::contentParts(pdf_obj* page)
 {
-    std::vector<FlatObjects::Resolved> parts;
     pdf_obj* contents = nullptr;
     noteError(attempt(
         theContext, [&] { contents = pdf_dict_get(theContext, page, PDF_NAME(Contents)); }));
     const FlatObjects::Resolved target = theObjects.resolve(contents);
-    const int count
-        = pdf_is_array(theContext, target.object) ? pdf_array_len(theContext, target.object) : 0;
+    Parts parts;
+    const auto take = [&](const FlatObjects::Resolved& part) {
+        if (part.object && part.source > 0)
+            parts.push_back(part);
+    };
+    if (!pdf_is_array(theContext, target.object))
+        take(target);
+    const int count = pdf_array_len(theContext, target.object);
     for (int index = 0; index < count; ++index)
-        parts.push_back(theObjects.resolve(pdf_array_get(theContext, target.object, index)));
-    if (count == 0 && target.object)
-        parts.push_back(target);
+        take(theObjects.resolve(pdf_array_get(theContext, target.object, index)));
+    return parts;
+}
+
+/// One stream goes over as it is stored; several make one, with a break between them, since none
+/// of them needs to end with a whole token's end.
+FlatStream PrintWriter::contentOf(const Parts& parts)
+{
     if (parts.size() == 1) {
         const auto& [object, number] = parts.front();
-        std::optional<FlatStream> stream;
-        if (object && number > 0)
-            stream = loadFlatStream(theDocument, object, number);
+        std::optional<FlatStream> stream = loadFlatStream(theDocument, object, number);
         noteError(stream ? stream->error : FZ_ERROR_NONE);
         return std::move(stream).value_or(FlatStream());
     }
     std::string data;
     for (const FlatObjects::Resolved& part : parts) {
-        if (part.source == 0 || data.size() > maximumContent)
-            continue;
+        if (data.size() > maximumContent)
+            break;
         noteError(appendDecoded(theDocument, part.source, maximumContent, data));
         data += '\n';
     }
@@ -244,8 +266,24 @@ std::string PrintWriter::resourcesEntry(pdf_obj* page)
     if (pdf_is_indirect(theContext, resources))
         number = theObjects.numberOf(resources);
     else if (resources)
-        number = theObjects.numberOfInner(resources);
+        number = innerResources(resources);
     return "/Resources " + (number > 0 ? reference(number) : std::string("<< >>")) + " ";
+}
+
+/// Merged files have the same resources in many pages, and those of a tree are inherited by many.
+int PrintWriter::innerResources(pdf_obj* resources)
+{
+    int& number = theInnerResources[resources];
+    if (number > 0)
+        return number;
+    const std::string text = value(resources, FlatSpelling(FlatKind::isPlain, false), 0);
+    int& equal = theResources[text];
+    if (equal == 0) {
+        equal = theObjects.reserve();
+        writeObject(equal, text);
+    }
+    number = equal;
+    return number;
 }
 
 /// A page's group is isolated whatever it says (ISO 32000-1, 11.4.7), a form's is not.

@@ -4,7 +4,10 @@
 
 #include <array>
 #include <map>
+#include <string>
 #include <unordered_map>
+#include <utility>
+#include <vector>
 
 /// A part of a page on a sheet of paper.
 struct PrintSheet
@@ -53,7 +56,9 @@ private:
         int number = 0;
         fz_matrix toUserSpace = fz_identity; ///< of the page, from that of the appearance
     };
-    using Part = std::array<double, 6>; ///< the numbers of a sheet, to find it again
+    using Parts = std::vector<FlatObjects::Resolved>; ///< of a page's content
+    using SheetKey = std::array<double, 6>; ///< the numbers of a sheet, to find it again
+    using ContentKey = std::pair<std::string, std::vector<int>>; ///< entries, numbers of streams
 
     void writeSheet(const PrintSheet& sheet, int number, int parent);
     void writePages(int number, const std::vector<int>& kids);
@@ -66,8 +71,10 @@ private:
     int writeForm(const std::string& entries, const FlatStream& stream);
     int writeContentForm(pdf_obj* page, const std::string& box);
     int writeMarkedForm(int content, const std::vector<Mark>& marks, const std::string& box);
-    FlatStream contentOf(pdf_obj* page);
+    Parts contentParts(pdf_obj* page);
+    FlatStream contentOf(const Parts& parts);
     std::string resourcesEntry(pdf_obj* page);
+    int innerResources(pdf_obj* resources);
     std::string groupEntry(pdf_obj* page);
     int contentsOf(const PrintSheet& sheet, const Form& form);
 
@@ -80,5 +87,9 @@ private:
     Progress theProgress;
     int theError = FZ_ERROR_NONE;
     std::unordered_map<int, Form> theForms; ///< by page
-    std::map<Part, int> theContents; ///< numbers of the sheets' contents, for further copies
+    std::unordered_map<pdf_obj*, int> theInnerResources; ///< numbers of what stands inside pages
+    std::unordered_map<std::string, int> theResources; ///< likewise by what they say
+    std::map<ContentKey, int> theContentForms; ///< numbers of forms, for pages that look the same
+    std::map<SheetKey, int> theContents; ///< numbers of the sheets' contents, for further copies
+    std::size_t theFormBytes = 0; ///< of the forms that have been written
 };

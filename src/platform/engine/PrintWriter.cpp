@@ -6,8 +6,9 @@
 namespace {
 
 constexpr int progressStep = 20;
-/// Bytes of one page's content that are put together; the longest real pages have some 50 million.
-constexpr std::size_t maximumContent = 256u << 20;
+/// Bytes of one page's content that are put together: packing them takes seconds already, and an
+/// array can name one stream any number of times.
+constexpr std::size_t maximumContent = 64u << 20;
 /// Bytes of forms, and for each byte of the file. Pages that share their content but little else
 /// could fill the memory with copies of it; they are better painted.
 constexpr std::size_t maximumForms = 256u << 20;

@@ -32,7 +32,7 @@ public:
     ~PDFEngineProcess() override;
 
     /// Starts the engine on a file. @param writesFlat it also gets shared memory to write the
-    /// flattened document into. @returns false when the system does not let it start.
+    /// flattened or printed document into. @returns false when the system does not let it start.
     bool start(const FileBytes& bytes, bool writesFlat);
 
     /// Sends a request; the number comes back with its answers.

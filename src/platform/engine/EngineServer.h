@@ -11,7 +11,7 @@
 class EngineServer
 {
 public:
-    /// @param bytes the file. @param flat descriptor for the flattened document, or -1.
+    /// @param bytes the file. @param flat descriptor for the flattened or printed document, or -1.
     EngineServer(std::string_view bytes, int flat);
 
     /// Returns when the program closes its end.

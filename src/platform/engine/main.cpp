@@ -2,7 +2,7 @@
 //
 // tarnwick-pdf-engine BYTES [FLAT]
 //   BYTES  descriptor of sealed shared memory with the file
-//   FLAT   descriptor of empty shared memory that the flattened document is written to
+//   FLAT   descriptor of empty shared memory that the flattened or printed document is written to
 
 #include "platform/engine/EngineServer.h"
 #include "platform/engine/Lockdown.h"

@@ -14,12 +14,14 @@ ProgressLine::ProgressLine(QWidget* parent)
 {
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(theLabel, 1);
+    layout->addWidget(theLabel);
     layout->addWidget(theBar, 1);
     layout->addWidget(theRetryButton);
     layout->addWidget(theCancelButton);
     theBar->setTextVisible(false);
-    theBar->setMinimumWidth(48);
+    // In a narrow pane the bar gives way to the words.
+    theBar->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    theBar->setMinimumWidth(24);
     theBar->setMaximumWidth(200);
     theBar->setMaximumHeight(theLabel->sizeHint().height());
     theCancelButton->setText(tr("Cancel"));

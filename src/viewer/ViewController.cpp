@@ -61,6 +61,7 @@ ViewController::ViewController(
     connectControls();
     connectSearch();
     connectSideBar();
+    setFocusProxy(theOutlets.pdfView); // a reader's keys are the pages'
     viewDidLoad();
 }
 

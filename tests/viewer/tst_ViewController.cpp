@@ -354,6 +354,8 @@ void TestViewController::everyControlIsNamedAndReached()
 {
     ViewerFixture viewer(labelledPages());
     QVERIFY(viewer.appear());
+    viewer->setFocus(); // as a window does that shows
+    QCOMPARE(viewer->focusWidget(), &viewer.pages());
     QSet<const QWidget*> reached;
     const QWidget* widget = &*viewer;
     do {

@@ -68,6 +68,7 @@ private slots:
     void commandsArePossibleOnlyWhereTheyDoSomething();
     void everyControlIsNamedAndReached();
     void sizesAreRemembered();
+    void dividersFollowTheKeys();
 };
 
 void TestViewController::thumbnailsGrowWithEachAppearance()
@@ -397,6 +398,24 @@ void TestViewController::sizesAreRemembered()
     const QList<int> sizes = viewer->theSplitView()->sizes();
     QVERIFY2(qAbs(sizes.value(0) - 210) <= 2, qPrintable(QString::number(sizes.value(0))));
     QVERIFY2(qAbs(sizes.value(2) - 380) <= 2, qPrintable(QString::number(sizes.value(2))));
+}
+
+void TestViewController::dividersFollowTheKeys()
+{
+    ViewerFixture viewer(labelledPages());
+    QVERIFY(viewer.appear());
+    QSplitter& panes = *viewer->theSplitView();
+    QSplitterHandle* const divider = panes.handle(1);
+    const int width = panes.sizes().at(0);
+    QTest::keyClick(divider, Qt::Key_Right);
+    QCOMPARE(panes.sizes().at(0), width + 16);
+    QTest::keyClick(divider, Qt::Key_Left, Qt::ShiftModifier);
+    QVERIFY(panes.sizes().at(0) < width);
+    QTest::keyClick(divider, Qt::Key_Up);
+    QTest::keyClick(divider, Qt::Key_Home);
+    QCOMPARE(panes.sizes().at(0), 0);
+    QTest::keyClick(divider, Qt::Key_Right);
+    QVERIFY(panes.sizes().at(0) > 0);
 }
 
 int main(int argc, char** argv)

@@ -1,7 +1,8 @@
 #include "platform/engine/PageTiles.h"
 
 #include "platform/engine/Attempt.h"
-#include "platform/engine/PageGeometry.h"
+
+#include <optional>
 
 namespace {
 
@@ -93,13 +94,18 @@ int PageTiles::draw(const TileOrder& order, PayloadWriter& result)
     fz_context* const ctx = theDocument.context();
     if (order.page != theKeptPage)
         forgetPage();
-    const LoadedPage page(theDocument, order.page);
-    if (!page.page())
-        return page.error();
-    const PageGeometry geometry = pageGeometry(ctx, page.page()->obj);
-    if (theKeptPage < 0 && isPart(order, geometry))
-        keepPage(page.page(), order.page);
-    const fz_matrix matrix = viewMatrix(order, geometry);
+    std::optional<LoadedPage> loaded;
+    pdf_page* page = nullptr;
+    if (!theList) {
+        loaded.emplace(theDocument, order.page);
+        page = loaded->page();
+        if (!page)
+            return loaded->error();
+        theGeometry = pageGeometry(ctx, page->obj);
+        if (theKeptPage < 0 && isPart(order, theGeometry))
+            keepPage(page, order.page);
+    }
+    const fz_matrix matrix = viewMatrix(order, theGeometry);
     const fz_irect area = {order.x, order.y, order.x + order.width, order.y + order.height};
     fz_pixmap* pixmap = nullptr;
     fz_device* device = nullptr;
@@ -112,7 +118,7 @@ int PageTiles::draw(const TileOrder& order, PayloadWriter& result)
         if (theList)
             fz_run_display_list(ctx, theList, device, matrix, fz_rect_from_irect(area), nullptr);
         else
-            pdf_run_page(ctx, page.page(), device, matrix, nullptr);
+            pdf_run_page(ctx, page, device, matrix, nullptr);
         fz_close_device(ctx, device);
     });
     fz_drop_device(ctx, device);

@@ -2,6 +2,7 @@
 
 #include "platform/engine/EngineDocument.h"
 #include "platform/engine/EngineProtocol.h"
+#include "platform/engine/PageGeometry.h"
 
 /// A part of a page to draw.
 struct TileOrder
@@ -40,5 +41,7 @@ private:
 
     const EngineDocument& theDocument;
     int theKeptPage = -1;
+    PageGeometry
+        theGeometry; ///< of the page that was loaded last: of the kept one, if there is one
     fz_display_list* theList = nullptr; ///< of the kept page; null when it would not fit in memory
 };

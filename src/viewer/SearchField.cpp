@@ -1,6 +1,7 @@
 #include "viewer/SearchField.h"
 
 #include "viewer/GlyphIcon.h"
+#include "views/FindBar.h"
 
 #include <QAction>
 #include <QKeyEvent>
@@ -12,7 +13,6 @@
 namespace {
 
 const QString recentsKey = QStringLiteral("recentSearches");
-constexpr int longestSearchText = 10'000'000;
 constexpr int widestMenuText = 320; // device-independent pixels
 
 /// Reads the recent texts, which another window may have changed.
@@ -43,7 +43,7 @@ SearchField::SearchField(QWidget* parent)
     , theClearAction(addAction(GlyphIcon::icon(GlyphIcon::Shape::isCross), TrailingPosition))
     , theMatchLabel(new QLabel(this))
 {
-    setMaxLength(longestSearchText);
+    setMaxLength(FindBar::longestText);
     theMenuAction->setText(tr("Recent searches"));
     theMenuAction->setToolTip(tr("Recent searches (Down)"));
     theClearAction->setText(tr("Clear"));

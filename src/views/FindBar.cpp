@@ -10,13 +10,6 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-/// QLineEdit's own limit drops the end of what is pasted without a word.
-constexpr int longestSearchText = 10'000'000;
-
-} // namespace
-
 FindBar::FindBar(QWidget* parent)
     : QFrame(parent)
     , theField(new QLineEdit)
@@ -30,7 +23,7 @@ FindBar::FindBar(QWidget* parent)
     layout->setContentsMargins(6, 3, 6, 3);
     layout->setSpacing(4);
     theField->setObjectName(u"findField"_s);
-    theField->setMaxLength(longestSearchText);
+    theField->setMaxLength(longestText);
     theField->setPlaceholderText(tr("Find in text"));
     theField->setAccessibleName(tr("Find in text"));
     theField->setClearButtonEnabled(true);

@@ -15,6 +15,10 @@ class FindBar : public QFrame
     Q_OBJECT
 
 public:
+    /// Longest text that a field for search texts takes: QLineEdit's own limit, 32,767 characters,
+    /// drops the end of what is pasted without a word.
+    static constexpr int longestText = 10'000'000;
+
     explicit FindBar(QWidget* parent);
 
     QString text() const;

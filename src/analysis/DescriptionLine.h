@@ -4,18 +4,9 @@
 #include "analysis/pdfObject.h"
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
-
-/// The parts that an object's description line is made of. The head is short; the text and the kids
-/// can be as long as a file, and are cut from where they lie.
-struct DescriptionParts
-{
-    std::string head;
-    std::string_view text; ///< of the file, follows the head
-    bool hasEllipsis = false; ///< U+2026 follows the text
-    bool hasKids = false; ///< a reference list follows the head
-};
 
 /// The reference list of a page tree node's Kids: "[(3, 0, 1), (4, 0, 1)]".
 class KidsText
@@ -39,6 +30,16 @@ private:
     std::size_t theFirst;
     std::size_t theCount;
     std::int64_t theVersion;
+};
+
+/// The parts that an object's description line is made of. The head is short; the text and the kids
+/// can be as long as a file, and are cut from where they lie.
+struct DescriptionParts
+{
+    std::string head;
+    std::string_view text; ///< of the file; follows the head
+    bool hasEllipsis = false; ///< U+2026 follows the text
+    std::optional<KidsText> kids; ///< follows the head; borrows from where the kids lie
 };
 
 /// Appends characters of the file, or of ours, to a text: byte value = character number.

@@ -170,8 +170,6 @@ void DictionaryParser::addKidsToken(std::string_view token, unsigned tokenMeanin
 
 void DictionaryParser::addKid(std::int64_t objNo, std::int64_t objGen)
 {
-    if (!theKids)
-        return;
     std::size_t digits = 0;
     if (!theKids->empty()) {
         const Kid& last = (*theKids)[theKids->size() - 1];
@@ -194,7 +192,7 @@ void DictionaryParser::endPiece()
 /// References of a piece that has turned out to be no Kids array.
 void DictionaryParser::dropOpenKids()
 {
-    if (theKids && !openPieceHasKids())
+    if (!openPieceHasKids())
         theKids->truncate(thePiece.kidsStart);
 }
 

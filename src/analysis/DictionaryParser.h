@@ -20,11 +20,17 @@
 class DictionaryParser
 {
 public:
-    /// @param kids where the references of Kids arrays are put, borrowed; null for an object that
-    ///   has none.
+    /// @param kids where the references of Kids arrays are put; borrowed.
     explicit DictionaryParser(ChunkedVector<Kid>* kids)
         : theKids(kids)
     {
+    }
+
+    /// Whether objects of this kind have entries; those of other kinds need not be read.
+    static constexpr bool hasEntries(ObjectType type)
+    {
+        return type == ObjectType::isCatalog || type == ObjectType::isPages
+            || type == ObjectType::isPage || type == ObjectType::isTrailer;
     }
 
     /// Forgets all lines.
@@ -69,7 +75,7 @@ private:
     void addKidsToken(std::string_view token, unsigned tokenMeanings);
     void addKid(std::int64_t objNo, std::int64_t objGen);
     void dropOpenKids();
-    std::size_t kidCount() const { return theKids ? theKids->size() : 0; }
+    std::size_t kidCount() const { return theKids->size(); }
     bool openPieceHasKids() const;
 
     static RawRef reference(const Piece& piece);

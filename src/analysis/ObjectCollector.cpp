@@ -1,9 +1,7 @@
 #include "analysis/ObjectCollector.h"
 
-#include "analysis/DecimalInteger.h"
-
-#include <algorithm>
 #include <array>
+#include <limits>
 #include <utility>
 
 namespace {
@@ -25,26 +23,6 @@ constexpr std::array typeNames{
     TypeName{"/Info", ObjectType::isInfo},
     TypeName{"/Names", ObjectType::isNames},
 };
-
-struct HeaderNumbers
-{
-    std::int64_t objNo = 0;
-    std::int64_t objGen = 0;
-};
-
-/// The numbers of a header line: its first two pieces between single spaces, where there is a
-/// third.
-HeaderNumbers headerNumbers(std::string_view header)
-{
-    const std::size_t first = header.find(' ');
-    if (first == std::string_view::npos)
-        return {};
-    const std::size_t second = header.find(' ', first + 1);
-    if (second == std::string_view::npos)
-        return {};
-    return {decimalInteger(header.substr(0, first)).value_or(0),
-        decimalInteger(header.substr(first + 1, second - first - 1)).value_or(0)};
-}
 
 } // namespace
 
@@ -126,7 +104,8 @@ void ObjectCollector::beginObject(const ScannedLine& line, std::string_view text
     theHeaderOffset = line.start;
     theHeaderInXml = line.inXml;
     theType = ObjectType::isPlain;
-    theNumbersAreRead = false;
+    theNumbers.reset();
+    theDetailIndex.reset();
     theParsedLines = 0;
     if (line.holdsType)
         noteType(text);
@@ -166,66 +145,52 @@ void ObjectCollector::makeRecord(const ScannedLine& end)
 {
     if (theLineCount == 0)
         return;
-    readNumbers();
+    if (!theNumbers)
+        theNumbers = headerNumbers(theHeader);
+    const std::int64_t objNo = theNumbers->objNo;
+    const ObjectType type = objNo >= trailerNumber ? ObjectType::isTrailer : theType;
+    const std::size_t size = end.start - theHeaderOffset;
     ObjectRecord record;
-    record.objNo = theNumber;
-    const ObjectType type = theNumber >= trailerNumber ? ObjectType::isTrailer : theType;
     record.type = static_cast<unsigned>(type) & 7u;
-    record.headerOffset = theHeaderOffset & offsetMask;
     record.inXml = theHeaderInXml;
-    record.endOffset = end.start & offsetMask;
     record.objVer = theVersion;
-    if (!theFurtherLines.empty())
-        noteText(theFurtherLines.front(), record);
-    const bool isSmallPage = type == ObjectType::isPage
-        && end.start - theHeaderOffset <= ObjectRecord::longestReadAgain;
-    if ((type != ObjectType::isPlain && !isSmallPage) || theGeneration != 0
-        || record.textDistance == ObjectRecord::farText)
-        record.detail = addDetail(type);
+    if (size <= ObjectRecord::longestReadAgain && objNo >= 0
+        && objNo <= std::numeric_limits<std::uint32_t>::max()) {
+        record.offset = theHeaderOffset & offsetMask;
+        record.size = size & 0x1FFFu;
+        record.number = static_cast<std::uint32_t>(objNo);
+    } else {
+        record.offset = end.start & offsetMask;
+        record.hasDetail = 1;
+        record.number = detailIndex(type);
+    }
     theCatalog.theRecords.push_back(record);
 }
 
-void ObjectCollector::readNumbers()
+std::uint32_t ObjectCollector::detailIndex(ObjectType type)
 {
-    if (theNumbersAreRead)
-        return;
-    const HeaderNumbers numbers = headerNumbers(theHeader);
-    theNumber = numbers.objNo;
-    theGeneration = numbers.objGen;
-    theNumbersAreRead = true;
-}
-
-void ObjectCollector::noteText(Piece line, ObjectRecord& record) const
-{
-    const std::size_t distance = line.offset() - theHeaderOffset;
-    record.hasText = 1;
-    record.textDistance
-        = std::min<std::uint64_t>(distance, ObjectRecord::farText) & ObjectRecord::farText;
-    record.excerptLength = std::min(line.shortLength(), ObjectRecord::excerptLimit) & 0x7Fu;
-}
-
-/// @returns the detail's index.
-std::uint32_t ObjectCollector::addDetail(ObjectType type)
-{
-    ObjectDetail detail;
-    detail.objGen = theGeneration;
-    if (!theFurtherLines.empty()) {
-        const Piece line = theFurtherLines.front();
-        detail.textOffset = line.offset();
-        if (type == ObjectType::isInfo || type == ObjectType::isNames)
-            detail.textLength = pieceText(theText, line).size();
+    if (!theDetailIndex) {
+        theDetail = ObjectDetail();
+        theDetail.objNo = theNumbers->objNo;
+        theDetail.objGen = theNumbers->objGen;
+        theDetail.start = theHeaderOffset;
     }
-    detail.entries = parsedEntries(type);
-    theCatalog.theDetails.push_back(detail);
-    return static_cast<std::uint32_t>(theCatalog.theDetails.size() - 1);
+    if (theDetail.textLength == 0 && !theFurtherLines.empty()) {
+        theDetail.textOffset = theFurtherLines.front().offset();
+        theDetail.textLength = pieceText(theText, theFurtherLines.front()).size();
+    }
+    theDetail.entries = parsedEntries(type);
+    if (!theDetailIndex || theCatalog.theDetails[*theDetailIndex] != theDetail) {
+        theDetailIndex = static_cast<std::uint32_t>(theCatalog.theDetails.size());
+        theCatalog.theDetails.push_back(theDetail);
+    }
+    return *theDetailIndex;
 }
 
 /// An object of one line has no dictionary that could be told from its header.
 ObjectEntries ObjectCollector::parsedEntries(ObjectType type)
 {
-    const bool hasEntries = type == ObjectType::isCatalog || type == ObjectType::isPages
-        || type == ObjectType::isPage || type == ObjectType::isTrailer;
-    if (!hasEntries || theLineCount < 2)
+    if (!DictionaryParser::hasEntries(type) || theLineCount < 2)
         return {};
     if (theParsedLines == 0) {
         theParser.restart();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "analysis/DictionaryParser.h"
+#include "analysis/HeaderNumbers.h"
 #include "analysis/LineScan.h"
 #include "analysis/ObjectRecord.h"
 #include "analysis/Piece.h"
@@ -9,6 +10,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -45,9 +47,8 @@ private:
     void gather(const ScannedLine& line);
     void noteType(std::string_view line);
     void makeRecord(const ScannedLine& end);
-    void readNumbers();
-    void noteText(Piece line, ObjectRecord& record) const;
-    std::uint32_t addDetail(ObjectType type);
+    /// @returns the index of a detail that says what the lines gathered so far say.
+    std::uint32_t detailIndex(ObjectType type);
     ObjectEntries parsedEntries(ObjectType type);
 
     std::string_view theText;
@@ -62,9 +63,9 @@ private:
     std::size_t theHeaderOffset = 0; ///< start of the first line in the file
     bool theHeaderInXml = false;
     ObjectType theType = ObjectType::isPlain; ///< as far as the lines gathered say
-    std::int64_t theNumber = 0;
-    std::int64_t theGeneration = 0;
-    bool theNumbersAreRead = false;
+    std::optional<HeaderNumbers> theNumbers; ///< read when a record asks for them
+    std::optional<std::uint32_t> theDetailIndex; ///< the last detail that the catalog has of them
+    ObjectDetail theDetail; ///< what that one says
 
     DictionaryParser theParser;
     std::size_t theParsedLines = 0; ///< how many of the lines gathered the parser has

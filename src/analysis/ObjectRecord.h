@@ -5,42 +5,42 @@
 #include <cstddef>
 #include <cstdint>
 
-/// What the catalog stores of an object: 32 bytes, which matters in a file of ten million objects.
-/// What few objects have lies in an ObjectDetail beside it.
+/// What the catalog stores of an object: 16 bytes, which matters in a file of ten million objects.
+///
+/// Most objects are a few lines, which are read again when somebody asks what they say: hardly
+/// anybody looks at all of them. The others have an ObjectDetail.
 struct ObjectRecord
 {
-    static constexpr std::uint64_t farText = (std::uint64_t{1} << 24) - 1;
-    /// Bytes of the longest page that is read again. Records can share their lines, so that reading
-    /// longer ones again for each of them would take the square of a file's size.
+    /// Bytes of the longest object that is read again. Records can share their lines, so that
+    /// reading longer ones again for each of them would take the square of a file's size.
     static constexpr std::size_t longestReadAgain = 4096;
-    static constexpr std::uint32_t noDetail = 0xFFFFFFFFu;
-    /// Longest text of a plain object that is shown whole, and one more: enough to tell whether it
-    /// is longer.
-    static constexpr std::size_t excerptLimit = 121;
 
-    std::int64_t objNo = 0;
-    std::uint64_t headerOffset : 40 = 0; ///< start of the first line's line
-    std::uint64_t inXml : 1 = 0; ///< whether that line stands in an XML object
+    std::uint64_t offset : 40 = 0; ///< start of the object's first line; with a detail, its end
+    std::uint64_t size : 13 = 0; ///< from there to its end; 0 with a detail
     std::uint64_t type : 3 = 0; ///< ObjectType
-    std::uint64_t hasText : 1 = 0; ///< there is a line behind the first
-    std::uint64_t excerptLength : 7 = 0; ///< length of that line, at most excerptLimit
-    std::uint64_t endOffset : 40 = 0; ///< start of the line that ended the object
-    std::uint64_t textDistance : 24 = 0; ///< from headerOffset to the second line, or farText
+    std::uint64_t inXml : 1 = 0; ///< whether the first line stands in an XML object
+    std::uint64_t hasDetail : 1 = 0;
+    /// Bits without a name keep what the memory held, which reads a page before it is written and
+    /// so brings it in twice.
+    std::uint64_t unused : 6 = 0;
+    std::uint32_t number = 0; ///< object number, or the index of its ObjectDetail
     std::uint32_t objVer = 1;
-    std::uint32_t detail = noDetail; ///< index of its ObjectDetail
 
     ObjectType objType() const { return static_cast<ObjectType>(type); }
-
-    /// Whether the object's entries are read from the file when they are asked for: files hold
-    /// pages by the million, and hardly anybody looks at all of them.
-    bool isReadAgain() const { return detail == noDetail && objType() == ObjectType::isPage; }
+    /// Start of the line that ended the object.
+    std::size_t end() const { return std::size_t{offset} + size; }
 };
-static_assert(sizeof(ObjectRecord) == 32);
+static_assert(sizeof(ObjectRecord) == 16);
 
+/// What an object's lines say. Records that share their lines share it while it stays the same.
 struct ObjectDetail
 {
+    std::int64_t objNo = 0;
     std::int64_t objGen = 0;
-    std::size_t textOffset = 0; ///< of the second line
-    std::size_t textLength = 0;
+    std::size_t start = 0; ///< offset of the first line's line
+    std::size_t textOffset = 0; ///< of the second line, trimmed
+    std::size_t textLength = 0; ///< 0 where there is none
     ObjectEntries entries;
+
+    bool operator==(const ObjectDetail&) const = default;
 };

@@ -2,37 +2,100 @@
 
 #include <algorithm>
 
+PieceList::ShortPiece PieceList::ShortPiece::of(Piece piece, std::size_t end)
+{
+    const auto kind = static_cast<std::size_t>(piece.kind());
+    if (piece.kind() == PieceKind::isStream) {
+        const std::size_t length = piece.streamLength();
+        return length >> (gapBits + lengthBits) == 0 ? ShortPiece(kind | length << kindBits)
+                                                     : full();
+    }
+    // A piece that begins before the other one's end is far away, too.
+    const std::size_t gap = piece.offset() - end;
+    const std::size_t length = piece.shortLength();
+    if (gap >> gapBits != 0 || length >> lengthBits != 0)
+        return full();
+    return ShortPiece(kind | gap << kindBits | length << (kindBits + gapBits));
+}
+
+Piece PieceList::ShortPiece::piece(std::size_t end) const
+{
+    const unsigned bits = theBits;
+    const auto kind = static_cast<PieceKind>(bits & ((1u << kindBits) - 1));
+    if (kind == PieceKind::isStream)
+        return Piece::ofStream(bits >> kindBits);
+    const unsigned gap = bits >> kindBits & ((1u << gapBits) - 1);
+    return Piece::ofLine(kind, end + gap, bits >> (kindBits + gapBits));
+}
+
+PieceList::Walk::Walk(const PieceList& list, std::size_t block)
+    : theList(list)
+    , theIndex(block * blockSize)
+    , theEnd(0)
+    , theFull(0)
+{
+    if (theIndex >= list.size())
+        return;
+    theEnd = list.theBlocks[block].end;
+    theFull = list.theBlocks[block].firstFull;
+    read();
+}
+
+void PieceList::Walk::read()
+{
+    const ShortPiece own = theList.thePieces[theIndex];
+    thePiece = own.isFull() ? theList.theFullPieces[theFull++] : own.piece(theEnd);
+    theEnd = endOf(thePiece, theEnd);
+}
+
+void PieceList::Walk::step()
+{
+    if (++theIndex < theList.size())
+        read();
+}
+
+/// Of a long line, a place within it: what follows is stored in full.
+std::size_t PieceList::endOf(Piece piece, std::size_t endBefore)
+{
+    return piece.kind() == PieceKind::isStream ? endBefore : piece.offset() + piece.shortLength();
+}
+
 void PieceList::append(std::span<const Piece> pieces)
 {
     for (const Piece piece : pieces) {
         const std::size_t index = thePieces.size();
-        if (index % stride == 0)
-            theLineOfStride.push_back(theLineCount);
+        if (index % blockSize == 0)
+            theBlocks.push_back({theLineCount, theEnd, theFullPieces.size()});
         if (piece.isLong())
             theLongLines.emplace_back(index, pieceText(theBytes, piece).size());
-        thePieces.push_back(piece);
+        const ShortPiece own = ShortPiece::of(piece, theEnd);
+        if (own.isFull())
+            theFullPieces.push_back(piece);
+        thePieces.push_back(own);
         theLineCount += piece.lineCount();
+        theEnd = endOf(piece, theEnd);
     }
-}
-
-std::string_view PieceList::text(std::size_t index) const
-{
-    const Piece own = thePieces[index];
-    if (!own.isLong())
-        return theBytes.substr(own.offset(), own.shortLength());
-    const auto found = std::lower_bound(
-        theLongLines.begin(), theLongLines.end(), std::pair(index, std::size_t{0}));
-    return theBytes.substr(own.offset(), found->second);
 }
 
 PieceList::Place PieceList::placeOfLine(std::size_t line) const
 {
-    const auto after = std::upper_bound(theLineOfStride.begin(), theLineOfStride.end(), line);
-    const auto block = static_cast<std::size_t>(after - theLineOfStride.begin()) - 1;
-    Place place{block * stride, line - theLineOfStride[block]};
-    while (place.line >= thePieces[place.piece].lineCount()) {
-        place.line -= thePieces[place.piece].lineCount();
-        ++place.piece;
+    const auto after = std::upper_bound(theBlocks.begin(), theBlocks.end(), line,
+        [](std::size_t wanted, const Block& block) { return wanted < block.firstLine; });
+    const auto block = static_cast<std::size_t>(after - theBlocks.begin()) - 1;
+    std::size_t rest = line - theBlocks[block].firstLine;
+    Walk walk(*this, block);
+    while (rest >= walk.piece().lineCount()) {
+        rest -= walk.piece().lineCount();
+        walk.step();
     }
-    return place;
+    return {walk.index(), walk.piece(), rest};
+}
+
+std::string_view PieceList::text(const Place& place) const
+{
+    if (!place.piece.isLong())
+        return theBytes.substr(place.piece.offset(), place.piece.shortLength());
+    const auto found = std::lower_bound(
+        theLongLines.begin(), theLongLines.end(), std::pair(place.index, std::size_t{0}));
+    return theBytes.substr(place.piece.offset(), found->second);
 }

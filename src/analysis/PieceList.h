@@ -4,19 +4,25 @@
 #include "analysis/Piece.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <span>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 /// The pieces of a listing, in order, and the lines that they make up.
+///
+/// Two bytes a piece, where the lines of a file are short and stand close to each other, as most
+/// do: the piece then says how long it is and how far behind the one before it begins. Pieces are
+/// found from the nearest of some that are known in full.
 class PieceList
 {
 public:
-    /// Where a line of the listing is: the piece, and which of the piece's lines.
+    /// A line of the listing: its piece, and which of the piece's lines.
     struct Place
     {
-        std::size_t piece = 0;
+        std::size_t index = 0; ///< of the piece
+        Piece piece;
         std::size_t line = 0;
     };
 
@@ -30,22 +36,85 @@ public:
 
     std::string_view bytes() const { return theBytes; }
     std::size_t size() const { return thePieces.size(); }
-    Piece piece(std::size_t index) const { return thePieces[index]; }
-    /// The trimmed line of a piece that is no stream; fast also for a line of a gigabyte.
-    std::string_view text(std::size_t index) const;
+    /// Calls take(Piece) for every piece in order.
+    template<class Take> void forEach(Take take) const
+    {
+        for (Walk walk(*this, 0); walk.index() < size(); walk.step())
+            take(walk.piece());
+    }
 
     /// Complete lines, each with its line feed.
     std::size_t lineCount() const { return theLineCount; }
     /// Precondition: line < lineCount().
     Place placeOfLine(std::size_t line) const;
+    /// The trimmed line at a place whose piece is no stream; fast also for a line of a gigabyte.
+    std::string_view text(const Place& place) const;
 
 private:
-    /// A line number is kept for every so many pieces; the rest is counted from there.
-    static constexpr std::size_t stride = 256;
+    /// So many pieces have a start that is known.
+    static constexpr std::size_t blockSize = 256;
+
+    struct Block
+    {
+        std::size_t firstLine = 0;
+        std::size_t end = 0; ///< where the piece before the first ends in the file
+        std::size_t firstFull = 0; ///< pieces before the first that are stored in full
+    };
+
+    /// A piece in two bytes: its kind, and of a line the distance from the piece before and its
+    /// length; of a stream the number shown. Or a mark that it is one of those stored in full.
+    class ShortPiece
+    {
+    public:
+        /// @param end where the piece before ends.
+        static ShortPiece of(Piece piece, std::size_t end);
+        static ShortPiece full() { return ShortPiece(fullMark); }
+
+        bool isFull() const { return theBits == fullMark; }
+        /// The piece again. Precondition: !isFull().
+        Piece piece(std::size_t end) const;
+
+    private:
+        static constexpr unsigned kindBits = 3;
+        static constexpr unsigned gapBits = 4;
+        static constexpr unsigned lengthBits = 16 - kindBits - gapBits;
+        static constexpr unsigned fullMark = 0xFFFFu; ///< of a kind that there is not
+
+        explicit ShortPiece(std::size_t bits)
+            : theBits(static_cast<std::uint16_t>(bits))
+        {
+        }
+
+        std::uint16_t theBits;
+    };
+
+    /// Goes from piece to piece, from the start of a block on.
+    class Walk
+    {
+    public:
+        Walk(const PieceList& list, std::size_t block);
+        std::size_t index() const { return theIndex; }
+        /// Precondition: index() < list.size().
+        Piece piece() const { return thePiece; }
+        void step();
+
+    private:
+        void read();
+
+        const PieceList& theList;
+        std::size_t theIndex;
+        std::size_t theEnd;
+        std::size_t theFull;
+        Piece thePiece;
+    };
+
+    static std::size_t endOf(Piece piece, std::size_t endBefore);
 
     std::string_view theBytes;
-    ChunkedVector<Piece> thePieces;
-    std::vector<std::size_t> theLineOfStride; ///< first line of pieces 0, stride, 2 * stride, ...
+    ChunkedVector<ShortPiece> thePieces;
+    ChunkedVector<Piece> theFullPieces;
+    std::vector<Block> theBlocks;
     std::vector<std::pair<std::size_t, std::size_t>> theLongLines; ///< piece index, length
     std::size_t theLineCount = 0;
+    std::size_t theEnd = 0; ///< of the last piece in the file
 };

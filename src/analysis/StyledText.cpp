@@ -63,10 +63,12 @@ std::size_t StyledText::pieceCount() const
 void StyledText::forEachPiece(const PieceSink& sink) const
 {
     std::u16string text;
-    for (std::size_t index = 0; index < listingPieces(); ++index) {
-        text.clear();
-        appendPiece(thePieces->bytes(), thePieces->piece(index), text);
-        sink(thePieces->piece(index).role(), text);
+    if (thePieces) {
+        thePieces->forEach([&](Piece piece) {
+            text.clear();
+            appendPiece(thePieces->bytes(), piece, text);
+            sink(piece.role(), text);
+        });
     }
     for (std::size_t index = 0; theCatalog && index < theCatalog->size(); ++index) {
         const pdfObject object = theCatalog->listedObject(index);
@@ -86,11 +88,11 @@ std::size_t StyledText::lineLength(std::size_t index) const
     if (index >= listingLines())
         return theCatalog->listedObject(index - listingLines()).descriptionLength();
     const PieceList::Place place = thePieces->placeOfLine(index);
-    const Piece piece = thePieces->piece(place.piece);
+    const Piece piece = place.piece;
     if (place.line != piece.leadingBreaks())
         return 0;
     return piece.kind() == PieceKind::isStream ? streamTextLength(piece)
-                                               : thePieces->text(place.piece).size();
+                                               : thePieces->text(place).size();
 }
 
 ColourRole StyledText::appendLine(
@@ -104,7 +106,7 @@ ColourRole StyledText::appendLine(
         return object.descriptionRole();
     }
     const PieceList::Place place = thePieces->placeOfLine(index);
-    const Piece piece = thePieces->piece(place.piece);
+    const Piece piece = place.piece;
     if (place.line != piece.leadingBreaks())
         return piece.role();
     if (piece.kind() == PieceKind::isStream) {
@@ -112,7 +114,7 @@ ColourRole StyledText::appendLine(
         appendStreamText(piece, whole);
         text.append(whole, position, count);
     } else {
-        appendCharacters(thePieces->text(place.piece).substr(position, count), text);
+        appendCharacters(thePieces->text(place).substr(position, count), text);
     }
     return piece.role();
 }

@@ -2,9 +2,7 @@
 
 #include "analysis/DecimalInteger.h"
 #include "analysis/DescriptionLine.h"
-#include "analysis/DictionaryParser.h"
-#include "analysis/LineScan.h"
-#include "analysis/Piece.h"
+#include "analysis/ObjectReading.h"
 #include "analysis/pdfObjectCatalog.h"
 
 #include <algorithm>
@@ -12,37 +10,13 @@
 namespace {
 
 constexpr char16_t ellipsis = u'\u2026';
-constexpr std::size_t longestExcerpt = ObjectRecord::excerptLimit - 1;
+constexpr std::size_t longestExcerpt = 120;
 
-/// Gathers an object's lines anew, the way ObjectCollector came by them.
-class LineGatherer
+/// Kinds whose second line is shown as it is.
+bool hasText(ObjectType type)
 {
-public:
-    LineGatherer(std::string_view text, std::size_t endOffset)
-        : theText(text)
-        , theEnd(endOffset)
-    {
-    }
-
-    void takeLine(const ScannedLine& line)
-    {
-        isDone = isDone || line.start >= theEnd;
-        if (isDone)
-            return;
-        if (lines.empty() && line.kind == LineKind::isTrailer)
-            lines.push_back(trailerHeader);
-        else if (lines.empty() || line.kind == LineKind::isPlain)
-            lines.push_back(theText.substr(line.offset, line.length));
-    }
-    void takeStream(std::size_t) const { }
-
-    std::vector<std::string_view> lines;
-    bool isDone = false;
-
-private:
-    std::string_view theText;
-    std::size_t theEnd;
-};
+    return type == ObjectType::isPlain || type == ObjectType::isInfo || type == ObjectType::isNames;
+}
 
 std::string_view kindName(ObjectType type)
 {
@@ -106,21 +80,14 @@ const ObjectRecord& pdfObject::record() const
     return theCatalog->theRecords[theIndex];
 }
 
-const ObjectDetail& pdfObject::detail() const
-{
-    static const ObjectDetail none;
-    const std::uint32_t index = record().detail;
-    return index == ObjectRecord::noDetail ? none : theCatalog->theDetails[index];
-}
-
 std::int64_t pdfObject::objNo() const
 {
-    return record().objNo;
+    return theCatalog->objNo(record());
 }
 
 std::int64_t pdfObject::objGen() const
 {
-    return detail().objGen;
+    return ObjectReading(*theCatalog, record()).objGen();
 }
 
 std::int64_t pdfObject::objVer() const
@@ -133,17 +100,9 @@ ObjectType pdfObject::objType() const
     return record().objType();
 }
 
-ObjectEntries pdfObject::entries() const
+std::optional<ObjectRef> pdfObject::link(ObjectLink link) const
 {
-    if (!record().isReadAgain())
-        return detail().entries;
-    const std::vector<std::string_view> lines = theStringArray();
-    if (lines.size() < 2)
-        return {};
-    DictionaryParser parser(nullptr);
-    for (const std::string_view line : lines)
-        parser.addLine(line);
-    return parser.entries(objType());
+    return reference(ObjectReading(*theCatalog, record()).entries(), link);
 }
 
 std::optional<ObjectRef> pdfObject::reference(const ObjectEntries& entries, ObjectLink link) const
@@ -156,46 +115,47 @@ std::optional<ObjectRef> pdfObject::reference(const ObjectEntries& entries, Obje
 
 std::optional<ObjectRef> pdfObject::theRoot() const
 {
-    return reference(entries(), ObjectLink::isRoot);
+    return link(ObjectLink::isRoot);
 }
 
 std::optional<ObjectRef> pdfObject::theInfo() const
 {
-    return reference(entries(), ObjectLink::isInfo);
+    return link(ObjectLink::isInfo);
 }
 
 std::optional<ObjectRef> pdfObject::thePages() const
 {
-    return reference(entries(), ObjectLink::isPages);
+    return link(ObjectLink::isPages);
 }
 
 std::optional<ObjectRef> pdfObject::theNames() const
 {
-    return reference(entries(), ObjectLink::isNames);
+    return link(ObjectLink::isNames);
 }
 
 std::optional<ObjectRef> pdfObject::theMetadata() const
 {
-    return reference(entries(), ObjectLink::isMetadata);
+    return link(ObjectLink::isMetadata);
 }
 
 std::optional<ObjectRef> pdfObject::theParent() const
 {
-    return reference(entries(), ObjectLink::isParent);
+    return link(ObjectLink::isParent);
 }
 
 std::optional<ObjectRef> pdfObject::theContent() const
 {
-    return reference(entries(), ObjectLink::isContent);
+    return link(ObjectLink::isContent);
 }
 
 std::vector<ObjectRef> pdfObject::theChildren() const
 {
-    const ObjectEntries& entries = detail().entries;
+    const ObjectReading reading(*theCatalog, record());
+    const ObjectEntries& entries = reading.entries();
     std::vector<ObjectRef> children;
     children.reserve(entries.kidCount);
     for (std::size_t i = 0; i < entries.kidCount; ++i) {
-        const Kid& kid = theCatalog->theKids[entries.firstKid + i];
+        const Kid& kid = reading.kids()[entries.firstKid + i];
         children.push_back({kid.objNo, kid.objGen, objVer()});
     }
     return children;
@@ -203,47 +163,24 @@ std::vector<ObjectRef> pdfObject::theChildren() const
 
 std::int64_t pdfObject::thePageCount() const
 {
-    return objType() == ObjectType::isPages ? detail().entries.count : 0;
+    return objType() == ObjectType::isPages ? ObjectReading(*theCatalog, record()).entries().count
+                                            : 0;
 }
 
 std::int64_t pdfObject::theSize() const
 {
-    return objType() == ObjectType::isTrailer ? detail().entries.count : 0;
+    return objType() == ObjectType::isTrailer ? ObjectReading(*theCatalog, record()).entries().count
+                                              : 0;
 }
 
 std::string_view pdfObject::theText() const
 {
-    const ObjectRecord& own = record();
-    const std::string_view bytes = theCatalog->theBytes.view;
-    switch (own.objType()) {
-    case ObjectType::isInfo:
-    case ObjectType::isNames:
-        return bytes.substr(detail().textOffset, detail().textLength);
-    case ObjectType::isPlain:
-        break;
-    default:
-        return {};
-    }
-    if (!own.hasText)
-        return {};
-    const std::size_t offset = own.textDistance == ObjectRecord::farText
-        ? detail().textOffset
-        : own.headerOffset + own.textDistance;
-    if (own.excerptLength < ObjectRecord::excerptLimit)
-        return bytes.substr(offset, own.excerptLength);
-    const std::size_t end = nextLineBreak(bytes, offset + own.excerptLength);
-    return trimmed(bytes.substr(offset, end - offset));
+    return hasText(objType()) ? ObjectReading(*theCatalog, record()).text() : std::string_view();
 }
 
 std::vector<std::string_view> pdfObject::theStringArray() const
 {
-    const std::string_view bytes = theCatalog->theBytes.view;
-    const ObjectRecord& own = record();
-    LineGatherer gatherer(bytes, own.endOffset);
-    LineScan scan(bytes, gatherer, own.headerOffset, own.inXml != 0);
-    while (!gatherer.isDone && scan.advance(BlockMasks::blockSize))
-        ;
-    return std::move(gatherer.lines);
+    return readLines(*theCatalog, record());
 }
 
 ColourRole pdfObject::descriptionRole() const
@@ -280,83 +217,82 @@ void pdfObject::appendLink(
     head += ')';
 }
 
-std::string pdfObject::trailerHead() const
+std::string pdfObject::trailerHead(const ObjectEntries& entries) const
 {
-    const ObjectEntries own = entries();
     std::string head = "Trailer ";
     appendDecimal(objVer(), head);
     head += ' ';
-    appendLink(", Root ", own, ObjectLink::isRoot, head);
-    appendLink(", Info ", own, ObjectLink::isInfo, head);
+    appendLink(", Root ", entries, ObjectLink::isRoot, head);
+    appendLink(", Info ", entries, ObjectLink::isInfo, head);
     head += ", Size ";
-    appendDecimal(own.count, head);
+    appendDecimal(entries.count, head);
     return head;
 }
 
-std::string pdfObject::objectHead() const
+std::string pdfObject::objectHead(const ObjectReading& reading) const
 {
-    const ObjectEntries own = entries();
+    const ObjectEntries& entries = reading.entries();
     std::string head;
-    appendDecimal(objNo(), head);
+    appendDecimal(reading.objNo(), head);
     head += ' ';
-    appendDecimal(objGen(), head);
+    appendDecimal(reading.objGen(), head);
     head += ' ';
     appendDecimal(objVer(), head);
     head += kindName(objType());
     // An object has only the links of its kind.
-    appendLink(", Parent ", own, ObjectLink::isParent, head);
-    appendLink(", Pages ", own, ObjectLink::isPages, head);
-    appendLink(", Metadata ", own, ObjectLink::isMetadata, head);
-    appendLink(", Names ", own, ObjectLink::isNames, head);
-    appendLink(", Content ", own, ObjectLink::isContent, head);
+    appendLink(", Parent ", entries, ObjectLink::isParent, head);
+    appendLink(", Pages ", entries, ObjectLink::isPages, head);
+    appendLink(", Metadata ", entries, ObjectLink::isMetadata, head);
+    appendLink(", Names ", entries, ObjectLink::isNames, head);
+    appendLink(", Content ", entries, ObjectLink::isContent, head);
     if (objType() == ObjectType::isPages) {
         head += ", Page count ";
-        appendDecimal(own.count, head);
+        appendDecimal(entries.count, head);
         head += ", Kids ";
     }
     return head;
 }
 
-DescriptionParts pdfObject::descriptionParts() const
+DescriptionParts pdfObject::descriptionParts(const ObjectReading& reading) const
 {
     DescriptionParts parts;
     const ObjectType type = objType();
-    parts.head = type == ObjectType::isTrailer ? trailerHead() : objectHead();
-    parts.hasKids = type == ObjectType::isPages;
-    parts.text = theText();
+    parts.head
+        = type == ObjectType::isTrailer ? trailerHead(reading.entries()) : objectHead(reading);
+    if (hasText(type))
+        parts.text = reading.text();
     if (type == ObjectType::isPlain && parts.text.size() > longestExcerpt) {
         parts.text = parts.text.substr(0, longestExcerpt);
         parts.hasEllipsis = true;
     }
+    if (type == ObjectType::isPages) {
+        const ObjectEntries& entries = reading.entries();
+        parts.kids.emplace(reading.kids(), entries.firstKid, entries.kidCount, objVer());
+    }
     return parts;
-}
-
-KidsText pdfObject::kidsText() const
-{
-    const ObjectEntries& entries = detail().entries;
-    return {theCatalog->theKids, entries.firstKid, entries.kidCount, objVer()};
 }
 
 std::size_t pdfObject::descriptionLength() const
 {
-    const DescriptionParts parts = descriptionParts();
+    const ObjectReading reading(*theCatalog, record());
+    const DescriptionParts parts = descriptionParts(reading);
     return parts.head.size() + parts.text.size() + (parts.hasEllipsis ? 1 : 0)
-        + (parts.hasKids ? kidsText().length() : 0);
+        + (parts.kids ? parts.kids->length() : 0);
 }
 
 void pdfObject::appendDescription(
     std::size_t position, std::size_t count, std::u16string& text) const
 {
-    const DescriptionParts parts = descriptionParts();
+    const ObjectReading reading(*theCatalog, record());
+    const DescriptionParts parts = descriptionParts(reading);
     StretchWriter writer(position, count, text);
     writer.part(parts.head);
     writer.part(parts.text);
     if (parts.hasEllipsis)
         writer.part(1, [](std::size_t, std::size_t, auto& out) { out += ellipsis; });
-    if (parts.hasKids) {
-        const KidsText kids = kidsText();
-        writer.part(kids.length(), [&kids](std::size_t from, std::size_t most, auto& out) {
-            kids.append(from, most, out);
+    if (parts.kids) {
+        writer.part(parts.kids->length(), [&parts](std::size_t from, std::size_t most, auto& out) {
+            parts.kids->append(from, most, out);
         });
     }
 }

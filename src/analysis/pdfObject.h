@@ -11,10 +11,9 @@
 #include <string_view>
 #include <vector>
 
-class KidsText;
-struct DescriptionParts;
+class ObjectReading;
 class pdfObjectCatalog;
-struct ObjectDetail;
+struct DescriptionParts;
 struct ObjectRecord;
 
 /// What an indirect object is, as far as the document's structure is concerned: decided by the last
@@ -95,11 +94,15 @@ public:
     std::size_t firstKid = 0; ///< the catalog's kids from here on
     std::size_t kidCount = 0;
 
+    bool operator==(const ObjectEntries&) const = default;
+
 private:
     struct Numbers
     {
         std::int64_t objNo = 0;
         std::int64_t objGen = 0;
+
+        bool operator==(const Numbers&) const = default;
     };
 
     static unsigned bit(ObjectLink link) { return 1u << static_cast<unsigned>(link); }
@@ -185,15 +188,13 @@ private:
     }
 
     const ObjectRecord& record() const;
-    const ObjectDetail& detail() const;
-    ObjectEntries entries() const;
-    KidsText kidsText() const;
+    std::optional<ObjectRef> link(ObjectLink link) const;
     std::optional<ObjectRef> reference(const ObjectEntries& entries, ObjectLink link) const;
     void appendLink(std::string_view label, const ObjectEntries& entries, ObjectLink link,
         std::string& head) const;
-    std::string trailerHead() const;
-    std::string objectHead() const;
-    DescriptionParts descriptionParts() const;
+    std::string trailerHead(const ObjectEntries& entries) const;
+    std::string objectHead(const ObjectReading& reading) const;
+    DescriptionParts descriptionParts(const ObjectReading& reading) const;
 
     const pdfObjectCatalog* theCatalog;
     std::size_t theIndex; ///< in scan order

@@ -43,7 +43,7 @@ void pdfObjectCatalog::sortList()
     const auto inOrder = [this](std::size_t index) {
         const ObjectRecord& before = theRecords[index - 1];
         const ObjectRecord& record = theRecords[index];
-        return before.objVer != record.objVer || before.objNo <= record.objNo;
+        return before.objVer != record.objVer || objNo(before) <= objNo(record);
     };
     std::size_t index = 1;
     while (index < size() && inOrder(index))
@@ -57,7 +57,7 @@ void pdfObjectCatalog::sortList()
         const std::uint32_t version = theRecords[start].objVer;
         keys.clear();
         for (index = start; index < size() && theRecords[index].objVer == version; ++index)
-            keys.push_back({theRecords[index].objNo, static_cast<std::uint32_t>(index)});
+            keys.push_back({objNo(theRecords[index]), static_cast<std::uint32_t>(index)});
         std::sort(keys.begin(), keys.end());
         for (const SortKey& key : keys)
             theOrder.push_back(key.index);

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 /// How many objects of each kind a file holds.
@@ -39,6 +40,18 @@ public:
     /// in the order of the scan. Precondition: index < size().
     pdfObject listedObject(std::size_t index) const;
 
+    /// What the records are stored as, for those who read an object's lines.
+    /// @{
+    std::string_view bytes() const { return theBytes.view; }
+    /// Precondition: the record is of this catalog and has a detail.
+    const ObjectDetail& detail(const ObjectRecord& record) const
+    {
+        return theDetails[record.number];
+    }
+    /// The references of all Kids arrays that the details speak of.
+    const ChunkedVector<Kid>& kids() const { return theKids; }
+    /// @}
+
     ObjectCounts counts() const;
     /// The counts in words; several lines, no line feed at the end.
     std::string makeSummary() const;
@@ -47,6 +60,10 @@ private:
     friend class pdfObject;
     friend class ObjectCollector;
 
+    std::int64_t objNo(const ObjectRecord& record) const
+    {
+        return record.hasDetail ? detail(record).objNo : std::int64_t{record.number};
+    }
     void sortList();
 
     SharedBytes theBytes;

@@ -190,6 +190,8 @@ private slots:
     void agreesOnRandomTexts();
     void agreesWhereKeywordsStand_data();
     void agreesWhereKeywordsStand();
+    void agreesOnBothSidesOfLimits_data();
+    void agreesOnBothSidesOfLimits();
     void agreesOnCorpus();
 };
 
@@ -380,6 +382,61 @@ void TestAgainstPlainAnalysis::agreesWhereKeywordsStand()
                     + std::string(before % 5, filler) + "\ny\nendstream\nendobj\nstartxref";
                 QVERIFY(agrees(text, "offset " + std::to_string(before)));
             }
+}
+
+/// Lines, streams and objects are stored in short forms where they are small and stand close.
+void TestAgainstPlainAnalysis::agreesOnBothSidesOfLimits_data()
+{
+    QTest::addColumn<std::function<std::string(std::size_t)>>("make");
+    QTest::addColumn<std::size_t>("limit");
+    const auto row = [](const char* name, std::size_t limit, std::string (*make)(std::size_t)) {
+        QTest::newRow(name) << std::function<std::string(std::size_t)>(make) << limit;
+    };
+    row("length of a line", 511, [](std::size_t size) {
+        return std::string(size, 'x') + "\nendobj\n" + std::string(2 * size, 'x') + "\ny\n";
+    });
+    row("distance of lines", 15,
+        [](std::size_t size) { return "1 0 obj\n" + std::string(size, ' ') + "x\nendobj\ny\n"; });
+    row("length of a stream", 8191, [](std::size_t size) {
+        return "1 0 obj\nstream\n" + std::string(size, 'x') + "\nendstream\nendobj\n";
+    });
+    row("length of a page", 4096, [](std::size_t size) {
+        const std::string head = "3 7 obj\n/Type /Page /Parent 2 0 R\n";
+        const std::string tail = "\n/Contents 4 0 R\n";
+        return head + std::string(size - head.size() - tail.size(), 'x') + tail
+            + "endobj\nendobj\n";
+    });
+    row("length of a node that grows", 4096, [](std::size_t size) {
+        const std::string head = "2 0 obj\n/Type /Pages /Kids [ 3 0 R ]\n";
+        return head + std::string(size - head.size() - 1, ' ') + "\nendobj\n/Kids [ 4 0 R 5 0 R ]\n"
+            + "endobj\nendobj\nx\nstartxref\n/Count 7\nstartxref\n";
+    });
+    row("length of a text that comes late", 4096, [](std::size_t size) {
+        const std::string head = "9 0 obj\n";
+        return head + std::string(size - head.size(), '\n') + "endobj\nlate\nendobj\nendobj\n";
+    });
+    row("length of an object whose kind changes", 4096, [](std::size_t size) {
+        const std::string head = "9 0 obj\n/Type /Info\n";
+        return head + std::string(size - head.size(), '\n')
+            + "endobj\n/Type /Catalog /Names 3 0 R\nendobj\n/Type /Info\nendobj\n";
+    });
+    row("object number", 0,
+        [](std::size_t size) { return std::to_string(size) + " 0 obj\nx\nendobj\n"; });
+    row("object number of a trailer", 0xFFFFFFFF,
+        [](std::size_t size) { return std::to_string(size) + " 0 obj\n/Size 4 \nendobj\n"; });
+}
+
+/// Each text comes often enough to fill several of the blocks that pieces are found by.
+void TestAgainstPlainAnalysis::agreesOnBothSidesOfLimits()
+{
+    QFETCH(std::function<std::string(std::size_t)>, make);
+    QFETCH(std::size_t, limit);
+    for (std::size_t size = limit - std::min(limit, std::size_t{3}); size < limit + 4; ++size) {
+        std::string text;
+        for (int i = 0; i < 100; ++i)
+            text += make(size);
+        QVERIFY(agrees(text, "size " + std::to_string(size)));
+    }
 }
 
 void TestAgainstPlainAnalysis::agreesOnCorpus()

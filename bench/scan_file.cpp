@@ -3,6 +3,7 @@
 // the scan took at its peak beyond the file's bytes.
 
 #include "analysis/SourceText.h"
+#include "platform/LargePages.h"
 
 #include <spawn.h>
 #include <sys/resource.h>
@@ -106,6 +107,7 @@ int main(int count, char** arguments)
         std::fprintf(stderr, "usage: scan_file FILE [RUNS]\n");
         return 2;
     }
+    useLargePages();
     const SharedBytes bytes = SharedBytes::ofString(contents(arguments[1]));
     const double size = static_cast<double>(bytes.view.size());
     const int runs = count > 2 ? std::atoi(arguments[2]) : 5;

@@ -2,6 +2,7 @@
 #include "app/QuitSignals.h"
 #include "app/UpdateCheck.h"
 #include "app/Windows.h"
+#include "platform/LargePages.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -80,6 +81,7 @@ void setUpUpdateCheck(UpdateCheck& check, AppDelegate& delegate)
 int main(int argc, char* argv[])
 {
     std::signal(SIGXFSZ, SIG_IGN); // a limit on file sizes is an error, not the end
+    useLargePages();
     setUpApplication();
     QCommandLineParser parser;
     setUpParser(parser);

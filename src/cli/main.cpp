@@ -5,6 +5,7 @@
 #endif
 #include "cli/FileInput.h"
 #include "cli/VersionsCommand.h"
+#include "platform/LargePages.h"
 
 #include <csignal>
 #include <cstdio>
@@ -72,6 +73,7 @@ ExitStatus run(const Arguments& arguments)
 int main(int count, char** words)
 {
     std::signal(SIGXFSZ, SIG_IGN); // a limit on file sizes is an error, not the end
+    useLargePages();
     std::string problem;
     const auto arguments = parseArguments({words + (count > 0 ? 1 : 0), words + count}, problem);
     if (!arguments) {

@@ -1,0 +1,8 @@
+#pragma once
+
+/// Lets large blocks of memory that come from the default memory resource (std::pmr) lie in large
+/// pages, where the system has them. Lists of an analysis fill hundreds of megabytes, and bringing
+/// those in by pages of 4 KB takes about as long as the scan that fills them.
+///
+/// To be called once, before the first of such lists is made; holds until the program's end.
+void useLargePages();

@@ -1,8 +1,6 @@
 #include "cli/AnalysisCommands.h"
 #include "cli/Arguments.h"
-#ifdef TARNWICK_ENGINE
-#include "cli/EngineCommands.h"
-#endif
+#include "cli/ExportProgram.h"
 #include "cli/FileInput.h"
 #include "cli/VersionsCommand.h"
 #include "platform/LargePages.h"
@@ -46,13 +44,6 @@ ExitStatus fail(ExitStatus status, const std::string& message)
 
 ExitStatus run(const Arguments& arguments)
 {
-    if (arguments.output) {
-#ifdef TARNWICK_ENGINE
-        return exportCommand(arguments);
-#else
-        return fail(ExitStatus::isFailed, arguments.command + ": built without the PDF engine");
-#endif
-    }
     std::string reason;
     const std::optional<SharedBytes> bytes = readInput(arguments.file, reason);
     if (!bytes)
@@ -89,5 +80,5 @@ int main(int count, char** words)
         std::puts("tarnwick-inspect " TARNWICK_VERSION);
         return 0;
     }
-    return static_cast<int>(run(*arguments));
+    return static_cast<int>(arguments->output ? becomeExportProgram(words) : run(*arguments));
 }

@@ -1,4 +1,4 @@
-#include "cli/EngineCommands.h"
+#include "cli/ExportCommand.h"
 
 #include "cli/FileInput.h"
 #include "cli/Password.h"

@@ -1,0 +1,20 @@
+// tarnwick-export: what tarnwick-inspect becomes for flat, text and rtf; takes the same words.
+
+#include "cli/Arguments.h"
+#include "cli/ExportCommand.h"
+
+#include <csignal>
+#include <cstdio>
+#include <string>
+
+int main(int count, char** words)
+{
+    std::signal(SIGXFSZ, SIG_IGN); // a limit on file sizes is an error, not the end
+    std::string problem = "use tarnwick-inspect";
+    const auto arguments = parseArguments({words + (count > 0 ? 1 : 0), words + count}, problem);
+    if (!arguments || !arguments->output) {
+        std::fprintf(stderr, "tarnwick-export: %s\n", problem.c_str());
+        return static_cast<int>(ExitStatus::isWrongUse);
+    }
+    return static_cast<int>(exportCommand(*arguments));
+}

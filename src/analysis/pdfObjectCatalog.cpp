@@ -3,20 +3,10 @@
 #include "analysis/DecimalInteger.h"
 
 #include <algorithm>
+#include <numeric>
 #include <utility>
 
 namespace {
-
-struct SortKey
-{
-    std::int64_t objNo;
-    std::uint32_t index; ///< equal numbers keep the order of the scan
-
-    bool operator<(const SortKey& other) const
-    {
-        return objNo != other.objNo ? objNo < other.objNo : index < other.index;
-    }
-};
 
 void appendCount(std::size_t count, std::string_view words, std::string& text)
 {
@@ -36,32 +26,41 @@ pdfObject pdfObjectCatalog::listedObject(std::size_t index) const
     return object(theOrder.empty() ? index : theOrder[index]);
 }
 
-/// Versions only rise during a scan, so each version is a stretch of the records to be sorted by
-/// itself; most files hold their objects in order and need no list at all.
+bool pdfObjectCatalog::comesBefore(std::uint32_t one, std::uint32_t other) const
+{
+    const ObjectRecord& first = theRecords[one];
+    const ObjectRecord& second = theRecords[other];
+    return first.objVer != second.objVer ? first.objVer < second.objVer
+                                         : objNo(first) < objNo(second);
+}
+
+/// Files hold their objects in order, or in a few runs that are: one that is made for the Web has
+/// two, and a trailer behind objects of higher numbers is a run of its own. Merging runs leaves
+/// equal objects in the order of the scan.
 void pdfObjectCatalog::sortList()
 {
-    const auto inOrder = [this](std::size_t index) {
-        const ObjectRecord& before = theRecords[index - 1];
-        const ObjectRecord& record = theRecords[index];
-        return before.objVer != record.objVer || objNo(before) <= objNo(record);
-    };
-    std::size_t index = 1;
-    while (index < size() && inOrder(index))
-        ++index;
-    if (index >= size())
+    const auto count = static_cast<std::uint32_t>(size());
+    std::vector<std::uint32_t> starts;
+    for (std::uint32_t index = 0; index < count; ++index) {
+        if (index == 0 || comesBefore(index, index - 1))
+            starts.push_back(index);
+    }
+    if (starts.size() < 2)
         return;
 
-    theOrder.reserve(size());
-    std::vector<SortKey> keys;
-    for (std::size_t start = 0; start < size();) {
-        const std::uint32_t version = theRecords[start].objVer;
-        keys.clear();
-        for (index = start; index < size() && theRecords[index].objVer == version; ++index)
-            keys.push_back({objNo(theRecords[index]), static_cast<std::uint32_t>(index)});
-        std::sort(keys.begin(), keys.end());
-        for (const SortKey& key : keys)
-            theOrder.push_back(key.index);
-        start = index;
+    theOrder.resize(count);
+    std::iota(theOrder.begin(), theOrder.end(), 0u);
+    const auto startOf = [&](std::size_t run) {
+        return theOrder.begin() + (run < starts.size() ? starts[run] : count);
+    };
+    while (starts.size() > 1) {
+        std::vector<std::uint32_t> merged;
+        for (std::size_t run = 0; run < starts.size(); run += 2) {
+            std::inplace_merge(startOf(run), startOf(run + 1), startOf(run + 2),
+                [this](std::uint32_t one, std::uint32_t other) { return comesBefore(one, other); });
+            merged.push_back(starts[run]);
+        }
+        starts = std::move(merged);
     }
 }
 

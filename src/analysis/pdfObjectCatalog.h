@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory_resource>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -64,11 +65,13 @@ private:
     {
         return record.hasDetail ? detail(record).objNo : std::int64_t{record.number};
     }
+    /// In the object list; indices in scan order.
+    bool comesBefore(std::uint32_t one, std::uint32_t other) const;
     void sortList();
 
     SharedBytes theBytes;
     ChunkedVector<ObjectRecord> theRecords;
     ChunkedVector<ObjectDetail> theDetails;
     ChunkedVector<Kid> theKids;
-    std::vector<std::uint32_t> theOrder; ///< empty when the list has the order of the scan
+    std::pmr::vector<std::uint32_t> theOrder; ///< empty when the list has the order of the scan
 };

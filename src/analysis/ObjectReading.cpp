@@ -17,6 +17,7 @@ public:
         : theText(text)
         , theEnd(end)
     {
+        lines.reserve(usualLines);
     }
 
     void takeLine(const ScannedLine& line)
@@ -35,6 +36,8 @@ public:
     bool isDone = false;
 
 private:
+    static constexpr std::size_t usualLines = 8;
+
     std::string_view theText;
     std::size_t theEnd;
 };

@@ -1,5 +1,7 @@
 #include "cli/FileInput.h"
 
+#include "platform/LargePages.h"
+
 #include <cerrno>
 #include <cstddef>
 #include <cstdlib>
@@ -28,6 +30,7 @@ public:
             return false;
         theBytes = static_cast<char*>(bytes);
         theCapacity = capacity;
+        preferLargePages(theBytes + theSize, theCapacity - theSize);
         return true;
     }
 

@@ -3,6 +3,7 @@
 #include <sys/mman.h>
 
 #include <cstddef>
+#include <memory>
 #include <memory_resource>
 
 namespace {
@@ -21,10 +22,7 @@ private:
     void* do_allocate(std::size_t bytes, std::size_t alignment) override
     {
         void* block = std::pmr::new_delete_resource()->allocate(bytes, aligned(bytes, alignment));
-        // A wish: where the system does not grant it, the block has small pages. A large page that
-        // is not full would take memory that nobody uses.
-        if (bytes >= largePage)
-            madvise(block, bytes / largePage * largePage, MADV_HUGEPAGE);
+        preferLargePages(block, bytes);
         return block;
     }
 
@@ -46,4 +44,11 @@ void useLargePages()
     // Never destroyed: lists may outlive everything else.
     static auto* const resource = new LargePageResource;
     std::pmr::set_default_resource(resource);
+}
+
+void preferLargePages(void* block, std::size_t bytes)
+{
+    // Whole pages alone: one that is not full would take memory that nobody uses.
+    if (std::align(largePage, largePage, block, bytes))
+        madvise(block, bytes / largePage * largePage, MADV_HUGEPAGE);
 }

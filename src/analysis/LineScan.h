@@ -70,6 +70,9 @@ public:
         return false;
     }
 
+    /// Whether the next line stands in an XML object.
+    bool inXml() const { return theInXml; }
+
 private:
     void takeBlock()
     {

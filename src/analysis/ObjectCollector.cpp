@@ -98,15 +98,14 @@ void ObjectCollector::flushPieces()
 
 void ObjectCollector::beginObject(const ScannedLine& line, std::string_view text)
 {
-    theLineCount = 1;
     theHeader = text;
-    theFurtherLines.clear();
+    theSecondLine.reset();
     theHeaderOffset = line.start;
     theHeaderInXml = line.inXml;
     theType = ObjectType::isPlain;
     theNumbers.reset();
     theDetailIndex.reset();
-    theParsedLines = 0;
+    theParserHasLines = false;
     if (line.holdsType)
         noteType(text);
 }
@@ -114,12 +113,12 @@ void ObjectCollector::beginObject(const ScannedLine& line, std::string_view text
 void ObjectCollector::gather(const ScannedLine& line)
 {
     const std::string_view text = theText.substr(line.offset, line.length);
-    if (theLineCount == 0) {
+    if (theHeader.empty()) {
         beginObject(line, text);
         return;
     }
-    theFurtherLines.push_back(Piece::ofLine(PieceKind::isLine, line.offset, line.length));
-    ++theLineCount;
+    if (!theSecondLine)
+        theSecondLine = Piece::ofLine(PieceKind::isLine, line.offset, line.length);
     if (line.holdsType)
         noteType(text);
 }
@@ -143,7 +142,7 @@ void ObjectCollector::noteType(std::string_view line)
 
 void ObjectCollector::makeRecord(const ScannedLine& end)
 {
-    if (theLineCount == 0)
+    if (theHeader.empty())
         return;
     if (!theNumbers)
         theNumbers = headerNumbers(theHeader);
@@ -162,12 +161,12 @@ void ObjectCollector::makeRecord(const ScannedLine& end)
     } else {
         record.offset = end.start & offsetMask;
         record.hasDetail = 1;
-        record.number = detailIndex(type);
+        record.number = detailIndex(type, end.start);
     }
     theCatalog.theRecords.push_back(record);
 }
 
-std::uint32_t ObjectCollector::detailIndex(ObjectType type)
+std::uint32_t ObjectCollector::detailIndex(ObjectType type, std::size_t end)
 {
     if (!theDetailIndex) {
         theDetail = ObjectDetail();
@@ -175,11 +174,11 @@ std::uint32_t ObjectCollector::detailIndex(ObjectType type)
         theDetail.objGen = theNumbers->objGen;
         theDetail.start = theHeaderOffset;
     }
-    if (theDetail.textLength == 0 && !theFurtherLines.empty()) {
-        theDetail.textOffset = theFurtherLines.front().offset();
-        theDetail.textLength = pieceText(theText, theFurtherLines.front()).size();
+    if (theDetail.textLength == 0 && theSecondLine) {
+        theDetail.textOffset = theSecondLine->offset();
+        theDetail.textLength = pieceText(theText, *theSecondLine).size();
     }
-    theDetail.entries = parsedEntries(type);
+    theDetail.entries = parsedEntries(type, end);
     if (!theDetailIndex || theCatalog.theDetails[*theDetailIndex] != theDetail) {
         theDetailIndex = static_cast<std::uint32_t>(theCatalog.theDetails.size());
         theCatalog.theDetails.push_back(theDetail);
@@ -188,16 +187,15 @@ std::uint32_t ObjectCollector::detailIndex(ObjectType type)
 }
 
 /// An object of one line has no dictionary that could be told from its header.
-ObjectEntries ObjectCollector::parsedEntries(ObjectType type)
+ObjectEntries ObjectCollector::parsedEntries(ObjectType type, std::size_t end)
 {
-    if (!DictionaryParser::hasEntries(type) || theLineCount < 2)
+    if (!DictionaryParser::hasEntries(type) || !theSecondLine)
         return {};
-    if (theParsedLines == 0) {
+    if (!theParserHasLines) {
         theParser.restart();
-        theParser.addLine(theHeader);
-        theParsedLines = 1;
+        theParserHasLines = true;
+        theUnparsedLines = ObjectLines(theText, theHeaderOffset, theHeaderInXml);
     }
-    for (; theParsedLines < theLineCount; ++theParsedLines)
-        theParser.addLine(pieceText(theText, theFurtherLines[theParsedLines - 1]));
+    theUnparsedLines.readTo(end, [this](std::string_view line) { theParser.addLine(line); });
     return theParser.entries(type);
 }

@@ -3,6 +3,7 @@
 #include "analysis/DictionaryParser.h"
 #include "analysis/HeaderNumbers.h"
 #include "analysis/LineScan.h"
+#include "analysis/ObjectLines.h"
 #include "analysis/ObjectRecord.h"
 #include "analysis/Piece.h"
 #include "analysis/pdfObjectCatalog.h"
@@ -48,8 +49,9 @@ private:
     void noteType(std::string_view line);
     void makeRecord(const ScannedLine& end);
     /// @returns the index of a detail that says what the lines gathered so far say.
-    std::uint32_t detailIndex(ObjectType type);
-    ObjectEntries parsedEntries(ObjectType type);
+    /// @param end start of the line behind them.
+    std::uint32_t detailIndex(ObjectType type, std::size_t end);
+    ObjectEntries parsedEntries(ObjectType type, std::size_t end);
 
     std::string_view theText;
     pdfObjectCatalog& theCatalog;
@@ -57,16 +59,16 @@ private:
     std::vector<Piece> thePieces; ///< not handed over yet
 
     std::uint32_t theVersion = 1;
-    std::size_t theLineCount = 0; ///< lines gathered
-    std::string_view theHeader; ///< the first of them
-    std::vector<Piece> theFurtherLines; ///< the others
-    std::size_t theHeaderOffset = 0; ///< start of the first line in the file
+    std::string_view theHeader; ///< the first of the lines gathered; empty when there is none
+    std::size_t theHeaderOffset = 0; ///< start of its line in the file
     bool theHeaderInXml = false;
+    std::optional<Piece> theSecondLine;
     ObjectType theType = ObjectType::isPlain; ///< as far as the lines gathered say
     std::optional<HeaderNumbers> theNumbers; ///< read when a record asks for them
     std::optional<std::uint32_t> theDetailIndex; ///< the last detail that the catalog has of them
     ObjectDetail theDetail; ///< what that one says
 
     DictionaryParser theParser;
-    std::size_t theParsedLines = 0; ///< how many of the lines gathered the parser has
+    ObjectLines theUnparsedLines; ///< of the lines gathered, those that the parser has not read
+    bool theParserHasLines = false;
 };

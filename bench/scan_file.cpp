@@ -66,7 +66,10 @@ std::string contents(const char* path)
     std::ifstream file(path, std::ios::binary | std::ios::ate);
     if (!file)
         return {};
-    std::string bytes(static_cast<std::size_t>(file.tellg()), '\0');
+    std::string bytes;
+    bytes.reserve(static_cast<std::size_t>(file.tellg()));
+    preferLargePages(bytes.data(), bytes.capacity());
+    bytes.resize(static_cast<std::size_t>(file.tellg()));
     file.seekg(0);
     file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     return bytes;

@@ -241,7 +241,8 @@ void TestDocument::failuresShareAnAlert()
     QVERIFY(text.contains(QLatin1String("one.pdf")) && text.contains(QLatin1String("two.pdf")));
     // It stays in front of what opens.
     const Document* document = open(writePdf(QStringLiteral("a.pdf")));
-    QVERIFY(document && alert->isVisible());
+    QVERIFY(document);
+    QTRY_VERIFY(alert->isVisible());
     QCOMPARE(alert->parentWidget(), document->windows().at(0));
 }
 

@@ -1,37 +1,78 @@
 #include "platform/frame/OpenFailureAlert.h"
 
 #include <QApplication>
+#include <QEvent>
 #include <QFileInfo>
+#include <QTimer>
+#include <QWindow>
+
+#include <chrono>
+#include <utility>
 
 void OpenFailureAlert::report(QWidget* parent, const QString& path, const QString& reason)
 {
-    OpenFailureAlert* alert = shown();
+    OpenFailureAlert* alert = current();
     if (!alert)
         alert = new OpenFailureAlert(parent);
     alert->add(path, reason);
-    alert->show();
-    alert->raise();
+    alert->showOnceItsWindowHasItsPlace();
 }
 
 void OpenFailureAlert::moveTo(QWidget* window)
 {
-    OpenFailureAlert* alert = shown();
+    OpenFailureAlert* alert = current();
     if (!alert || (alert->parentWidget() && alert->parentWidget()->isVisible()))
         return;
     alert->setParent(window, alert->windowFlags());
-    alert->show();
-    alert->raise();
+    alert->showOnceItsWindowHasItsPlace();
 }
 
-OpenFailureAlert* OpenFailureAlert::shown()
+OpenFailureAlert* OpenFailureAlert::current()
 {
     const QWidgetList widgets = QApplication::topLevelWidgets();
     for (QWidget* widget : widgets) {
         auto* alert = qobject_cast<OpenFailureAlert*>(widget);
-        if (alert && alert->isVisible())
+        if (alert && (alert->isVisible() || alert->isWaiting))
             return alert;
     }
     return nullptr;
+}
+
+void OpenFailureAlert::showInFront()
+{
+    isWaiting = false;
+    show();
+    raise();
+    activateWindow();
+}
+
+// Shown earlier, the alert would stand at the middle of where its window is not, and that window
+// would take the keyboard from it when it comes.
+void OpenFailureAlert::showOnceItsWindowHasItsPlace()
+{
+    QWindow* const window = parentWidget() ? parentWidget()->window()->windowHandle() : nullptr;
+    if (!window || !window->isVisible() || window->isExposed())
+        return showInFront();
+    if (std::exchange(isWaiting, true))
+        return;
+    window->installEventFilter(this);
+    // Minimized, or on another desktop, it does not come by itself.
+    constexpr auto patience = std::chrono::seconds(1);
+    QTimer::singleShot(patience, this, [this] {
+        if (isWaiting)
+            showInFront();
+    });
+}
+
+bool OpenFailureAlert::eventFilter(QObject* watched, QEvent* event)
+{
+    auto* const window = qobject_cast<QWindow*>(watched);
+    if (window && event->type() == QEvent::Expose && window->isExposed()) {
+        window->removeEventFilter(this);
+        if (isWaiting)
+            QTimer::singleShot(0, this, &OpenFailureAlert::showInFront);
+    }
+    return QMessageBox::eventFilter(watched, event);
 }
 
 OpenFailureAlert::OpenFailureAlert(QWidget* parent)

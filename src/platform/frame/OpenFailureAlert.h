@@ -13,15 +13,22 @@ public:
     /// @param parent the window that a new alert belongs to, or null.
     static void report(QWidget* parent, const QString& path, const QString& reason);
 
-    /// Moves the alert that shows over to a window, if its own window shows no more: it would lie
+    /// Moves the alert over to a window, if its own window shows no more: it would lie
     /// behind the others.
     static void moveTo(QWidget* window);
 
+    /// Learns when the window that it waits for has its place.
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
-    static OpenFailureAlert* shown();
+    /// The alert that shows or is about to.
+    static OpenFailureAlert* current();
     explicit OpenFailureAlert(QWidget* parent);
     void add(const QString& path, const QString& reason);
+    void showInFront();
+    void showOnceItsWindowHasItsPlace();
 
     QStringList theNames;
     QStringList theReasons;
+    bool isWaiting = false; ///< for its window to come up
 };

@@ -34,7 +34,7 @@ QString failureNote(PDFFailure failure)
     case PDFFailure::isOutOfMemory:
         return SourceViewController::tr("The PDF engine ran out of memory");
     case PDFFailure::isTimedOut:
-        return SourceViewController::tr("Given up after 30 seconds");
+        return SourceViewController::tr("Given up: it takes the PDF engine too long");
     case PDFFailure::isDamaged:
         return SourceViewController::tr("The PDF engine could not write this document");
     }

@@ -138,7 +138,7 @@ public:
     };
 
     /// Starts an engine on the bytes. One of opened(), locked() and refused() follows from the
-    /// event loop; a file that takes longer than 20 seconds is refused.
+    /// event loop; a file that takes longer than 20 seconds and another for every 2 MB is refused.
     explicit PDFDocument(const FileBytes& bytes, QObject* parent = nullptr);
     ~PDFDocument() override;
 

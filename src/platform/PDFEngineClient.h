@@ -110,12 +110,13 @@ private:
     void takeOpeningAnswer(EngineAnswer kind, const QByteArray& payload);
     void takeJobAnswer(EngineAnswer kind, const QByteArray& payload);
     void loseEngine(PDFFailure failure);
-    void failOpening(const QString& reason);
+    void failOpening(const QString& reason, PDFFailure failure = PDFFailure::isEngineDead);
     void endJob(PDFFailure failure);
     void send(EngineRequest kind, std::string_view payload, int timeLimit);
     void failWaitingJobs();
 
     FileBytes theBytes;
+    int theOpeningLimit; ///< milliseconds
     bool theFlatIsWanted;
     std::optional<std::string> thePassword;
     bool thePasswordIsKnown = false;
@@ -123,6 +124,7 @@ private:
     State theState = State::isOff;
     bool theDocumentWasOpen = false;
     int theFailedStarts = 0;
+    PDFFailure theBreakage = PDFFailure::isEngineDead; ///< what every job fails with when broken
     QTimer theLimit;
     Number theLastNumber = 0;
     Number theSentNumber = 0; ///< what the engine's answers carry

@@ -8,7 +8,7 @@ namespace {
 
 constexpr int leastOpeningLimit = 20'000; ///< milliseconds
 /// What a file's size adds to it. An engine that has to look for the objects of a damaged file by
-/// itself gets through five times as much when nothing else is going on.
+/// itself gets through ten times as much when nothing else is going on.
 constexpr std::size_t bytesPerMillisecond = 2048;
 constexpr int graceForGivenUp = 250; ///< milliseconds
 /// A document that was open once opens again unless the machine is out of something.

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <utility>
 
 namespace plain {
 namespace {
@@ -87,8 +88,7 @@ struct Record
     Kind kind = Kind::plain;
     std::map<std::string, Reference> links;
     std::vector<Reference> children;
-    std::int64_t pageCount = 0;
-    std::int64_t size = 0;
+    std::int64_t count = 0; ///< Count or Size
     std::string text;
 };
 
@@ -96,20 +96,15 @@ Kind kindOf(const Record& record)
 {
     if (record.number >= 8000001)
         return Kind::trailer;
+    static const std::vector<std::pair<std::string, Kind>> names{{"/Catalog", Kind::catalog},
+        {"/Pages", Kind::pages}, {"/Page", Kind::page}, {"/Info", Kind::info},
+        {"/Names", Kind::names}};
     Kind kind = Kind::plain;
     for (const std::string& line : record.lines) {
-        if (!holds(line, "/Type"))
-            continue;
-        if (holds(line, "/Catalog"))
-            kind = Kind::catalog;
-        else if (holds(line, "/Pages"))
-            kind = Kind::pages;
-        else if (holds(line, "/Page"))
-            kind = Kind::page;
-        else if (holds(line, "/Info"))
-            kind = Kind::info;
-        else if (holds(line, "/Names"))
-            kind = Kind::names;
+        const auto name = std::find_if(names.begin(), names.end(),
+            [&line](const auto& one) { return holds(line, one.first); });
+        if (holds(line, "/Type") && name != names.end())
+            kind = name->second;
     }
     return kind;
 }
@@ -173,36 +168,26 @@ void readKids(Record& record, const std::string& piece)
     }
 }
 
+/// The keys that the kinds read, in the order in which a piece is searched for them.
+const std::map<Kind, Lines> keys{
+    {Kind::catalog, {"Pages", "Metadata", "Names"}},
+    {Kind::pages, {"Kids", "Parent", "Count"}},
+    {Kind::page, {"Parent", "Content"}},
+    {Kind::trailer, {"Info", "Root", "Size"}},
+};
+
 void readPiece(Record& record, const std::string& piece)
 {
-    const auto link
-        = [&](const char* name) { record.links[name] = referenceIn(piece, record.version); };
-    if (record.kind == Kind::catalog) {
-        if (holds(piece, "Pages"))
-            link("Pages");
-        else if (holds(piece, "Metadata"))
-            link("Metadata");
-        else if (holds(piece, "Names"))
-            link("Names");
-    } else if (record.kind == Kind::pages) {
-        if (holds(piece, "Kids"))
+    for (const std::string& key : keys.at(record.kind)) {
+        if (!holds(piece, key))
+            continue;
+        if (key == "Kids")
             readKids(record, piece);
-        else if (holds(piece, "Parent"))
-            link("Parent");
-        else if (holds(piece, "Count"))
-            record.pageCount = countIn(piece);
-    } else if (record.kind == Kind::page) {
-        if (holds(piece, "Parent"))
-            link("Parent");
-        else if (holds(piece, "Content"))
-            link("Content");
-    } else if (record.kind == Kind::trailer) {
-        if (holds(piece, "Info"))
-            link("Info");
-        else if (holds(piece, "Root"))
-            link("Root");
-        else if (holds(piece, "Size"))
-            record.size = countIn(piece);
+        else if (key == "Count" || key == "Size")
+            record.count = countIn(piece);
+        else
+            record.links[key] = referenceIn(piece, record.version);
+        return;
     }
 }
 
@@ -210,7 +195,7 @@ void readDictionary(Record& record)
 {
     if (record.lines.size() < 2)
         return;
-    if (record.kind == Kind::info || record.kind == Kind::names || record.kind == Kind::plain) {
+    if (!keys.contains(record.kind)) {
         record.text = record.lines[1];
         return;
     }
@@ -227,13 +212,6 @@ std::string shown(const Reference& reference)
         + ", " + std::to_string(reference.version) + ')';
 }
 
-std::string shownLink(const Record& record, const char* name)
-{
-    const auto entry = record.links.find(name);
-    return entry == record.links.end() ? std::string()
-                                       : ", " + entry->first + ' ' + shown(entry->second);
-}
-
 std::string shownKids(const Record& record)
 {
     std::string text;
@@ -244,36 +222,39 @@ std::string shownKids(const Record& record)
 
 ColouredText described(const Record& record)
 {
+    const auto link = [&record](const std::string& name) {
+        const auto entry = record.links.find(name);
+        return entry == record.links.end() ? "" : ", " + name + ' ' + shown(entry->second);
+    };
     const std::string version = std::to_string(record.version);
+    const std::string count = std::to_string(record.count);
     const std::string head
         = std::to_string(record.number) + ' ' + std::to_string(record.generation) + ' ' + version;
+    const auto line = [](char role, const std::string& text, const char16_t* end = u"\n") {
+        return ColouredText{role, wide(text) + end};
+    };
     switch (record.kind) {
     case Kind::catalog:
-        return {'r',
-            wide(head + " Catalog" + shownLink(record, "Pages") + shownLink(record, "Metadata")
-                + shownLink(record, "Names") + '\n')};
+        return line('r', head + " Catalog" + link("Pages") + link("Metadata") + link("Names"));
     case Kind::pages:
-        return {'g',
-            wide(head + " Pages" + shownLink(record, "Parent") + ", Page count "
-                + std::to_string(record.pageCount) + ", Kids " + shownKids(record) + '\n')};
+        return line('g',
+            head + " Pages" + link("Parent") + ", Page count " + count + ", Kids "
+                + shownKids(record));
     case Kind::page:
-        return {'d',
-            wide(head + " Page" + shownLink(record, "Parent") + shownLink(record, "Content")
-                + '\n')};
+        return line('d', head + " Page" + link("Parent") + link("Content"));
     case Kind::info:
-        return {'g', wide(head + " Info " + record.text + '\n')};
+        return line('g', head + " Info " + record.text);
     case Kind::names:
-        return {'g', wide(head + " Names " + record.text + '\n')};
+        return line('g', head + " Names " + record.text);
     case Kind::trailer:
-        return {'r',
-            wide("Trailer " + version + ' ' + shownLink(record, "Root") + shownLink(record, "Info")
-                + ", Size " + std::to_string(record.size) + '\n')};
+        return line(
+            'r', "Trailer " + version + ' ' + link("Root") + link("Info") + ", Size " + count);
     case Kind::plain:
         break;
     }
     if (record.text.size() < 121)
-        return {'b', wide(head + ' ' + record.text + '\n')};
-    return {'b', wide(head + ' ' + record.text.substr(0, 120)) + u"\u2026\n"};
+        return line('b', head + ' ' + record.text);
+    return line('b', head + ' ' + record.text.substr(0, 120), u"\u2026\n");
 }
 
 /// The twelve steps of the scan, one line after the other.
@@ -387,16 +368,12 @@ Analysis analyse(const std::string& bytes)
 std::vector<std::size_t> cuts(const std::string& bytes)
 {
     std::vector<std::size_t> result;
-    std::size_t start = 0;
-    for (;;) {
-        const std::size_t marker = bytes.find("%%EOF", start);
-        if (marker == std::string::npos)
-            return result;
+    std::size_t marker = bytes.find("%%EOF");
+    while (marker != std::string::npos) {
         result.push_back(std::min(bytes.size(), marker + 6));
-        if (marker + 6 >= bytes.size())
-            return result;
-        start = result.back();
+        marker = bytes.find("%%EOF", marker + 6);
     }
+    return result;
 }
 
 } // namespace plain

@@ -2,48 +2,50 @@
 
 #include <array>
 #include <random>
+#include <vector>
 
 namespace randomSource {
 namespace {
 
 using namespace std::string_literals;
 
-const std::array keywords{"endstream"s, "stream"s, "endobj"s, "obj"s, "%%EOF"s, "startxref"s,
-    "xref"s, "trailer"s, "/XML"s, "/FlateDecode"s, "/Type"s, "/Catalog"s, "/Pages"s, "/Page"s,
-    "/Info"s, "/Names"s, "/Kids"s, "/Parent"s, "/Count"s, "/Contents"s, "/Metadata"s, "/Root"s,
-    "/Size"s, "["s, "]"s, "R"s, "<<"s, ">>"s, "/"s};
+using Table = std::vector<std::string>;
 
-const std::array nearlyKeywords{"bj"s, "ob"s, "endob"s, "ndobj"s, "endstrea"s, "tream"s, "end"s,
-    "s"s, "strea"s, "sstream"s, "enendobj"s, "oobj"s, "%%EO"s, "%EOF"s, "%%%EOF"s, "%%eof"s,
-    "startxre"s, "xre"s, "xxref"s, "traile"s, "rtrailer"s, "/XM"s, "/xml"s, "/FlateDecod"s, "/Typ"s,
-    "/TypeX"s, "/Cat"s, "Pages"s, "Page"s, "Kids"s, "Kid"s, "StructParents"s, "Content"s, "[R"s,
-    "R]"s, "R>>"s, "]["s, "[["s, "[ "s, "OBJ"s, "Names"s, "Infos"s, "Sized"s, "Roots"s, "Counts"s};
+const Table keywords{"endstream", "stream", "endobj", "obj", "%%EOF", "startxref", "xref",
+    "trailer", "/XML", "/FlateDecode", "/Type", "/Catalog", "/Pages", "/Page", "/Info", "/Names",
+    "/Kids", "/Parent", "/Count", "/Contents", "/Metadata", "/Root", "/Size", "[", "]", "R", "<<",
+    ">>", "/"};
 
-const std::array numbers{"0"s, "1"s, "2"s, "3"s, "12"s, "007"s, "+5"s, "-3"s, "-0"s, "+0"s, "+"s,
-    "-"s, "--1"s, "+-1"s, "1.5"s, "1e3"s, "0x1"s, "9223372036854775807"s, "9223372036854775808"s,
-    "-9223372036854775808"s, "-9223372036854775809"s, "+9223372036854775807"s,
-    "00000000000000000000000000012"s, "99999999999999999999"s, "8000000"s, "8000001"s, "9000000"s,
-    "18446744073709551617"s, "[3"s, "[-1"s, "3]"s, "2>>"s};
+const Table nearlyKeywords{"bj", "ob", "endob", "ndobj", "endstrea", "tream", "end", "s", "strea",
+    "sstream", "enendobj", "oobj", "%%EO", "%EOF", "%%%EOF", "%%eof", "startxre", "xre", "xxref",
+    "traile", "rtrailer", "/XM", "/xml", "/FlateDecod", "/Typ", "/TypeX", "/Cat", "Pages", "Page",
+    "Kids", "Kid", "StructParents", "Content", "[R", "R]", "R>>", "][", "[[", "[ ", "OBJ", "Names",
+    "Infos", "Sized", "Roots", "Counts"};
 
-const std::array lineEnds{"\n"s, "\n"s, "\n"s, "\r\n"s, "\r"s, "\v"s, "\f"s, "\x85"s, "\n\n"s};
+const Table numbers{"0", "1", "2", "3", "12", "007", "+5", "-3", "-0", "+0", "+", "-", "--1", "+-1",
+    "1.5", "1e3", "0x1", "9223372036854775807", "9223372036854775808", "-9223372036854775808",
+    "-9223372036854775809", "+9223372036854775807", "00000000000000000000000000012",
+    "99999999999999999999", "8000000", "8000001", "9000000", "18446744073709551617", "[3", "[-1",
+    "3]", "2>>"};
 
-const std::array spaces{" "s, " "s, " "s, "  "s, "\t"s, "\xA0"s, "\0"s, " \xA0\t "s, "\x1C"s};
+const Table lineEnds{"\n", "\n", "\n", "\r\n", "\r", "\v", "\f", "\x85", "\n\n"};
 
-const std::array lines{"12 0 obj"s, "1 0 obj"s, "2 1 obj"s, "-3 0 obj"s, "8000001 0 obj"s,
-    "5 0 obj<</Type/Page/Parent 3 0 R>>"s, "7  0 obj"s, "x 0 obj"s, "obj"s, "endobj"s, "endobj"s,
-    "endobj 4 0 obj"s, "stream"s, "endstream"s, "endstream endobj"s, "<</Length 5>>stream"s,
-    "<</Subtype/XML>>"s, "<</Type/Metadata/Subtype/XML/Length 9>>"s,
-    "<</Subtype/XML/Filter/FlateDecode>>stream"s, "<</Subtype/XML>>stream"s, "%%EOF"s, "a%%EOFb"s,
-    "startxref"s, "startxref obj"s, "400"s, "xref"s, "0000000000 65535 f"s, "trailer"s,
-    "trailer <</Size 6/Root 1 0 R>>"s, "<< /Size 22 /Root 1 0 R /Info 5 0 R /ID [<ab> <cd>] >>"s,
-    "<< /Size 22>>"s, "<< /Type /Catalog /Pages 2 0 R /Names << /Dests 7 0 R >> >>"s,
-    "<</Type/Catalog/Pages 2 0 R/Metadata 5 0 R>>"s, "/Pages  2 0 R"s, "/Pages\t2 0 R"s,
-    "/Names 6 0 R "s, "<< /Type /Pages /Kids [ 3 0 R 4 0 R ] /Count 2 /Parent 1 0 R >>"s,
-    "<</Type/Pages/Kids[3 0 R 4 0 R]/Count 2>>"s, "/Kids [3 R]"s, "/Kids [3 0 5 R]"s, "/Kids []"s,
-    "/Kids ["s, "3 0 R"s, "4 0 R ]"s, "/Count 5 0 R"s, "<< /Type /Page /Parent 2 0 R"s,
-    "/Contents 4 0 R /StructParents 0 >>"s, "/Contents [4 0 R 5 0 R]"s, "/Type /Names"s,
-    "/Type /Annot /Info 7 0 R"s, "/Type"s, "/Catalog"s, "/Subject (an object)"s, ""s, " "s,
-    "\t\xA0"s};
+const Table spaces{" ", " ", " ", "  ", "\t", "\xA0", "\0"s, " \xA0\t ", "\x1C"};
+
+const Table lines{"12 0 obj", "1 0 obj", "2 1 obj", "-3 0 obj", "8000001 0 obj",
+    "5 0 obj<</Type/Page/Parent 3 0 R>>", "7  0 obj", "x 0 obj", "obj", "endobj", "endobj",
+    "endobj 4 0 obj", "stream", "endstream", "endstream endobj", "<</Length 5>>stream",
+    "<</Subtype/XML>>", "<</Type/Metadata/Subtype/XML/Length 9>>",
+    "<</Subtype/XML/Filter/FlateDecode>>stream", "<</Subtype/XML>>stream", "%%EOF", "a%%EOFb",
+    "startxref", "startxref obj", "400", "xref", "0000000000 65535 f", "trailer",
+    "trailer <</Size 6/Root 1 0 R>>", "<< /Size 22 /Root 1 0 R /Info 5 0 R /ID [<ab> <cd>] >>",
+    "<< /Size 22>>", "<< /Type /Catalog /Pages 2 0 R /Names << /Dests 7 0 R >> >>",
+    "<</Type/Catalog/Pages 2 0 R/Metadata 5 0 R>>", "/Pages  2 0 R", "/Pages\t2 0 R",
+    "/Names 6 0 R ", "<< /Type /Pages /Kids [ 3 0 R 4 0 R ] /Count 2 /Parent 1 0 R >>",
+    "<</Type/Pages/Kids[3 0 R 4 0 R]/Count 2>>", "/Kids [3 R]", "/Kids [3 0 5 R]", "/Kids []",
+    "/Kids [", "3 0 R", "4 0 R ]", "/Count 5 0 R", "<< /Type /Page /Parent 2 0 R",
+    "/Contents 4 0 R /StructParents 0 >>", "/Contents [4 0 R 5 0 R]", "/Type /Names",
+    "/Type /Annot /Info 7 0 R", "/Type", "/Catalog", "/Subject (an object)", "", " ", "\t\xA0"};
 
 /// Word, block and page sizes: where a scan in blocks changes over.
 const std::array<std::size_t, 6> blockSizes{8, 16, 32, 64, 128, 4096};
@@ -59,16 +61,13 @@ public:
     std::size_t below(std::size_t limit) { return static_cast<std::size_t>(engine() % limit); }
     bool onceIn(std::size_t times) { return below(times) == 0; }
 
-    template<typename Table> const std::string& of(const Table& table)
-    {
-        return table[below(table.size())];
-    }
+    const std::string& of(const Table& table) { return table[below(table.size())]; }
 
     /// Filler that ends within a few bytes of a block's border.
     std::string filler()
     {
         const std::size_t size = blockSizes[below(blockSizes.size())] - 6 + below(12);
-        const std::string alphabet = of(std::array{"s"s, "m"s, "o"s, "e"s, "x"s, "jbo"s, "%"s});
+        const std::string alphabet = of({"s", "m", "o", "e", "x", "jbo", "%"});
         std::string text;
         while (text.size() < size)
             text += alphabet[text.size() % alphabet.size()];
@@ -85,33 +84,23 @@ public:
 
     std::string fragment()
     {
-        switch (below(12)) {
+        static const std::array tables{&keywords, &keywords, &nearlyKeywords, &numbers, &spaces};
+        switch (below(10)) {
         case 0:
-        case 1:
-        case 2:
-            return of(keywords);
-        case 3:
-        case 4:
-            return of(nearlyKeywords);
-        case 5:
-        case 6:
-            return of(numbers);
-        case 7:
-        case 8:
-            return of(spaces);
-        case 9:
             return onceIn(4) ? junk() : of(lines);
-        case 10:
+        case 1:
             return onceIn(6) ? filler() : of(spaces);
-        default:
+        case 2:
             return of(lineEnds);
+        default:
+            return of(*tables[below(tables.size())]);
         }
     }
 
     /// A header, a count, a reference or an array of kids with numbers of every sort.
     std::string numberedLine()
     {
-        static const std::array keys{"/Count"s, "/Size"s, "/Pages"s, "/Parent"s, "/Root"s};
+        static const Table keys{"/Count", "/Size", "/Pages", "/Parent", "/Root"};
         std::string text = onceIn(2) ? of(numbers) : of(keys) + ' ' + of(numbers);
         if (onceIn(3))
             text = onceIn(2) ? "/Kids [" : "/Kids [ ";
@@ -137,14 +126,14 @@ public:
 
     std::string object(std::size_t number)
     {
-        static const std::array bodies{"<< /Type /Catalog /Pages 2 0 R /Metadata 5 0 R >>"s,
-            "<< /Type /Pages\n/Kids [ 3 0 R 4 0 R ]\n/Count 2\n>>"s,
-            "<</Type/Page/Parent 2 0 R/Contents 4 0 R>>"s,
-            "<< /Length 9 >>\nstream\nBT ET q Q\nendstream"s,
-            "<< /Length 9 >>stream\r\nB\r\n\r\nT\r\nendstream"s,
-            "<</Type/Metadata/Subtype/XML/Length 20>>\nstream\n<x>\n\n obj </x>\nendstream"s,
-            "<</Type/XRef/Size 7/Root 1 0 R/Length 4>>\nstream\n%%EOF\nendstream"s,
-            "<< /Producer (Writer) >>"s, "(text)"s, "<< /Type /Names /Limits [ (a) (b) ] >>"s};
+        static const Table bodies{"<< /Type /Catalog /Pages 2 0 R /Metadata 5 0 R >>",
+            "<< /Type /Pages\n/Kids [ 3 0 R 4 0 R ]\n/Count 2\n>>",
+            "<</Type/Page/Parent 2 0 R/Contents 4 0 R>>",
+            "<< /Length 9 >>\nstream\nBT ET q Q\nendstream",
+            "<< /Length 9 >>stream\r\nB\r\n\r\nT\r\nendstream",
+            "<</Type/Metadata/Subtype/XML/Length 20>>\nstream\n<x>\n\n obj </x>\nendstream",
+            "<</Type/XRef/Size 7/Root 1 0 R/Length 4>>\nstream\n%%EOF\nendstream",
+            "<< /Producer (Writer) >>", "(text)", "<< /Type /Names /Limits [ (a) (b) ] >>"};
         return std::to_string(number) + " 0 obj\n" + (onceIn(8) ? filler() : of(bodies))
             + "\nendobj\n";
     }

@@ -1,8 +1,6 @@
 #pragma once
 
 #include <QApplication>
-#include <QByteArray>
-#include <QFile>
 #include <QLineEdit>
 #include <QString>
 #include <QWidget>
@@ -30,10 +28,4 @@ template<class Widget> Widget* shown()
 inline QLineEdit* nameField(const QWidget* panel)
 {
     return panel->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
-}
-
-inline QByteArray contentOf(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("cannot be read");
 }

@@ -1,11 +1,12 @@
 #include "document/Document.h"
 
+#include "document/Panels.h"
 #include "platform/frame/DocumentController.h"
 #include "platform/frame/DocumentWindow.h"
 #include "platform/frame/OpenFailureAlert.h"
 #include "platform/frame/PasswordPrompt.h"
 #include "platform/frame/RecentFiles.h"
-#include "support/LockedPdf.h"
+#include "support/Files.h"
 #include "support/PdfBuilder.h"
 
 #include <QApplication>
@@ -20,22 +21,6 @@
 #include <QTest>
 
 #include <memory>
-
-namespace {
-
-template<class Window> QList<Window*> shownWindows()
-{
-    QList<Window*> shown;
-    const QWidgetList widgets = QApplication::topLevelWidgets();
-    for (QWidget* widget : widgets) {
-        auto* window = qobject_cast<Window*>(widget);
-        if (window && window->isVisible())
-            shown << window;
-    }
-    return shown;
-}
-
-} // namespace
 
 class TestDocument : public QObject
 {
@@ -56,7 +41,7 @@ private slots:
     void recentFilesAreTenLatestFirst();
 
 private:
-    QString write(const QString& name, const QByteArray& bytes) const;
+    QString path(const QString& name) const;
     QString writePdf(const QString& name, PdfBuilder builder = {}) const;
     Document* open(const QString& path);
 
@@ -85,20 +70,18 @@ void TestDocument::init()
 void TestDocument::cleanup()
 {
     theController.reset();
-    qDeleteAll(shownWindows<OpenFailureAlert>());
+    qDeleteAll(allShown<OpenFailureAlert>());
 }
 
-QString TestDocument::write(const QString& name, const QByteArray& bytes) const
+QString TestDocument::path(const QString& name) const
 {
-    QFile file(theFolder->filePath(name));
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
-        qFatal("the test's folder cannot be written");
-    return file.fileName();
+    return theFolder->filePath(name);
 }
 
 QString TestDocument::writePdf(const QString& name, PdfBuilder builder) const
 {
-    return write(name, QByteArray::fromStdString(builder.addPage("Hello").bytes()));
+    writeFile(path(name), QByteArray::fromStdString(builder.addPage("Hello").bytes()));
+    return path(name);
 }
 
 Document* TestDocument::open(const QString& path)
@@ -118,9 +101,7 @@ void TestDocument::opensAFile()
     QCOMPARE(document->fileURL(), QUrl::fromLocalFile(path));
     QCOMPARE(document->displayName(), QStringLiteral("a b.PDF"));
     QCOMPARE(document->thePDFDocument()->pageCount(), 1);
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QCOMPARE(QByteArray::fromStdString(std::string(document->theData().view())), file.readAll());
+    QCOMPARE(QByteArray::fromStdString(std::string(document->theData().view())), contentOf(path));
     QVERIFY(!document->isIncr());
     QVERIFY(!document->validateCommand(QStringLiteral("exportPDFversions")));
     QCOMPARE(document->windows().size(), 1);
@@ -156,7 +137,7 @@ void TestDocument::goesWithItsLastWindow()
     QVERIFY(document);
     document->openSource();
     document->windows().at(0)->close();
-    QTRY_COMPARE(shownWindows<DocumentWindow>().size(), 1);
+    QTRY_COMPARE(allShown<DocumentWindow>().size(), 1);
     QTest::qWait(0);
     QVERIFY(document);
     QVERIFY(lastClosed.isEmpty());
@@ -190,20 +171,15 @@ void TestDocument::saysWhyAFileDoesNotOpen_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("reason");
-    QTest::newRow("missing") << "missing.pdf"
-                             << "There is no such file.";
-    QTest::newRow("folder") << "folder"
-                            << "It is a folder.";
-    QTest::newRow("link to nothing") << "dangling.pdf"
-                                     << "The link leads to no file.";
-    QTest::newRow("device") << "/dev/null"
-                            << "It is not a regular file.";
-    QTest::newRow("empty") << "empty.pdf"
-                           << "";
-    QTest::newRow("no PDF") << "text.pdf"
-                            << "";
-    QTest::newRow("markers, but no PDF") << "markers.pdf"
-                                         << "";
+    const auto row = [](const char* name, const char* file, const char* reason) {
+        QTest::newRow(name) << QString::fromLatin1(file) << QString::fromLatin1(reason);
+    };
+    row("missing", "missing.pdf", "There is no such file.");
+    row("folder", "folder", "It is a folder.");
+    row("link to nothing", "dangling.pdf", "The link leads to no file.");
+    row("device", "/dev/null", "It is not a regular file.");
+    row("empty", "empty.pdf", "");
+    row("markers, but no PDF", "markers.pdf", "");
 }
 
 void TestDocument::saysWhyAFileDoesNotOpen()
@@ -213,14 +189,13 @@ void TestDocument::saysWhyAFileDoesNotOpen()
     QDir(theFolder->path()).mkdir(QStringLiteral("folder"));
     QFile::link(theFolder->filePath(QStringLiteral("nowhere")),
         theFolder->filePath(QStringLiteral("dangling.pdf")));
-    write(QStringLiteral("empty.pdf"), {});
-    write(QStringLiteral("text.pdf"), "Dear reader,\n");
-    write(QStringLiteral("markers.pdf"), "%%EOF\n%%EOF\n" + QByteArray(40, ' '));
+    writeFile(path(QStringLiteral("empty.pdf")), {});
+    writeFile(path(QStringLiteral("markers.pdf")), "%%EOF\n%%EOF\n" + QByteArray(40, ' '));
 
     QSignalSpy nothing(theController.get(), &DocumentController::nothingOpened);
     theController->openFiles({QDir(theFolder->path()).filePath(name)});
-    QTRY_COMPARE_WITH_TIMEOUT(shownWindows<OpenFailureAlert>().size(), 1, 30'000);
-    const OpenFailureAlert* alert = shownWindows<OpenFailureAlert>().at(0);
+    QTRY_COMPARE_WITH_TIMEOUT(allShown<OpenFailureAlert>().size(), 1, 30'000);
+    const OpenFailureAlert* alert = shown<OpenFailureAlert>();
     QVERIFY(alert->text().contains(QFileInfo(name).fileName()));
     QVERIFY(!alert->informativeText().isEmpty());
     if (!reason.isEmpty())
@@ -235,8 +210,8 @@ void TestDocument::failuresShareAnAlert()
     theController->openFiles({theFolder->filePath(QStringLiteral("one.pdf")),
         theFolder->filePath(QStringLiteral("two.pdf"))});
     QTRY_VERIFY(!theController->isOpening());
-    QCOMPARE(shownWindows<OpenFailureAlert>().size(), 1);
-    const OpenFailureAlert* alert = shownWindows<OpenFailureAlert>().at(0);
+    QCOMPARE(allShown<OpenFailureAlert>().size(), 1);
+    const OpenFailureAlert* alert = shown<OpenFailureAlert>();
     const QString text = alert->informativeText();
     QVERIFY(text.contains(QLatin1String("one.pdf")) && text.contains(QLatin1String("two.pdf")));
     // It stays in front of what opens.
@@ -249,12 +224,12 @@ void TestDocument::failuresShareAnAlert()
 void TestDocument::asksForThePassword()
 {
     QSignalSpy opened(theController.get(), &DocumentController::documentOpened);
-    theController->openFiles({write(QStringLiteral("locked.pdf"), lockedPdf("secret"))});
-    QTRY_COMPARE_WITH_TIMEOUT(shownWindows<PasswordPrompt>().size(), 1, 30'000);
-    auto* prompt = shownWindows<PasswordPrompt>().at(0);
+    theController->openFiles({QStringLiteral(TARNWICK_TEST_DATA "/locked-aes-256.pdf")});
+    QTRY_VERIFY_WITH_TIMEOUT(shown<PasswordPrompt>(), 30'000);
+    auto* prompt = shown<PasswordPrompt>();
     auto* field = prompt->findChild<QLineEdit*>();
     const QSignalSpy entered(prompt, &PasswordPrompt::passwordEntered);
-    for (const QString& attempt : {QString(), QStringLiteral("Secret")}) {
+    for (const QString& attempt : {QString(), QStringLiteral("Geheim")}) {
         field->setText(attempt);
         QTest::keyClick(field, Qt::Key_Return);
         QVERIFY(!field->isEnabled()); // one attempt at a time
@@ -262,21 +237,21 @@ void TestDocument::asksForThePassword()
         QVERIFY(prompt->isVisible());
         QVERIFY(!field->accessibleDescription().isEmpty());
     }
-    field->setText(QStringLiteral("secret"));
+    field->setText(QStringLiteral("geheim"));
     QTest::keyClick(field, Qt::Key_Return);
     QTRY_COMPARE_WITH_TIMEOUT(opened.size(), 1, 30'000);
     QCOMPARE(entered.size(), 3);
-    QVERIFY(shownWindows<PasswordPrompt>().isEmpty());
+    QVERIFY(!shown<PasswordPrompt>());
 }
 
 void TestDocument::cancelledPasswordOpensNothing()
 {
     QSignalSpy nothing(theController.get(), &DocumentController::nothingOpened);
-    theController->openFiles({write(QStringLiteral("locked.pdf"), lockedPdf("secret"))});
-    QTRY_COMPARE_WITH_TIMEOUT(shownWindows<PasswordPrompt>().size(), 1, 30'000);
-    QTest::keyClick(shownWindows<PasswordPrompt>().at(0), Qt::Key_Escape);
+    theController->openFiles({QStringLiteral(TARNWICK_TEST_DATA "/locked-aes-256.pdf")});
+    QTRY_VERIFY_WITH_TIMEOUT(shown<PasswordPrompt>(), 30'000);
+    QTest::keyClick(shown<PasswordPrompt>(), Qt::Key_Escape);
     QTRY_COMPARE(nothing.size(), 1);
-    QVERIFY(shownWindows<OpenFailureAlert>().isEmpty());
+    QVERIFY(!shown<OpenFailureAlert>());
     QVERIFY(theController->documents().isEmpty());
 }
 

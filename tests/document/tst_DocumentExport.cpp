@@ -2,6 +2,7 @@
 #include "document/ExportPanel.h"
 
 #include "document/Panels.h"
+#include "support/Files.h"
 #include "support/PdfBuilder.h"
 
 #include <QDir>
@@ -11,6 +12,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+
+#include <tuple>
 
 using namespace Qt::StringLiterals;
 
@@ -22,9 +25,7 @@ private slots:
     void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
     void init();
     void cleanup();
-    void proposesTheDisplayName_data();
     void proposesTheDisplayName();
-    void panelOffersItsTypes_data();
     void panelOffersItsTypes();
     void severalPanelsWriteTheirOwnFiles();
     void takesANameWithQuotes();
@@ -36,7 +37,6 @@ private slots:
     void whatWasTakenOutlivesTheDocument();
 
 private:
-    void openDocument(const std::string& bytes);
     ExportPanel* begin(ExportKind kind)
     {
         ExportSource source;
@@ -68,23 +68,17 @@ private:
     std::unique_ptr<PDFDocumentText> theText;
 };
 
-void TestDocumentExport::openDocument(const std::string& bytes)
-{
-    theDocument = std::make_unique<PDFDocument>(*FileBytes::copy(bytes));
-    QSignalSpy opened(theDocument.get(), &PDFDocument::opened);
-    QVERIFY(opened.wait(20'000));
-    theText = std::make_unique<PDFDocumentText>(theDocument.get());
-}
-
 void TestDocumentExport::init()
 {
     theHome = std::make_unique<QTemporaryDir>();
     QVERIFY(theHome->isValid());
     PdfBuilder builder;
     builder.addPage("First page").addPage("Second\nline");
-    openDocument(builder.bytes());
-    QFile file(path(u"a.pdf"_s));
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write("the opened file") > 0);
+    theDocument = std::make_unique<PDFDocument>(*FileBytes::copy(builder.bytes()));
+    QSignalSpy opened(theDocument.get(), &PDFDocument::opened);
+    QVERIFY(opened.wait(20'000));
+    theText = std::make_unique<PDFDocumentText>(theDocument.get());
+    writeFile(path(u"a.pdf"_s), "the opened file");
 }
 
 void TestDocumentExport::cleanup()
@@ -95,49 +89,29 @@ void TestDocumentExport::cleanup()
     QVERIFY(!shown<QDialog>());
 }
 
-void TestDocumentExport::proposesTheDisplayName_data()
-{
-    QTest::addColumn<QString>("displayName");
-    QTest::addColumn<QStringList>("proposed");
-    QTest::newRow("with its extension")
-        << u"r.pdf"_s << QStringList({u"r.pdf-flat.pdf"_s, u"r.pdf.text"_s, u"r.pdf.rtf"_s});
-    QTest::newRow("without") << u"r"_s << QStringList({u"r-flat.pdf"_s, u"r.text"_s, u"r.rtf"_s});
-    QTest::newRow("empty") << u""_s
-                           << QStringList(
-                                  {u"Untitled-flat.pdf"_s, u"Untitled.text"_s, u"Untitled.rtf"_s});
-}
-
 void TestDocumentExport::proposesTheDisplayName()
 {
-    QFETCH(QString, displayName);
-    QStringList names;
-    for (const ExportKind kind :
-        {ExportKind::isFlatPDF, ExportKind::isPlainText, ExportKind::isRichText})
-        names << proposedExportName(kind, displayName);
-    QTEST(names, "proposed");
-}
-
-void TestDocumentExport::panelOffersItsTypes_data()
-{
-    QTest::addColumn<ExportKind>("kind");
-    QTest::addColumn<QString>("types");
-    QTest::addColumn<QString>("proposed");
-    QTest::newRow("flat") << ExportKind::isFlatPDF << u"(*.pdf)"_s << u"a.pdf-flat.pdf"_s;
-    QTest::newRow("text") << ExportKind::isPlainText << u"(*.text *.txt)"_s << u"a.pdf.text"_s;
-    QTest::newRow("rtf") << ExportKind::isRichText << u"(*.rtf)"_s << u"a.pdf.rtf"_s;
+    QCOMPARE(proposedExportName(ExportKind::isFlatPDF, u"r.pdf"_s), u"r.pdf-flat.pdf"_s);
+    QCOMPARE(proposedExportName(ExportKind::isPlainText, u"r"_s), u"r.text"_s);
+    QCOMPARE(proposedExportName(ExportKind::isRichText, {}), u"Untitled.rtf"_s);
 }
 
 void TestDocumentExport::panelOffersItsTypes()
 {
-    QFETCH(ExportKind, kind);
-    QFETCH(QString, types);
-    ExportPanel* const panel = begin(kind);
-    QVERIFY(panel->nameFilters().first().endsWith(types));
-    QTEST(nameField(panel)->text(), "proposed");
-    QVERIFY(!panel->isModal());
-    QCOMPARE(panel->directory(), QDir(theHome->path()));
-    panel->reject();
-    QTRY_VERIFY(isIdle());
+    const std::tuple<ExportKind, QString, QString> offered[] = {
+        {ExportKind::isFlatPDF, u"(*.pdf)"_s, u"a.pdf-flat.pdf"_s},
+        {ExportKind::isPlainText, u"(*.text *.txt)"_s, u"a.pdf.text"_s},
+        {ExportKind::isRichText, u"(*.rtf)"_s, u"a.pdf.rtf"_s},
+    };
+    for (const auto& [kind, types, name] : offered) {
+        ExportPanel* const panel = begin(kind);
+        QVERIFY(panel->nameFilters().first().endsWith(types));
+        QCOMPARE(nameField(panel)->text(), name);
+        QVERIFY(!panel->isModal());
+        QCOMPARE(panel->directory(), QDir(theHome->path()));
+        panel->reject();
+        QTRY_VERIFY(isIdle());
+    }
     QCOMPARE(names(), QStringList(u"a.pdf"_s));
 }
 

@@ -2,6 +2,7 @@
 #include "document/VersionExport.h"
 
 #include "document/Panels.h"
+#include "support/Files.h"
 
 #include <QDialogButtonBox>
 #include <QDir>
@@ -30,7 +31,6 @@ private slots:
     void cleanup();
     void panelProposesAFolder_data();
     void panelProposesAFolder();
-    void writesTheVersions_data();
     void writesTheVersions();
     void cancelWritesNothing();
     void nothingHappensWithoutBytes();
@@ -85,7 +85,6 @@ void TestVersionExport::panelProposesAFolder_data()
         = [](const char* name, const QString& path, const QString& displayName,
               const QString& proposed) { QTest::newRow(name) << path << displayName << proposed; };
     row("a PDF", u"/none/report.pdf"_s, u"x"_s, u"report-Copy-pdf"_s);
-    row("no extension", u"/none/notes"_s, u"x"_s, u"notes-Copy"_s);
     row("quotes and spaces", u"/none/a \"b\".pdf"_s, u"x"_s, u"a \"b\"-Copy-pdf"_s);
     row("no file: the display name", u""_s, u"Scan.pdf"_s, u"Scan-Copy-pdf"_s);
     row("a display name with a slash", u""_s, u"1/2"_s, u"1-2-Copy"_s);
@@ -108,25 +107,18 @@ void TestVersionExport::panelProposesAFolder()
     panel->reject();
 }
 
-void TestVersionExport::writesTheVersions_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::newRow("as proposed") << u"report-Copy-pdf"_s;
-    QTest::newRow("with folders above it") << u"a/b c/d"_s;
-    QTest::newRow("with quotes") << u"a\"b\"c"_s;
-}
-
 void TestVersionExport::writesTheVersions()
 {
-    QFETCH(QString, name);
-    ExportPanel* const panel = open(path(u"report.pdf"_s));
-    QLineEdit* const edit = nameField(panel);
-    edit->setText(name);
-    QTest::keyClick(edit, Qt::Key_Return);
-    QTRY_COMPARE(names(name).size(), 3);
-    QCOMPARE(names(name).first(), u"report-001.pdf"_s);
-    QCOMPARE(contentOf(path(name + u"/report-002.pdf")), file.first(28));
-    QCOMPARE(contentOf(path(name + u"/report-003.pdf")), file.first(file.size() - 1));
+    for (const QString& name : {u"report-Copy-pdf"_s, u"a/b c/d"_s, u"a\"b\"c"_s}) {
+        const ExportPanel* const panel = open(path(u"report.pdf"_s));
+        nameField(panel)->setText(name);
+        QTest::keyClick(nameField(panel), Qt::Key_Return);
+        QTRY_COMPARE(names(name).size(), 3);
+        QCOMPARE(names(name).first(), u"report-001.pdf"_s);
+        QCOMPARE(contentOf(path(name + u"/report-002.pdf")), file.first(28));
+        QCOMPARE(contentOf(path(name + u"/report-003.pdf")), file.first(file.size() - 1));
+        QTRY_VERIFY(!shown<ExportPanel>());
+    }
 }
 
 void TestVersionExport::cancelWritesNothing()
@@ -159,8 +151,7 @@ void TestVersionExport::asksBeforeItUsesAFolderWithFiles()
 
 void TestVersionExport::staysOpenForTheNameOfAFile()
 {
-    QFile other(path(u"report-Copy-pdf"_s));
-    QVERIFY(other.open(QIODevice::WriteOnly));
+    writeFile(path(u"report-Copy-pdf"_s), {});
     ExportPanel* const panel = open(path(u"report.pdf"_s));
     QTimer::singleShot(0, qApp, [] { shown<QMessageBox>()->accept(); });
     QTest::keyClick(nameField(panel), Qt::Key_Return);
@@ -171,9 +162,7 @@ void TestVersionExport::staysOpenForTheNameOfAFile()
 void TestVersionExport::tellsThatTheOpenedFileIsKept()
 {
     const QString opened = path(u"report.pdf"_s);
-    QFile original(opened);
-    QVERIFY(original.open(QIODevice::WriteOnly) && original.write(file) == file.size());
-    original.close();
+    writeFile(opened, file);
     QVERIFY(QDir(theHome->path()).mkpath(u"versions"_s));
     QVERIFY(QFile::link(opened, path(u"versions/report-002.pdf"_s)));
 

@@ -5,26 +5,29 @@
 #include <QList>
 #include <QObject>
 #include <QTcpServer>
+#include <QTcpSocket>
 #include <QUrl>
 
-/// A web server on loopback that answers by path with prepared bytes, and nothing else.
+/// A web server on loopback that answers by path with prepared bytes, then hangs up.
 class LoopbackServer : public QObject
 {
 public:
-    LoopbackServer();
+    LoopbackServer()
+    {
+        connect(&theServer, &QTcpServer::newConnection, this, &LoopbackServer::accept);
+        theServer.listen(QHostAddress::LocalHost);
+    }
 
-    /// The address of a path on this server.
-    QUrl address(const QString& path = QStringLiteral("/")) const;
+    /// The address of the path "/" on this server.
+    QUrl address() const
+    {
+        return QStringLiteral("http://%1:%2/")
+            .arg(theServer.serverAddress().toString())
+            .arg(theServer.serverPort());
+    }
 
-    /// Answers a path with a head and a body; Content-Length is the body's unless the headers name
-    /// another.
-    void answer(const QByteArray& path, int status, const QList<QByteArray>& headers,
-        const QByteArray& body);
-    /// As answer(), but in portions of one byte, each after the last one has left.
-    void answerSlowly(
-        const QByteArray& path, const QList<QByteArray>& headers, const QByteArray& body);
-    /// Answers a path with just these bytes, then hangs up.
-    void answerRaw(const QByteArray& path, const QByteArray& bytes);
+    /// Answers a path with these bytes, head and all; without any, it only hangs up.
+    void answer(const QByteArray& path, const QByteArray& bytes) { theAnswers[path] = bytes; }
 
     /// The paths asked for so far.
     const QList<QByteArray>& requests() const { return theRequests; }
@@ -32,17 +35,26 @@ public:
     qint64 bytesSent() const { return theBytesSent; }
 
 private:
-    struct Answer
+    void accept()
     {
-        QByteArray bytes;
-        bool isSlow = false;
-    };
-
-    void accept();
-    void reply(class QTcpSocket* socket);
+        while (QTcpSocket* socket = theServer.nextPendingConnection()) {
+            connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
+            connect(
+                socket, &QTcpSocket::bytesWritten, this, [this](qint64 n) { theBytesSent += n; });
+            connect(socket, &QTcpSocket::readyRead, this, [this, socket] { reply(socket); });
+        }
+    }
+    void reply(QTcpSocket* socket)
+    {
+        if (!socket->peek(1 << 16).contains("\r\n\r\n"))
+            return;
+        theRequests << socket->readAll().split(' ').value(1);
+        socket->write(theAnswers.value(theRequests.last()));
+        socket->disconnectFromHost();
+    }
 
     QTcpServer theServer;
-    QHash<QByteArray, Answer> theAnswers;
+    QHash<QByteArray, QByteArray> theAnswers;
     QList<QByteArray> theRequests;
     qint64 theBytesSent = 0;
 };

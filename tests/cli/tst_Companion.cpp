@@ -1,6 +1,6 @@
 #include "support/CompanionRun.h"
+#include "support/Files.h"
 
-#include <QDir>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -16,10 +16,8 @@ private slots:
     void initTestCase();
     void tellsWrongUseFromBadFiles_data();
     void tellsWrongUseFromBadFiles();
-    void printsTexts_data();
     void printsTexts();
     void escapesWhatIsNotAscii();
-    void readsStandardInput();
     void reportsAFullDisk();
 
 private:
@@ -30,9 +28,8 @@ private:
 
 void TestCompanion::initTestCase()
 {
-    QFile file(path("small.pdf"));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("%PDF-1.4\n%\xE2\n1 0 obj\n<< /Type /Catalog \"\\ >>\nendobj\n%%EOF\n");
+    writeFile(
+        path("small.pdf"), "%PDF-1.4\n%\xE2\n1 0 obj\n<< /Type /Catalog \"\\ >>\nendobj\n%%EOF\n");
 }
 
 void TestCompanion::tellsWrongUseFromBadFiles_data()
@@ -76,29 +73,20 @@ void TestCompanion::tellsWrongUseFromBadFiles()
     QCOMPARE(outcome.errors.isEmpty(), status == 0);
 }
 
-void TestCompanion::printsTexts_data()
-{
-    QTest::addColumn<QString>("command");
-    QTest::addColumn<QByteArray>("expected");
-    const QByteArray object = "1 0 1 Catalog\n";
-    QTest::newRow("listing") << QStringLiteral("listing")
-                             << "%PDF-1.4\n%\u00E2\n1 0 obj\n<< /Type /Catalog \"\\ >>\n"
-                                "endobj\n\n%%EOF\n\n"
-            + object;
-    QTest::newRow("objects") << QStringLiteral("objects") << object;
-    QTest::newRow("summary") << QStringLiteral("summary")
-                             << QByteArray("contains 1 objects, consisting of:\n0 pages\n"
-                                           "1 catalogs, 0 info objects, 0 trailers.\n"
-                                           "Maximum version = 1\n");
-}
-
 void TestCompanion::printsTexts()
 {
-    QFETCH(QString, command);
-    QFETCH(QByteArray, expected);
-    const CompanionRun outcome = runCompanion({command, path("small.pdf")});
-    QCOMPARE(outcome.status, 0);
-    QCOMPARE(outcome.output, expected);
+    const auto print = [](const char* command, const QString& file, const QByteArray& input) {
+        return runCompanion({QLatin1String(command), file}, {{}, input, {}, {}}).output;
+    };
+    const QByteArray object = "1 0 1 Catalog\n";
+    QCOMPARE(print("listing", path("small.pdf"), {}),
+        "%PDF-1.4\n%\u00E2\n1 0 obj\n<< /Type /Catalog \"\\ >>\nendobj\n\n%%EOF\n\n" + object);
+    QCOMPARE(print("objects", path("small.pdf"), {}), object);
+    QCOMPARE(print("summary", path("small.pdf"), {}),
+        QByteArray("contains 1 objects, consisting of:\n0 pages\n1 catalogs, "
+                   "0 info objects, 0 trailers.\nMaximum version = 1\n"));
+    QCOMPARE(
+        print("objects", QStringLiteral("-"), "7 0 obj\nx\nendobj\n"), QByteArray("7 0 1 x\n"));
 }
 
 void TestCompanion::escapesWhatIsNotAscii()
@@ -118,14 +106,6 @@ void TestCompanion::escapesWhatIsNotAscii()
             QStringLiteral("default 1 0 obj\n"),
             QStringLiteral("green << /Type /Catalog \"\\ >>\n"),
             QStringLiteral("red endobj\n\n")}));
-}
-
-void TestCompanion::readsStandardInput()
-{
-    const CompanionRun outcome = runCompanion(
-        {QStringLiteral("objects"), QStringLiteral("-")}, {{}, "7 0 obj\nx\nendobj\n", {}, {}});
-    QCOMPARE(outcome.status, 0);
-    QCOMPARE(outcome.output, QByteArray("7 0 1 x\n"));
 }
 
 void TestCompanion::reportsAFullDisk()

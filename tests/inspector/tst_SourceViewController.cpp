@@ -13,6 +13,8 @@
 
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 class Flags : public ViewFlags
@@ -32,12 +34,7 @@ QString textOf(const PlainTextView* view)
     const auto storage = view->textStorage();
     for (qsizetype i = 0; i < storage->lineCount(); ++i)
         lines.append(storage->line(i).text);
-    return lines.join(QLatin1Char('\n'));
-}
-
-QString utf8(const char* text)
-{
-    return QString::fromUtf8(text);
+    return lines.join(u'\n');
 }
 
 } // namespace
@@ -48,8 +45,7 @@ class TestSourceViewController : public QObject
 
 private slots:
     void init();
-    void cleanup();
-    void writesSummaries_data();
+    void cleanup() { theDocument.reset(); }
     void writesSummaries();
     void fillsPanesAsTheFlagsSay_data();
     void fillsPanesAsTheFlagsSay();
@@ -72,12 +68,7 @@ void TestSourceViewController::init()
     QSettings().clear();
     theFlags = Flags();
     theDocument = std::make_unique<Document>(&theRegistry);
-    theDocument->setFileURL(QUrl::fromLocalFile(QStringLiteral("/somewhere/report.pdf")));
-}
-
-void TestSourceViewController::cleanup()
-{
-    theDocument.reset();
+    theDocument->setFileURL(QUrl::fromLocalFile(u"/somewhere/report.pdf"_s));
 }
 
 void TestSourceViewController::open()
@@ -100,26 +91,17 @@ std::unique_ptr<SourceViewController> TestSourceViewController::shownInspector()
     return inspector;
 }
 
-void TestSourceViewController::writesSummaries_data()
-{
-    QTest::addColumn<QByteArray>("written");
-    QTest::addColumn<QByteArray>("expected");
-    const auto row = [](const char* name, const std::string& written, const char* expected) {
-        QTest::newRow(name) << QByteArray::fromStdString(written) << QByteArray(expected);
-    };
-    row("both scanned", summaryText({1, 7, 2, 3, 2}, "contains A", "contains B"),
-        "Summary from loaded PDF in Quartz 2D:\nPDF version 1.7.\nFound a total of 2 pages.\n"
-        "Info dictionary entry count = 3.\nCatalog dictionary entry count = 2.\n\n"
-        "Flattened PDF (Quartz 2D) contains A\n\nSource PDF file contains B\n");
-    row("nothing known, nothing scanned", summaryText({}, {}, {}),
-        "Summary from loaded PDF in Quartz 2D:\nPDF version 0.0.\nFound a total of 0 pages.\n"
-        "Info dictionary couldn't be found.\nCatalog dictionary couldn't be found.\n\n");
-}
-
 void TestSourceViewController::writesSummaries()
 {
-    QFETCH(QByteArray, written);
-    QTEST(written, "expected");
+    QCOMPARE(summaryText({1, 7, 2, 3, 2}, "contains A", "contains B"),
+        std::string("Summary from loaded PDF in Quartz 2D:\nPDF version 1.7.\n"
+                    "Found a total of 2 pages.\nInfo dictionary entry count = 3.\n"
+                    "Catalog dictionary entry count = 2.\n\n"
+                    "Flattened PDF (Quartz 2D) contains A\n\nSource PDF file contains B\n"));
+    QCOMPARE(summaryText({}, {}, {}),
+        std::string("Summary from loaded PDF in Quartz 2D:\nPDF version 0.0.\n"
+                    "Found a total of 0 pages.\nInfo dictionary couldn't be found.\n"
+                    "Catalog dictionary couldn't be found.\n\n"));
 }
 
 void TestSourceViewController::fillsPanesAsTheFlagsSay_data()
@@ -129,10 +111,10 @@ void TestSourceViewController::fillsPanesAsTheFlagsSay_data()
     QTest::addColumn<QString>("lowerBegins");
     QTest::addColumn<bool>("holdsStreams");
     QTest::addColumn<bool>("holdsObjectList");
-    QTest::newRow("object lists") << false << false << utf8("1 0 1 Catalog") << false << true;
-    QTest::newRow("listings") << false << true << utf8("%PDF-1.7") << false << true;
-    QTest::newRow("raw texts") << true << false << utf8("%PDF-1.7") << true << false;
-    QTest::newRow("raw wins") << true << true << utf8("%PDF-1.7") << true << false;
+    QTest::newRow("object lists") << false << false << u"1 0 1 Catalog"_s << false << true;
+    QTest::newRow("listings") << false << true << u"%PDF-1.7"_s << false << true;
+    QTest::newRow("raw texts") << true << false << u"%PDF-1.7"_s << true << false;
+    QTest::newRow("raw wins") << true << true << u"%PDF-1.7"_s << true << false;
 }
 
 void TestSourceViewController::fillsPanesAsTheFlagsSay()
@@ -145,20 +127,19 @@ void TestSourceViewController::fillsPanesAsTheFlagsSay()
     theFlags.summary = summary;
     const auto inspector = shownInspector();
     QVERIFY(!inspector->isFilling());
-    QCOMPARE(inspector->windowTitle(), utf8("\u203C\uFE0Freport.pdf"));
+    QCOMPARE(inspector->windowTitle(), u"\u203C\uFE0Freport.pdf"_s);
 
     const QString lower = textOf(inspector->lowerTextView());
     QVERIFY2(lower.startsWith(lowerBegins), qPrintable(lower.left(40)));
     for (const QString& text : {lower, textOf(inspector->upperTextView())}) {
-        QTEST(text.contains(utf8("endstream")), "holdsStreams");
-        QTEST(text.contains(utf8(" 1 Page, Parent (")), "holdsObjectList");
+        QTEST(text.contains(u"endstream"_s), "holdsStreams");
+        QTEST(text.contains(u" 1 Page, Parent ("_s), "holdsObjectList");
     }
     const QString bottom = textOf(inspector->bottomTextView());
-    QVERIFY(
-        bottom.startsWith(utf8("Summary from loaded PDF in Quartz 2D:\nPDF version 1.7.\n"
-                               "Found a total of 2 pages.\nInfo dictionary entry count = 2.\n")));
-    QCOMPARE(bottom.contains(utf8("Flattened PDF (Quartz 2D) contains ")), !raw);
-    QCOMPARE(bottom.endsWith(utf8("2 trailers.\nMaximum version = 2\n")), !raw);
+    QVERIFY(bottom.startsWith(u"Summary from loaded PDF in Quartz 2D:\nPDF version 1.7.\n"
+                              u"Found a total of 2 pages.\nInfo dictionary entry count = 2.\n"_s));
+    QCOMPARE(bottom.contains(u"Flattened PDF (Quartz 2D) contains "_s), !raw);
+    QCOMPARE(bottom.endsWith(u"2 trailers.\nMaximum version = 2\n"_s), !raw);
 }
 
 void TestSourceViewController::readsTheFlagsAtEveryShowing()
@@ -168,18 +149,18 @@ void TestSourceViewController::readsTheFlagsAtEveryShowing()
     inspector->hide();
     theFlags.raw = true;
     QSignalSpy filled(inspector.get(), &SourceViewController::filled);
-    QVERIFY(!textOf(inspector->lowerTextView()).contains(utf8("endstream")));
+    QVERIFY(!textOf(inspector->lowerTextView()).contains(u"endstream"_s));
     inspector->show();
     QTRY_COMPARE(filled.size(), 1);
-    QVERIFY(textOf(inspector->lowerTextView()).contains(utf8("endstream")));
+    QVERIFY(textOf(inspector->lowerTextView()).contains(u"endstream"_s));
 }
 
 void TestSourceViewController::saysSoWithoutADocument()
 {
     theDocument->setFileURL({});
     const auto inspector = shownInspector();
-    QCOMPARE(textOf(inspector->bottomTextView()), utf8(noDocumentText));
-    QCOMPARE(inspector->windowTitle(), utf8("\u203C\uFE0FUntitled"));
+    QCOMPARE(textOf(inspector->bottomTextView()), QString::fromUtf8(noDocumentText));
+    QCOMPARE(inspector->windowTitle(), u"\u203C\uFE0FUntitled"_s);
     QCOMPARE(textOf(inspector->lowerTextView()), QString());
 }
 
@@ -189,15 +170,15 @@ void TestSourceViewController::givesUpWhenAsked()
     SourceViewController inspector(theDocument.get(), &theFlags);
     QSignalSpy filled(&inspector, &SourceViewController::filled);
     inspector.show();
-    inspector.findChild<QToolButton*>(QStringLiteral("upperCancel"))->click();
+    inspector.findChild<QToolButton*>(u"upperCancel"_s)->click();
     QTRY_COMPARE(filled.size(), 1);
     QCOMPARE(textOf(inspector.upperTextView()), QString());
-    const auto* note = inspector.findChild<QLabel*>(QStringLiteral("upperNote"));
+    const auto* note = inspector.findChild<QLabel*>(u"upperNote"_s);
     QVERIFY(note->isVisible());
-    QCOMPARE(note->text(), utf8("Cancelled"));
+    QCOMPARE(note->text(), u"Cancelled"_s);
     const QString bottom = textOf(inspector.bottomTextView());
-    QVERIFY(!bottom.contains(utf8("Flattened PDF")));
-    QVERIFY(bottom.contains(utf8("Source PDF file contains ")));
+    QVERIFY(!bottom.contains(u"Flattened PDF"_s));
+    QVERIFY(bottom.contains(u"Source PDF file contains "_s));
 }
 
 void TestSourceViewController::mayCloseWhileFilling()

@@ -169,9 +169,7 @@ private slots:
     void listsSource();
     void describesObjects_data();
     void describesObjects();
-    void agreesOnRandomTexts_data();
     void agreesOnRandomTexts();
-    void agreesWhereKeywordsStand_data();
     void agreesWhereKeywordsStand();
     void agreesOnBothSidesOfLimits_data();
     void agreesOnBothSidesOfLimits();
@@ -199,9 +197,7 @@ void TestAgainstPlainAnalysis::listsSource_data()
     row("a stream of two lines", "stream\nab\ncd\nendstream", "b[…stream length 5…]\n");
     row("CR LF counts two", "stream\r\nab\r\ncd\r\nendstream", "b[…stream length 8…]\n");
     row("white space counts in a stream", "stream\n \t\xA0\nendstream", "b[…stream length 3…]\n");
-    row("no data", "stream\nendstream", "b[…stream length 0…]\n");
     row("an empty line of data", "stream\n\nendstream", "b[…stream length 0…]\n");
-    row("two empty lines of data", "stream\n\n\nendstream", "b[…stream length 1…]\n");
     row("endstream again shows one less", "stream\nabc\nendstream\nendstream\nendstream\n",
         "b[…stream length 3…]\nb[…stream length 2…]\nb[…stream length 1…]\n");
     row("endstream without a stream", "endstream\nendstream",
@@ -210,8 +206,6 @@ void TestAgainstPlainAnalysis::listsSource_data()
         "b[…stream length 1…]\n");
     row("a line with stream and XML in a stream is data", "stream\nab\nstream /XML\nendstream",
         "b[…stream length 14…]\n");
-    row("stream beside its dictionary", "1 0 obj\n<</Length 5>>stream\nhello\nendstream\nendobj",
-        "d1 0 obj\nb[…stream length 5…]\nrendobj\n\nb1 0 1 \n");
     row("endobj beside endstream is not seen", "1 0 obj\nstream\nx\nendstream endobj\n",
         "d1 0 obj\nb[…stream length 1…]\n");
     row("a stream without end hides the rest", "1 0 obj\nstream\nendobj\n2 0 obj\n%%EOF",
@@ -244,7 +238,6 @@ void TestAgainstPlainAnalysis::listsSource_data()
     row("a line that holds obj starts an object", "1 0 obj\n/Subject (an object)\nx\nendobj",
         "d1 0 obj\nd/Subject (an object)\ngx\nrendobj\n\nb0 0 1 x\n");
     row("obj goes before startxref", "a startxref obj", "da startxref obj\n");
-    row("endobj goes before all", "endobj %%EOF 1 0 obj", "rendobj %%EOF 1 0 obj\n\n");
     row("a save raises the version", "1 0 obj\nendobj\n%%EOF\n1 0 obj\nendobj\n%%EOF\nstartxref\n",
         "d1 0 obj\nrendobj\n\nr%%EOF\n\nd1 0 obj\nrendobj\n\nr%%EOF\n\nd\nstartxref\n"
         "b1 0 1 \nb1 0 2 \nb1 0 3 \n");
@@ -314,8 +307,7 @@ void TestAgainstPlainAnalysis::describesObjects_data()
     row("names", "3 0 obj\n/a\n/Type /Names", "g3 0 1 Names /a");
     row("trailer", "8000001 0 obj\n<< /Size 22 /Root 1 0 R /Info 5 0 R >>\n/Type /Page",
         "rTrailer 1 , Root (1, 0, 1), Info (5, 0, 1), Size 22");
-    row("any high number is a trailer", "9000000 0 obj\n/Size 22>>", "rTrailer 1 , Size 0");
-    row("plain numbers", "+5 -0 obj", "b5 0 1 ");
+    row("signs", "+5 -0 obj", "b5 0 1 ");
     row("the least number", "-9223372036854775808 007 obj", "b-9223372036854775808 7 1 ");
     row("past the greatest number", "9223372036854775808 9223372036854775807 obj",
         "b0 9223372036854775807 1 ");
@@ -338,46 +330,31 @@ void TestAgainstPlainAnalysis::describesObjects()
     QVERIFY(agrees(object + "\nendobj", "object"));
 }
 
-void TestAgainstPlainAnalysis::agreesOnRandomTexts_data()
-{
-    QTest::addColumn<std::function<std::string(std::uint64_t)>>("make");
-    const auto row = [](const char* name, std::string (*make)(std::uint64_t)) {
-        QTest::newRow(name) << std::function<std::string(std::uint64_t)>(make);
-    };
-    row("soup", randomSource::soup);
-    row("shuffled lines", randomSource::shuffledLines);
-    row("damaged files", randomSource::damagedFile);
-}
-
 void TestAgainstPlainAnalysis::agreesOnRandomTexts()
 {
-    QFETCH(std::function<std::string(std::uint64_t)>, make);
     const auto count = qEnvironmentVariableIntValue("TARNWICK_RANDOM_TEXTS");
     const std::uint64_t last = count > 0 ? static_cast<std::uint64_t>(count) : 1000;
-    for (std::uint64_t seed = 1; seed <= last; ++seed)
-        QVERIFY(agrees(make(seed), "seed " + std::to_string(seed)));
-}
-
-void TestAgainstPlainAnalysis::agreesWhereKeywordsStand_data()
-{
-    QTest::addColumn<std::string>("keyword");
-    for (const char* keyword : {"endstream", "stream", "endobj", "obj", "%%EOF", "startxref",
-             "xref", "trailer", "/XML", "/FlateDecode /XML", "\n", "\xA0"})
-        QTest::newRow(keyword) << std::string(keyword);
+    for (std::uint64_t seed = 1; seed <= last; ++seed) {
+        const std::string ofSeed = " of seed " + std::to_string(seed);
+        QVERIFY(agrees(randomSource::soup(seed), "soup" + ofSeed));
+        QVERIFY(agrees(randomSource::shuffledLines(seed), "shuffled lines" + ofSeed));
+        QVERIFY(agrees(randomSource::damagedFile(seed), "damaged file" + ofSeed));
+    }
 }
 
 /// Every place of a keyword relative to a block of 64 bytes, in a line of its own letters (so that
 /// each place could begin it), in a line of others, and inside a stream.
 void TestAgainstPlainAnalysis::agreesWhereKeywordsStand()
 {
-    QFETCH(std::string, keyword);
-    for (std::size_t before = 0; before < 70; ++before)
-        for (const char filler : {keyword.front(), keyword.back(), 'x'})
-            for (const char* start : {"", "1 0 obj\nstream\n", "1 0 obj\n/XML\n"}) {
-                const std::string text = start + std::string(before, filler) + keyword
-                    + std::string(before % 5, filler) + "\ny\nendstream\nendobj\nstartxref";
-                QVERIFY(agrees(text, "offset " + std::to_string(before)));
-            }
+    for (const std::string keyword : {"endstream", "stream", "endobj", "obj", "%%EOF", "startxref",
+             "xref", "trailer", "/XML", "/FlateDecode /XML", "\n", "\xA0"})
+        for (std::size_t before = 0; before < 70; ++before)
+            for (const char filler : {keyword.front(), keyword.back(), 'x'})
+                for (const char* start : {"", "1 0 obj\nstream\n", "1 0 obj\n/XML\n"}) {
+                    const std::string text = start + std::string(before, filler) + keyword
+                        + std::string(before % 5, filler) + "\ny\nendstream\nendobj\nstartxref";
+                    QVERIFY(agrees(text, keyword + " at " + std::to_string(before)));
+                }
 }
 
 /// Lines, streams and objects are stored in short forms where they are small and stand close.

@@ -1,7 +1,9 @@
 #include "support/PlainAnalysis.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdint>
+#include <cstdlib>
 #include <map>
 #include <optional>
 #include <utility>
@@ -41,16 +43,12 @@ std::string trimmed(std::string line)
 std::optional<std::int64_t> decimalInteger(const std::string& token)
 {
     const bool isSigned = !token.empty() && (token[0] == '+' || token[0] == '-');
-    std::string digits = isSigned ? token.substr(1) : token;
+    const std::string digits = token.substr(isSigned ? 1 : 0);
     if (digits.empty() || digits.find_first_not_of("0123456789") != std::string::npos)
         return std::nullopt;
-    while (digits.size() > 1 && digits[0] == '0')
-        digits.erase(0, 1);
-    const bool isNegative = isSigned && token[0] == '-';
-    const std::string limit = isNegative ? "9223372036854775808" : "9223372036854775807";
-    if (digits.size() > limit.size() || (digits.size() == limit.size() && digits > limit))
-        return std::nullopt;
-    return std::stoll(isNegative ? '-' + digits : digits);
+    errno = 0;
+    const long long number = std::strtoll(token.c_str(), nullptr, 10);
+    return errno == 0 ? std::optional<std::int64_t>(number) : std::nullopt;
 }
 
 std::u16string wide(const std::string& bytes)

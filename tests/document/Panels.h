@@ -2,7 +2,10 @@
 
 #include <QApplication>
 #include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
 #include <QString>
+#include <QTimer>
 #include <QWidget>
 
 /// Top-level widgets of a class that show, oldest first where they stand for equal things.
@@ -28,4 +31,13 @@ template<class Widget> Widget* shown()
 inline QLineEdit* nameField(const QWidget* panel)
 {
     return panel->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+}
+
+/// Answers the next question that blocks.
+inline void answerNext(QMessageBox::StandardButton button)
+{
+    QTimer::singleShot(0, qApp, [button] {
+        if (const auto* const question = shown<QMessageBox>())
+            question->button(button)->click();
+    });
 }

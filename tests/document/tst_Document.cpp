@@ -9,7 +9,6 @@
 #include "support/Files.h"
 #include "support/PdfBuilder.h"
 
-#include <QApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>

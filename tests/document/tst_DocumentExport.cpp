@@ -6,12 +6,9 @@
 #include "support/PdfBuilder.h"
 
 #include <QDir>
-#include <QMessageBox>
-#include <QPushButton>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTimer>
 
 #include <tuple>
 
@@ -170,10 +167,7 @@ void TestDocumentExport::neverWritesTheOpenedFile()
 {
     QVERIFY(QFile::link(path(u"a.pdf"_s), path(u"link.rtf"_s)));
     ExportPanel* const panel = begin(ExportKind::isRichText);
-    QTimer::singleShot(0, qApp, [] { // the panel asks whether to replace the file
-        if (auto* const question = qobject_cast<QMessageBox*>(QApplication::activeModalWidget()))
-            question->button(QMessageBox::Yes)->click();
-    });
+    answerNext(QMessageBox::Yes); // whether to replace the file
     nameField(panel)->setText(u"link.rtf"_s);
     confirm(panel);
     QTRY_VERIFY(shown<QMessageBox>());

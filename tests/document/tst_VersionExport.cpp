@@ -8,11 +8,8 @@
 #include <QDir>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMessageBox>
-#include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -137,14 +134,11 @@ void TestVersionExport::asksBeforeItUsesAFolderWithFiles()
 {
     QVERIFY(QDir(theHome->path()).mkpath(u"report-Copy-pdf/sub"_s));
     ExportPanel* const panel = open(path(u"report.pdf"_s));
-    const auto answer = [](QMessageBox::StandardButton button) {
-        QTimer::singleShot(0, qApp, [button] { shown<QMessageBox>()->button(button)->click(); });
-    };
     QLineEdit* const edit = nameField(panel);
-    answer(QMessageBox::No);
+    answerNext(QMessageBox::No);
     QTest::keyClick(edit, Qt::Key_Return);
     QVERIFY(panel->isVisible());
-    answer(QMessageBox::Yes);
+    answerNext(QMessageBox::Yes);
     QTest::keyClick(edit, Qt::Key_Return);
     QTRY_COMPARE(names(u"report-Copy-pdf"_s).size(), 3);
 }
@@ -153,7 +147,7 @@ void TestVersionExport::staysOpenForTheNameOfAFile()
 {
     writeFile(path(u"report-Copy-pdf"_s), {});
     ExportPanel* const panel = open(path(u"report.pdf"_s));
-    QTimer::singleShot(0, qApp, [] { shown<QMessageBox>()->accept(); });
+    answerNext(QMessageBox::Ok);
     QTest::keyClick(nameField(panel), Qt::Key_Return);
     QVERIFY(panel->isVisible());
     panel->reject();
@@ -169,7 +163,7 @@ void TestVersionExport::tellsThatTheOpenedFileIsKept()
     ExportPanel* const panel = open(opened);
     QLineEdit* const edit = nameField(panel);
     edit->setText(u"versions"_s);
-    QTimer::singleShot(0, qApp, [] { shown<QMessageBox>()->button(QMessageBox::Yes)->click(); });
+    answerNext(QMessageBox::Yes);
     QTest::keyClick(edit, Qt::Key_Return);
     QTRY_VERIFY(shown<QMessageBox>());
     QVERIFY(shown<QMessageBox>()->text().contains(u"report-002.pdf"_s));

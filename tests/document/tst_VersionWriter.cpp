@@ -6,6 +6,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <utility>
+
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -48,9 +50,7 @@ class TestVersionWriter : public QObject
 private slots:
     void init();
     void writesEachPrefix();
-    void stopsAtTheFirstFailure_data();
     void stopsAtTheFirstFailure();
-    void refusesAFolderThatIsNone_data();
     void refusesAFolderThatIsNone();
     void refusesANameThatIsTooLong();
     void neverReplacesTheOpenedFile();
@@ -101,56 +101,44 @@ void TestVersionWriter::writesEachPrefix()
     QVERIFY(contentOf(theFolder + u"/r-003.pdf") == theFile);
 }
 
-void TestVersionWriter::stopsAtTheFirstFailure_data()
-{
-    QTest::addColumn<qulonglong>("limit");
-    QTest::addColumn<std::size_t>("written");
-    const auto row = [](const char* name, qulonglong limit, std::size_t written) {
-        QTest::newRow(name) << limit << written;
-    };
-    row("one byte short of the first", 14ULL, 0U);
-    row("the first fits", 15ULL, 1U);
-    row("between slices", 4ULL << 20U, 2U);
-    row("one byte short of the third", static_cast<qulonglong>(threeSaves().size()) - 1U, 2U);
-}
-
 void TestVersionWriter::stopsAtTheFirstFailure()
 {
-    QFETCH(qulonglong, limit);
-    QFETCH(std::size_t, written);
-    VersionResult result;
-    {
-        const FileSizeLimit full(limit);
-        result = write();
+    const auto size = static_cast<rlim_t>(theFile.size());
+    const std::pair<rlim_t, std::size_t> limits[] = {
+        {14, 0}, // one byte short of the first
+        {15, 1},
+        {rlim_t{4} << 20, 2}, // between the third's slices
+        {size - 1, 2},
+    };
+    for (const auto& [limit, written] : limits) {
+        QDir(theFolder).removeRecursively();
+        VersionResult result;
+        {
+            const FileSizeLimit full(limit);
+            result = write();
+        }
+        QCOMPARE(result.outcome, VersionResult::Outcome::isFailed);
+        QCOMPARE(result.filesWritten, written);
+        QVERIFY(result.path.ends_with(std::to_string(written + 1) + ".pdf"));
+        QVERIFY(!result.reason.empty());
+        QCOMPARE(names().size(), static_cast<int>(written));
+        if (written > 0)
+            QCOMPARE(contentOf(theFolder + u"/r-001.pdf"), theFile.first(15));
     }
-    QCOMPARE(result.outcome, VersionResult::Outcome::isFailed);
-    QCOMPARE(result.filesWritten, written);
-    QVERIFY(result.path.ends_with(std::to_string(written + 1) + ".pdf"));
-    QVERIFY(!result.reason.empty());
-    QCOMPARE(names().size(), static_cast<int>(written));
-    if (written > 0)
-        QCOMPARE(contentOf(theFolder + u"/r-001.pdf"), theFile.first(15));
-}
-
-void TestVersionWriter::refusesAFolderThatIsNone_data()
-{
-    QTest::addColumn<QString>("folder");
-    QTest::newRow("a file has its name") << QStringLiteral("file");
-    QTest::newRow("a folder above it is a file") << QStringLiteral("file/a/b");
-    QTest::newRow("it leads nowhere") << QStringLiteral("link");
-    QTest::newRow("its name is too long") << QString(256, QLatin1Char('n'));
 }
 
 void TestVersionWriter::refusesAFolderThatIsNone()
 {
-    QFETCH(QString, folder);
     writeFile(theHome->filePath(QStringLiteral("file")), {});
     QVERIFY(
         QFile::link(QStringLiteral("/dev/null/none"), theHome->filePath(QStringLiteral("link"))));
-    theFolder = theHome->filePath(folder);
-    const VersionResult result = write();
-    QCOMPARE(result.outcome, VersionResult::Outcome::isFailed);
-    QCOMPARE(result.path, theFolder.toStdString());
+    for (const QString& name : {QStringLiteral("file"), QStringLiteral("file/a/b"),
+             QStringLiteral("link"), QString(256, QLatin1Char('n'))}) {
+        theFolder = theHome->filePath(name);
+        const VersionResult result = write();
+        QCOMPARE(result.outcome, VersionResult::Outcome::isFailed);
+        QCOMPARE(result.path, theFolder.toStdString());
+    }
     QCOMPARE(QDir(theHome->path()).entryList(QDir::Files | QDir::Hidden | QDir::System).size(), 2);
 }
 

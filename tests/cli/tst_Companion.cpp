@@ -1,11 +1,22 @@
 #include "support/CompanionRun.h"
 #include "support/Files.h"
 
+#include <QDir>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTemporaryDir>
-#include <QtTest>
+#include <QTest>
+
+#include <sys/resource.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QByteArray threeSaves = "%PDF-1.7\n%%EOF\nsecond save\n%%EOF\nthird\n%%EOF";
+
+} // namespace
 
 /// Runs the companion as a script would: by its exit status and what it prints.
 class TestCompanion : public QObject
@@ -19,17 +30,36 @@ private slots:
     void printsTexts();
     void escapesWhatIsNotAscii();
     void reportsAFullDisk();
+    void printsTheCuts();
+    void exportsVersionsBesideOtherFiles();
+    void saysWhyVersionsFailed();
+    void leavesWholeVersionsOnAFullDisk();
 
 private:
-    QString path(const char* name) const { return theFolder.filePath(QString::fromUtf8(name)); }
+    QString path(const QString& name) const { return theFolder.filePath(name); }
+    QStringList names(const QString& folder) const
+    {
+        return QDir(path(folder)).entryList(QDir::Files | QDir::Hidden);
+    }
+    /// Runs "versions" in the test's folder. @param limit bytes that a file may have, 0 for any.
+    CompanionRun versions(
+        const QStringList& arguments, const QByteArray& input = {}, rlim_t limit = 0) const
+    {
+        const auto limitFiles = [limit] {
+            const rlimit limits = {limit, limit};
+            ::setrlimit(RLIMIT_FSIZE, &limits);
+        };
+        return runCompanion(QStringList(u"versions"_s) + arguments,
+            {theFolder.path(), input, {}, limit > 0 ? std::function<void()>(limitFiles) : nullptr});
+    }
 
     QTemporaryDir theFolder;
 };
 
 void TestCompanion::initTestCase()
 {
-    writeFile(
-        path("small.pdf"), "%PDF-1.4\n%\xE2\n1 0 obj\n<< /Type /Catalog \"\\ >>\nendobj\n%%EOF\n");
+    writeFile(path(u"small.pdf"_s),
+        "%PDF-1.4\n%\xE2\n1 0 obj\n<< /Type /Catalog \"\\ >>\nendobj\n%%EOF\n");
 }
 
 void TestCompanion::tellsWrongUseFromBadFiles_data()
@@ -41,24 +71,21 @@ void TestCompanion::tellsWrongUseFromBadFiles_data()
         QTest::newRow(name) << words.split(QLatin1Char(' '), Qt::SkipEmptyParts) << status
                             << QByteArray(message);
     };
-    const QString small = path("small.pdf");
+    const QString small = path(u"small.pdf"_s);
     row("nothing", QString(), 2, "no command");
-    row("an unknown command", QStringLiteral("look ") + small, 2, "unknown command look");
-    row("an unknown option", QStringLiteral("listing --jsn ") + small, 2, "unknown option --jsn");
-    row("no file", QStringLiteral("listing"), 2, "no file");
-    row("two files", QStringLiteral("listing a b"), 2, "more than one file");
-    row("an option that the command has not", QStringLiteral("summary --json ") + small, 2,
+    row("an unknown command", u"look "_s + small, 2, "unknown command look");
+    row("an unknown option", u"listing --jsn "_s + small, 2, "unknown option --jsn");
+    row("no file", u"listing"_s, 2, "no file");
+    row("two files", u"listing a b"_s, 2, "more than one file");
+    row("an option that the command has not", u"summary --json "_s + small, 2,
         "summary has no --json");
-    row("an option without its value", QStringLiteral("versions --export"), 2,
-        "--export needs a value");
-    row("no such file", QStringLiteral("listing ") + path("none.pdf"), 1,
+    row("an option without its value", u"versions --export"_s, 2, "--export needs a value");
+    row("no such file", u"listing "_s + path(u"none.pdf"_s), 1,
         "none.pdf: No such file or directory");
-    row("a folder", QStringLiteral("summary ") + theFolder.path(), 1, "Is a directory");
-    row("a name that begins with a dash", QStringLiteral("listing -- -x"), 1,
-        "-x: No such file or directory");
-    row("options behind the file", QStringLiteral("listing ") + small + QStringLiteral(" --json"),
-        0, "");
-    row("help", QStringLiteral("--help"), 0, "");
+    row("a folder", u"summary "_s + theFolder.path(), 1, "Is a directory");
+    row("a name that begins with a dash", u"listing -- -x"_s, 1, "-x: No such file or directory");
+    row("options behind the file", u"listing "_s + small + u" --json"_s, 0, "");
+    row("help", u"--help"_s, 0, "");
 }
 
 void TestCompanion::tellsWrongUseFromBadFiles()
@@ -79,43 +106,94 @@ void TestCompanion::printsTexts()
         return runCompanion({QLatin1String(command), file}, {{}, input, {}, {}}).output;
     };
     const QByteArray object = "1 0 1 Catalog\n";
-    QCOMPARE(print("listing", path("small.pdf"), {}),
+    QCOMPARE(print("listing", path(u"small.pdf"_s), {}),
         "%PDF-1.4\n%\u00E2\n1 0 obj\n<< /Type /Catalog \"\\ >>\nendobj\n\n%%EOF\n\n" + object);
-    QCOMPARE(print("objects", path("small.pdf"), {}), object);
-    QCOMPARE(print("summary", path("small.pdf"), {}),
+    QCOMPARE(print("objects", path(u"small.pdf"_s), {}), object);
+    QCOMPARE(print("summary", path(u"small.pdf"_s), {}),
         QByteArray("contains 1 objects, consisting of:\n0 pages\n1 catalogs, "
                    "0 info objects, 0 trailers.\nMaximum version = 1\n"));
-    QCOMPARE(
-        print("objects", QStringLiteral("-"), "7 0 obj\nx\nendobj\n"), QByteArray("7 0 1 x\n"));
+    QCOMPARE(print("objects", u"-"_s, "7 0 obj\nx\nendobj\n"), QByteArray("7 0 1 x\n"));
 }
 
 void TestCompanion::escapesWhatIsNotAscii()
 {
-    const QByteArray out
-        = runCompanion({QStringLiteral("listing"), QStringLiteral("--json"), path("small.pdf")})
-              .output;
+    const QByteArray out = runCompanion({u"listing"_s, u"--json"_s, path(u"small.pdf"_s)}).output;
     QVERIFY(std::all_of(out.begin(), out.end(), [](char c) { return c > 0 && c < 0x7F; }));
     QStringList texts;
     for (const QByteArray& line : out.split('\n').mid(0, 5)) {
         const QJsonObject piece = QJsonDocument::fromJson(line).object();
-        texts.append(piece.value(QStringLiteral("role")).toString() + QLatin1Char(' ')
-            + piece.value(QStringLiteral("text")).toString());
+        texts.append(piece.value(u"role"_s).toString() + QLatin1Char(' ')
+            + piece.value(u"text"_s).toString());
     }
     QCOMPARE(texts,
-        (QStringList{QStringLiteral("green %PDF-1.4\n"), QStringLiteral("green %\u00E2\n"),
-            QStringLiteral("default 1 0 obj\n"),
-            QStringLiteral("green << /Type /Catalog \"\\ >>\n"),
-            QStringLiteral("red endobj\n\n")}));
+        (QStringList{u"green %PDF-1.4\n"_s, u"green %\u00E2\n"_s, u"default 1 0 obj\n"_s,
+            u"green << /Type /Catalog \"\\ >>\n"_s, u"red endobj\n\n"_s}));
 }
 
 void TestCompanion::reportsAFullDisk()
 {
-    if (!QFile::exists(QStringLiteral("/dev/full")))
+    if (!QFile::exists(u"/dev/full"_s))
         QSKIP("there is no /dev/full here");
-    const CompanionRun outcome = runCompanion(
-        {QStringLiteral("listing"), path("small.pdf")}, {{}, {}, QStringLiteral("/dev/full"), {}});
+    const CompanionRun outcome
+        = runCompanion({u"listing"_s, path(u"small.pdf"_s)}, {{}, {}, u"/dev/full"_s, {}});
     QCOMPARE(outcome.status, 1);
     QVERIFY2(outcome.errors.contains("No space left"), outcome.errors.constData());
+}
+
+void TestCompanion::printsTheCuts()
+{
+    writeFile(path(u"a.pdf"_s), threeSaves);
+    const CompanionRun plain = versions({u"a.pdf"_s});
+    QCOMPARE(plain.status, 0);
+    QCOMPARE(plain.output, QByteArray("1\t15\t15\n2\t33\t18\n3\t44\t11\n"));
+    QCOMPARE(versions({u"--json"_s, u"-"_s}, threeSaves).output,
+        QByteArray("{\"incremental\":true,\"cuts\":[15,33,44]}\n"));
+    QCOMPARE(versions({u"--json"_s, u"-"_s}, "%PDF-1.7\n").output,
+        QByteArray("{\"incremental\":false,\"cuts\":[]}\n"));
+}
+
+void TestCompanion::exportsVersionsBesideOtherFiles()
+{
+    QVERIFY(QDir(theFolder.path()).mkpath(u"out/deep"_s));
+    writeFile(path(u"out/deep/other"_s), "other");
+    writeFile(path(u"a\n'b\".PDF"_s), threeSaves);
+    for (const QString& file : {u"a\n'b\".PDF"_s, u"-"_s}) {
+        const CompanionRun result = versions({file, u"--export"_s, u"out/deep"_s}, threeSaves);
+        QCOMPARE(result.errors, QByteArray());
+        QCOMPARE(result.status, 0);
+    }
+    QCOMPARE(names(u"out/deep"_s).size(), 7);
+    QCOMPARE(contentOf(path(u"out/deep/a\n'b\"-002.PDF"_s)), threeSaves.first(33));
+    QCOMPARE(contentOf(path(u"out/deep/stdin-002"_s)), threeSaves.first(33));
+}
+
+void TestCompanion::saysWhyVersionsFailed()
+{
+    writeFile(path(u"a.pdf"_s), threeSaves);
+    writeFile(path(u"file"_s), "file");
+    QVERIFY(QDir(theFolder.path()).mkpath(u"linked"_s));
+    QVERIFY(QFile::link(u"../a.pdf"_s, path(u"linked/a-001.pdf"_s)));
+    const std::pair<QString, QByteArray> folders[] = {
+        {u"file"_s, "Not a directory"},
+        {u"linked"_s, "This is the opened file"},
+        {u"/proc/none"_s, "No such file"},
+    };
+    for (const auto& [folder, reason] : folders) {
+        const CompanionRun result = versions({u"a.pdf"_s, u"--export"_s, folder});
+        QCOMPARE(result.status, 1);
+        QVERIFY2(result.errors.contains(reason), result.errors.constData());
+    }
+    QCOMPARE(contentOf(path(u"a.pdf"_s)), threeSaves);
+    QCOMPARE(contentOf(path(u"file"_s)), QByteArray("file"));
+}
+
+void TestCompanion::leavesWholeVersionsOnAFullDisk()
+{
+    writeFile(path(u"a.pdf"_s), threeSaves);
+    const CompanionRun result = versions({u"a.pdf"_s, u"--export"_s, u"out"_s}, {}, 40);
+    QCOMPARE(result.status, 1);
+    QVERIFY(result.errors.contains("a-003.pdf"));
+    QCOMPARE(names(u"out"_s), QStringList({u"a-001.pdf"_s, u"a-002.pdf"_s}));
 }
 
 QTEST_GUILESS_MAIN(TestCompanion)

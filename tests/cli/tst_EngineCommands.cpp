@@ -6,6 +6,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <tuple>
+
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -27,7 +29,6 @@ class TestEngineCommands : public QObject
 
 private slots:
     void init();
-    void writesWhatTheEngineMakes_data();
     void writesWhatTheEngineMakes();
     void replacesTheOutput();
     void failsOnAFullDevice();
@@ -57,31 +58,23 @@ void TestEngineCommands::init()
     writeFile(path(u"a.pdf"_s), twoPages());
 }
 
-void TestEngineCommands::writesWhatTheEngineMakes_data()
-{
-    QTest::addColumn<QString>("command");
-    QTest::addColumn<QByteArray>("start");
-    QTest::addColumn<QByteArray>("held");
-    QTest::newRow("flat") << u"flat"_s << QByteArray("%PDF-") << QByteArray("/Count 2");
-    QTest::newRow("text") << u"text"_s << QByteArray("First page\n")
-                          << QByteArray("\nSecond\nline\n");
-    QTest::newRow("rtf") << u"rtf"_s << QByteArray("{\\rtf1")
-                         << QByteArray("\nSecond\\par\nline\\par\n");
-}
-
 void TestEngineCommands::writesWhatTheEngineMakes()
 {
-    QFETCH(QString, command);
-    QFETCH(QByteArray, start);
-    QFETCH(QByteArray, held);
-    const CompanionRun result = run({command, u"a.pdf"_s, u"-o"_s, u"out"_s});
-    QCOMPARE(result.errors, QByteArray());
-    QCOMPARE(result.status, 0);
-    const QByteArray content = contentOf(path(u"out"_s));
-    QVERIFY2(content.startsWith(start), content.constData());
-    QVERIFY2(content.contains(held), content.constData());
-    QCOMPARE(run({command, u"-"_s, u"-o"_s, u"-"_s}, twoPages()).output, content);
-    QCOMPARE(names(), QStringList({u"a.pdf"_s, u"out"_s}));
+    const std::tuple<QString, QByteArray, QByteArray> commands[] = {
+        {u"flat"_s, "%PDF-", "/Count 2"},
+        {u"text"_s, "First page\n", "\nSecond\nline\n"},
+        {u"rtf"_s, "{\\rtf1", "\nSecond\\par\nline\\par\n"},
+    };
+    for (const auto& [command, start, held] : commands) {
+        const CompanionRun result = run({command, u"a.pdf"_s, u"-o"_s, u"out"_s});
+        QCOMPARE(result.errors, QByteArray());
+        QCOMPARE(result.status, 0);
+        const QByteArray content = contentOf(path(u"out"_s));
+        QVERIFY2(content.startsWith(start), content.constData());
+        QVERIFY2(content.contains(held), content.constData());
+        QCOMPARE(run({command, u"-"_s, u"-o"_s, u"-"_s}, twoPages()).output, content);
+        QCOMPARE(names(), QStringList({u"a.pdf"_s, u"out"_s}));
+    }
 }
 
 void TestEngineCommands::replacesTheOutput()

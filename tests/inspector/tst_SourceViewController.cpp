@@ -108,18 +108,14 @@ void TestSourceViewController::fillsPanesAsTheFlagsSay_data()
 {
     QTest::addColumn<bool>("raw");
     QTest::addColumn<bool>("summary");
-    QTest::addColumn<QString>("lowerBegins");
-    QTest::addColumn<bool>("holdsStreams");
-    QTest::addColumn<bool>("holdsObjectList");
-    QTest::newRow("object lists") << false << false << u"1 0 1 Catalog"_s << false << true;
-    QTest::newRow("listings") << false << true << u"%PDF-1.7"_s << false << true;
-    QTest::newRow("raw texts") << true << false << u"%PDF-1.7"_s << true << false;
-    QTest::newRow("raw wins") << true << true << u"%PDF-1.7"_s << true << false;
+    QTest::newRow("object lists") << false << false;
+    QTest::newRow("listings") << false << true;
+    QTest::newRow("raw texts") << true << false;
+    QTest::newRow("raw wins") << true << true;
 }
 
 void TestSourceViewController::fillsPanesAsTheFlagsSay()
 {
-    QFETCH(QString, lowerBegins);
     QFETCH(bool, raw);
     QFETCH(bool, summary);
     open();
@@ -130,10 +126,10 @@ void TestSourceViewController::fillsPanesAsTheFlagsSay()
     QCOMPARE(inspector->windowTitle(), u"\u203C\uFE0Freport.pdf"_s);
 
     const QString lower = textOf(inspector->lowerTextView());
-    QVERIFY2(lower.startsWith(lowerBegins), qPrintable(lower.left(40)));
+    QVERIFY(lower.startsWith(raw || summary ? u"%PDF-1.7"_s : u"1 0 1 Catalog"_s));
     for (const QString& text : {lower, textOf(inspector->upperTextView())}) {
-        QTEST(text.contains(u"endstream"_s), "holdsStreams");
-        QTEST(text.contains(u" 1 Page, Parent ("_s), "holdsObjectList");
+        QCOMPARE(text.contains(u"endstream"_s), raw);
+        QCOMPARE(text.contains(u" 1 Page, Parent ("_s), !raw);
     }
     const QString bottom = textOf(inspector->bottomTextView());
     QVERIFY(bottom.startsWith(u"Summary from loaded PDF in Quartz 2D:\nPDF version 1.7.\n"

@@ -28,8 +28,7 @@ private slots:
     void init();
     void firstLaunchStoresWhatItFound();
     void launchChecksWhenDue();
-    void flagsAreStoredAtQuit();
-    void togglesMarkEveryWindow();
+    void togglesMarkEveryWindowAndAreStoredAtQuit();
     void offersWhatHasATaker();
     void newWindowsHaveAFocus();
     void filesDropOntoAnyPartOfAWindow();
@@ -116,21 +115,7 @@ void TestAppDelegate::launchChecksWhenDue()
     }
 }
 
-void TestAppDelegate::flagsAreStoredAtQuit()
-{
-    PreferenceStore::storeFlags({false, true, false});
-    AppDelegate delegate;
-    delegate.applicationDidFinishLaunching({});
-    QVERIFY(delegate.showRawSource());
-    delegate.toggleThumbnails(nullptr);
-    delegate.toggleRawSource(nullptr);
-    QVERIFY(!PreferenceStore::readFlags().showThumbnail); // not before the end
-    delegate.applicationWillTerminate();
-    const PreferenceStore::Flags stored = PreferenceStore::readFlags();
-    QVERIFY(stored.showThumbnail && !stored.showRawSource && !stored.showSummarySource);
-}
-
-void TestAppDelegate::togglesMarkEveryWindow()
+void TestAppDelegate::togglesMarkEveryWindowAndAreStoredAtQuit()
 {
     PreferenceStore::storeFlags({false, true, false});
     AppDelegate delegate;
@@ -140,12 +125,17 @@ void TestAppDelegate::togglesMarkEveryWindow()
     const QString command = QStringLiteral("toggleThumbnails");
     QVERIFY(one->commandAction(QStringLiteral("toggleRawSource"))->isChecked());
     QVERIFY(!one->commandAction(command)->isChecked());
-    for (const bool expected : {true, false}) {
+    for (const bool expected : {true, false, true}) {
         one->commandAction(command)->trigger();
         QCOMPARE(delegate.showThumbnail(), expected);
         QCOMPARE(one->commandAction(command)->isChecked(), expected);
         QCOMPARE(other->commandAction(command)->isChecked(), expected);
     }
+    delegate.toggleRawSource(nullptr);
+    QVERIFY(!PreferenceStore::readFlags().showThumbnail); // not before the end
+    delegate.applicationWillTerminate();
+    const PreferenceStore::Flags stored = PreferenceStore::readFlags();
+    QVERIFY(stored.showThumbnail && !stored.showRawSource && !stored.showSummarySource);
 }
 
 void TestAppDelegate::offersWhatHasATaker()

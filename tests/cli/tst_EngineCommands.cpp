@@ -32,7 +32,6 @@ private slots:
     void writesWhatTheEngineMakes();
     void replacesTheOutput();
     void failsOnAFullDevice();
-    void saysWhyItFailed_data();
     void saysWhyItFailed();
     void asksForThePassword();
 
@@ -98,39 +97,28 @@ void TestEngineCommands::failsOnAFullDevice()
     QCOMPARE(names().size(), 2);
 }
 
-void TestEngineCommands::saysWhyItFailed_data()
-{
-    QTest::addColumn<QString>("file");
-    QTest::addColumn<QString>("output");
-    QTest::addColumn<QByteArray>("reason");
-    const auto row
-        = [](const char* name, const char* file, const char* output, const char* reason) {
-              QTest::newRow(name) << QString::fromLatin1(file) << QString::fromLatin1(output)
-                                  << QByteArray(reason);
-          };
-    row("no such file", "none.pdf", "out", "none.pdf: No such");
-    row("a folder", ".", "out", "directory");
-    row("not a PDF", "text.pdf", "out", "text.pdf: ");
-    row("the file itself", "a.pdf", "./a.pdf", "the file that is being exported");
-    row("a link to the file", "a.pdf", "link.pdf", "the file that is being exported");
-    row("into no folder", "a.pdf", "none/out", "No such file");
-    row("onto a folder", "a.pdf", "/", "irectory");
-}
-
 void TestEngineCommands::saysWhyItFailed()
 {
-    QFETCH(QString, file);
-    QFETCH(QString, output);
-    QFETCH(QByteArray, reason);
     writeFile(path(u"text.pdf"_s), "only text");
     QCOMPARE(::link(qPrintable(path(u"a.pdf"_s)), qPrintable(path(u"link.pdf"_s))), 0);
-    for (const QString& command : {u"flat"_s, u"rtf"_s}) {
-        const CompanionRun result = run({command, file, u"-o"_s, output});
-        QCOMPARE(result.status, 1);
-        QVERIFY2(result.errors.contains(reason), result.errors.constData());
+    const std::tuple<QString, QString, QByteArray> cases[] = {
+        {u"none.pdf"_s, u"out"_s, "none.pdf: No such"},
+        {u"."_s, u"out"_s, "directory"},
+        {u"text.pdf"_s, u"out"_s, "text.pdf: "},
+        {u"a.pdf"_s, u"./a.pdf"_s, "the file that is being exported"},
+        {u"a.pdf"_s, u"link.pdf"_s, "the file that is being exported"},
+        {u"a.pdf"_s, u"none/out"_s, "No such file"},
+        {u"a.pdf"_s, u"/"_s, "irectory"},
+    };
+    for (const auto& [file, output, reason] : cases) {
+        for (const QString& command : {u"flat"_s, u"rtf"_s}) {
+            const CompanionRun result = run({command, file, u"-o"_s, output});
+            QCOMPARE(result.status, 1);
+            QVERIFY2(result.errors.contains(reason), result.errors.constData());
+        }
+        QCOMPARE(names().size(), 3);
+        QCOMPARE(contentOf(path(u"a.pdf"_s)), twoPages());
     }
-    QCOMPARE(names().size(), 3);
-    QCOMPARE(contentOf(path(u"a.pdf"_s)), twoPages());
 }
 
 void TestEngineCommands::asksForThePassword()

@@ -11,7 +11,6 @@ class TestVersionCuts : public QObject
 private slots:
     void cutsAfterEachMarker_data();
     void cutsAfterEachMarker();
-    void namesFollowThePath_data();
     void namesFollowThePath();
     void numbersHaveThreeDigitsOrMore();
     void updatesHaveAMarkerBeforeTheTail();
@@ -44,36 +43,25 @@ void TestVersionCuts::cutsAfterEachMarker()
     QCOMPARE(QList<std::size_t>(cuts.begin(), cuts.end()), expected);
 }
 
-void TestVersionCuts::namesFollowThePath_data()
-{
-    QTest::addColumn<QByteArray>("path");
-    QTest::addColumn<QByteArray>("second");
-    QTest::addColumn<QByteArray>("folder");
-    const auto row
-        = [](const char* name, const char* path, const char* second, const char* folder) {
-              QTest::newRow(name) << QByteArray(path) << QByteArray(second) << QByteArray(folder);
-          };
-    row("plain", "/home/a/report.pdf", "report-002.pdf", "report-Copy-pdf");
-    row("no extension", "/a/notes", "notes-002", "notes-Copy");
-    row("dot in a folder's name", "/a.b/notes", "notes-002", "notes-Copy");
-    row("two extensions", "a.tar.gz", "a.tar-002.gz", "a.tar-Copy-gz");
-    row("upper case stays", "A.PDF", "A-002.PDF", "A-Copy-PDF");
-    row("hidden file", "/a/.hidden", ".hidden-002", ".hidden-Copy");
-    row("hidden file with extension", ".h.pdf", ".h-002.pdf", ".h-Copy-pdf");
-    row("dot at the end", "draft.", "draft.-002", "draft.-Copy");
-    row("slash at the end", "/a/b.pdf//", "b-002.pdf", "b-Copy-pdf");
-    row("line end and quote", "a\n\"b.pdf", "a\n\"b-002.pdf", "a\n\"b-Copy-pdf");
-    row("not UTF-8", "\xff\xfe.pdf", "\xff\xfe-002.pdf", "\xff\xfe-Copy-pdf");
-    row("no name at all", "/", "-002", "-Copy");
-}
-
 void TestVersionCuts::namesFollowThePath()
 {
-    QFETCH(QByteArray, path);
-    const FileNameParts parts = fileNameParts(path.toStdString());
-    const std::string second = versionFileName(parts.base, 2, versionExtension(parts));
-    QTEST(QByteArray::fromStdString(second), "second");
-    QTEST(QByteArray::fromStdString(versionFolderName(parts)), "folder");
+    const auto names = [](const std::string& path) {
+        const FileNameParts parts = fileNameParts(path);
+        return QByteArray::fromStdString(versionFolderName(parts) + '/'
+            + versionFileName(parts.base, 2, versionExtension(parts)));
+    };
+    QCOMPARE(names("/home/a/report.pdf"), "report-Copy-pdf/report-002.pdf");
+    QCOMPARE(names("/a/notes"), "notes-Copy/notes-002");
+    QCOMPARE(names("/a.b/notes"), "notes-Copy/notes-002");
+    QCOMPARE(names("a.tar.gz"), "a.tar-Copy-gz/a.tar-002.gz");
+    QCOMPARE(names("A.PDF"), "A-Copy-PDF/A-002.PDF");
+    QCOMPARE(names("/a/.hidden"), ".hidden-Copy/.hidden-002");
+    QCOMPARE(names(".h.pdf"), ".h-Copy-pdf/.h-002.pdf");
+    QCOMPARE(names("draft."), "draft.-Copy/draft.-002");
+    QCOMPARE(names("/a/b.pdf//"), "b-Copy-pdf/b-002.pdf");
+    QCOMPARE(names("a\n\"b.pdf"), "a\n\"b-Copy-pdf/a\n\"b-002.pdf");
+    QCOMPARE(names("\xff\xfe.pdf"), "\xff\xfe-Copy-pdf/\xff\xfe-002.pdf");
+    QCOMPARE(names("/"), "-Copy/-002");
 }
 
 void TestVersionCuts::numbersHaveThreeDigitsOrMore()

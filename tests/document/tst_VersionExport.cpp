@@ -11,6 +11,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <array>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -26,7 +28,6 @@ class TestVersionExport : public QObject
 private slots:
     void init();
     void cleanup();
-    void panelProposesAFolder_data();
     void panelProposesAFolder();
     void writesTheVersions();
     void cancelWritesNothing();
@@ -73,35 +74,27 @@ void TestVersionExport::cleanup()
     QVERIFY(!shown<QDialog>());
 }
 
-void TestVersionExport::panelProposesAFolder_data()
-{
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<QString>("displayName");
-    QTest::addColumn<QString>("proposed");
-    const auto row
-        = [](const char* name, const QString& path, const QString& displayName,
-              const QString& proposed) { QTest::newRow(name) << path << displayName << proposed; };
-    row("a PDF", u"/none/report.pdf"_s, u"x"_s, u"report-Copy-pdf"_s);
-    row("quotes and spaces", u"/none/a \"b\".pdf"_s, u"x"_s, u"a \"b\"-Copy-pdf"_s);
-    row("no file: the display name", u""_s, u"Scan.pdf"_s, u"Scan-Copy-pdf"_s);
-    row("a display name with a slash", u""_s, u"1/2"_s, u"1-2-Copy"_s);
-    row("no name at all", u""_s, u""_s, u"Untitled-Copy"_s);
-}
-
 void TestVersionExport::panelProposesAFolder()
 {
-    QFETCH(QString, path);
-    QFETCH(QString, displayName);
-    ExportPanel* const panel = open(path, displayName);
-    QVERIFY(panel);
-    QCOMPARE(panel->windowModality(), Qt::WindowModal);
-    QCOMPARE(panel->parentWidget(), theWindow.get());
-    QTEST(nameField(panel)->text(), "proposed");
-    QCOMPARE(panel->findChild<QLabel*>(u"messageLabel"_s)->text(),
-        u"Enter the name of a new folder to contain versions"_s);
-    const auto* const box = panel->findChild<QDialogButtonBox*>();
-    QCOMPARE(box->button(QDialogButtonBox::Save)->text(), u"Save to folder"_s);
-    panel->reject();
+    const std::array<QString, 3> cases[] = {
+        {u"/none/report.pdf"_s, u"x"_s, u"report-Copy-pdf"_s},
+        {u"/none/a \"b\".pdf"_s, u"x"_s, u"a \"b\"-Copy-pdf"_s},
+        {u""_s, u"Scan.pdf"_s, u"Scan-Copy-pdf"_s},
+        {u""_s, u"1/2"_s, u"1-2-Copy"_s},
+        {u""_s, u""_s, u"Untitled-Copy"_s},
+    };
+    for (const auto& [opened, displayName, proposed] : cases) {
+        ExportPanel* const panel = open(opened, displayName);
+        QVERIFY(panel);
+        QCOMPARE(panel->windowModality(), Qt::WindowModal);
+        QCOMPARE(panel->parentWidget(), theWindow.get());
+        QCOMPARE(nameField(panel)->text(), proposed);
+        QCOMPARE(panel->findChild<QLabel*>(u"messageLabel"_s)->text(),
+            u"Enter the name of a new folder to contain versions"_s);
+        const auto* const box = panel->findChild<QDialogButtonBox*>();
+        QCOMPARE(box->button(QDialogButtonBox::Save)->text(), u"Save to folder"_s);
+        panel->reject();
+    }
 }
 
 void TestVersionExport::writesTheVersions()

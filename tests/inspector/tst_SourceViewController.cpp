@@ -12,6 +12,7 @@
 #include <QToolButton>
 
 #include <memory>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -47,7 +48,6 @@ private slots:
     void init();
     void cleanup() { theDocument.reset(); }
     void writesSummaries();
-    void fillsPanesAsTheFlagsSay_data();
     void fillsPanesAsTheFlagsSay();
     void readsTheFlagsAtEveryShowing();
     void saysSoWithoutADocument();
@@ -104,38 +104,30 @@ void TestSourceViewController::writesSummaries()
                     "Catalog dictionary couldn't be found.\n\n"));
 }
 
-void TestSourceViewController::fillsPanesAsTheFlagsSay_data()
-{
-    QTest::addColumn<bool>("raw");
-    QTest::addColumn<bool>("summary");
-    QTest::newRow("object lists") << false << false;
-    QTest::newRow("listings") << false << true;
-    QTest::newRow("raw texts") << true << false;
-    QTest::newRow("raw wins") << true << true;
-}
-
 void TestSourceViewController::fillsPanesAsTheFlagsSay()
 {
-    QFETCH(bool, raw);
-    QFETCH(bool, summary);
     open();
-    theFlags.raw = raw;
-    theFlags.summary = summary;
-    const auto inspector = shownInspector();
-    QVERIFY(!inspector->isFilling());
-    QCOMPARE(inspector->windowTitle(), u"\u203C\uFE0Freport.pdf"_s);
+    for (const auto& [raw, summary] :
+        {std::pair(false, false), {false, true}, {true, false}, {true, true}}) {
+        theFlags.raw = raw;
+        theFlags.summary = summary;
+        const auto inspector = shownInspector();
+        QVERIFY(!inspector->isFilling());
+        QCOMPARE(inspector->windowTitle(), u"\u203C\uFE0Freport.pdf"_s);
 
-    const QString lower = textOf(inspector->lowerTextView());
-    QVERIFY(lower.startsWith(raw || summary ? u"%PDF-1.7"_s : u"1 0 1 Catalog"_s));
-    for (const QString& text : {lower, textOf(inspector->upperTextView())}) {
-        QCOMPARE(text.contains(u"endstream"_s), raw);
-        QCOMPARE(text.contains(u" 1 Page, Parent ("_s), !raw);
-    }
-    const QString bottom = textOf(inspector->bottomTextView());
-    QVERIFY(bottom.startsWith(u"Summary from loaded PDF in Quartz 2D:\nPDF version 1.7.\n"
+        const QString lower = textOf(inspector->lowerTextView());
+        QVERIFY(lower.startsWith(raw || summary ? u"%PDF-1.7"_s : u"1 0 1 Catalog"_s));
+        for (const QString& text : {lower, textOf(inspector->upperTextView())}) {
+            QCOMPARE(text.contains(u"endstream"_s), raw);
+            QCOMPARE(text.contains(u" 1 Page, Parent ("_s), !raw);
+        }
+        const QString bottom = textOf(inspector->bottomTextView());
+        QVERIFY(
+            bottom.startsWith(u"Summary from loaded PDF in Quartz 2D:\nPDF version 1.7.\n"
                               u"Found a total of 2 pages.\nInfo dictionary entry count = 2.\n"_s));
-    QCOMPARE(bottom.contains(u"Flattened PDF (Quartz 2D) contains "_s), !raw);
-    QCOMPARE(bottom.endsWith(u"2 trailers.\nMaximum version = 2\n"_s), !raw);
+        QCOMPARE(bottom.contains(u"Flattened PDF (Quartz 2D) contains "_s), !raw);
+        QCOMPARE(bottom.endsWith(u"2 trailers.\nMaximum version = 2\n"_s), !raw);
+    }
 }
 
 void TestSourceViewController::readsTheFlagsAtEveryShowing()

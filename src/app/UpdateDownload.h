@@ -43,6 +43,7 @@ private:
 
     QNetworkAccessManager* theManager;
     QNetworkReply* theReply = nullptr;
+    QString theScheme; ///< of the address that was asked for first
     QByteArray theBody;
     bool hasEnded = false;
 };

@@ -2,10 +2,18 @@
 
 #include "views/TextStorage.h"
 
-#include <QList>
+#include <QStringList>
 
 #include <algorithm>
 #include <utility>
+
+inline QStringList linesOf(const TextStorage& storage)
+{
+    QStringList lines;
+    for (qsizetype index = 0; index < storage.lineCount(); ++index)
+        lines += storage.line(index).text;
+    return lines;
+}
 
 /// A text of given coloured lines.
 class ListedLines : public TextStorage

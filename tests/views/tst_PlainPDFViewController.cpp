@@ -13,52 +13,43 @@ class TestPlainPDFViewController : public QObject
     Q_OBJECT
 
 private slots:
-    void namesItsWindow_data();
+    void init();
     void namesItsWindow();
     void setsUpOnEveryShow();
     void asksBeforePrinting();
 
 private:
-    std::unique_ptr<Document> opened();
     WindowRegistry<Document> theRegistry;
+    std::unique_ptr<Document> theDocument;
 };
 
-std::unique_ptr<Document> TestPlainPDFViewController::opened()
+void TestPlainPDFViewController::init()
 {
-    auto document = std::make_unique<Document>(&theRegistry);
-    QSignalSpy opening(document.get(), &FrameDocument::opened);
-    document->readFromData(*FileBytes::copy(PdfBuilder().addPage("text").addPage().bytes()));
-    return opening.wait(30'000) ? std::move(document) : nullptr;
-}
-
-void TestPlainPDFViewController::namesItsWindow_data()
-{
-    QTest::addColumn<QUrl>("file");
-    QTest::addColumn<QString>("title");
-    QTest::newRow("a file") << QUrl::fromLocalFile(QStringLiteral("/a folder/report.pdf"))
-                            << QStringLiteral("\u2757\uFE0Freport.pdf");
-    QTest::newRow("no file") << QUrl() << QStringLiteral("\u2757\uFE0FUntitled");
+    theDocument = std::make_unique<Document>(&theRegistry);
+    QSignalSpy opening(theDocument.get(), &FrameDocument::opened);
+    theDocument->readFromData(*FileBytes::copy(PdfBuilder().addPage("text").addPage().bytes()));
+    QVERIFY(opening.wait(30'000));
 }
 
 void TestPlainPDFViewController::namesItsWindow()
 {
-    QFETCH(QUrl, file);
-    const std::unique_ptr<Document> document = opened();
-    QVERIFY(document);
-    document->setFileURL(file);
-    PlainPDFViewController controller(document.get());
-    controller.show();
-    QTEST(controller.windowTitle(), "title");
+    const auto title = [this](const QUrl& file) {
+        theDocument->setFileURL(file);
+        PlainPDFViewController controller(theDocument.get());
+        controller.show();
+        return controller.windowTitle();
+    };
+    const QUrl report = QUrl::fromLocalFile(QStringLiteral("/a folder/report.pdf"));
+    QCOMPARE(title(report), QStringLiteral("\u2757\uFE0Freport.pdf"));
+    QCOMPARE(title(QUrl()), QStringLiteral("\u2757\uFE0FUntitled"));
 }
 
 void TestPlainPDFViewController::setsUpOnEveryShow()
 {
-    const std::unique_ptr<Document> document = opened();
-    QVERIFY(document);
-    PlainPDFViewController controller(document.get());
+    PlainPDFViewController controller(theDocument.get());
     QVERIFY(!controller.thePDFView()->document());
     controller.show();
-    QCOMPARE(controller.thePDFView()->document(), document->thePDFDocument());
+    QCOMPARE(controller.thePDFView()->document(), theDocument->thePDFDocument());
     QVERIFY(controller.thePDFView()->autoScales());
     controller.thePDFView()->zoomIn();
     QVERIFY(!controller.thePDFView()->autoScales());
@@ -72,9 +63,7 @@ void TestPlainPDFViewController::setsUpOnEveryShow()
 
 void TestPlainPDFViewController::asksBeforePrinting()
 {
-    const std::unique_ptr<Document> document = opened();
-    QVERIFY(document);
-    PlainPDFViewController controller(document.get());
+    PlainPDFViewController controller(theDocument.get());
     controller.show();
     // Whoever takes the command, view or controller, one sheet of this window asks.
     controller.thePDFView()->print();

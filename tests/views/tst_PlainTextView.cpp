@@ -16,7 +16,6 @@ class TestPlainTextView : public QObject
 
 private slots:
     void init();
-    void keysMoveAndSelect_data();
     void keysMoveAndSelect();
     void clicksSelect();
     void copiesTheSelection();
@@ -52,53 +51,37 @@ void TestPlainTextView::init()
     QVERIFY(QTest::qWaitForWindowExposed(theView.get()));
 }
 
-void TestPlainTextView::keysMoveAndSelect_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<TextPosition>("start");
-    QTest::addColumn<Qt::Key>("key");
-    QTest::addColumn<bool>("isControl");
-    QTest::addColumn<TextPosition>("end");
-    const auto row = [](const char* name, const QString& text, TextPosition start, Qt::Key key,
-                         TextPosition end, bool isControl = false) {
-        QTest::newRow(name) << text << start << key << isControl << end;
-    };
-    const QString text = u"one two\n\nfour five six\nend"_s;
-    row("right", text, {0, 0}, Qt::Key_Right, {0, 1});
-    row("right over a line end", text, {0, 7}, Qt::Key_Right, {1, 0});
-    row("left over a line end", text, {2, 0}, Qt::Key_Left, {1, 0});
-    row("right over an emoji of five units", u"\U0001F469\u200D\U0001F680x"_s, {0, 0},
-        Qt::Key_Right, {0, 5});
-    row("left is forward in Hebrew", u"\u05D0\u05D1\u05D2"_s, {0, 0}, Qt::Key_Left, {0, 1});
-    row("a word on", text, {2, 0}, Qt::Key_Right, {2, 5}, true);
-    row("a word back", text, {2, 12}, Qt::Key_Left, {2, 10}, true);
-    row("a word back over an empty line", text, {2, 0}, Qt::Key_Left, {1, 0}, true);
-    row("home", text, {2, 5}, Qt::Key_Home, {2, 0});
-    row("end", text, {2, 5}, Qt::Key_End, {2, 13});
-    row("text's beginning", text, {2, 5}, Qt::Key_Home, {0, 0}, true);
-    row("text's end", text, {2, 5}, Qt::Key_End, {3, 3}, true);
-    row("down to a shorter line", text, {0, 5}, Qt::Key_Down, {1, 0});
-    row("up in the first line goes to its beginning", text, {0, 5}, Qt::Key_Up, {0, 0});
-    row("a page down", text, {0, 2}, Qt::Key_PageDown, {3, 3});
-}
-
 void TestPlainTextView::keysMoveAndSelect()
 {
-    QFETCH(QString, text);
-    QFETCH(TextPosition, start);
-    QFETCH(Qt::Key, key);
-    QFETCH(bool, isControl);
-    QFETCH(TextPosition, end);
-    const Qt::KeyboardModifiers modifiers = isControl ? Qt::ControlModifier : Qt::NoModifier;
-    theView->setPlainText(text);
-    theView->setSelection(start, start);
-    QTest::keyClick(theView.get(), key, modifiers);
-    QCOMPARE(shown(theView->caret()), shown(end));
-    QVERIFY(!theView->hasSelection());
-
-    theView->setSelection(start, start);
-    QTest::keyClick(theView.get(), key, modifiers | Qt::ShiftModifier);
-    QCOMPARE(theView->selection(), TextRange::between(start, end));
+    // Where a key leads; with the shift key, it selects as far as that.
+    const auto end = [this](const QString& text, TextPosition start, Qt::Key key,
+                         Qt::KeyboardModifiers modifiers = {}) -> QByteArray {
+        theView->setPlainText(text);
+        theView->setSelection(start, start);
+        QTest::keyClick(theView.get(), key, modifiers);
+        const TextPosition reached = theView->caret();
+        const bool isClear = !theView->hasSelection();
+        theView->setSelection(start, start);
+        QTest::keyClick(theView.get(), key, modifiers | Qt::ShiftModifier);
+        const bool isSelected = theView->selection() == TextRange::between(start, reached);
+        return isClear && isSelected ? shown(reached) : "selects otherwise";
+    };
+    const QString text = u"one two\n\nfour five six\nend"_s;
+    QCOMPARE(end(text, {0, 0}, Qt::Key_Right), "0:1");
+    QCOMPARE(end(text, {0, 7}, Qt::Key_Right), "1:0");
+    QCOMPARE(end(text, {2, 0}, Qt::Key_Left), "1:0");
+    QCOMPARE(end(u"\U0001F469\u200D\U0001F680x"_s, {0, 0}, Qt::Key_Right), "0:5"); // an emoji
+    QCOMPARE(end(u"\u05D0\u05D1\u05D2"_s, {0, 0}, Qt::Key_Left), "0:1"); // Hebrew
+    QCOMPARE(end(text, {2, 0}, Qt::Key_Right, Qt::ControlModifier), "2:5");
+    QCOMPARE(end(text, {2, 12}, Qt::Key_Left, Qt::ControlModifier), "2:10");
+    QCOMPARE(end(text, {2, 0}, Qt::Key_Left, Qt::ControlModifier), "1:0"); // over an empty line
+    QCOMPARE(end(text, {2, 5}, Qt::Key_Home), "2:0");
+    QCOMPARE(end(text, {2, 5}, Qt::Key_End), "2:13");
+    QCOMPARE(end(text, {2, 5}, Qt::Key_Home, Qt::ControlModifier), "0:0");
+    QCOMPARE(end(text, {2, 5}, Qt::Key_End, Qt::ControlModifier), "3:3");
+    QCOMPARE(end(text, {0, 5}, Qt::Key_Down), "1:0");
+    QCOMPARE(end(text, {0, 5}, Qt::Key_Up), "0:0"); // in the first line goes to its beginning
+    QCOMPARE(end(text, {0, 2}, Qt::Key_PageDown), "3:3");
 }
 
 void TestPlainTextView::clicksSelect()

@@ -17,7 +17,6 @@ class TestTextFinder : public QObject
     Q_OBJECT
 
 private slots:
-    void findsMatches_data();
     void findsMatches();
     void findsAcrossPortions();
     void stepsInARing();
@@ -43,44 +42,29 @@ QString place(const TextFinder::Answer& answer)
 
 } // namespace
 
-void TestTextFinder::findsMatches_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("wanted");
-    QTest::addColumn<bool>("matchCase");
-    QTest::addColumn<QString>("expected");
-    const auto row = [](const char* name, const QString& text, const QString& wanted,
-                         const QString& expected, bool matchCase = false) {
-        QTest::newRow(name) << text << wanted << matchCase << expected;
-    };
-    row("nothing is not found", u"abc"_s, {}, {});
-    row("an empty text", {}, u"a"_s, {});
-    row("in several lines", u"ab\nb\nxab"_s, u"b"_s, u"0:1-2 1:0-1 2:2-3"_s);
-    row("without case", u"Obj oBJ"_s, u"obj"_s, u"0:0-3 0:4-7"_s);
-    row("with case", u"Obj obj"_s, u"obj"_s, u"0:4-7"_s, true);
-    row("matches do not overlap", u"aaaaa"_s, u"aa"_s, u"0:0-2 0:2-4"_s);
-    row("a whole line", u"x\nendobj\ny"_s, u"endobj"_s, u"1:0-6"_s);
-    row("longer than the text", u"ab"_s, u"abc"_s, {});
-    row("not over a line end", u"ab\ncd"_s, u"bc"_s, {});
-    row("a pattern character is a character", u"a.c abc"_s, u"a.c"_s, u"0:0-3"_s);
-}
-
 void TestTextFinder::findsMatches()
 {
-    QFETCH(QString, text);
-    QFETCH(QString, wanted);
-    QFETCH(bool, matchCase);
-    QFETCH(QString, expected);
-    const LineSearch search(std::make_shared<PlainTextStorage>(text), wanted,
-        matchCase ? Qt::CaseSensitive : Qt::CaseInsensitive);
-    QList<TextRange> found;
-    const TextPosition reached
-        = search.search(search.everything(), 1'000'000'000, [&found](TextRange match) {
-              found.append(match);
-              return true;
-          });
-    QCOMPARE(places(found), expected);
-    QVERIFY(reached == search.everything().end);
+    const auto placesOf = [](const QString& text, const QString& wanted,
+                              Qt::CaseSensitivity sensitivity = Qt::CaseInsensitive) {
+        const LineSearch search(std::make_shared<PlainTextStorage>(text), wanted, sensitivity);
+        QList<TextRange> found;
+        const TextPosition reached
+            = search.search(search.everything(), 1'000'000'000, [&found](TextRange match) {
+                  found.append(match);
+                  return true;
+              });
+        return reached == search.everything().end ? places(found) : u"not the whole text"_s;
+    };
+    QCOMPARE(placesOf(u"abc"_s, {}), QString());
+    QCOMPARE(placesOf({}, u"a"_s), QString());
+    QCOMPARE(placesOf(u"ab\nb\nxab"_s, u"b"_s), u"0:1-2 1:0-1 2:2-3"_s);
+    QCOMPARE(placesOf(u"Obj oBJ"_s, u"obj"_s), u"0:0-3 0:4-7"_s);
+    QCOMPARE(placesOf(u"Obj obj"_s, u"obj"_s, Qt::CaseSensitive), u"0:4-7"_s);
+    QCOMPARE(placesOf(u"aaaaa"_s, u"aa"_s), u"0:0-2 0:2-4"_s); // matches do not overlap
+    QCOMPARE(placesOf(u"x\nendobj\ny"_s, u"endobj"_s), u"1:0-6"_s);
+    QCOMPARE(placesOf(u"ab"_s, u"abc"_s), QString());
+    QCOMPARE(placesOf(u"ab\ncd"_s, u"bc"_s), QString()); // nor over line ends
+    QCOMPARE(placesOf(u"a.c abc"_s, u"a.c"_s), u"0:0-3"_s); // a pattern character is a character
 }
 
 // A long line is read in stretches: a match over the seam is found once, wherever the seam falls.

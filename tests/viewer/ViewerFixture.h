@@ -1,9 +1,9 @@
 #pragma once
 
-#include "platform/PDFDocument.h"
 #include "platform/PDFDocumentText.h"
 #include "platform/PDFView.h"
 #include "platform/ViewFlags.h"
+#include "support/OpenedDocument.h"
 #include "support/PdfBuilder.h"
 #include "viewer/ViewController.h"
 
@@ -25,21 +25,19 @@ class ViewerFixture
 {
 public:
     explicit ViewerFixture(const PdfBuilder& builder, bool showsThumbnails = true)
-        : theDocument(*FileBytes::copy(builder.bytes()))
+        : theDocument(builder.bytes())
     {
         theFlags.isShowingThumbnails = showsThumbnails;
-        if (!QTest::qWaitFor(
-                [this] { return theDocument.state() == PDFDocument::State::isOpen; }, 30'000))
-            qFatal("the document does not open");
-        theText = std::make_unique<PDFDocumentText>(&theDocument);
-        theController = std::make_unique<ViewController>(&theDocument, theText.get(), theFlags);
+        theText = std::make_unique<PDFDocumentText>(theDocument.get());
+        theController
+            = std::make_unique<ViewController>(theDocument.get(), theText.get(), theFlags);
         theController->resize(1024, 700);
     }
 
     ViewController* operator->() { return theController.get(); }
     ViewController& operator*() { return *theController; }
     TestFlags& flags() { return theFlags; }
-    PDFDocument& document() { return theDocument; }
+    PDFDocument& document() { return *theDocument.get(); }
     PDFDocumentText& text() { return *theText; }
     PDFView& pages() { return *theController->thePDFView(); }
     template<class Widget> Widget* child(const char* name)
@@ -58,7 +56,7 @@ public:
 
 private:
     TestFlags theFlags;
-    PDFDocument theDocument;
+    OpenedDocument theDocument;
     std::unique_ptr<PDFDocumentText> theText;
     std::unique_ptr<ViewController> theController;
 };

@@ -22,14 +22,12 @@ class TestSearchChoices : public QObject
 
 private slots:
     void boxesChooseTheComparison();
-    void stepsRunInARing_data();
     void stepsRunInARing();
     void recentTextsAreTheLatestTen();
     void storedRecentTextsKeepTheRules();
     void longRecentTextsAreCutBetweenCodePoints();
     void marksGoInFrontOnce();
     void theOldestMarkMakesRoom();
-    void marksHaveTwoEnds_data();
     void marksHaveTwoEnds();
 };
 
@@ -41,25 +39,16 @@ void TestSearchChoices::boxesChooseTheComparison()
     QCOMPARE(static_cast<int>(searchOptions(true, true)), 2);
 }
 
-void TestSearchChoices::stepsRunInARing_data()
-{
-    QTest::addColumn<qint64>("value");
-    QTest::addColumn<qint64>("count");
-    QTest::addColumn<qint64>("index"); // -1 for none
-    QTest::newRow("within stays") << qint64(1) << qint64(3) << qint64(1);
-    QTest::newRow("behind the last is the first") << qint64(3) << qint64(3) << qint64(0);
-    QTest::newRow("far behind, too") << qint64(6) << qint64(3) << qint64(0);
-    QTest::newRow("before the first is the last") << qint64(-1) << qint64(3) << qint64(2);
-    QTest::newRow("far before, too") << qint64(-100) << qint64(3) << qint64(2);
-    QTest::newRow("ring of one") << qint64(1) << qint64(1) << qint64(0);
-    QTest::newRow("no matches") << qint64(5) << qint64(0) << qint64(-1);
-}
-
 void TestSearchChoices::stepsRunInARing()
 {
-    QFETCH(qint64, value);
-    QFETCH(qint64, count);
-    QTEST(qint64(ringIndex(value, count).value_or(-1)), "index");
+    QCOMPARE(ringIndex(1, 3).value_or(-1), 1);
+    // Far behind or far before make no difference.
+    QCOMPARE(ringIndex(3, 3).value_or(-1), 0);
+    QCOMPARE(ringIndex(6, 3).value_or(-1), 0);
+    QCOMPARE(ringIndex(-1, 3).value_or(-1), 2);
+    QCOMPARE(ringIndex(-100, 3).value_or(-1), 2);
+    QCOMPARE(ringIndex(1, 1).value_or(-1), 0);
+    QVERIFY(!ringIndex(5, 0));
 }
 
 void TestSearchChoices::recentTextsAreTheLatestTen()
@@ -115,25 +104,18 @@ void TestSearchChoices::theOldestMarkMakesRoom()
     QVERIFY(marks.mark(0));
 }
 
-void TestSearchChoices::marksHaveTwoEnds_data()
-{
-    QTest::addColumn<int>("selected");
-    QTest::addColumn<int>("before");
-    QTest::addColumn<int>("after"); // -1 for none
-    QTest::newRow("first") << 0 << -1 << 1;
-    QTest::newRow("middle") << 1 << 0 << 2;
-    QTest::newRow("last") << 2 << 1 << -1;
-    QTest::newRow("nothing selected: forward to the first") << -1 << -1 << 0;
-}
-
 void TestSearchChoices::marksHaveTwoEnds()
 {
     PageMarks marks;
     for (const int page : {1, 5, 9})
         marks.mark(page);
-    QFETCH(int, selected);
-    QTEST(marks.before(selected).value_or(-1), "before");
-    QTEST(marks.after(selected).value_or(-1), "after");
+    QCOMPARE(marks.before(1), std::optional(0));
+    QCOMPARE(marks.before(2), std::optional(1));
+    QVERIFY(!marks.before(0) && !marks.before(-1));
+    QCOMPARE(marks.after(-1), std::optional(0)); // nothing selected: forward to the first
+    QCOMPARE(marks.after(0), std::optional(1));
+    QCOMPARE(marks.after(1), std::optional(2));
+    QVERIFY(!marks.after(2));
     QCOMPARE(marks.page(2), std::optional(1));
     QVERIFY(!marks.page(3) && !marks.page(-1));
     QVERIFY(!PageMarks().before(0) && !PageMarks().after(-1));

@@ -8,6 +8,8 @@
 
 #include <random>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr auto respecting = SearchOptions::isRespectingCase;
@@ -49,72 +51,54 @@ class TestTextSearch : public QObject
     Q_OBJECT
 
 private slots:
-    void findsTexts_data();
     void findsTexts();
     void agreesWithCollation();
-    void longTextsTakeLinearTime_data();
     void longTextsTakeLinearTime();
     void stopsWhenAsked();
 };
 
-void TestTextSearch::findsTexts_data()
-{
-    QTest::addColumn<QString>("pattern");
-    QTest::addColumn<int>("options");
-    QTest::addColumn<QString>("page");
-    QTest::addColumn<QString>("matches");
-    const auto row = [](const char* name, const std::u16string& pattern, SearchOptions options,
-                         const std::u16string& page, const char* matches) {
-        QTest::newRow(name) << QString::fromStdU16String(pattern) << static_cast<int>(options)
-                            << QString::fromStdU16String(page) << QString::fromLatin1(matches);
-    };
-    const std::u16string high(1, char16_t(0xD83D));
-    const std::u16string low(1, char16_t(0xDE00));
-
-    row("nothing is found nowhere", u"", ignoring, u"abc", "");
-    row("empty page", u"a", ignoring, u"", "");
-    row("all matches in order", u"ab", ignoring, u"ab xab ab", "0+2 4+2 7+2");
-    row("matches do not overlap", u"aa", ignoring, u"aaaaa", "0+2 2+2");
-    row("a false start hides no match", u"aab", ignoring, u"aaab", "1+3");
-
-    row("case ignored", u"TaRn", ignoring, u"tarn TARN", "0+4 5+4");
-    row("case respected", u"TARN", respecting, u"tarn TARN", "5+4");
-    row("literal respects case", u"TARN", literal, u"tarn TARN", "5+4");
-    row("full case folding", u"STRASSE", ignoring, u"stra\u00dfe", "0+6");
-    row("half of a folded letter is no match", u"s", ignoring, u"a\u00dfs", "2+1");
-    row("final sigma", u"\u03a3", ignoring, u"\u03c3\u03c2", "0+1 1+1");
-
-    row("composed finds decomposed", u"\u00e9", respecting, u"xe\u0301", "1+2");
-    row("decomposed finds composed", u"e\u0301", ignoring, u"x\u00c9", "1+1");
-    row("marks in another order", u"a\u0323\u0302", respecting, u"a\u0302\u0323", "0+3");
-    row("composed syllable", u"\u1112\u1161\u11ab", respecting, u"\ud55c", "0+1");
-    row("literal tells them apart", u"\u00e9", literal, u"e\u0301\u00e9", "2+1");
-    row("the letter alone is not the accented one", u"e", respecting, u"e\u0301\u00e9e", "3+1");
-    row("literal match extends over its cluster", u"e", literal, u"ae\u0301b", "1+2");
-    row("two literal matches in one cluster are one", u"\u0301", literal, u"e\u0301\u0301", "0+3");
-    row("part of an emoji sequence", u"\U0001F469", respecting, u"\U0001F469\u200D\U0001F467", "");
-
-    row("space matches a line end", u"one two", ignoring, u"one\ntwo", "0+7");
-    row("blanks around the line end belong to it", u"one two", literal, u"one \r\n\n two", "0+11");
-    row("line end in the searched text", u"one\ntwo", respecting, u"one two", "0+7");
-    row("two spaces are two", u"a  b", ignoring, u"a b a  b", "4+4");
-    row("space with an accent is no space", u"a b", ignoring, u"a \u0301b", "");
-
-    row("half a surrogate pair is no match", high, literal, u"x" + high + low, "");
-    row("nor its other half", low, respecting, u"x" + high + low, "");
-    row("a lone surrogate is found", high, literal, u"x" + high + u"y", "1+1");
-    row("lone surrogates are in nobody's way", u"ab", ignoring, low + u"Ab" + high, "1+2");
-    row("beyond the BMP with case", u"\U00010428", ignoring, u"\U00010400", "0+2");
-}
-
 void TestTextSearch::findsTexts()
 {
-    QFETCH(QString, pattern);
-    QFETCH(int, options);
-    QFETCH(QString, page);
-    QTEST(
-        found(pattern.toStdU16String(), static_cast<SearchOptions>(options), page.toStdU16String()),
-        "matches");
+    QCOMPARE(found(u"", ignoring, u"abc"), u""_s);
+    QCOMPARE(found(u"a", ignoring, u""), u""_s);
+    QCOMPARE(found(u"ab", ignoring, u"ab xab ab"), u"0+2 4+2 7+2"_s);
+    QCOMPARE(found(u"aa", ignoring, u"aaaaa"), u"0+2 2+2"_s); // matches do not overlap
+    QCOMPARE(found(u"aab", ignoring, u"aaab"), u"1+3"_s); // a false start hides no match
+
+    QCOMPARE(found(u"TaRn", ignoring, u"tarn TARN"), u"0+4 5+4"_s);
+    QCOMPARE(found(u"TARN", respecting, u"tarn TARN"), u"5+4"_s);
+    QCOMPARE(found(u"TARN", literal, u"tarn TARN"), u"5+4"_s);
+    QCOMPARE(found(u"STRASSE", ignoring, u"stra\u00dfe"), u"0+6"_s); // full case folding
+    QCOMPARE(found(u"s", ignoring, u"a\u00dfs"), u"2+1"_s); // half of a folded letter is no match
+    QCOMPARE(found(u"\u03a3", ignoring, u"\u03c3\u03c2"), u"0+1 1+1"_s);
+
+    // Composed and decomposed letters are equal, but to a literal search.
+    QCOMPARE(found(u"\u00e9", respecting, u"xe\u0301"), u"1+2"_s);
+    QCOMPARE(found(u"e\u0301", ignoring, u"x\u00c9"), u"1+1"_s);
+    QCOMPARE(found(u"a\u0323\u0302", respecting, u"a\u0302\u0323"), u"0+3"_s);
+    QCOMPARE(found(u"\u1112\u1161\u11ab", respecting, u"\ud55c"), u"0+1"_s);
+    QCOMPARE(found(u"\u00e9", literal, u"e\u0301\u00e9"), u"2+1"_s);
+    QCOMPARE(found(u"e", respecting, u"e\u0301\u00e9e"), u"3+1"_s);
+    // A match extends over its cluster, and part of an emoji is none.
+    QCOMPARE(found(u"e", literal, u"ae\u0301b"), u"1+2"_s);
+    QCOMPARE(found(u"\u0301", literal, u"e\u0301\u0301"), u"0+3"_s);
+    QCOMPARE(found(u"\U0001F469", respecting, u"\U0001F469\u200D\U0001F467"), u""_s);
+
+    // A space matches a line end and the blanks around it.
+    QCOMPARE(found(u"one two", ignoring, u"one\ntwo"), u"0+7"_s);
+    QCOMPARE(found(u"one two", literal, u"one \r\n\n two"), u"0+11"_s);
+    QCOMPARE(found(u"one\ntwo", respecting, u"one two"), u"0+7"_s);
+    QCOMPARE(found(u"a  b", ignoring, u"a b a  b"), u"4+4"_s);
+    QCOMPARE(found(u"a b", ignoring, u"a \u0301b"), u""_s); // a space with an accent is none
+
+    // Half a surrogate pair is no match, a lone surrogate is, and is in nobody's way.
+    const std::u16string high(1, char16_t(0xD83D));
+    const std::u16string low(1, char16_t(0xDE00));
+    QCOMPARE(found(high, literal, u"x" + high + low), u""_s);
+    QCOMPARE(found(low, respecting, u"x" + high + low), u""_s);
+    QCOMPARE(found(high, literal, u"x" + high + u"y"), u"1+1"_s);
+    QCOMPARE(found(u"ab", ignoring, low + u"Ab" + high), u"1+2"_s);
+    QCOMPARE(found(u"\U00010428", ignoring, u"\U00010400"), u"0+2"_s);
 }
 
 /// Random texts over few letters, so that most patterns match somewhere and many nearly do.
@@ -142,29 +126,19 @@ void TestTextSearch::agreesWithCollation()
     QVERIFY(matches > 1000);
 }
 
-void TestTextSearch::longTextsTakeLinearTime_data()
-{
-    QTest::addColumn<QString>("pattern");
-    QTest::addColumn<QString>("page");
-    QTest::addColumn<int>("count");
-    // Each of them takes hours where time grows with the product of the lengths.
-    const QString as(2'000'000, QLatin1Char('a'));
-    const QString marks(1'000'000, QChar(0x0301));
-    QTest::newRow("repeats with another end") << as.left(100'000) + QLatin1Char('b') << as << 0;
-    QTest::newRow("repeats") << as.left(100'000) << as << 20;
-    QTest::newRow("marks without end") << QString(QChar(0x0301)) << QLatin1Char('a') + marks << 1;
-    QTest::newRow("marks that must be sorted")
-        << QString(QChar(0x0323)) << QString::fromUtf16(u"\u0301\u0323").repeated(500'000) << 1;
-}
-
 void TestTextSearch::longTextsTakeLinearTime()
 {
-    QFETCH(QString, pattern);
-    QFETCH(QString, page);
-    TextSearch(pattern.toStdU16String(), ignoring).matches(page.toStdU16String());
-    const auto matches
-        = TextSearch(pattern.toStdU16String(), literal).matches(page.toStdU16String());
-    QTEST(static_cast<int>(matches.size()), "count");
+    // Each of them takes hours where time grows with the product of the lengths.
+    const auto count = [](const std::u16string& pattern, const std::u16string& page) {
+        TextSearch(pattern, ignoring).matches(page);
+        return TextSearch(pattern, literal).matches(page).size();
+    };
+    const std::u16string letters(2'000'000, u'a');
+    QCOMPARE(count(letters.substr(0, 100'000) + u'b', letters), std::size_t{0});
+    QCOMPARE(count(letters.substr(0, 100'000), letters), std::size_t{20});
+    QCOMPARE(count(u"\u0301", u'a' + std::u16string(1'000'000, u'\u0301')), std::size_t{1});
+    const QString unsorted = QString::fromUtf16(u"\u0301\u0323").repeated(500'000);
+    QCOMPARE(count(u"\u0323", unsorted.toStdU16String()), std::size_t{1});
 }
 
 void TestTextSearch::stopsWhenAsked()

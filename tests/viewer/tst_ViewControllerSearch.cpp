@@ -9,13 +9,15 @@
 #include <QSettings>
 #include <QToolButton>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QStringList titles(const QMenu* menu)
 {
     QStringList list;
     for (const QAction* action : menu->actions())
-        list << (action->isSeparator() ? QStringLiteral("-") : action->text());
+        list << (action->isSeparator() ? u"-"_s : action->text());
     return list;
 }
 
@@ -46,8 +48,8 @@ class TestViewControllerSearch : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase() { QCoreApplication::setOrganizationName(u"Tarnwick"_s); }
     void init() { QSettings().clear(); }
-    void findsWhatTheBoxesChoose_data();
     void findsWhatTheBoxesChoose();
     void stepsThroughARing();
     void stepperKeepsItsNumber();
@@ -74,36 +76,24 @@ private:
     }
 };
 
-void TestViewControllerSearch::findsWhatTheBoxesChoose_data()
-{
-    QTest::addColumn<bool>("isCaseSensitive");
-    QTest::addColumn<bool>("isLiteral");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<int>("matches");
-    QTest::newRow("neither ignores case") << false << false << QStringLiteral("WORD") << 3;
-    QTest::newRow("case") << true << false << QStringLiteral("WORD") << 1;
-    QTest::newRow("literal means case too") << false << true << QStringLiteral("WORD") << 1;
-    QTest::newRow("both are literal") << true << true << QStringLiteral("word") << 2;
-    QTest::newRow("over a line end") << false << false << QStringLiteral("last word") << 1;
-    QTest::newRow("not over a page's end") << false << false << QStringLiteral("word A") << 0;
-    QTest::newRow("enormous") << false << false << QString(100'000, QLatin1Char('x')) << 0;
-}
-
 void TestViewControllerSearch::findsWhatTheBoxesChoose()
 {
     ViewerFixture viewer(threeWords());
     QVERIFY(viewer.appear());
-    QFETCH(bool, isCaseSensitive);
-    QFETCH(bool, isLiteral);
-    QFETCH(QString, text);
-    viewer->caseSensitiveButton()->setChecked(isCaseSensitive);
-    viewer->literalButton()->setChecked(isLiteral);
-    viewer->searchField()->setText(text);
-    QTest::keyClick(viewer->searchField(), Qt::Key_Return);
-    QTRY_VERIFY(!viewer->isSearching());
-    QTEST(static_cast<int>(viewer->theFindList().size()), "matches");
-    if (!viewer->theFindList().isEmpty())
-        QCOMPARE(viewer.pages().currentSelection(), viewer->theFindList().first());
+    const auto matches = [&viewer](bool isCaseSensitive, bool isLiteral, const char* text) {
+        viewer->caseSensitiveButton()->setChecked(isCaseSensitive);
+        viewer->literalButton()->setChecked(isLiteral);
+        search(viewer, text);
+        return viewer->theFindList().size();
+    };
+    QCOMPARE(matches(false, false, "WORD"), 3);
+    QCOMPARE(matches(true, false, "WORD"), 1);
+    QCOMPARE(viewer.pages().currentSelection(), viewer->theFindList().first());
+    QCOMPARE(matches(false, true, "WORD"), 1);
+    QCOMPARE(matches(true, true, "word"), 2);
+    QCOMPARE(matches(false, false, "last word"), 1); // over a line end
+    QCOMPARE(matches(false, false, "word A"), 0); // over a page's end
+    QCOMPARE(matches(false, false, std::string(100'000, 'x').c_str()), 0);
 }
 
 void TestViewControllerSearch::stepsThroughARing()
@@ -111,13 +101,13 @@ void TestViewControllerSearch::stepsThroughARing()
     ViewerFixture viewer(threeWords());
     QVERIFY(viewer.appear());
     search(viewer, "word");
-    QCOMPARE(viewer->searchField()->matchText(), QStringLiteral("1 of 3"));
+    QCOMPARE(viewer->searchField()->matchText(), u"1 of 3"_s);
     const auto step = [&viewer](void (ViewController::*command)()) {
         ((*viewer).*command)();
         return qMakePair(viewer->searchStepper()->integerValue(), pageShown(viewer));
     };
     QCOMPARE(step(&ViewController::doFindPrev), qMakePair(2, 2));
-    QCOMPARE(viewer->searchField()->matchText(), QStringLiteral("3 of 3"));
+    QCOMPARE(viewer->searchField()->matchText(), u"3 of 3"_s);
     QCOMPARE(step(&ViewController::doFindNext), qMakePair(0, 0));
     viewer->searchStepper()->nextButton()->click();
     QCOMPARE(pageShown(viewer), 1);
@@ -159,7 +149,7 @@ void TestViewControllerSearch::missEmptiesTheList()
     viewer->searchStepper()->setIntegerValue(1);
     search(viewer, "nowhere");
     QVERIFY(viewer->theFindList().isEmpty());
-    QCOMPARE(viewer->searchField()->matchText(), QStringLiteral("No matches"));
+    QCOMPARE(viewer->searchField()->matchText(), u"No matches"_s);
     QCOMPARE(pageShown(viewer), 0);
     viewer->doFindNext();
     viewer->doFindPrev();
@@ -170,14 +160,14 @@ void TestViewControllerSearch::takesTheSelection()
 {
     ViewerFixture viewer(threeWords());
     QVERIFY(viewer.appear());
-    viewer->searchField()->setText(QStringLiteral("old"));
+    viewer->searchField()->setText(u"old"_s);
     viewer->doFindSelection();
-    QCOMPARE(viewer->searchField()->text(), QStringLiteral("old"));
+    QCOMPARE(viewer->searchField()->text(), u"old"_s);
     const auto start = static_cast<int>(viewer.text().pageString(2).indexOf(QLatin1String("word")));
     viewer.pages().setCurrentSelection(PDFSelection({2, start, 4}), false);
     viewer->doFindSelection();
     QTRY_COMPARE(viewer->theFindList().size(), 3);
-    QCOMPARE(viewer->searchField()->text(), QStringLiteral("word"));
+    QCOMPARE(viewer->searchField()->text(), u"word"_s);
     QCOMPARE(pageShown(viewer), 0);
 }
 
@@ -185,7 +175,7 @@ void TestViewControllerSearch::waitsForTheText()
 {
     ViewerFixture viewer(longText());
     viewer->show();
-    viewer->searchField()->setText(QStringLiteral("fox"));
+    viewer->searchField()->setText(u"fox"_s);
     viewer->doSearchAction();
     QVERIFY(!viewer.text().isWhole() && viewer->isSearching());
     QVERIFY(viewer.child<QWidget>("searchProgress")->isVisible());
@@ -200,11 +190,11 @@ void TestViewControllerSearch::longTextsAreSearchedAside()
 {
     ViewerFixture viewer(longText());
     QVERIFY(viewer.appear());
-    viewer->searchField()->setText(QStringLiteral("no such animal"));
+    viewer->searchField()->setText(u"no such animal"_s);
     viewer->doSearchAction();
     QVERIFY(viewer->isSearching());
     // The later search counts, the earlier one is given up.
-    viewer->searchField()->setText(QStringLiteral("LAZY dog"));
+    viewer->searchField()->setText(u"LAZY dog"_s);
     viewer->doSearchAction();
     QTRY_VERIFY(!viewer->isSearching());
     QCOMPARE(viewer->theFindList().size(), 150 * 60);
@@ -217,7 +207,7 @@ void TestViewControllerSearch::closingEndsTheSearch()
 {
     ViewerFixture viewer(longText());
     QVERIFY(viewer.appear());
-    viewer->searchField()->setText(QStringLiteral("fox"));
+    viewer->searchField()->setText(u"fox"_s);
     viewer->doSearchAction();
     QVERIFY(viewer->isSearching());
     viewer.destroyController();
@@ -229,13 +219,7 @@ void TestViewControllerSearch::recentSearchesAreRemembered()
     {
         ViewerFixture viewer(threeWords());
         QVERIFY(viewer.appear());
-        QCOMPARE(viewer->searchMenu()->title(), QStringLiteral("Recents"));
-        QCOMPARE(titles(viewer->searchMenu()),
-            (QStringList{QStringLiteral("Recent Searches"), QStringLiteral("Item"),
-                QStringLiteral("-"), QStringLiteral("Clear Menu"),
-                QStringLiteral("No Recent Search")}));
-        QCOMPARE(titles(viewer->searchField()->recentsMenu()),
-            QStringList{QStringLiteral("No Recent Search")});
+        QCOMPARE(titles(viewer->searchField()->recentsMenu()), QStringList{u"No Recent Search"_s});
         search(viewer, "a & b");
         search(viewer, "word");
     }
@@ -243,13 +227,11 @@ void TestViewControllerSearch::recentSearchesAreRemembered()
     QVERIFY(viewer.appear());
     QMenu* menu = viewer->searchField()->recentsMenu();
     QCOMPARE(titles(menu),
-        (QStringList{QStringLiteral("Recent Searches"), QStringLiteral("word"),
-            QStringLiteral("a && b"), QStringLiteral("-"), QStringLiteral("Clear Menu")}));
+        (QStringList{u"Recent Searches"_s, u"word"_s, u"a && b"_s, u"-"_s, u"Clear Menu"_s}));
     menu->actions().at(1)->trigger();
     QTRY_COMPARE(viewer->theFindList().size(), 3);
     viewer->searchField()->recentsMenu()->actions().last()->trigger();
-    QCOMPARE(titles(viewer->searchField()->recentsMenu()),
-        QStringList{QStringLiteral("No Recent Search")});
+    QCOMPARE(titles(viewer->searchField()->recentsMenu()), QStringList{u"No Recent Search"_s});
 }
 
 void TestViewControllerSearch::keysSearchAndLeave()
@@ -259,21 +241,14 @@ void TestViewControllerSearch::keysSearchAndLeave()
     viewer->activateWindow();
     viewer->performFind();
     QTRY_VERIFY(viewer->searchField()->hasFocus());
-    QTest::keyClicks(viewer->searchField(), QStringLiteral("word"));
+    QTest::keyClicks(viewer->searchField(), u"word"_s);
     QTest::keyClick(viewer->searchField(), Qt::Key_Return);
-    QTRY_COMPARE(viewer->searchField()->matchText(), QStringLiteral("1 of 3"));
+    QTRY_COMPARE(viewer->searchField()->matchText(), u"1 of 3"_s);
     QTest::keyClick(viewer->searchField(), Qt::Key_S);
     QCOMPARE(viewer->searchField()->matchText(), QString());
     QTest::keyClick(viewer->searchField(), Qt::Key_Escape);
     QTRY_VERIFY(viewer.pages().hasFocus());
 }
 
-int main(int argc, char** argv)
-{
-    QApplication application(argc, argv);
-    QCoreApplication::setOrganizationName(QStringLiteral("Tarnwick"));
-    QCoreApplication::setApplicationName(QStringLiteral("tst_ViewControllerSearch"));
-    TestViewControllerSearch test;
-    return QTest::qExec(&test, argc, argv);
-}
+QTEST_MAIN(TestViewControllerSearch)
 #include "tst_ViewControllerSearch.moc"

@@ -66,7 +66,6 @@ private slots:
     void init();
     void cleanup();
     void firstTakerGetsIt();
-    void takesNothingButPublicMethods_data();
     void takesNothingButPublicMethods();
     void handsTheSenderOver();
     void actionsFollowTheirTakers();
@@ -124,19 +123,14 @@ void TestCommandRouter::firstTakerGetsIt()
     QCOMPARE(theFar->count, 1);
 }
 
-void TestCommandRouter::takesNothingButPublicMethods_data()
-{
-    QTest::addColumn<QString>("command");
-    for (const char* command : {"unknown", "announce", "hide", "validateCommand", ""})
-        QTest::newRow(command) << QString::fromLatin1(command);
-}
-
 void TestCommandRouter::takesNothingButPublicMethods()
 {
-    QFETCH(QString, command);
-    QCOMPARE(theRouter->taker(command), nullptr);
-    QVERIFY(!theRouter->send(command));
-    QVERIFY(theNear->taken.isEmpty());
+    for (const char* name : {"unknown", "announce", "hide", "validateCommand", ""}) {
+        const QString command = QString::fromLatin1(name);
+        QCOMPARE(theRouter->taker(command), nullptr);
+        QVERIFY2(!theRouter->send(command), name);
+        QVERIFY2(theNear->taken.isEmpty(), name);
+    }
 }
 
 void TestCommandRouter::handsTheSenderOver()

@@ -39,18 +39,11 @@ class TestPageGeometry : public QObject
 
 private slots:
     void laysPagesBelowEachOther();
-    void findsPages_data();
     void findsPages();
-    void countsTheNearestPageWithoutPages();
-    void takesThePageThatShowsMost_data();
-    void takesThePageThatShowsMost();
-    void bringsPlacesThereAndBack_data();
     void bringsPlacesThereAndBack();
     void keepsPlacesWhenSizesChange();
-    void fitsWidths_data();
     void fitsWidths();
     void stillTellsPixelsApartFarDown();
-    void coversPagesWithTiles_data();
     void coversPagesWithTiles();
     void givesUpWhatIsFarthest();
     void standsInWithTheNearestScale();
@@ -66,79 +59,44 @@ void TestPageGeometry::laysPagesBelowEachOther()
     QCOMPARE(geometry({letter}, 1, 1).pageRect(0), QRectF(-396, gap, 792, 612));
 }
 
-void TestPageGeometry::findsPages_data()
-{
-    QTest::addColumn<double>("top");
-    QTest::addColumn<double>("bottom");
-    QTest::addColumn<int>("first");
-    QTest::addColumn<int>("last");
-    // Three pages of 100 points: 10 to 110, 120 to 220, 230 to 330.
-    QTest::newRow("above everything") << -50.0 << 5.0 << 0 << -1;
-    QTest::newRow("one page") << 20.0 << 30.0 << 0 << 0;
-    QTest::newRow("an edge that only touches shows nothing") << 110.0 << 120.0 << 1 << 0;
-    QTest::newRow("both sides of a gap") << 109.0 << 121.0 << 0 << 1;
-    QTest::newRow("all") << -10.0 << 1000.0 << 0 << 2;
-    QTest::newRow("below everything") << 331.0 << 400.0 << 3 << 2;
-    QTest::newRow("an empty view") << 50.0 << 50.0 << 0 << -1;
-}
-
 void TestPageGeometry::findsPages()
 {
-    QFETCH(double, top);
-    QFETCH(double, bottom);
+    // Three pages of 100 points: 10 to 110, 120 to 220, 230 to 330.
     const PageGeometry pages = geometry({{50, 100}, {50, 100}, {50, 100}});
-    const PageGeometry::PageRange range = pages.pagesBetween(top, bottom);
-    QTEST(range.first, "first");
-    QTEST(range.last, "last");
-}
+    using Range = PageGeometry::PageRange;
+    QCOMPARE(pages.pagesBetween(-50, 5), (Range{0, -1}));
+    QCOMPARE(pages.pagesBetween(20, 30), (Range{0, 0}));
+    QCOMPARE(pages.pagesBetween(110, 120), (Range{1, 0})); // edges that only touch show nothing
+    QCOMPARE(pages.pagesBetween(109, 121), (Range{0, 1}));
+    QCOMPARE(pages.pagesBetween(-10, 1000), (Range{0, 2}));
+    QCOMPARE(pages.pagesBetween(331, 400), (Range{3, 2}));
+    QCOMPARE(pages.pagesBetween(50, 50), (Range{0, -1}));
 
-void TestPageGeometry::countsTheNearestPageWithoutPages()
-{
+    QCOMPARE(pages.dominantPage(0, 100), 0);
+    QCOMPARE(pages.dominantPage(90, 100), 1);
+    QCOMPARE(pages.dominantPage(65, 100), 0); // equal parts: the upper
+    QCOMPARE(pages.dominantPage(5000, 100), 2);
+
     const PageGeometry none = geometry({});
     QCOMPARE(none.pageAt(10), -1);
     QCOMPARE(none.dominantPage(0, 100), -1);
-    QCOMPARE(none.pagesBetween(0, 100), (PageGeometry::PageRange{0, -1}));
+    QCOMPARE(none.pagesBetween(0, 100), (Range{0, -1}));
     QCOMPARE(none.widthOf({0, -1}), 0.0);
-}
-
-void TestPageGeometry::takesThePageThatShowsMost_data()
-{
-    QTest::addColumn<double>("top");
-    QTest::addColumn<int>("page");
-    QTest::newRow("at the top") << 0.0 << 0;
-    QTest::newRow("more of the second") << 90.0 << 1;
-    QTest::newRow("equal parts: the upper") << 65.0 << 0;
-    QTest::newRow("past the end") << 5000.0 << 2;
-}
-
-void TestPageGeometry::takesThePageThatShowsMost()
-{
-    QFETCH(double, top);
-    const PageGeometry pages = geometry({{50, 100}, {50, 100}, {50, 100}});
-    QTEST(pages.dominantPage(top, 100), "page");
-}
-
-void TestPageGeometry::bringsPlacesThereAndBack_data()
-{
-    QTest::addColumn<int>("rotation");
-    QTest::addColumn<QPointF>("corner"); // where the page's upper left corner shows
-    QTest::newRow("upright") << 0 << QPointF(-306, gap);
-    QTest::newRow("a quarter turn") << 1 << QPointF(396, gap);
-    QTest::newRow("upside down") << 2 << QPointF(306, gap + 792);
-    QTest::newRow("three quarters") << 3 << QPointF(-396, gap + 612);
 }
 
 void TestPageGeometry::bringsPlacesThereAndBack()
 {
-    QFETCH(int, rotation);
-    QFETCH(QPointF, corner);
-    PageGeometry pages = geometry({letter, letter}, 1, rotation);
-    QCOMPARE(pages.contentPoint({0, {0, 0}}), corner);
-    pages.setScale(1.7);
-    const PagePlace place{1, {100, 33}};
-    const PagePlace back = pages.placeAt(pages.contentPoint(place));
-    QCOMPARE(back.page, place.page);
-    QCOMPARE(back.point, place.point);
+    // Where the page's upper left corner shows after no, one, two and three quarter turns.
+    const QPointF corners[] = {{-306, gap}, {396, gap}, {306, gap + 792}, {-396, gap + 612}};
+    for (int rotation = 0; rotation < 4; ++rotation) {
+        PageGeometry pages = geometry({letter, letter}, 1, rotation);
+        QCOMPARE(pages.contentPoint({0, {0, 0}}), corners[rotation]);
+        pages.setScale(1.7);
+        const PagePlace place{1, {100, 33}};
+        const PagePlace back = pages.placeAt(pages.contentPoint(place));
+        QCOMPARE(back.page, place.page);
+        QCOMPARE(back.point, place.point);
+    }
 }
 
 void TestPageGeometry::keepsPlacesWhenSizesChange()
@@ -150,22 +108,14 @@ void TestPageGeometry::keepsPlacesWhenSizesChange()
     QCOMPARE(pages.contentPoint(place).y(), 60'000.0 - 20 * 692);
 }
 
-void TestPageGeometry::fitsWidths_data()
-{
-    QTest::addColumn<QList<QSizeF>>("sizes");
-    QTest::addColumn<double>("fitting");
-    QTest::newRow("no pages") << QList<QSizeF>() << 1.0;
-    QTest::newRow("one size") << QList<QSizeF>{letter, letter} << 612.0;
-    QTest::newRow("a landscape page among them decides")
-        << QList<QSizeF>{letter, letter, {792, 612}} << 792.0;
-    QTest::newRow("a poster does not") << QList<QSizeF>{letter, {14400, 100}, letter} << 612.0;
-}
-
 void TestPageGeometry::fitsWidths()
 {
-    QFETCH(QList<QSizeF>, sizes);
-    QFETCH(double, fitting);
-    QCOMPARE(geometry(sizes).scaleForWidth(1000), (1000 - 2 * gap) / fitting);
+    const double width = 1000 - 2 * gap;
+    QCOMPARE(geometry({}).scaleForWidth(1000), width);
+    QCOMPARE(geometry({letter, letter}).scaleForWidth(1000), width / 612);
+    // A landscape page among them decides, a poster does not.
+    QCOMPARE(geometry({letter, letter, {792, 612}}).scaleForWidth(1000), width / 792);
+    QCOMPARE(geometry({letter, {14400, 100}, letter}).scaleForWidth(1000), width / 612);
 }
 
 void TestPageGeometry::stillTellsPixelsApartFarDown()
@@ -178,37 +128,26 @@ void TestPageGeometry::stillTellsPixelsApartFarDown()
     QVERIFY(qAbs(place.point.x() * 64 - 3) < 0.01 && qAbs(place.point.y() * 64 - 5) < 0.01);
 }
 
-void TestPageGeometry::coversPagesWithTiles_data()
-{
-    QTest::addColumn<QSize>("page");
-    QTest::addColumn<int>("tiles");
-    QTest::newRow("a pixel") << QSize(1, 1) << 1;
-    QTest::newRow("just one tile") << QSize(1024, 1024) << 1;
-    QTest::newRow("a pixel more") << QSize(1025, 10) << 2;
-    QTest::newRow("a long strip") << QSize(7, 10'007) << 10;
-    QTest::newRow("uneven") << QSize(3001, 2047) << 6;
-}
-
 void TestPageGeometry::coversPagesWithTiles()
 {
-    QFETCH(QSize, page);
-    const TileGrid grid(page);
-    QRegion covered;
-    for (int row = 0; row < grid.rows(); ++row) {
-        for (int column = 0; column < grid.columns(); ++column) {
-            const QRect area = grid.area(column, row);
-            QVERIFY(
-                area.width() <= TileGrid::largestSide && area.height() <= TileGrid::largestSide);
+    const QList<std::pair<QSize, int>> pages
+        = {{{1, 1}, 1}, {{1024, 1024}, 1}, {{1025, 10}, 2}, {{7, 10'007}, 10}, {{3001, 2047}, 6}};
+    for (const auto& [page, tiles] : pages) {
+        const TileGrid grid(page);
+        QCOMPARE(grid.rows() * grid.columns(), tiles);
+        QRegion covered;
+        for (int tile = 0; tile < tiles; ++tile) {
+            const QPoint place(tile % grid.columns(), tile / grid.columns());
+            const QRect area = grid.area(place.x(), place.y());
+            QVERIFY(qMax(area.width(), area.height()) <= TileGrid::largestSide);
             QVERIFY(!covered.intersects(area));
             covered += area;
-            QCOMPARE(grid.tilesIn(QRect(area.topLeft(), QSize(1, 1))), QRect(column, row, 1, 1));
-            QCOMPARE(
-                grid.tilesIn(QRect(area.bottomRight(), QSize(1, 1))), QRect(column, row, 1, 1));
+            for (const QPoint& corner : {area.topLeft(), area.bottomRight()})
+                QCOMPARE(grid.tilesIn(QRect(corner, QSize(1, 1))), QRect(place, QSize(1, 1)));
         }
+        QCOMPARE(covered, QRegion(QRect(QPoint(0, 0), page)));
+        QVERIFY(grid.tilesIn(QRect(-20, -20, 10, 10)).isNull());
     }
-    QCOMPARE(covered, QRegion(QRect(QPoint(0, 0), page)));
-    QTEST(grid.rows() * grid.columns(), "tiles");
-    QVERIFY(grid.tilesIn(QRect(-20, -20, 10, 10)).isNull());
 }
 
 void TestPageGeometry::givesUpWhatIsFarthest()

@@ -37,10 +37,8 @@ class TestPageTextGeometry : public QObject
     Q_OBJECT
 
 private slots:
-    void findsPlaces_data();
     void findsPlaces();
     void keepsClustersTogether();
-    void findsWordsAndLines_data();
     void findsWordsAndLines();
     void selectsBetweenPlaces();
     void joinsOutlines();
@@ -48,28 +46,23 @@ private slots:
     void splitsPagesOverSheets();
 };
 
-void TestPageTextGeometry::findsPlaces_data()
-{
-    QTest::addColumn<QPointF>("point");
-    QTest::addColumn<qsizetype>("position");
-    QTest::addColumn<qsizetype>("character");
-    const auto row = [](const char* name, QPointF point, qsizetype position, qsizetype character) {
-        QTest::newRow(name) << point << position << character;
-    };
-    row("first half of a character", {112, 105}, 1, 1);
-    row("second half", {118, 105}, 2, 1);
-    row("left of a line", {20, 105}, 0, -1);
-    row("right of a short line, beside a longer one", {150, 106}, 3, -1);
-    row("second line", {141, 126}, 8, 8);
-    row("far below", {100, 700}, 4, -1);
-}
-
 void TestPageTextGeometry::findsPlaces()
 {
-    QFETCH(QPointF, point);
     const PDFPageText text = page(QStringLiteral("abc\ndefghijk"));
-    QTEST(PageTextGeometry::nearestPosition(text, point), "position");
-    QTEST(PageTextGeometry::characterAt(text, point), "character");
+    // The nearest position between characters, and the character there or -1.
+    const auto at = [&text](double x, double y) {
+        const QPointF point(x, y);
+        return qMakePair(PageTextGeometry::nearestPosition(text, point),
+            PageTextGeometry::characterAt(text, point));
+    };
+    const auto places
+        = [](qsizetype position, qsizetype character) { return qMakePair(position, character); };
+    QCOMPARE(at(112, 105), places(1, 1)); // the first half of a character
+    QCOMPARE(at(118, 105), places(2, 1));
+    QCOMPARE(at(20, 105), places(0, -1));
+    QCOMPARE(at(150, 106), places(3, -1)); // right of a short line, beside a longer one
+    QCOMPARE(at(141, 126), places(8, 8));
+    QCOMPARE(at(100, 700), places(4, -1));
 }
 
 void TestPageTextGeometry::keepsClustersTogether()
@@ -80,30 +73,26 @@ void TestPageTextGeometry::keepsClustersTogether()
     QCOMPARE(PageTextGeometry::nearestPosition({}, {1, 1}), 0);
 }
 
-void TestPageTextGeometry::findsWordsAndLines_data()
-{
-    QTest::addColumn<qsizetype>("index");
-    QTest::addColumn<QString>("word");
-    QTest::addColumn<QString>("line");
-    const auto row = [](const char* name, qsizetype index, const QString& word,
-                         const QString& line) { QTest::newRow(name) << index << word << line; };
-    const QString line = QStringLiteral("one two's, three");
-    row("start of a word", 0, QStringLiteral("one"), line);
-    row("end of a word", 2, QStringLiteral("one"), line);
-    row("a blank", 3, QStringLiteral(" "), line);
-    row("an apostrophe inside", 7, QStringLiteral("two's"), line);
-    row("last word of a line", 15, QStringLiteral("three"), line);
-    row("second line", 18, QStringLiteral("four"), QStringLiteral("four"));
-    row("past the end", 21, QString(), QString());
-    row("before the start", -1, QString(), QString());
-}
-
 void TestPageTextGeometry::findsWordsAndLines()
 {
-    QFETCH(qsizetype, index);
     const QString string = QStringLiteral("one two's, three\nfour");
-    QTEST(part(string, PageTextGeometry::wordAt(string, 0, index)), "word");
-    QTEST(part(string, PageTextGeometry::lineAt(string, 0, index)), "line");
+    const auto wordAt = [&string](qsizetype index) {
+        return part(string, PageTextGeometry::wordAt(string, 0, index));
+    };
+    const auto lineAt = [&string](qsizetype index) {
+        return part(string, PageTextGeometry::lineAt(string, 0, index));
+    };
+    QCOMPARE(wordAt(0), u"one");
+    QCOMPARE(wordAt(2), u"one");
+    QCOMPARE(wordAt(3), u" ");
+    QCOMPARE(wordAt(7), u"two's");
+    QCOMPARE(wordAt(15), u"three");
+    QCOMPARE(wordAt(18), u"four");
+    for (const qsizetype index : {0, 3, 15})
+        QCOMPARE(lineAt(index), u"one two's, three");
+    QCOMPARE(lineAt(18), u"four");
+    for (const qsizetype index : {-1, 21})
+        QVERIFY(wordAt(index).isEmpty() && lineAt(index).isEmpty());
 }
 
 void TestPageTextGeometry::selectsBetweenPlaces()

@@ -43,45 +43,31 @@ class TestRtfWriter : public QObject
     Q_OBJECT
 
 private slots:
-    void charactersSurvive_data();
     void charactersSurvive();
     void everyPlaneSurvives();
     void attributesSurvive();
-    void looksFollowTheRuns_data();
     void looksFollowTheRuns();
     void partsAreBounded();
     void anotherReaderAgrees();
 };
 
-void TestRtfWriter::charactersSurvive_data()
-{
-    QTest::addColumn<QString>("written");
-    QTest::addColumn<QString>("read");
-    const auto row = [](const char* name, const QString& written, const QString& read) {
-        QTest::newRow(name) << written << read;
-    };
-    const auto same = [&row](const char* name, const QString& text) { row(name, text, text); };
-    same("empty", u""_s);
-    same("what RTF itself is made of", u"{\\rtf1 \\par} \\'e9 \\u233?"_s);
-    same("a letter behind a control word", u"\n\tpar\tx\n\n1"_s);
-    same("digits behind Latin-1 and others", u"\u00e91\u03b12-3"_s);
-    same("Latin-1", u"\u00a0\u00df\u00ff"_s);
-    same("beyond the sign of sixteen bits", u"\u7fff\u8000\ufffd\uffee"_s);
-    same("surrogate pairs", u"\U0001F600\U0010FFFD"_s);
-    same("bidirectional and combining", u"\u202e\u05d0\u0301\u200d"_s);
-    same("line and paragraph separators", u"a\u2028b\u2029c"_s);
-    row("NUL and control characters go", u"a\0b\u0001\u001b\r\u007f\u0085z"_s, u"abz"_s);
-    row("lone surrogates are replaced", QString(QChar(0xD800)) + u'a' + QChar(0xDC00),
-        u"\ufffda\ufffd"_s);
-    row("a pair the wrong way round", QString(QChar(0xDC00)) + QChar(0xD800), u"\ufffd\ufffd"_s);
-}
-
 void TestRtfWriter::charactersSurvive()
 {
-    QFETCH(QString, written);
-    const RtfReader reader(RtfWriter::write(attributed(written)));
-    QTEST(reader.text, "read");
-    QVERIFY(reader.isBalanced);
+    const auto readBack = [](const QString& written) {
+        const RtfReader reader(RtfWriter::write(attributed(written)));
+        return reader.isBalanced ? reader.text : u"not balanced"_s;
+    };
+    for (const QString& text : {QString(), u"{\\rtf1 \\par} \\'e9 \\u233?"_s,
+             // Letters and digits behind control words, then all ranges of Unicode.
+             u"\n\tpar\tx\n\n1"_s, u"\u00e91\u03b12-3"_s, u"\u00a0\u00df\u00ff"_s,
+             u"\u7fff\u8000\ufffd\uffee"_s, u"\U0001F600\U0010FFFD"_s,
+             u"\u202e\u05d0\u0301\u200d"_s, u"a\u2028b\u2029c"_s})
+        QCOMPARE(readBack(text), text);
+    QCOMPARE(readBack(u"a\0b\u0001\u001b\r\u007f\u0085z"_s), u"abz"_s);
+    const QChar high(0xD800);
+    const QChar low(0xDC00);
+    QCOMPARE(readBack(high + u"a"_s + low), u"\ufffda\ufffd"_s);
+    QCOMPARE(readBack(low + u""_s + high), u"\ufffd\ufffd"_s);
 }
 
 void TestRtfWriter::everyPlaneSurvives()
@@ -113,37 +99,29 @@ void TestRtfWriter::attributesSurvive()
     QCOMPARE(text.runs().size(), 3);
 }
 
-void TestRtfWriter::looksFollowTheRuns_data()
-{
-    QTest::addColumn<QList<PDFTextRun>>("runs");
-    QTest::addColumn<QStringList>("looks");
-    const auto row = [](const char* name, const QList<PDFTextRun>& runs, const QStringList& looks) {
-        QTest::newRow(name) << runs << looks;
-    };
-    row("no runs", {}, {u"Helvetica/24/0/0/000000: abcdef"_s});
-    row("runs that begin early, overlap, leave gaps and end late",
-        {run(-2, 3, "A", 12, 0), run(0, 2, "B", 12, 0), run(4, 9, "C", 12, 0),
-            run(90, 9, "D", 12, 0)},
-        {u"A/24/0/0/000000: a"_s, u"B/24/0/0/000000: b"_s, u"Helvetica/24/0/0/000000: cd"_s,
-            u"C/24/0/0/000000: ef"_s});
-    row("sizes that no reader knows",
-        {run(0, 1, "A", 0.01, 0), run(1, 1, "A", 1e9, 0), run(2, 1, "A", -4, 0),
-            run(3, 3, "A", qQNaN(), 0)},
-        {u"A/1/0/0/000000: a"_s, u"A/3276/0/0/000000: b"_s, u"A/1/0/0/000000: c"_s,
-            u"A/24/0/0/000000: def"_s});
-    row("families that would end the table",
-        {run(0, 2, "A;}{\\f9 B", 12, 0), run(2, 2, " ", 12, 0), run(4, 2, "明朝", 12, 0)},
-        {u"A }{\\f9 B/24/0/0/000000: ab"_s, u"Helvetica/24/0/0/000000: cd"_s,
-            u"明朝/24/0/0/000000: ef"_s});
-    row("neighbours that differ in colour alone",
-        {run(0, 3, "A", 12, 0xffffff), run(3, 3, "A", 12, 1)},
-        {u"A/24/0/0/ffffff: abc"_s, u"A/24/0/0/000001: def"_s});
-}
-
 void TestRtfWriter::looksFollowTheRuns()
 {
-    QFETCH(QList<PDFTextRun>, runs);
-    QTEST(RtfReader(RtfWriter::write(attributed(u"abcdef"_s, runs))).looks, "looks");
+    const auto looks = [](const QList<PDFTextRun>& runs) {
+        return RtfReader(RtfWriter::write(attributed(u"abcdef"_s, runs))).looks;
+    };
+    QCOMPARE(looks({}), QStringList(u"Helvetica/24/0/0/000000: abcdef"_s));
+    // Runs that begin early, overlap, leave gaps and end late.
+    QCOMPARE(looks({run(-2, 3, "A", 12, 0), run(0, 2, "B", 12, 0), run(4, 9, "C", 12, 0),
+                 run(90, 9, "D", 12, 0)}),
+        QStringList({u"A/24/0/0/000000: a"_s, u"B/24/0/0/000000: b"_s,
+            u"Helvetica/24/0/0/000000: cd"_s, u"C/24/0/0/000000: ef"_s}));
+    // Sizes that no reader knows.
+    QCOMPARE(looks({run(0, 1, "A", 0.01, 0), run(1, 1, "A", 1e9, 0), run(2, 1, "A", -4, 0),
+                 run(3, 3, "A", qQNaN(), 0)}),
+        QStringList({u"A/1/0/0/000000: a"_s, u"A/3276/0/0/000000: b"_s, u"A/1/0/0/000000: c"_s,
+            u"A/24/0/0/000000: def"_s}));
+    // Families that would end the table.
+    QCOMPARE(
+        looks({run(0, 2, "A;}{\\f9 B", 12, 0), run(2, 2, " ", 12, 0), run(4, 2, "明朝", 12, 0)}),
+        QStringList({u"A }{\\f9 B/24/0/0/000000: ab"_s, u"Helvetica/24/0/0/000000: cd"_s,
+            u"明朝/24/0/0/000000: ef"_s}));
+    QCOMPARE(looks({run(0, 3, "A", 12, 0xffffff), run(3, 3, "A", 12, 1)}),
+        QStringList({u"A/24/0/0/ffffff: abc"_s, u"A/24/0/0/000001: def"_s}));
 }
 
 void TestRtfWriter::partsAreBounded()

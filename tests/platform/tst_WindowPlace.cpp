@@ -12,7 +12,6 @@ class TestWindowPlace : public QObject
 
 private slots:
     void initTestCase();
-    void comesBackIntoTheScreen_data();
     void comesBackIntoTheScreen();
 
 private:
@@ -26,35 +25,24 @@ void TestWindowPlace::initTestCase()
     QCoreApplication::setOrganizationName(QStringLiteral("Test"));
 }
 
-void TestWindowPlace::comesBackIntoTheScreen_data()
-{
-    QTest::addColumn<QRect>("remembered");
-    QTest::addColumn<QRect>("expected");
-    // The screen has 800 x 800; a frame is allowed 40 above and 8 at the other sides.
-    const auto row = [](const char* name, QRect remembered, QRect expected) {
-        QTest::newRow(name) << remembered << expected;
-    };
-    row("a place within it stays", {100, 50, 300, 200}, {100, 50, 300, 200});
-    row("filling it, as a maximized one may, stays", {0, 20, 800, 780}, {0, 20, 800, 780});
-    row("over its lower right corner", {700, 750, 300, 200}, {492, 592, 300, 200});
-    row("over its left edge", {-60, 50, 300, 200}, {8, 50, 300, 200});
-    row("larger than it", {40, 50, 2000, 300}, {8, 50, 784, 300});
-    row("on a screen that is gone", {3000, 100, 300, 200}, {500, 100, 300, 200});
-}
-
 void TestWindowPlace::comesBackIntoTheScreen()
 {
-    QFETCH(QRect, remembered);
-    QFETCH(QRect, expected);
-    QCOMPARE(QGuiApplication::primaryScreen()->availableSize(), QSize(800, 800));
-    {
+    const auto restored = [](const QRect& remembered) {
         DocumentWindow window(QStringLiteral("kind"));
         window.setGeometry(remembered);
         WindowPlace::save(window);
-    }
-    DocumentWindow window(QStringLiteral("kind"));
-    WindowPlace::restore(window);
-    QCOMPARE(window.geometry(), expected);
+        DocumentWindow later(QStringLiteral("kind"));
+        WindowPlace::restore(later);
+        return later.geometry();
+    };
+    // A frame is allowed 40 above and 8 at the other sides.
+    QCOMPARE(QGuiApplication::primaryScreen()->availableSize(), QSize(800, 800));
+    QCOMPARE(restored({100, 50, 300, 200}), QRect(100, 50, 300, 200));
+    QCOMPARE(restored({0, 20, 800, 780}), QRect(0, 20, 800, 780)); // as a maximized one may
+    QCOMPARE(restored({700, 750, 300, 200}), QRect(492, 592, 300, 200));
+    QCOMPARE(restored({-60, 50, 300, 200}), QRect(8, 50, 300, 200));
+    QCOMPARE(restored({40, 50, 2000, 300}), QRect(8, 50, 784, 300));
+    QCOMPARE(restored({3000, 100, 300, 200}), QRect(500, 100, 300, 200)); // a screen that is gone
 }
 
 QTEST_MAIN(TestWindowPlace)

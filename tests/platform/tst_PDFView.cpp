@@ -1,21 +1,17 @@
-#include "platform/PDFDocument.h"
 #include "platform/PDFDocumentText.h"
 #include "platform/PDFThumbnailView.h"
 #include "platform/PDFView.h"
-#include "platform/PagePrintJob.h"
-#include "platform/PrintSettings.h"
 
+#include "support/OpenedDocument.h"
 #include "support/PdfBuilder.h"
 
 #include <QAccessible>
 #include <QApplication>
 #include <QClipboard>
 #include <QMessageBox>
-#include <QPrinter>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QWheelEvent>
 
@@ -36,14 +32,11 @@ std::string tenPages()
 struct Shown
 {
     explicit Shown(const std::string& bytes)
-        : document(*FileBytes::copy(bytes))
+        : document(bytes)
     {
-        const auto isOpen = [this] { return document.state() == PDFDocument::State::isOpen; };
-        if (!QTest::qWaitFor(isOpen, 30'000))
-            qFatal("the engine does not answer");
-        text = std::make_unique<PDFDocumentText>(&document);
+        text = std::make_unique<PDFDocumentText>(document.get());
         view.resize(400, 500);
-        view.setDocument(&document, text.get());
+        view.setDocument(document.get(), text.get());
         view.show();
     }
 
@@ -59,7 +52,7 @@ struct Shown
     }
     QString selected() const { return text->string(view.currentSelection()); }
 
-    PDFDocument document;
+    OpenedDocument document;
     std::unique_ptr<PDFDocumentText> text;
     PDFView view;
 };
@@ -91,7 +84,6 @@ private slots:
     void thumbnailsOutliveTheirView();
     void thumbnailsFollowAndLead();
     void thumbnailsComeAfterThePage();
-    void printsBands();
 };
 
 void TestPDFView::goesToPages()
@@ -210,7 +202,7 @@ void TestPDFView::drawsAndGivesBack()
 void TestPDFView::saysWhenAPageCannotBeDrawn()
 {
     Shown shown(tenPages());
-    const QList<qint64> engines = shown.document.engineProcessIds();
+    const QList<qint64> engines = shown.document->engineProcessIds();
     QVERIFY(shown.waitForText());
     QTest::qWait(300); // what shows is there, and nothing else under way
     QVERIFY(!engines.isEmpty());
@@ -316,7 +308,7 @@ void TestPDFView::survivesItsDocument()
     strip.show();
     {
         Shown shown(tenPages());
-        view.setDocument(&shown.document, shown.text.get());
+        view.setDocument(shown.document.get(), shown.text.get());
         QTRY_VERIFY(view.tileBytes() > 0);
     }
     QVERIFY(!view.document());
@@ -372,7 +364,7 @@ void TestPDFView::thumbnailsComeAfterThePage()
     PDFThumbnailView strip;
     strip.setPDFView(&shown.view);
     strip.show();
-    const auto engine = static_cast<pid_t>(shown.document.engineProcessIds().first());
+    const auto engine = static_cast<pid_t>(shown.document->engineProcessIds().first());
     ::kill(engine, SIGSTOP);
     shown.view.setScaleFactor(3);
     QTRY_VERIFY(shown.view.isDrawing());
@@ -385,48 +377,6 @@ void TestPDFView::thumbnailsComeAfterThePage()
     QTRY_VERIFY(!shown.view.isDrawing());
     QTRY_COMPARE(paper(), QColor(Qt::red));
     QCOMPARE(colourAt(shown.view, {200, 200}), QColor(Qt::red));
-}
-
-void TestPDFView::printsBands()
-{
-    PdfBuilder builder;
-    builder.addDrawing("1 0 0 rg 0 0 612 792 re f").addDrawing("0 0 1 rg 0 0 612 792 re f");
-    builder.addDrawing("0 1 0 rg 0 0 300 900 re f", "/MediaBox [ 0 0 300 900 ]");
-    Shown shown(builder.bytes());
-    const QTemporaryDir folder;
-    const QString path = folder.filePath(QStringLiteral("printed.pdf"));
-    std::unique_ptr<QPrinter> printer = PrintSettings::makePrinter();
-    printer->setOutputFileName(path);
-    printer->setOutputFormat(QPrinter::PdfFormat);
-    printer->setPageSize(QPageSize(QPageSize::Letter));
-    PrintSettings::applyTo(*printer);
-    printer->setResolution(150);
-    PagePrintJob job(&shown.document, std::move(printer), {1, 2}, nullptr);
-    QSignalSpy ends(&job, &PagePrintJob::finished);
-    job.start();
-    QTRY_COMPARE_WITH_TIMEOUT(ends.size(), 1, 30'000);
-    QVERIFY(ends.first().first().toBool());
-
-    // 468 points wide, the high page is 1404 high: three sheets of 648.
-    const std::optional<FileBytes> file = FileBytes::read(path);
-    QVERIFY(file);
-    Shown printed(std::string(file->view()));
-    QCOMPARE(printed.document.pageCount(), 4);
-    QCOMPARE(printed.document.pageSize(0), QSizeF(612, 792));
-    const auto colour = [&](int page, const QPoint& point) {
-        PDFTileRequest* const request
-            = printed.document.requestTile(page, 1, 0, QRect(0, 0, 612, 792), &printed.document);
-        if (!QTest::qWaitFor([request] { return request->isFinished(); }, 20'000))
-            return QColor();
-        return request->image().pixelColor(point);
-    };
-    QCOMPARE(colour(0, {100, 100}), QColor(Qt::blue));
-    QCOMPARE(colour(0, {70, 70}), QColor(Qt::white)); // the margin
-    QCOMPARE(colour(0, {538, 300}), QColor(Qt::blue));
-    QCOMPARE(colour(0, {300, 72 + 610}), QColor(Qt::white)); // 606 points of height, from the top
-    QCOMPARE(colour(2, {300, 718}), QColor(Qt::green));
-    QCOMPARE(colour(3, {300, 72 + 104}), QColor(Qt::green));
-    QCOMPARE(colour(3, {300, 72 + 112}), QColor(Qt::white));
 }
 
 QTEST_MAIN(TestPDFView)

@@ -1,6 +1,6 @@
 #include "platform/PDFDocument.h"
 
-#include "support/OpenedDocument.h"
+#include "support/PageContents.h"
 #include "support/PdfBuilder.h"
 
 #include <QTest>
@@ -40,14 +40,6 @@ FileBytes printed(OpenedDocument& document, const QList<Sheet>& sheets)
     return request->bytes();
 }
 
-QImage drawn(OpenedDocument& document, int page, double scale, const QRect& area)
-{
-    const PDFTileRequest* const request
-        = document->requestTile(page, scale, 0, area, document.get());
-    OpenedDocument::waitFor(request);
-    return request->image();
-}
-
 int inkOf(const QImage& image)
 {
     int ink = 0;
@@ -74,15 +66,9 @@ int differences(const QImage& one, const QImage& other)
     return count;
 }
 
-QString textOf(OpenedDocument& document)
+QImage wholeSheet(OpenedDocument& paper, int index)
 {
-    QString all;
-    PDFTextRequest* const request = document->requestText(
-        0, document->pageCount() - 1, PDFTextDetail::isPlain, document.get());
-    QObject::connect(request, &PDFTextRequest::pageReady, document.get(),
-        [&all](int, const PDFPageText& text) { all += text.string; });
-    OpenedDocument::waitFor(request);
-    return all;
+    return PageContents::image(paper.get(), index, 1, QRect(0, 0, 612, 792));
 }
 
 /// Checks that each sheet shows what its part of the page shows.
@@ -94,13 +80,12 @@ void compareSheets(OpenedDocument& document, const QList<Sheet>& sheets)
         const Sheet& sheet = sheets.at(index);
         const QRect area = sheet.area.toRect();
         const QRect place(QPoint(margin, margin), area.size());
-        const QImage source = drawn(document, sheet.page, sheet.scale, area);
-        const QImage copy = drawn(paper, index, 1, place);
+        const QImage source = PageContents::image(document.get(), sheet.page, sheet.scale, area);
+        const QImage copy = PageContents::image(paper.get(), index, 1, place);
         QCOMPARE(paper->pageSize(index), letter.size);
         QVERIFY(inkOf(source) > 500);
         QVERIFY2(differences(source, copy) * 1000 < inkOf(source), "the sheet shows other things");
-        const QImage whole = drawn(paper, index, 1, QRect(0, 0, 612, 792));
-        const int rim = inkOf(whole) - inkOf(copy);
+        const int rim = inkOf(wholeSheet(paper, index)) - inkOf(copy);
         QVERIFY2(rim <= area.width() + area.height(), "ink in the margins");
     }
 }
@@ -129,7 +114,6 @@ private slots:
     void showsTheSame_data();
     void showsTheSame();
     void showsPartsOfPages();
-    void printsAnnotationsForPaper_data();
     void printsAnnotationsForPaper();
     void decrypts();
     void leavesBehindWhatDoesNotShow();
@@ -215,7 +199,7 @@ void TestPrintWriter::showsTheSame()
     OpenedDocument document(file.toStdString());
     compareSheets(document, sheetsOf(document));
     OpenedDocument paper(printed(document, sheetsOf(document)));
-    QCOMPARE(textOf(paper), textOf(document));
+    QCOMPARE(PageContents::strings(paper.get()), PageContents::strings(document.get()));
 }
 
 void TestPrintWriter::showsPartsOfPages()
@@ -231,25 +215,19 @@ void TestPrintWriter::showsPartsOfPages()
     compareSheets(document, {sheets.at(3), sheets.at(1), sheets.at(0), sheets.at(2)});
 }
 
-void TestPrintWriter::printsAnnotationsForPaper_data()
-{
-    QTest::addColumn<QByteArray>("annotation");
-    QTest::addColumn<bool>("isPrinted");
-    QTest::newRow("meant for paper") << QByteArray("/F 4") << true;
-    QTest::newRow("meant for paper alone") << QByteArray("/F 36") << true;
-    QTest::newRow("meant for the screen") << QByteArray("/F 0") << false;
-    QTest::newRow("hidden") << QByteArray("/F 6") << false;
-    QTest::newRow("without its popup") << QByteArray("/F 4 /Subtype /Popup") << false;
-}
-
 void TestPrintWriter::printsAnnotationsForPaper()
 {
-    QFETCH(QByteArray, annotation);
-    OpenedDocument document(annotated(annotation.toStdString(), ""));
-    OpenedDocument paper(printed(document, {{0, {0, 0, 468, 600}, 1}}));
-    // Its upper right corner, 300 points from the page's left and 540 from its top.
-    const QImage corner = drawn(paper, 0, 1, QRect(margin + 300, margin + 540, 1, 1));
-    QTEST(corner.pixelColor(0, 0) != QColor(Qt::white), "isPrinted");
+    const auto isPrinted = [](const char* annotation) {
+        OpenedDocument document(annotated(annotation, ""));
+        OpenedDocument paper(printed(document, {{0, {0, 0, 468, 600}, 1}}));
+        // Its upper right corner, 300 points from the page's left and 540 from its top.
+        return wholeSheet(paper, 0).pixelColor(margin + 300, margin + 540) != QColor(Qt::white);
+    };
+    QVERIFY(isPrinted("/F 4"));
+    QVERIFY2(isPrinted("/F 36"), "not meant for the screen");
+    QVERIFY2(!isPrinted("/F 0"), "not meant for paper");
+    QVERIFY2(!isPrinted("/F 6"), "hidden");
+    QVERIFY(!isPrinted("/F 4 /Subtype /Popup"));
 }
 
 void TestPrintWriter::decrypts()
@@ -259,8 +237,9 @@ void TestPrintWriter::decrypts()
     const FileBytes bytes = printed(document, sheetsOf(document));
     QVERIFY(bytes.view().find("/Encrypt") == std::string_view::npos);
     OpenedDocument paper(bytes);
-    QVERIFY(!textOf(document).trimmed().isEmpty());
-    QCOMPARE(textOf(paper), textOf(document));
+    const QStringList texts = PageContents::strings(document.get());
+    QVERIFY(!texts.value(0).isEmpty());
+    QCOMPARE(PageContents::strings(paper.get()), texts);
 }
 
 void TestPrintWriter::leavesBehindWhatDoesNotShow()
@@ -312,7 +291,7 @@ void TestPrintWriter::printsBesideDamage()
     QCOMPARE(paper->pageCount(), 4);
     QList<bool> isInked;
     for (int page = 0; page < 4; ++page)
-        isInked.append(inkOf(drawn(paper, page, 1, QRect(0, 0, 612, 792))) > 0);
+        isInked.append(inkOf(wholeSheet(paper, page)) > 0);
     QCOMPARE(isInked, QList<bool>({true, false, true, false}));
 }
 

@@ -171,9 +171,11 @@ void TestDocument::saysWhyAFileDoesNotOpen_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("reason");
     const auto row = [](const char* name, const char* file, const char* reason) {
-        QTest::newRow(name) << QString::fromLatin1(file) << QString::fromLatin1(reason);
+        QTest::newRow(name) << QString::fromUtf8(file) << QString::fromLatin1(reason);
     };
     row("missing", "missing.pdf", "There is no such file.");
+    row("a name in Latin-1", "caf\xEF\xBF\xBD.pdf",
+        "Its name is not in UTF-8. Rename it to open it.");
     row("folder", "folder", "It is a folder.");
     row("link to nothing", "dangling.pdf", "The link leads to no file.");
     row("device", "/dev/null", "It is not a regular file.");

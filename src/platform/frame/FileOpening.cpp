@@ -25,9 +25,14 @@ QString obviousFault(const QString& path)
     const QFileInfo info(path);
     if (info.isDir())
         return FileOpening::tr("It is a folder.");
-    if (!info.exists())
-        return info.isSymLink() ? FileOpening::tr("The link leads to no file.")
-                                : FileOpening::tr("There is no such file.");
+    if (!info.exists()) {
+        if (info.isSymLink())
+            return FileOpening::tr("The link leads to no file.");
+        // A name of other bytes cannot be said in Qt, which puts this character in their place.
+        return path.contains(QChar::ReplacementCharacter)
+            ? FileOpening::tr("Its name is not in UTF-8. Rename it to open it.")
+            : FileOpening::tr("There is no such file.");
+    }
     if (!info.isFile())
         return FileOpening::tr("It is not a regular file.");
     if (!info.isReadable())

@@ -33,6 +33,7 @@ class TestFlatWriter : public QObject
 private slots:
     void writesTheseBytes();
     void unpacksWhatTheFilePacked();
+    void keepsLongNamesWhole();
     void takesTheLatestSave();
     void readsLikeWhatItIs();
     void decrypts();
@@ -74,6 +75,20 @@ void TestFlatWriter::unpacksWhatTheFilePacked()
     const QByteArray fromTable = flatOf(builder.bytes());
     const QByteArray fromStreams = flatOf(builder.setXref(PdfBuilder::Xref::isStream).bytes());
     QCOMPARE(fromStreams, fromTable);
+}
+
+/// The content stream goes on using the name that the file gives the font.
+void TestFlatWriter::keepsLongNamesWhole()
+{
+    for (const std::size_t length : {126U, 127U, 128U, 300U}) {
+        const std::string name = "a#20b" + std::string(length - 3, 'n');
+        PdfBuilder builder;
+        builder.addPage("text", "/Resources << /Font << /" + name + " 3 0 R >> >>");
+        for (const auto xref : {PdfBuilder::Xref::isTable, PdfBuilder::Xref::isStream}) {
+            const QByteArray flat = flatOf(builder.setXref(xref).bytes());
+            QVERIFY(flat.contains(QByteArray::fromStdString("<< /" + name + " 5 0 R >>")));
+        }
+    }
 }
 
 void TestFlatWriter::takesTheLatestSave()

@@ -29,6 +29,17 @@ std::string bigEndian(std::size_t number, int bytes)
     return text;
 }
 
+/// Data for ASCIIHexDecode, which shows nothing of it to a reader of the file's bytes.
+std::string hexadecimal(const std::string& data)
+{
+    std::string text;
+    for (const char byte : data) {
+        text += "0123456789abcdef"[static_cast<unsigned char>(byte) >> 4];
+        text += "0123456789abcdef"[byte & 15];
+    }
+    return text + '>';
+}
+
 bool isStream(const std::string& body)
 {
     return body.find("\nstream\n") != std::string::npos;
@@ -163,9 +174,10 @@ std::string PdfBuilder::objectStream(std::vector<int>& numbers) const
         bodies += body(number) + "\n";
         numbers.push_back(number);
     }
+    const std::string data = hexadecimal(head + bodies);
     return "<< /Type /ObjStm /N " + std::to_string(numbers.size()) + " /First "
-        + std::to_string(head.size()) + " /Length " + std::to_string(head.size() + bodies.size())
-        + " >>\nstream\n" + head + bodies + "\nendstream";
+        + std::to_string(head.size()) + " /Filter /ASCIIHexDecode /Length "
+        + std::to_string(data.size()) + " >>\nstream\n" + data + "\nendstream";
 }
 
 void PdfBuilder::writeXrefStream(std::string& file, std::map<int, std::size_t> offsets) const

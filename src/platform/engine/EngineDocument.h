@@ -32,6 +32,7 @@ public:
     /// Why the document is refused, as a sentence for the user.
     const std::string& refusal() const { return theRefusal; }
 
+    std::string_view bytes() const { return theBytes; }
     std::size_t fileSize() const { return theBytes.size(); }
     fz_context* context() const { return theContext; }
     pdf_document* document() const { return theDocument; }

@@ -21,6 +21,7 @@ FlatFile::FlatFile(const EngineDocument& document, FlatStructure structure, int 
     , theContext(document.context())
     , theObjects(document, structure)
     , theOutput(descriptor)
+    , theLongNames(document)
 {
 }
 
@@ -205,9 +206,14 @@ std::string FlatFile::entriesBut(std::initializer_list<std::string_view> keys,
     std::string text;
     for (const Entry& entry : entries) {
         if (std::find(keys.begin(), keys.end(), entry.key) == keys.end())
-            text += spelling.name(entry.key) + " " + value(entry.value, spelling, depth) + " ";
+            text += name(entry.key, spelling) + " " + value(entry.value, spelling, depth) + " ";
     }
     return text;
+}
+
+std::string FlatFile::name(const char* name, const FlatSpelling& spelling)
+{
+    return spelling.name(theLongNames.whole(name));
 }
 
 std::string FlatFile::dictionary(pdf_obj* object, const FlatSpelling& spelling, int depth)
@@ -236,7 +242,7 @@ std::string FlatFile::value(pdf_obj* object, const FlatSpelling& spelling, int d
     if (pdf_is_array(theContext, object))
         return array(object, spelling, depth);
     if (pdf_is_name(theContext, object))
-        return spelling.name(pdf_to_name(theContext, object));
+        return name(pdf_to_name(theContext, object), spelling);
     if (pdf_is_string(theContext, object)) {
         std::size_t size = 0;
         const char* const bytes = pdf_to_string(theContext, object, &size);

@@ -3,6 +3,7 @@
 #include "platform/engine/FlatObjects.h"
 #include "platform/engine/FlatOutput.h"
 #include "platform/engine/FlatStream.h"
+#include "platform/engine/LongNames.h"
 
 #include <functional>
 #include <initializer_list>
@@ -61,8 +62,10 @@ private:
     std::string spelled(pdf_obj* object, const FlatStream* stream, const FlatSpelling& spelling);
     FlatKind wantedKind(pdf_obj* object) const;
     bool mayShowXml(pdf_obj* dictionary, const FlatStream& stream) const;
+    std::string name(const char* name, const FlatSpelling& spelling);
     std::string array(pdf_obj* object, const FlatSpelling& spelling, int depth);
     std::string dictionary(pdf_obj* object, const FlatSpelling& spelling, int depth);
 
+    LongNames theLongNames;
     std::vector<std::uint64_t> theOffsets; ///< of the objects, by number less 1
 };

@@ -48,8 +48,8 @@ UpdateDownload::~UpdateDownload()
 
 void UpdateDownload::start(const QUrl& address)
 {
-    theScheme = address.scheme();
-    if (theScheme != QLatin1String("https") && theScheme != QLatin1String("http")) {
+    const QString scheme = address.scheme();
+    if (scheme != QLatin1String("https") && scheme != QLatin1String("http")) {
         // What is no HTTP answer counts as none. Told later, as every other end.
         QMetaObject::invokeMethod(this, &UpdateDownload::failed, Qt::QueuedConnection);
         return;
@@ -70,8 +70,8 @@ void UpdateDownload::start(const QUrl& address)
 
 void UpdateDownload::checkRedirect(const QUrl& target)
 {
-    // The reply's own address is the target already.
-    if (target.scheme() == theScheme)
+    // The reply's own address is the target already; its request keeps what was asked for first.
+    if (target.scheme() == theReply->request().url().scheme())
         emit theReply->redirectAllowed();
     else
         stop();

@@ -43,7 +43,6 @@ private:
 
     QNetworkAccessManager* theManager;
     QNetworkReply* theReply = nullptr;
-    QString theScheme; ///< of the address that was asked for first
     QByteArray theBody;
     bool hasEnded = false;
 };

@@ -19,7 +19,6 @@ constexpr int maximumFailedStarts = 2;
 PDFEngineClient::PDFEngineClient(const FileBytes& bytes, bool writesFlat, QObject* parent)
     : QObject(parent)
     , theBytes(bytes)
-    , theOpeningLimit(leastOpeningLimit + static_cast<int>(bytes.size() / bytesPerMillisecond))
     , theFlatIsWanted(writesFlat)
 {
     theLimit.setSingleShot(true);
@@ -27,6 +26,11 @@ PDFEngineClient::PDFEngineClient(const FileBytes& bytes, bool writesFlat, QObjec
 }
 
 PDFEngineClient::~PDFEngineClient() = default;
+
+int PDFEngineClient::openingLimit() const
+{
+    return leastOpeningLimit + static_cast<int>(theBytes.size() / bytesPerMillisecond);
+}
 
 void PDFEngineClient::open()
 {
@@ -46,7 +50,7 @@ void PDFEngineClient::startEngine()
         QTimer::singleShot(0, theEngine, [this] { loseEngine(PDFFailure::isEngineDead); });
         return;
     }
-    send(EngineRequest::isOpen, {}, theOpeningLimit);
+    send(EngineRequest::isOpen, {}, openingLimit());
 }
 
 void PDFEngineClient::stopEngine()
@@ -77,7 +81,7 @@ void PDFEngineClient::unlock(const QString& password)
     PayloadWriter payload;
     payload.putText(*thePassword);
     theState = State::isOpening;
-    send(EngineRequest::isUnlock, payload.bytes(), theOpeningLimit);
+    send(EngineRequest::isUnlock, payload.bytes(), openingLimit());
 }
 
 PDFEngineClient::Number PDFEngineClient::submit(PDFEngineJob job)
@@ -213,7 +217,7 @@ void PDFEngineClient::loseEngine(PDFFailure failure)
     if (!wasOpening)
         return;
     failOpening(failure == PDFFailure::isTimedOut
-            ? tr("Reading the file takes longer than %1 seconds.").arg(theOpeningLimit / 1000)
+            ? tr("Reading the file takes longer than %1 seconds.").arg(openingLimit() / 1000)
             : tr("The PDF engine stopped while it was reading the file."),
         failure);
 }

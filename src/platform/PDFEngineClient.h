@@ -103,6 +103,8 @@ private:
     };
     using Key = std::pair<PDFEngineJob::Priority, qint64>;
 
+    /// How long the engine may take to open the file, in milliseconds.
+    int openingLimit() const;
     void startEngine();
     void stopEngine();
     void startNextJob();
@@ -116,7 +118,6 @@ private:
     void failWaitingJobs();
 
     FileBytes theBytes;
-    int theOpeningLimit; ///< milliseconds
     bool theFlatIsWanted;
     std::optional<std::string> thePassword;
     bool thePasswordIsKnown = false;

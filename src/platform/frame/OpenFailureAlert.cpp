@@ -53,9 +53,9 @@ void OpenFailureAlert::showOnceItsWindowHasItsPlace()
     QWindow* const window = parentWidget() ? parentWidget()->window()->windowHandle() : nullptr;
     if (!window || !window->isVisible() || window->isExposed())
         return showInFront();
+    window->installEventFilter(this);
     if (std::exchange(isWaiting, true))
         return;
-    window->installEventFilter(this);
     // Minimized, or on another desktop, it does not come by itself.
     constexpr auto patience = std::chrono::seconds(1);
     QTimer::singleShot(patience, this, [this] {

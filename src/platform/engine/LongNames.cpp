@@ -3,6 +3,7 @@
 #include "platform/engine/Attempt.h"
 #include "platform/engine/FlatStream.h"
 
+#include <charconv>
 #include <set>
 
 namespace {
@@ -16,24 +17,17 @@ bool endsName(char one)
     return ends.find(one) != std::string_view::npos;
 }
 
-int hexDigit(char one)
-{
-    if (one >= '0' && one <= '9')
-        return one - '0';
-    if (one >= 'a' && one <= 'f')
-        return one - 'a' + 10;
-    return one >= 'A' && one <= 'F' ? one - 'A' + 10 : -1;
-}
-
 /// The name that is spelled so, #xx being one byte.
 std::string decoded(std::string_view spelling)
 {
     std::string name;
     for (std::size_t index = 0; index < spelling.size(); ++index) {
-        const bool isEscape = spelling[index] == '#' && index + 2 < spelling.size()
-            && hexDigit(spelling[index + 1]) >= 0 && hexDigit(spelling[index + 2]) >= 0;
-        if (isEscape) {
-            const int byte = hexDigit(spelling[index + 1]) * 16 + hexDigit(spelling[index + 2]);
+        const std::string_view digits
+            = spelling[index] == '#' ? spelling.substr(index + 1, 2) : std::string_view();
+        unsigned char byte = 0;
+        const char* const end
+            = std::from_chars(digits.data(), digits.data() + digits.size(), byte, 16).ptr;
+        if (digits.size() == 2 && end == digits.data() + 2) {
             name += static_cast<char>(byte);
             index += 2;
         } else {
@@ -49,15 +43,15 @@ std::string_view LongNames::whole(std::string_view name)
 {
     if (name.size() != limit)
         return name;
-    if (!isCollected)
+    if (!theNames)
         collect();
-    const auto found = theNames.find(name);
-    return found == theNames.end() ? name : found->second;
+    const auto found = theNames->find(name);
+    return found == theNames->end() ? name : found->second;
 }
 
 void LongNames::collect()
 {
-    isCollected = true;
+    theNames.emplace();
     collectFrom(theDocument.bytes());
     fz_context* const ctx = theDocument.context();
     std::set<int> objectStreams;
@@ -85,7 +79,7 @@ void LongNames::collectFrom(std::string_view bytes)
         if (end - slash > limit + 1) {
             std::string name = decoded(bytes.substr(slash + 1, end - slash - 1));
             if (name.size() > limit)
-                theNames.emplace(name.substr(0, limit), std::move(name));
+                theNames->emplace(name.substr(0, limit), std::move(name));
         }
         slash = bytes.find('/', end);
     }

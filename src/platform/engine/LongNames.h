@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -30,6 +31,6 @@ private:
     void collectFrom(std::string_view bytes);
 
     const EngineDocument& theDocument;
-    bool isCollected = false;
-    std::map<std::string, std::string, std::less<>> theNames; ///< by what MuPDF leaves of them
+    /// By what MuPDF leaves of them; nothing before they are collected.
+    std::optional<std::map<std::string, std::string, std::less<>>> theNames;
 };

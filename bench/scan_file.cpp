@@ -66,10 +66,11 @@ std::string contents(const char* path)
     std::ifstream file(path, std::ios::binary | std::ios::ate);
     if (!file)
         return {};
+    const auto size = static_cast<std::size_t>(file.tellg());
     std::string bytes;
-    bytes.reserve(static_cast<std::size_t>(file.tellg()));
+    bytes.reserve(size);
     preferLargePages(bytes.data(), bytes.capacity());
-    bytes.resize(static_cast<std::size_t>(file.tellg()));
+    bytes.resize(size);
     file.seekg(0);
     file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     return bytes;

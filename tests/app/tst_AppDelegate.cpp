@@ -10,6 +10,8 @@
 #include <QDropEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
 #include <QMimeData>
 #include <QSettings>
 #include <QSignalSpy>
@@ -29,7 +31,7 @@ private slots:
     void firstLaunchStoresWhatItFound();
     void launchChecksWhenDue();
     void togglesMarkEveryWindowAndAreStoredAtQuit();
-    void offersWhatHasATaker();
+    void menuHoldsTheFixedTitles();
     void newWindowsHaveAFocus();
     void filesDropOntoAnyPartOfAWindow();
     void helpOpensAndKeepsAWindowEachTime();
@@ -138,10 +140,22 @@ void TestAppDelegate::togglesMarkEveryWindowAndAreStoredAtQuit()
     QVERIFY(stored.showThumbnail && !stored.showRawSource && !stored.showSummarySource);
 }
 
-void TestAppDelegate::offersWhatHasATaker()
+void TestAppDelegate::menuHoldsTheFixedTitles()
 {
     AppDelegate delegate;
     const DocumentWindow* window = shownWindow(delegate);
+    const auto title = [](QString text) { return text.remove(QLatin1Char('&')); };
+    const QMenu* first = window->menuBar()->actions().at(0)->menu();
+    QCOMPARE(title(first->title()), QStringLiteral("Tarnwick"));
+    QStringList titles;
+    for (const QAction* action : first->actions().mid(0, 3))
+        titles << title(action->text());
+    QCOMPARE(titles,
+        QStringList({QStringLiteral("Show Thumbnails"), QStringLiteral("Show Raw Source"),
+            QStringLiteral("Show Summary Source")}));
+    QCOMPARE(title(window->commandAction(QStringLiteral("exportPDFversions"))->text()),
+        QStringLiteral("Export PDF Versions\u2026"));
+    // Nobody takes these here, and what has no taker is never offered.
     for (const char* command : {"exportPDFversions", "updateState", "openSource", "openHelp"})
         QVERIFY2(!window->commandAction(QString::fromLatin1(command))->isEnabled(), command);
     for (const char* command : {"openDocument", "performClose", "quit", "openSupport", "about"})

@@ -1,7 +1,7 @@
 #include "app/UpdateCheck.h"
 #include "app/UpdateDownload.h"
-#include "document/Panels.h"
 #include "support/LoopbackServer.h"
+#include "support/Panels.h"
 
 #include <QApplication>
 #include <QLabel>
@@ -254,8 +254,10 @@ void TestUpdateCheck::offersAnUpdate()
     QPointer<QMessageBox> alert = shown<QMessageBox>();
     QVERIFY(alert);
     QCOMPARE(alert->text(), QStringLiteral("An update to this app to version 0.5 is available."));
-    QVERIFY(alert->informativeText().startsWith(
-        QStringLiteral("You are currently running Tarnwick version 1.0.\nPlease choose")));
+    QCOMPARE(alert->informativeText(),
+        QStringLiteral("You are currently running Tarnwick version 1.0.\n"
+                       "Please choose whether to download this update now in your default "
+                       "browser."));
     QCOMPARE(alert->icon(), QMessageBox::Information);
     QCOMPARE(alert->windowModality(), Qt::ApplicationModal);
     QCOMPARE(alert->buttons().size(), 2);

@@ -1,12 +1,12 @@
 #include "document/Document.h"
 
-#include "document/Panels.h"
 #include "platform/frame/DocumentController.h"
 #include "platform/frame/DocumentWindow.h"
 #include "platform/frame/OpenFailureAlert.h"
 #include "platform/frame/PasswordPrompt.h"
 #include "platform/frame/RecentFiles.h"
 #include "support/Files.h"
+#include "support/Panels.h"
 #include "support/PdfBuilder.h"
 
 #include <QDir>

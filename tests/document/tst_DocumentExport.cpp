@@ -1,8 +1,8 @@
 #include "document/DocumentExport.h"
 #include "document/ExportPanel.h"
 
-#include "document/Panels.h"
 #include "support/Files.h"
+#include "support/Panels.h"
 #include "support/PdfBuilder.h"
 
 #include <QDir>

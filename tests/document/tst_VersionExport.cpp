@@ -1,8 +1,8 @@
 #include "document/ExportPanel.h"
 #include "document/VersionExport.h"
 
-#include "document/Panels.h"
 #include "support/Files.h"
+#include "support/Panels.h"
 
 #include <QDialogButtonBox>
 #include <QDir>

@@ -1,7 +1,6 @@
 #include "analysis/SourceText.h"
 #include "platform/PDFDocument.h"
 
-#include "support/Listings.h"
 #include "support/OpenedDocument.h"
 #include "support/PdfBuilder.h"
 
@@ -16,12 +15,18 @@ QByteArray flatOf(const std::string& file)
     return QByteArray(flat.view().data(), static_cast<qsizetype>(flat.size()));
 }
 
-/// The flattened document's objects as a scan by lines and keywords describes them.
+/// The flattened document's objects as a scan by lines and keywords describes them, in UTF-8: a
+/// letter for the colour (d, r, g, b), then the text with "|" for each line feed.
 QByteArrayList objectsOf(const std::string& file)
 {
-    const QByteArray flat = flatOf(file);
-    SourceText source(SharedBytes::ofString(flat.toStdString()));
-    return Listings::pieces(source.makeListing(false));
+    SourceText source(SharedBytes::ofString(flatOf(file).toStdString()));
+    QByteArrayList list;
+    source.makeListing(false).forEachPiece([&list](ColourRole role, std::u16string_view text) {
+        const QByteArray line = QString::fromStdU16String(std::u16string(text)).toUtf8();
+        list.append(QByteArray(1, "drgb"[static_cast<std::size_t>(role)]) + ' '
+            + QByteArray(line).replace('\n', '|'));
+    });
+    return list;
 }
 
 } // namespace

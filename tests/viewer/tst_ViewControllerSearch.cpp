@@ -219,6 +219,10 @@ void TestViewControllerSearch::recentSearchesAreRemembered()
     {
         ViewerFixture viewer(threeWords());
         QVERIFY(viewer.appear());
+        QCOMPARE(viewer->searchMenu()->title(), u"Recents"_s);
+        QCOMPARE(titles(viewer->searchMenu()),
+            (QStringList{
+                u"Recent Searches"_s, u"Item"_s, u"-"_s, u"Clear Menu"_s, u"No Recent Search"_s}));
         QCOMPARE(titles(viewer->searchField()->recentsMenu()), QStringList{u"No Recent Search"_s});
         search(viewer, "a & b");
         search(viewer, "word");

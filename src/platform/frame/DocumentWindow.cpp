@@ -2,6 +2,7 @@
 
 #include "platform/frame/CommandRouter.h"
 #include "platform/frame/FrameDocument.h"
+#include "platform/frame/NoticeLine.h"
 #include "platform/frame/WindowPlace.h"
 
 #include <QAction>
@@ -12,6 +13,7 @@
 #include <QMenuBar>
 #include <QMimeData>
 #include <QUrl>
+#include <QVBoxLayout>
 
 namespace {
 
@@ -32,10 +34,18 @@ QStringList localFiles(const QMimeData* data)
 DocumentWindow::DocumentWindow(const QString& identifier, FrameDocument* document)
     : theIdentifier(identifier)
     , theDocument(document)
+    , theNoticeLine(new NoticeLine)
     , theSerial(++windowsMade)
 {
     setAttribute(Qt::WA_DeleteOnClose);
     setAcceptDrops(true);
+    auto* const column = new QVBoxLayout;
+    column->setContentsMargins({});
+    column->setSpacing(0);
+    column->addWidget(theNoticeLine);
+    auto* const contentAndNotices = new QWidget;
+    contentAndNotices->setLayout(column);
+    setCentralWidget(contentAndNotices);
     qApp->installEventFilter(this); // parts of the content that take drops would keep files
     if (document)
         document->addWindow(this);
@@ -60,7 +70,13 @@ void DocumentWindow::setContent(QWidget* content)
     resize(content->size());
     setWindowTitle(content->windowTitle());
     connect(content, &QWidget::windowTitleChanged, this, &QWidget::setWindowTitle);
-    setCentralWidget(content);
+    theContent = content;
+    static_cast<QVBoxLayout*>(centralWidget()->layout())->insertWidget(0, content, 1);
+}
+
+void DocumentWindow::notify(const Notice& notice)
+{
+    theNoticeLine->add(notice);
 }
 
 void DocumentWindow::installCommands(const QList<QObject*>& applicationResponders)
@@ -96,7 +112,8 @@ void DocumentWindow::performClose()
 QList<QObject*> DocumentWindow::chain() const
 {
     QList<QObject*> objects;
-    for (QWidget* widget = focusWidget(); widget && widget != this; widget = widget->parentWidget())
+    for (QWidget* widget = focusWidget(); widget && widget != centralWidget() && widget != this;
+         widget = widget->parentWidget())
         objects << widget;
     if (!objects.contains(content()))
         objects << content();

@@ -1,12 +1,15 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QPointer>
 #include <QString>
 
 class CommandRouter;
 class FrameDocument;
+class NoticeLine;
 class QAction;
 class QDropEvent;
+struct Notice;
 
 /// A window of the program: the main menu, and one content widget that does the work.
 ///
@@ -39,7 +42,7 @@ public:
     /// Grows with each window made.
     int serial() const { return theSerial; }
     FrameDocument* document() const { return theDocument; }
-    QWidget* content() const { return centralWidget(); }
+    QWidget* content() const { return theContent; }
     /// Puts the content in; the window owns it. Called once.
     /// The size that it has then is the window's first size.
     void setContent(QWidget* content);
@@ -51,6 +54,10 @@ public:
     CommandRouter* router() const { return theRouter; }
     /// The menu's action for a command, for toolbars and context menus; null when there is none.
     QAction* commandAction(const QString& command) const;
+
+    /// Shows a notice below the content until it is read. tellUser() finds the window for one.
+    void notify(const Notice& notice);
+    NoticeLine* noticeLine() const { return theNoticeLine; }
 
     /// Shows the window in front of the others.
     void bringUp();
@@ -78,6 +85,8 @@ private:
 
     QString theIdentifier;
     FrameDocument* theDocument;
+    QPointer<QWidget> theContent;
+    NoticeLine* theNoticeLine;
     CommandRouter* theRouter = nullptr;
     QList<QObject*> theApplicationResponders;
     int theSerial;

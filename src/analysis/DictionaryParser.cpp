@@ -1,6 +1,7 @@
 #include "analysis/DictionaryParser.h"
 
 #include "analysis/DecimalInteger.h"
+#include "analysis/StructureWords.h"
 
 #include <array>
 
@@ -33,21 +34,21 @@ constexpr LetterKeys keysBeginningWith(char letter)
 {
     switch (letter) {
     case 'P':
-        return {KeyText{pagesKey, "Pages"}, KeyText{parentKey, "Parent"}};
+        return {KeyText{pagesKey, StructureKey::pages}, KeyText{parentKey, StructureKey::parent}};
     case 'M':
-        return {KeyText{metadataKey, "Metadata"}};
+        return {KeyText{metadataKey, StructureKey::metadata}};
     case 'N':
-        return {KeyText{namesKey, "Names"}};
+        return {KeyText{namesKey, StructureKey::names}};
     case 'K':
-        return {KeyText{kidsKey, "Kids"}};
+        return {KeyText{kidsKey, StructureKey::kids}};
     case 'C':
-        return {KeyText{countKey, "Count"}, KeyText{contentKey, "Content"}};
+        return {KeyText{countKey, StructureKey::count}, KeyText{contentKey, StructureKey::content}};
     case 'I':
-        return {KeyText{infoKey, "Info"}};
+        return {KeyText{infoKey, StructureKey::info}};
     case 'R':
-        return {KeyText{rootKey, "Root"}};
+        return {KeyText{rootKey, StructureKey::root}};
     case 'S':
-        return {KeyText{sizeKey, "Size"}};
+        return {KeyText{sizeKey, StructureKey::size}};
     default:
         return {};
     }

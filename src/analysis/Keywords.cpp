@@ -1,5 +1,7 @@
 #include "analysis/Keywords.h"
 
+#include "analysis/StructureWords.h"
+
 #include <cstring>
 
 namespace {
@@ -33,20 +35,22 @@ unsigned keywordsAt(std::string_view text, std::size_t suspect)
 {
     switch (text[suspect]) {
     case 'j':
-        return withPrefix(text, suspect, 2, "endobj", "obj", Keyword::endobj, Keyword::obj);
-    case 'm':
         return withPrefix(
-            text, suspect, 5, "endstream", "stream", Keyword::endstream, Keyword::stream);
+            text, suspect, 2, LineWord::endobj, LineWord::obj, Keyword::endobj, Keyword::obj);
+    case 'm':
+        return withPrefix(text, suspect, 5, LineWord::endstream, LineWord::stream,
+            Keyword::endstream, Keyword::stream);
     case 'r':
-        return withPrefix(text, suspect, 1, "startxref", "xref", Keyword::startxref, Keyword::xref);
+        return withPrefix(text, suspect, 1, LineWord::startxref, LineWord::xref, Keyword::startxref,
+            Keyword::xref);
     case 'F':
-        return standsAt(text, suspect, 4, "%%EOF") ? Keyword::endOfFile : 0u;
+        return standsAt(text, suspect, 4, LineWord::endOfFile) ? Keyword::endOfFile : 0u;
     case 'i':
-        return standsAt(text, suspect, 3, "trailer") ? Keyword::trailer : 0u;
+        return standsAt(text, suspect, 3, LineWord::trailer) ? Keyword::trailer : 0u;
     case 'M':
-        return standsAt(text, suspect, 2, "/XML") ? Keyword::xml : 0u;
+        return standsAt(text, suspect, 2, LineWord::xml) ? Keyword::xml : 0u;
     case 'y':
-        return standsAt(text, suspect, 2, "/Type") ? Keyword::type : 0u;
+        return standsAt(text, suspect, 2, LineWord::type) ? Keyword::type : 0u;
     default:
         return 0;
     }

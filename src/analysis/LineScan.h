@@ -3,6 +3,7 @@
 #include "analysis/BlockMasks.h"
 #include "analysis/ByteClasses.h"
 #include "analysis/Keywords.h"
+#include "analysis/StructureWords.h"
 
 #include <algorithm>
 #include <bit>
@@ -188,21 +189,22 @@ private:
             const std::size_t end = nextLineBreak(theText, hit);
             const std::string_view line = theText.substr(start, end - start);
             from = end + 1;
-            if (line.find("endstream") != std::string_view::npos) {
+            if (line.find(LineWord::endstream) != std::string_view::npos) {
                 theStreamLength = start - contents;
                 endStream();
                 theLineStart = from;
                 theBlock = std::min(from, theText.size());
                 return;
             }
-            if (line.find("/XML") == std::string_view::npos)
+            if (line.find(LineWord::xml) == std::string_view::npos)
                 contents = from;
         }
     }
 
     std::size_t findStream(std::size_t from) const
     {
-        return from < theText.size() ? theText.find("stream", from) : std::string_view::npos;
+        return from < theText.size() ? theText.find(LineWord::stream, from)
+                                     : std::string_view::npos;
     }
 
     std::string_view theText;

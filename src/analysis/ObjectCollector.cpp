@@ -1,6 +1,7 @@
 #include "analysis/ObjectCollector.h"
 
-#include <array>
+#include "analysis/StructureWords.h"
+
 #include <limits>
 #include <utility>
 
@@ -8,21 +9,6 @@ namespace {
 
 constexpr std::size_t pieceBatch = 8192;
 constexpr std::uint64_t offsetMask = (std::uint64_t{1} << Piece::offsetBits) - 1;
-
-struct TypeName
-{
-    std::string_view name;
-    ObjectType type;
-};
-
-/// In the order of their test: every line that holds "/Pages" holds "/Page" too.
-constexpr std::array typeNames{
-    TypeName{"/Catalog", ObjectType::isCatalog},
-    TypeName{"/Pages", ObjectType::isPages},
-    TypeName{"/Page", ObjectType::isPage},
-    TypeName{"/Info", ObjectType::isInfo},
-    TypeName{"/Names", ObjectType::isNames},
-};
 
 } // namespace
 
@@ -126,18 +112,9 @@ void ObjectCollector::gather(const ScannedLine& line)
 /// A line that holds "/Type" may say what the object is; the last such line decides.
 void ObjectCollector::noteType(std::string_view line)
 {
-    std::size_t best = typeNames.size();
-    for (std::size_t slash = line.find('/'); slash < line.size() && best > 0;
-         slash = line.find('/', slash + 1)) {
-        const std::string_view name = line.substr(slash);
-        for (std::size_t index = 0; index < best; ++index) {
-            if (name.size() > 1 && name[1] == typeNames[index].name[1]
-                && name.starts_with(typeNames[index].name))
-                best = index;
-        }
-    }
-    if (best < typeNames.size())
-        theType = typeNames[best].type;
+    const ObjectType type = objectTypeNamed(line);
+    if (type != ObjectType::isPlain)
+        theType = type;
 }
 
 void ObjectCollector::makeRecord(const ScannedLine& end)

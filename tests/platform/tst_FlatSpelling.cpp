@@ -14,12 +14,12 @@ private slots:
 
 void TestFlatSpelling::spellsNames()
 {
-    const auto spelt = [](const char* name, FlatKind kind, bool isStrict) {
+    const auto spelt = [](const char* name, ObjectType kind, bool isStrict) {
         FlatSpelling spelling(kind, isStrict);
         spelling.avoid("Kids");
         return QByteArray::fromStdString(spelling.name(name));
     };
-    const FlatKind plain = FlatKind::isPlain;
+    const ObjectType plain = ObjectType::isPlain;
     QCOMPARE(spelt("Font", plain, false), "/Font");
     QCOMPARE(spelt("", plain, false), "/");
     QCOMPARE(spelt("a b#(\xe9", plain, false), "/a#20b#23#28#e9");
@@ -31,16 +31,16 @@ void TestFlatSpelling::spellsNames()
     // Kinds of objects do where one is asked to be strict, but for the object's own kind.
     QCOMPARE(spelt("PageMode", plain, false), "/PageMode");
     QCOMPARE(spelt("PageMode", plain, true), "/#50ageMode");
-    QCOMPARE(spelt("PageElement", FlatKind::isPage, true), "/PageElement");
-    QCOMPARE(spelt("Pages", FlatKind::isPage, true), "/#50ages");
-    QCOMPARE(spelt("CatalogX", FlatKind::isPages, true), "/#43atalogX");
+    QCOMPARE(spelt("PageElement", ObjectType::isPage, true), "/PageElement");
+    QCOMPARE(spelt("Pages", ObjectType::isPage, true), "/#50ages");
+    QCOMPARE(spelt("CatalogX", ObjectType::isPages, true), "/#43atalogX");
     QCOMPARE(spelt("StructKids", plain, false), "/Struct#4bids");
 }
 
 void TestFlatSpelling::spellsStrings()
 {
     const auto spelt = [](const char* string, bool isStrict) {
-        FlatSpelling spelling(FlatKind::isPlain, isStrict);
+        FlatSpelling spelling(ObjectType::isPlain, isStrict);
         spelling.avoid("Kids");
         return QByteArray::fromStdString(spelling.string(string));
     };

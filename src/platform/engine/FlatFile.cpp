@@ -136,12 +136,12 @@ std::string_view FlatFile::nameIn(pdf_obj* dictionary, const char* key) const
 }
 
 /// The kind that a plain object's own Type names.
-FlatKind FlatFile::wantedKind(pdf_obj* object) const
+ObjectType FlatFile::wantedKind(pdf_obj* object) const
 {
     const std::string_view type = nameIn(object, "Type");
     if (type == "Info")
-        return FlatKind::isInfo;
-    return type == "Names" ? FlatKind::isNames : FlatKind::isPlain;
+        return ObjectType::isInfo;
+    return type == "Names" ? ObjectType::isNames : ObjectType::isPlain;
 }
 
 /// Metadata is shown line by line, unless its lines would be taken for objects.
@@ -155,7 +155,7 @@ bool FlatFile::mayShowXml(pdf_obj* dictionary, const FlatStream& stream) const
 /// Readable when that misleads nobody, otherwise spelled strictly.
 std::string FlatFile::plain(pdf_obj* object, const FlatStream* stream)
 {
-    const FlatKind wanted = wantedKind(object);
+    const ObjectType wanted = wantedKind(object);
     std::string text;
     for (const bool isStrict : {false, true}) {
         FlatSpelling spelling(wanted, isStrict);

@@ -60,7 +60,7 @@ protected:
 private:
     std::string plain(pdf_obj* object, const FlatStream* stream);
     std::string spelled(pdf_obj* object, const FlatStream* stream, const FlatSpelling& spelling);
-    FlatKind wantedKind(pdf_obj* object) const;
+    ObjectType wantedKind(pdf_obj* object) const;
     bool mayShowXml(pdf_obj* dictionary, const FlatStream& stream) const;
     std::string name(const char* name, const FlatSpelling& spelling);
     std::string array(pdf_obj* object, const FlatSpelling& spelling, int depth);

@@ -49,15 +49,15 @@ FlatObjects::Resolved FlatObjects::resolve(pdf_obj* reference)
     return isNothing ? Resolved{} : result;
 }
 
-FlatKind FlatObjects::kindOf(int source) const
+ObjectType FlatObjects::kindOf(int source) const
 {
     if (theStructure == FlatStructure::isPlain)
-        return FlatKind::isPlain;
+        return ObjectType::isPlain;
     if (source == theRoot)
-        return FlatKind::isCatalog;
+        return ObjectType::isCatalog;
     if (theDocument.pageTree().nodes.count(source) > 0)
-        return FlatKind::isPages;
-    return thePages.count(source) > 0 ? FlatKind::isPage : FlatKind::isPlain;
+        return ObjectType::isPages;
+    return thePages.count(source) > 0 ? ObjectType::isPage : ObjectType::isPlain;
 }
 
 int FlatObjects::add(pdf_obj* object, int source, int parent)
@@ -122,16 +122,17 @@ std::vector<int> FlatObjects::kidsOf(const FlatObject& node, pdf_obj* kids)
     for (int index = 0; index < count; ++index) {
         pdf_obj* kid = pdf_array_get(theContext, kids, index);
         const Resolved target = resolve(kid);
-        const FlatKind kind = kindOf(target.source);
-        if (!target.object || (kind != FlatKind::isPage && kind != FlatKind::isPages))
+        const ObjectType kind = kindOf(target.source);
+        if (!target.object || (kind != ObjectType::isPage && kind != ObjectType::isPages))
             continue;
         const auto parent = parents.find(target.source);
         const bool isHome = parent != parents.end() && parent->second == node.source;
-        if (kind == FlatKind::isPages && isHome)
+        if (kind == ObjectType::isPages && isHome)
             numbers.push_back(numberOf(kid));
-        else if (kind == FlatKind::isPage && isHome && thePlacedPages.insert(target.source).second)
+        else if (kind == ObjectType::isPage && isHome
+            && thePlacedPages.insert(target.source).second)
             numbers.push_back(numberOf(kid));
-        else if (kind == FlatKind::isPage)
+        else if (kind == ObjectType::isPage)
             numbers.push_back(add(target.object, target.source, node.source));
     }
     return numbers;

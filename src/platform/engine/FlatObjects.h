@@ -13,7 +13,7 @@ struct FlatObject
     pdf_obj* object = nullptr; ///< kept
     int source = 0; ///< its number in the file; 0 for what stood inside another object there
     int number = 0; ///< its new number
-    FlatKind kind = FlatKind::isPlain;
+    ObjectType kind = ObjectType::isPlain;
     int parent = 0; ///< for pages and nodes: the node above, by its number in the file; 0 for none
 };
 
@@ -62,7 +62,7 @@ public:
     int error() const { return theError; }
 
 private:
-    FlatKind kindOf(int source) const;
+    ObjectType kindOf(int source) const;
     int known(int source) const;
     int add(pdf_obj* object, int source, int parent);
 

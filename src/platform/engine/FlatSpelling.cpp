@@ -1,16 +1,13 @@
 #include "platform/engine/FlatSpelling.h"
 
-#include <array>
+#include "analysis/StructureWords.h"
+
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <span>
-#include <utility>
 
 namespace {
-
-/// Words that are read as structure wherever they stand; "endobj", "endstream" and "startxref" hold
-/// one of them.
-constexpr std::array<std::string_view, 5> lineWords{"stream", "obj", "xref", "trailer", "%%EOF"};
 
 constexpr char hexDigits[] = "0123456789abcdef";
 
@@ -40,32 +37,18 @@ void appendHex(std::string& text, char one)
     text += hexDigits[byte & 15];
 }
 
-/// Beginnings of names that show a kind: those that are looked for before a kind's own name, and
-/// all of them for an object that is of no kind. "Page" begins "Pages" as well.
-std::span<const std::string_view> foreignNames(FlatKind kind)
+/// Names that show another kind: those that are looked for before a kind's own name, and all of
+/// them for an object that is of no kind.
+std::span<const ObjectTypeName> foreignNames(ObjectType type)
 {
-    static constexpr std::array<std::string_view, 4> inOrder{"Catalog", "Page", "Info", "Names"};
-    static constexpr std::array<std::string_view, 2> beforePage{"Catalog", "Pages"};
-    switch (kind) {
-    case FlatKind::isCatalog:
-        return {};
-    case FlatKind::isPages:
-        return std::span(inOrder).first(1);
-    case FlatKind::isPage:
-        return beforePage;
-    case FlatKind::isInfo:
-        return std::span(inOrder).first(2);
-    case FlatKind::isNames:
-        return std::span(inOrder).first(3);
-    case FlatKind::isPlain:
-        break;
-    }
-    return inOrder;
+    const auto own = std::find_if(objectTypeNames.begin(), objectTypeNames.end(),
+        [type](const ObjectTypeName& name) { return name.type == type; });
+    return {objectTypeNames.begin(), own};
 }
 
 } // namespace
 
-FlatSpelling::FlatSpelling(FlatKind kind, bool isStrict)
+FlatSpelling::FlatSpelling(ObjectType kind, bool isStrict)
     : theKind(kind)
     , theStrict(isStrict)
 {
@@ -83,16 +66,16 @@ std::string FlatSpelling::name(std::string_view name) const
         if (name.starts_with(word))
             isHidden[0] = 1;
     };
-    for (const std::string_view word : lineWords)
+    for (const std::string_view word : LineWord::shortest)
         hide(word);
-    for (std::size_t index = 0; index < theWordCount; ++index)
-        hide(theWords[index]);
+    for (const std::string_view word : theWords)
+        hide(word);
     if (theStrict) {
-        for (const std::string_view word : foreignNames(theKind))
-            hideBeginning(word);
+        for (const ObjectTypeName& foreign : foreignNames(theKind))
+            hideBeginning(foreign.name.substr(1));
     }
     if (!theXmlIsAllowed)
-        hideBeginning("XML");
+        hideBeginning(std::string_view(LineWord::xml).substr(1));
     std::string text = "/";
     for (std::size_t index = 0; index < name.size(); ++index) {
         if (isRegular(name[index]) && !isHidden[index]) {
@@ -112,8 +95,8 @@ bool FlatSpelling::isLiteral(std::string_view bytes) const
         if (one < ' ' || one > '~')
             return false;
     }
-    return !holdsAny(bytes, lineWords) && !holdsAny(bytes, std::span(theWords).first(theWordCount))
-        && !holds(bytes, "/XML") && !(theStrict && holds(bytes, "/"));
+    return !holdsAny(bytes, LineWord::shortest) && !holdsAny(bytes, theWords)
+        && !holds(bytes, LineWord::xml) && !(theStrict && holds(bytes, "/"));
 }
 
 std::string FlatSpelling::string(std::string_view bytes) const
@@ -134,28 +117,19 @@ std::string FlatSpelling::string(std::string_view bytes) const
     return text + ')';
 }
 
-FlatKind FlatSpelling::kindOf(std::string_view line)
+ObjectType FlatSpelling::kindOf(std::string_view line)
 {
-    static constexpr std::pair<std::string_view, FlatKind> names[] = {
-        {"/Catalog", FlatKind::isCatalog}, {"/Pages", FlatKind::isPages},
-        {"/Page", FlatKind::isPage}, {"/Info", FlatKind::isInfo}, {"/Names", FlatKind::isNames}};
-    if (!holds(line, "/Type"))
-        return FlatKind::isPlain;
-    for (const auto& [name, kind] : names) {
-        if (holds(line, name))
-            return kind;
-    }
-    return FlatKind::isPlain;
+    return holds(line, LineWord::type) ? objectTypeNamed(line) : ObjectType::isPlain;
 }
 
 bool FlatSpelling::endsStream(std::string_view data)
 {
-    return holds(data, "stream");
+    return holds(data, LineWord::stream);
 }
 
 bool FlatSpelling::looksLikeObjects(std::string_view data)
 {
-    return holdsAny(data, lineWords) || holds(data, "/Type");
+    return holdsAny(data, LineWord::shortest) || holds(data, LineWord::type);
 }
 
 std::string flatReal(float number)

@@ -1,18 +1,10 @@
 #pragma once
 
+#include "analysis/pdfObject.h"
+
 #include <string>
 #include <string_view>
-
-/// What an object is to a reader that goes through the flattened file by lines and keywords.
-enum class FlatKind
-{
-    isPlain,
-    isCatalog,
-    isPages, ///< an intermediate node of the page tree
-    isPage,
-    isInfo,
-    isNames,
-};
+#include <vector>
 
 /// Spells names and strings so that a reader by keywords finds in an object's line what is there
 /// and nothing else. To a PDF reader every spelling means the same: any character of a name may be
@@ -27,10 +19,11 @@ public:
     /// @param kind the kind that the line is to show; its own type name is never passed through
     ///   name(). @param isStrict also keep out the names that stand for another kind; needed for
     ///   all kinds but isPlain, and for a plain object whose line shows another kind without it.
-    FlatSpelling(FlatKind kind, bool isStrict);
+    FlatSpelling(ObjectType kind, bool isStrict);
 
     /// Spells names that hold this word otherwise.
-    void avoid(std::string_view word) { theWords[theWordCount++] = word; }
+    /// @param word borrowed for this object's life.
+    void avoid(std::string_view word) { theWords.push_back(word); }
     /// Leaves names that begin with "XML" as they are: they mark a stream that is shown line by
     /// line.
     void allowXml() { theXmlIsAllowed = true; }
@@ -41,7 +34,7 @@ public:
     std::string string(std::string_view bytes) const;
 
     /// The kind that a line of an object shows, isPlain for those that are none of the others.
-    static FlatKind kindOf(std::string_view line);
+    static ObjectType kindOf(std::string_view line);
     /// Whether lines of a stream's data would end it early, or look like objects when they are
     /// shown line by line.
     static bool endsStream(std::string_view data);
@@ -50,11 +43,10 @@ public:
 private:
     bool isLiteral(std::string_view bytes) const;
 
-    FlatKind theKind;
+    ObjectType theKind;
     bool theStrict;
     bool theXmlIsAllowed = false;
-    std::string_view theWords[4];
-    std::size_t theWordCount = 0;
+    std::vector<std::string_view> theWords; ///< few objects have any
 };
 
 /// A number as PDF writes it: no exponent; no number and infinity as 0.

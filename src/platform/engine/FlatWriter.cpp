@@ -1,5 +1,6 @@
 #include "platform/engine/FlatWriter.h"
 
+#include "analysis/StructureWords.h"
 #include "platform/engine/Attempt.h"
 
 #include <algorithm>
@@ -48,7 +49,7 @@ int FlatWriter::write()
 
 void FlatWriter::writeObject(const FlatObject& object)
 {
-    if (object.kind == FlatKind::isPlain)
+    if (object.kind == ObjectType::isPlain)
         writePlain(object);
     else
         FlatFile::writeObject(object.number, structure(object));
@@ -56,8 +57,8 @@ void FlatWriter::writeObject(const FlatObject& object)
 
 void FlatWriter::writeTrailer(int root, int info)
 {
-    FlatSpelling spelling(FlatKind::isPlain, true);
-    for (const std::string_view word : {"Info", "Root", "Size"})
+    FlatSpelling spelling(ObjectType::isPlain, true);
+    for (const char* word : {StructureKey::info, StructureKey::root, StructureKey::size})
         spelling.avoid(word);
     std::string text;
     for (const Entry& entry : sortedEntries(pdf_trailer(theContext, theDocument.document()))) {
@@ -77,9 +78,9 @@ std::string FlatWriter::structure(const FlatObject& object)
         return "null";
     const Entries entries = sortedEntries(object.object);
     switch (object.kind) {
-    case FlatKind::isCatalog:
+    case ObjectType::isCatalog:
         return catalog(entries);
-    case FlatKind::isPages:
+    case ObjectType::isPages:
         return pages(object, entries);
     default:
         return page(object, entries);
@@ -95,9 +96,9 @@ std::string FlatWriter::parentEntry(const FlatObject& object)
 
 std::string FlatWriter::catalog(const Entries& entries)
 {
-    FlatSpelling spelling(FlatKind::isCatalog, true);
+    FlatSpelling spelling(ObjectType::isCatalog, true);
     std::string end;
-    for (const char* key : {"Metadata", "Names", "Pages"}) {
+    for (const char* key : {StructureKey::metadata, StructureKey::names, StructureKey::pages}) {
         const std::string entry = referenceEntry(key, entries);
         if (entry.empty())
             spelling.avoid(key);
@@ -109,10 +110,10 @@ std::string FlatWriter::catalog(const Entries& entries)
 
 std::string FlatWriter::pages(const FlatObject& object, const Entries& entries)
 {
-    FlatSpelling spelling(FlatKind::isPages, true);
-    spelling.avoid("Kids");
+    FlatSpelling spelling(ObjectType::isPages, true);
+    spelling.avoid(StructureKey::kids);
     if (object.parent == 0)
-        spelling.avoid("Parent");
+        spelling.avoid(StructureKey::parent);
     pdf_obj* kids = nullptr;
     const int error = attempt(
         theContext, [&] { kids = pdf_dict_get(theContext, object.object, PDF_NAME(Kids)); });
@@ -130,12 +131,12 @@ std::string FlatWriter::pages(const FlatObject& object, const Entries& entries)
 
 std::string FlatWriter::page(const FlatObject& object, const Entries& entries)
 {
-    FlatSpelling spelling(FlatKind::isPage, true);
+    FlatSpelling spelling(ObjectType::isPage, true);
     const std::string contents = referenceEntry("Contents", entries);
     if (contents.empty())
-        spelling.avoid("Content");
+        spelling.avoid(StructureKey::content);
     if (object.parent == 0)
-        spelling.avoid("Parent");
+        spelling.avoid(StructureKey::parent);
     const std::string end = contents + parentEntry(object);
     return "<< /Type /Page " + entriesBut({"Type", "Contents", "Parent"}, entries, spelling, 1)
         + end + ">>";

@@ -180,7 +180,7 @@ PrintWriter::Form PrintWriter::makeForm(int index)
 int PrintWriter::writeForm(const std::string& entries, const FlatStream& stream)
 {
     const int number = theObjects.reserve();
-    const FlatSpelling spelling(FlatKind::isPlain, false);
+    const FlatSpelling spelling(ObjectType::isPlain, false);
     writeObject(number,
         "<< /Type /XObject /Subtype /Form " + entries + streamEntries(stream, spelling) + ">>",
         &stream);
@@ -277,7 +277,7 @@ int PrintWriter::innerResources(pdf_obj* resources)
     int& number = theInnerResources[resources];
     if (number > 0)
         return number;
-    const std::string text = value(resources, FlatSpelling(FlatKind::isPlain, false), 0);
+    const std::string text = value(resources, FlatSpelling(ObjectType::isPlain, false), 0);
     int& equal = theResources[text];
     if (equal == 0) {
         equal = theObjects.reserve();
@@ -296,7 +296,7 @@ std::string PrintWriter::groupEntry(pdf_obj* page)
     pdf_obj* const group = theObjects.resolve(value).object;
     if (!pdf_is_dict(theContext, group) || nameIn(group, "S") != "Transparency")
         return {};
-    const FlatSpelling spelling(FlatKind::isPlain, false);
+    const FlatSpelling spelling(ObjectType::isPlain, false);
     return "/Group << " + entriesBut({"I"}, sortedEntries(group), spelling, 1) + "/I true >> ";
 }
 
@@ -377,7 +377,7 @@ int PrintWriter::appearanceForm(pdf_obj* appearance)
     if (!stream)
         return 0;
     noteError(stream->error);
-    const FlatSpelling spelling(FlatKind::isPlain, false);
+    const FlatSpelling spelling(ObjectType::isPlain, false);
     const std::string entries = entriesBut(
         {"Type", "Subtype", "Length", "Filter", "DecodeParms"}, sortedEntries(object), spelling, 1);
     return writeForm(entries, *stream);

@@ -52,6 +52,8 @@ class TestPDFDocument : public QObject
 
 private slots:
     void opens();
+    void tellsTheLaterVersion_data();
+    void tellsTheLaterVersion();
     void refuses();
     void asksForThePassword();
     void measuresPages();
@@ -82,6 +84,43 @@ void TestPDFDocument::opens()
     QCOMPARE(document->facts().catalogEntryCount, std::optional<int>(2));
     QCOMPARE(document->pageSize(0), QSizeF(500, 300));
     QTRY_COMPARE(document->pageSize(1), QSizeF(612, 792));
+}
+
+void TestPDFDocument::tellsTheLaterVersion_data()
+{
+    QTest::addColumn<QByteArray>("header");
+    QTest::addColumn<QByteArray>("catalog");
+    QTest::addColumn<QString>("expected");
+    const auto row
+        = [](const char* name, const char* header, const char* catalog, const char* expected) {
+              QTest::newRow(name) << QByteArray(header) << QByteArray(catalog)
+                                  << QString::fromLatin1(expected);
+          };
+    row("header alone", "1.4", "", "1.4");
+    row("catalog is later", "1.4", "/Version /1.7", "1.7");
+    row("header is later", "1.7", "/Version /1.4", "1.7");
+    row("2.0 is later than 1.7", "1.7", "/Version /2.0", "2.0");
+    row("ten comes after nine", "1.9", "/Version /1.10", "1.10");
+    row("a number is no name", "1.3", "/Version 1.4", "1.3");
+    row("nor is a text", "1.3", "/Version (1.4)", "1.3");
+    row("garbage in the catalog", "1.3", "/Version /1.4beta", "1.3");
+    row("garbage in the header", "x.y", "/Version /1.4", "1.4");
+    row("bytes behind the header's version", "1.4%\xe2\xe3", "", "1.4");
+    row("too many digits", "1.444", "/Version /999.1", "0.0");
+}
+
+void TestPDFDocument::tellsTheLaterVersion()
+{
+    QFETCH(const QByteArray, header);
+    QFETCH(const QByteArray, catalog);
+    PdfBuilder builder;
+    builder.setVersion(header.toStdString()).setCatalogEntries(catalog.toStdString()).addPage();
+    // Some bytes of another program may stand in front of it all.
+    for (const std::string& file : {builder.bytes(), "HTTP/1.1 200\r\n" + builder.bytes()}) {
+        OpenedDocument document(file);
+        const PDFFacts& facts = document->facts();
+        QTEST(QStringLiteral("%1.%2").arg(facts.majorVersion).arg(facts.minorVersion), "expected");
+    }
 }
 
 void TestPDFDocument::refuses()

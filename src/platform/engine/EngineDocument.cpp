@@ -2,6 +2,8 @@
 
 #include "platform/engine/Attempt.h"
 
+#include <algorithm>
+
 namespace {
 
 /// Fonts, images and parsed resources that MuPDF keeps for later pages.
@@ -77,11 +79,24 @@ EngineDocument::State EngineDocument::finishOpening()
     return State::isOpen;
 }
 
-int EngineDocument::version() const
+namespace {
+
+std::optional<PdfVersion> catalogVersion(fz_context* ctx, pdf_obj* catalog)
 {
-    int version = 0;
-    const int error = attempt(theContext, [&] { version = pdf_version(theContext, theDocument); });
-    return error ? 0 : version;
+    const char* version = "";
+    const int error = attempt(
+        ctx, [&] { version = pdf_to_name(ctx, pdf_dict_get(ctx, catalog, PDF_NAME(Version))); });
+    return error ? std::nullopt : parsePdfVersion(version);
+}
+
+} // namespace
+
+PdfVersion EngineDocument::version() const
+{
+    const std::optional<PdfVersion> header = headerVersion(theBytes);
+    const std::optional<PdfVersion> catalog
+        = catalogVersion(theContext, trailerDictionary(theContext, theDocument, PDF_NAME(Root)));
+    return std::max(header.value_or(PdfVersion()), catalog.value_or(PdfVersion()));
 }
 
 namespace {

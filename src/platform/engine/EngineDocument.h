@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/engine/PageTree.h"
+#include "platform/engine/PdfVersion.h"
 
 #include <mupdf/pdf.h>
 
@@ -39,8 +40,8 @@ public:
     const PageTree& pageTree() const { return thePages; }
     int pageCount() const { return static_cast<int>(thePages.pages.size()); }
 
-    /// PDF version times ten, as 17 for 1.7; 0 when it has none.
-    int version() const;
+    /// The later of the header's version and the catalog's (ISO 32000-2, 7.7.2); 0.0 without any.
+    PdfVersion version() const;
     /// Entries of the trailer's Info dictionary, and of the catalog; -1 without one.
     int infoEntryCount() const;
     int catalogEntryCount() const;

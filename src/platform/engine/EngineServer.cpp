@@ -88,11 +88,11 @@ PageGeometry geometryOf(const EngineDocument& document, int index)
 
 void EngineServer::answerOpened()
 {
-    const int version = theDocument.version();
+    const PdfVersion version = theDocument.version();
     const PageGeometry first
         = theDocument.pageCount() > 0 ? geometryOf(theDocument, 0) : PageGeometry();
     PayloadWriter facts;
-    for (const int fact : {theDocument.pageCount(), version / 10, version % 10,
+    for (const int fact : {theDocument.pageCount(), version.major, version.minor,
              theDocument.infoEntryCount(), theDocument.catalogEntryCount()})
         facts.put(fact);
     facts.put(first.width);

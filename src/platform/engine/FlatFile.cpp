@@ -33,10 +33,10 @@ std::string FlatFile::reference(int number)
 /// The comment of high bytes tells programs that move files about that this is no text.
 void FlatFile::writeHeader()
 {
-    int version = theDocument.version();
-    if (version < 10 || version > 99)
-        version = 17;
-    theOutput.write("%PDF-" + std::to_string(version / 10) + "." + std::to_string(version % 10)
+    PdfVersion version = theDocument.version();
+    if (version.major < 1 || version.major > 9 || version.minor > 9)
+        version = {1, 7}; // no version that any PDF has
+    theOutput.write("%PDF-" + std::to_string(version.major) + "." + std::to_string(version.minor)
         + "\n%\xe2\xe3\xcf\xd3\n");
 }
 

@@ -77,27 +77,27 @@ DocumentWindow* AppDelegate::makeWindow(
 
 void AppDelegate::applicationDidFinishLaunching(const QStringList& files)
 {
-    checkForUpdates();
+    const UpdatePreferences preferences = PreferenceStore::readUpdatePreferences();
+    checkForUpdates(preferences);
     theFlags = PreferenceStore::readFlags();
     const QList<DocumentWindow*> windows = theController->windows();
     for (const DocumentWindow* window : windows)
         updateMenus(*window);
+    PreferenceStore::storeNoUpdateCheck(preferences.noUpdateCheck);
+    PreferenceStore::storeUpdateInterval(intervalInForce(preferences));
     if (files.isEmpty())
         showStartWindow();
     else
         theController->openFiles(files);
 }
 
-void AppDelegate::checkForUpdates()
+void AppDelegate::checkForUpdates(const UpdatePreferences& preferences)
 {
-    const UpdatePreferences preferences = PreferenceStore::readUpdatePreferences();
     isUpdateCheckRefused = preferences.noUpdateCheck;
     if (isUpdateCheckDue(preferences, PreferenceStore::currentTime()) && startUpdateCheck) {
         startUpdateCheck();
         PreferenceStore::storeLastUpdateCheck(PreferenceStore::currentTime());
     }
-    PreferenceStore::storeNoUpdateCheck(preferences.noUpdateCheck);
-    PreferenceStore::storeUpdateInterval(intervalInForce(preferences));
 }
 
 void AppDelegate::applicationWillTerminate()

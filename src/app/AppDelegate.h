@@ -79,7 +79,7 @@ public slots:
 
 private:
     void toggle(bool& flag, QAction* sender);
-    void checkForUpdates();
+    void checkForUpdates(const UpdatePreferences& preferences);
     void openPage(const QString& address);
     void quitBehindExports();
     void updateMenus(const DocumentWindow& window) const;

@@ -1,5 +1,7 @@
 #include "app/PreferenceStore.h"
 
+#include "platform/StoredValues.h"
+
 #include <QDateTime>
 #include <QSettings>
 
@@ -24,11 +26,10 @@ constexpr bool refusedByDefault = true;
 
 UpdatePreferences PreferenceStore::readUpdatePreferences()
 {
-    const QSettings settings;
     return {
-        .noUpdateCheck = settings.value(noUpdateCheckKey, refusedByDefault).toBool(),
-        .updateCheckInt = settings.value(updateIntervalKey).toDouble(),
-        .dateLastUpdateCheck = settings.value(lastUpdateCheckKey).toDouble(),
+        .noUpdateCheck = StoredValues::flag(noUpdateCheckKey, refusedByDefault),
+        .updateCheckInt = StoredValues::number(updateIntervalKey),
+        .dateLastUpdateCheck = StoredValues::number(lastUpdateCheckKey),
     };
 }
 
@@ -49,11 +50,10 @@ void PreferenceStore::storeLastUpdateCheck(double time)
 
 PreferenceStore::Flags PreferenceStore::readFlags()
 {
-    const QSettings settings;
     return {
-        .showThumbnail = settings.value(thumbnailKey).toBool(),
-        .showRawSource = settings.value(rawSourceKey).toBool(),
-        .showSummarySource = settings.value(summarySourceKey).toBool(),
+        .showThumbnail = StoredValues::flag(thumbnailKey),
+        .showRawSource = StoredValues::flag(rawSourceKey),
+        .showSummarySource = StoredValues::flag(summarySourceKey),
     };
 }
 

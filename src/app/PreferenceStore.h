@@ -4,7 +4,7 @@
 
 /// The preferences in the user's settings (QSettings), under their keys "noUpdateCheck",
 /// "updateCheckInt", "dateLastUpdateCheck", "showThumbnail", "showRawSource", "showSummarySource".
-/// Values that are absent or of the wrong kind read as false and 0.0.
+/// Values that are absent or of the wrong kind, infinite numbers among them, read as false and 0.0.
 namespace PreferenceStore {
 
 /// Which of the three view flags are on.
@@ -15,7 +15,7 @@ struct Flags
     bool showSummarySource = false;
 };
 
-/// Where "noUpdateCheck" is absent it is what the program was built with.
+/// Where "noUpdateCheck" is absent, or no switch, it is what the program was built with.
 UpdatePreferences readUpdatePreferences();
 void storeNoUpdateCheck(bool noUpdateCheck);
 void storeUpdateInterval(double seconds);

@@ -4,6 +4,7 @@
 #include "platform/PDFDocumentText.h"
 #include "platform/PDFThumbnailView.h"
 #include "platform/PDFView.h"
+#include "platform/StoredValues.h"
 #include "platform/ViewFlags.h"
 #include "platform/frame/CommandRouter.h"
 #include "platform/frame/DocumentWindow.h"
@@ -33,7 +34,7 @@ constexpr double thumbnailGrowth = 1.1;
 
 int storedStripWidth()
 {
-    return qMax(QSettings().value(stripWidthKey, firstStripWidth).toInt(), narrowestStripWidth);
+    return qMax(StoredValues::length(stripWidthKey, firstStripWidth), narrowestStripWidth);
 }
 
 } // namespace
@@ -194,9 +195,8 @@ void ViewController::hideEvent(QHideEvent* event)
 
 void ViewController::restoreSizes(bool isStripOpen)
 {
-    const QSettings settings;
     const int strip = isStripOpen ? storedStripWidth() : 0;
-    const int text = settings.value(textWidthKey, firstTextWidth).toInt();
+    const int text = StoredValues::length(textWidthKey, firstTextWidth);
     QSplitter* splitter = ui->theSplitView;
     splitter->setStretchFactor(0, 0);
     splitter->setStretchFactor(1, 1);

@@ -30,6 +30,8 @@ private slots:
     void init();
     void firstLaunchStoresWhatItFound();
     void launchChecksWhenDue();
+    void launchStoresBehindReadingTheFlags();
+    void settingsOfTheWrongKindAreAbsent();
     void togglesMarkEveryWindowAndAreStoredAtQuit();
     void menuHoldsTheFixedTitles();
     void newWindowsHaveAFocus();
@@ -114,6 +116,47 @@ void TestAppDelegate::launchChecksWhenDue()
         QCOMPARE(after.dateLastUpdateCheck > last + 1.0, checks == 1);
         QCOMPARE(after.noUpdateCheck, launch.isRefused);
         QCOMPARE(after.updateCheckInt, 3600.0);
+    }
+}
+
+void TestAppDelegate::launchStoresBehindReadingTheFlags()
+{
+    PreferenceStore::storeFlags({false, true, false});
+    AppDelegate delegate;
+    const DocumentWindow* window = shownWindow(delegate);
+    bool wasStored = true;
+    connect(window->commandAction(QStringLiteral("toggleRawSource")), &QAction::toggled, window,
+        [&wasStored] { wasStored = QSettings().contains(QStringLiteral("updateCheckInt")); });
+    delegate.applicationDidFinishLaunching({});
+    QVERIFY(!wasStored);
+    QVERIFY(QSettings().contains(QStringLiteral("updateCheckInt")));
+}
+
+void TestAppDelegate::settingsOfTheWrongKindAreAbsent()
+{
+    const auto write = [](const char* key, const char* value) {
+        QSettings().setValue(QString::fromLatin1(key), QString::fromLatin1(value));
+    };
+    for (const char* value : {"nan", "inf", "-inf", "1e999", "banana", ""}) {
+        write("dateLastUpdateCheck", value);
+        write("updateCheckInt", value);
+        write("noUpdateCheck", value);
+        AppDelegate delegate;
+        int checks = 0;
+        delegate.setUpdateCheck([&checks] { ++checks; });
+        delegate.applicationDidFinishLaunching({});
+        QVERIFY2(checks == 1, value);
+        const UpdatePreferences after = PreferenceStore::readUpdatePreferences();
+        QVERIFY(after.dateLastUpdateCheck > 0 && !after.noUpdateCheck);
+        QCOMPARE(QSettings().value(QStringLiteral("updateCheckInt")).toDouble(), 43200.0);
+    }
+    for (const char* value : {"banana", "no", "0", "false", "FALSE", "nan", "2", ""}) {
+        write("showRawSource", value);
+        QVERIFY2(!PreferenceStore::readFlags().showRawSource, value);
+    }
+    for (const char* value : {"true", "True", "1"}) {
+        write("showRawSource", value);
+        QVERIFY2(PreferenceStore::readFlags().showRawSource, value);
     }
 }
 

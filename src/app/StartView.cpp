@@ -51,6 +51,14 @@ void StartView::choose(const QListWidgetItem* item)
     emit fileChosen(item->data(pathRole).toString());
 }
 
+/// Another program may have opened files since this window was last in front.
+bool StartView::event(QEvent* event)
+{
+    if (event->type() == QEvent::WindowActivate)
+        theRecentFiles->refresh();
+    return QWidget::event(event);
+}
+
 bool StartView::eventFilter(QObject* watched, QEvent* event)
 {
     const QListWidgetItem* item = ui->recentList->currentItem();

@@ -27,6 +27,7 @@ signals:
     void fileChosen(const QString& path);
 
 protected:
+    bool event(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:

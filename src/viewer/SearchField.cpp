@@ -1,5 +1,6 @@
 #include "viewer/SearchField.h"
 
+#include "platform/StoredList.h"
 #include "viewer/GlyphIcon.h"
 #include "views/FindBar.h"
 
@@ -7,31 +8,27 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
-#include <QSettings>
 #include <QStyle>
 
 namespace {
 
-const QString recentsKey = QStringLiteral("recentSearches");
 constexpr int widestMenuText = 320; // device-independent pixels
 
-/// Reads the recent texts, which another window may have changed.
-RecentSearches storedRecents()
+/// Shared by every window and program of this user.
+const StoredList& storedTexts()
+{
+    static const StoredList list(QStringLiteral("recentSearches"));
+    return list;
+}
+
+RecentSearches recentsOf(const QStringList& stored)
 {
     std::vector<std::u16string> texts;
-    for (const QString& text : QSettings().value(recentsKey).toStringList())
+    for (const QString& text : stored)
         texts.push_back(text.toStdU16String());
     RecentSearches recents;
     recents.restore(texts);
     return recents;
-}
-
-void store(const RecentSearches& recents)
-{
-    QStringList texts;
-    for (const std::u16string& text : recents.texts())
-        texts << QString::fromStdU16String(text);
-    QSettings().setValue(recentsKey, texts);
 }
 
 } // namespace
@@ -82,7 +79,7 @@ QMenu* SearchField::recentsMenu()
 void SearchField::fillMenu()
 {
     theMenu->clear();
-    theRecents = storedRecents();
+    theRecents = recentsOf(storedTexts().texts());
     if (!theTemplate)
         return;
     const bool hasTexts = !theRecents.texts().empty();
@@ -97,7 +94,7 @@ void SearchField::fillMenu()
             addRecents();
         else if (tag == isClearRecents && hasTexts)
             connect(theMenu->addAction(item->text()), &QAction::triggered, this,
-                [] { store(RecentSearches()); });
+                [] { storedTexts().change([](QStringList& texts) { texts.clear(); }); });
         else if (tag == isNoRecents && !hasTexts)
             theMenu->addAction(item->text())->setEnabled(false);
         else if (tag == 0 && !item->isSeparator())
@@ -129,9 +126,13 @@ void SearchField::openMenu()
 
 void SearchField::rememberSearch(const QString& text)
 {
-    RecentSearches recents = storedRecents();
-    if (recents.add(text.toStdU16String()))
-        store(recents);
+    storedTexts().change([&text](QStringList& stored) {
+        RecentSearches recents = recentsOf(stored);
+        recents.add(text.toStdU16String());
+        stored.clear();
+        for (const std::u16string& recent : recents.texts())
+            stored << QString::fromStdU16String(recent);
+    });
 }
 
 void SearchField::setMatchText(const QString& text)

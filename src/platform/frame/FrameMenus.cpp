@@ -24,6 +24,7 @@ QString menuTitle(qsizetype index, const QString& title, const QMenu& menu)
 void fillRecent(QMenu& menu, DocumentWindow& window, DocumentController& controller)
 {
     menu.clear();
+    controller.recentFiles()->refresh();
     const QStringList paths = controller.recentFiles()->paths();
     for (qsizetype index = 0; index < paths.size(); ++index) {
         const QString path = paths.at(index);
@@ -62,10 +63,8 @@ void FrameMenus::keepFilled(DocumentWindow& window, DocumentController& controll
 {
     if (auto* menu = window.findChild<QMenu*>(QStringLiteral("recentMenu"))) {
         const auto fill = [menu, &window, &controller] { fillRecent(*menu, window, controller); };
-        // Queued: the entry that has been chosen must outlive its own signal.
-        QObject::connect(
-            controller.recentFiles(), &RecentFiles::changed, menu, fill, Qt::QueuedConnection);
-        fill();
+        QObject::connect(menu, &QMenu::aboutToShow, menu, fill);
+        fill(); // an empty menu would not open
     }
     if (auto* menu = window.findChild<QMenu*>(QStringLiteral("windowMenu"))) {
         const QList<QAction*> fixed = menu->actions();

@@ -1,12 +1,25 @@
 #include "platform/frame/RecentFiles.h"
 
+#include "platform/StoredList.h"
+
 #include <QDir>
 #include <QFileInfo>
-#include <QSettings>
 
 namespace {
 
-const QString settingsKey = QStringLiteral("recentFiles");
+const StoredList& storedPaths()
+{
+    static const StoredList list(QStringLiteral("recentFiles"));
+    return list;
+}
+
+/// The settings are the user's to edit.
+void makeSound(QStringList& paths)
+{
+    paths.removeAll(QString());
+    paths.removeDuplicates();
+    paths = paths.mid(0, RecentFiles::limit);
+}
 
 QString shortFolder(const QString& path)
 {
@@ -23,32 +36,33 @@ QString shortFolder(const QString& path)
 
 RecentFiles::RecentFiles(QObject* parent)
     : QObject(parent)
-    , thePaths(QSettings().value(settingsKey).toStringList())
 {
-    // The settings are the user's to edit.
-    thePaths.removeAll(QString());
-    thePaths.removeDuplicates();
-    thePaths = thePaths.mid(0, limit);
+    refresh();
+}
+
+void RecentFiles::refresh()
+{
+    QStringList paths = storedPaths().texts();
+    makeSound(paths);
+    take(paths);
 }
 
 void RecentFiles::add(const QString& path)
 {
-    QStringList paths = thePaths;
-    paths.removeAll(path);
-    paths.prepend(path);
-    store(paths.mid(0, limit));
+    change([&path](QStringList& paths) {
+        paths.removeAll(path);
+        paths.prepend(path);
+    });
 }
 
 void RecentFiles::remove(const QString& path)
 {
-    QStringList paths = thePaths;
-    if (paths.removeAll(path) > 0)
-        store(paths);
+    change([&path](QStringList& paths) { paths.removeAll(path); });
 }
 
 void RecentFiles::clear()
 {
-    store({});
+    change([](QStringList& paths) { paths.clear(); });
 }
 
 QString RecentFiles::title(const QString& path)
@@ -56,9 +70,17 @@ QString RecentFiles::title(const QString& path)
     return QFileInfo(path).fileName() + QStringLiteral(" \u2014 ") + shortFolder(path);
 }
 
-void RecentFiles::store(const QStringList& paths)
+void RecentFiles::change(const std::function<void(QStringList&)>& change)
 {
-    thePaths = paths;
-    QSettings().setValue(settingsKey, paths);
-    emit changed();
+    take(storedPaths().change([&change](QStringList& paths) {
+        makeSound(paths);
+        change(paths);
+        makeSound(paths);
+    }));
+}
+
+void RecentFiles::take(const QStringList& paths)
+{
+    if (std::exchange(thePaths, paths) != paths)
+        emit changed();
 }

@@ -3,8 +3,11 @@
 #include <QObject>
 #include <QStringList>
 
+#include <functional>
+
 /// The files that the user opened last, kept in the settings between launches. Absolute paths,
-/// latest first, each once, at most ten. Nothing here looks at the files.
+/// latest first, each once, at most ten. Nothing here looks at the files. Other programs of this
+/// user change the same list: what they added stays.
 class RecentFiles : public QObject
 {
     Q_OBJECT
@@ -14,7 +17,10 @@ public:
 
     explicit RecentFiles(QObject* parent = nullptr);
 
+    /// As they stood when this program last looked.
     const QStringList& paths() const { return thePaths; }
+    /// Looks again, for what other programs have changed.
+    void refresh();
     /// Puts a file first.
     void add(const QString& path);
     void remove(const QString& path);
@@ -27,7 +33,8 @@ signals:
     void changed();
 
 private:
-    void store(const QStringList& paths);
+    void change(const std::function<void(QStringList&)>& change);
+    void take(const QStringList& paths);
 
     QStringList thePaths;
 };

@@ -156,8 +156,9 @@ public:
     /// arrive after opening; until then the first page's size stands in. Precondition: 0 <= page <
     /// pageCount().
     QSizeF pageSize(int page) const;
-    /// The page's label (ISO 32000-2, 12.4.2), or its 1-based number where the document defines
-    /// none; cut to 255 characters. Labels arrive with the sizes.
+    /// The page's label (ISO 32000-2, 12.4.2), or its 1-based number where the document labels no
+    /// page so far; cut to 255 characters. Empty where the document gives the page neither number
+    /// nor prefix: a page without a label. Labels arrive with the sizes.
     QString pageLabel(int page) const;
 
     /// Why the document was refused, as a sentence for the user; empty otherwise.

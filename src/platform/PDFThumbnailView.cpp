@@ -75,6 +75,7 @@ public:
     void revealCurrent();
     void wantTiles();
     void paintCell(QPainter& painter, int page);
+    QString title(int page) const;
     void paintLabel(QPainter& painter, int page, const QRect& area, bool isCurrent);
     void paintMark(QPainter& painter, const QRect& paper);
 
@@ -264,10 +265,17 @@ void PDFThumbnailView::Private::paintCell(QPainter& painter, int page)
         {area.left(), area.bottom() + 1 - labelHeight(), area.width(), labelHeight()}, isCurrent);
 }
 
+/// What stands below a page: its label, or its number when there is none to be seen.
+QString PDFThumbnailView::Private::title(int page) const
+{
+    const QString label = theDocument->pageLabel(page).simplified();
+    return label.isEmpty() ? QString::number(page + 1) : label;
+}
+
 void PDFThumbnailView::Private::paintLabel(
     QPainter& painter, int page, const QRect& area, bool isCurrent)
 {
-    const QString whole = theDocument->pageLabel(page).simplified();
+    const QString whole = title(page);
     const QFontMetrics metrics = q->fontMetrics();
     const QString label = metrics.elidedText(whole, Qt::ElideMiddle, area.width() - 8);
     QRect pill = metrics.boundingRect(label).adjusted(-6, 0, 6, 0);
@@ -403,7 +411,7 @@ bool PDFThumbnailView::viewportEvent(QEvent* event)
         return QAbstractScrollArea::viewportEvent(event);
     const auto* const help = static_cast<QHelpEvent*>(event);
     const int page = pageAt(help->pos());
-    const QString label = page < 0 ? QString() : d->theDocument->pageLabel(page).simplified();
+    const QString label = page < 0 ? QString() : d->title(page);
     if (page < 0 || label == QString::number(page + 1))
         QToolTip::showText(help->globalPos(),
             page < 0 ? QString() : tr("Page %1 of %2").arg(page + 1).arg(d->pageCount()),

@@ -31,7 +31,7 @@ void ViewController::rebuildMarkMenu()
 QString ViewController::markTitle(int page) const
 {
     const QString label = theDocument->pageLabel(page);
-    return label.isNull() ? QStringLiteral("-1") : label;
+    return label.isEmpty() ? QStringLiteral("-1") : label;
 }
 
 /// Labels of large documents arrive late; the pop-up's selection stays.

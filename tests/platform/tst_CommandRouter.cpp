@@ -1,6 +1,7 @@
 #include "platform/frame/CommandRouter.h"
 
 #include <QAction>
+#include <QComboBox>
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QSignalSpy>
@@ -70,6 +71,7 @@ private slots:
     void handsTheSenderOver();
     void actionsFollowTheirTakers();
     void shortcutsMeetAFreshState();
+    void keysOfDisabledCommandsDoNothing();
     void focusedFieldComesFirst();
 
 private:
@@ -168,6 +170,26 @@ void TestCommandRouter::shortcutsMeetAFreshState()
     theNear->refused.clear(); // and nobody says so
     QTest::keyClick(theWindow.get(), Qt::Key_D, Qt::ControlModifier);
     QCOMPARE(theNear->taken, {QStringLiteral("mark")});
+}
+
+void TestCommandRouter::keysOfDisabledCommandsDoNothing()
+{
+    QAction* action = addAction(QStringLiteral("mark"));
+    action->setShortcut(QKeySequence(QStringLiteral("Alt+Down")));
+    auto* box = new QComboBox;
+    box->addItems({QStringLiteral("one"), QStringLiteral("two")});
+    theWindow->setCentralWidget(box);
+    box->show();
+    box->setFocus();
+    QTest::keyClick(box, Qt::Key_Down, Qt::AltModifier);
+    QCOMPARE(theNear->taken.size(), 1);
+    theNear->refused << QStringLiteral("mark");
+    QTest::keyClick(box, Qt::Key_Down, Qt::AltModifier);
+    QVERIFY(!QApplication::activePopupWidget());
+    QCOMPARE(theNear->taken.size(), 1);
+    action->setShortcut(QKeySequence()); // the key is the box's again
+    QTest::keyClick(box, Qt::Key_Down, Qt::AltModifier);
+    QVERIFY(QApplication::activePopupWidget());
 }
 
 void TestCommandRouter::focusedFieldComesFirst()

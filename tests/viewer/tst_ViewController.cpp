@@ -27,7 +27,7 @@ PdfBuilder labelledPages()
     for (int page = 1; page <= 10; ++page)
         builder.addPage("page " + std::to_string(page));
     builder.setCatalogEntries("/PageLabels << /Nums [ 0 << /S /D >> 3 << /S /r >> "
-                              "5 << /P (A-1) >> 7 << /S /D /St 8 >> ] >>");
+                              "5 << /P (A-1) >> 7 << /S /D /St 8 >> 9 << >> ] >>");
     return builder;
 }
 
@@ -196,6 +196,10 @@ void TestViewController::marksAreListedLatestFirst()
     QCOMPARE(viewer->theMPagelist(), (std::vector<int>{6, 5, 0}));
     QCOMPARE(menu->currentIndex(), 0);
     QCOMPARE(viewer.pages().currentPage(), 2);
+
+    viewer.pages().goToLastPage(); // which has no label
+    viewer->setPageMark();
+    QCOMPARE(titles(menu), QStringList{u"-1"_s} + marks);
 }
 
 void TestViewController::pageFieldTakesLabelsAndNumbers()

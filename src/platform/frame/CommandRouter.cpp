@@ -107,8 +107,21 @@ void CommandRouter::validate(QAction* action) const
             ask(object, "commandIsChecked", action->objectName(), action->isChecked()));
 }
 
+bool CommandRouter::isKeyOfDisabledCommand(const QKeyEvent& event) const
+{
+    if ((event.modifiers() & ~Qt::KeypadModifier) != Qt::AltModifier)
+        return false;
+    const QKeySequence key(event.keyCombination());
+    return std::any_of(theActions.begin(), theActions.end(), [&key](const QAction* action) {
+        return !action->isEnabled() && action->shortcuts().contains(key);
+    });
+}
+
 bool CommandRouter::eventFilter(QObject* watched, QEvent* event)
 {
+    if (event->type() == QEvent::KeyPress && watched == theWindow->focusWidget()
+        && isKeyOfDisabledCommand(*static_cast<QKeyEvent*>(event)))
+        return true;
     // Sent before shortcuts are looked up, first to the window, then to what has the focus.
     if (event->type() == QEvent::ShortcutOverride
         && (watched == theWindow || watched == theWindow->focusWidget()

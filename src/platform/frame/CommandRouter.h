@@ -9,6 +9,7 @@
 #include <functional>
 
 class QAction;
+class QKeyEvent;
 class QWidget;
 
 /// Sends a window's menu commands to the object that is to carry them out.
@@ -25,6 +26,7 @@ class QWidget;
 ///
 /// States are brought up to date when a menu opens, when the focus moves, after validateSoon(), and
 /// before each key press is looked up among the shortcuts, so that no shortcut meets a stale state.
+/// A key with Alt whose command is disabled does nothing, whatever it means to what has the focus.
 class CommandRouter : public QObject
 {
     Q_OBJECT
@@ -59,6 +61,7 @@ protected:
 
 private:
     void validate(QAction* action) const;
+    bool isKeyOfDisabledCommand(const QKeyEvent& event) const;
 
     QWidget* theWindow;
     Chain theChain;

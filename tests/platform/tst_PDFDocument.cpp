@@ -55,6 +55,8 @@ private slots:
     void tellsTheLaterVersion_data();
     void tellsTheLaterVersion();
     void refuses();
+    void tellsWhichEncryptionItCannotUndo_data();
+    void tellsWhichEncryptionItCannotUndo();
     void asksForThePassword();
     void measuresPages();
     void labelsPages();
@@ -134,6 +136,43 @@ void TestPDFDocument::refuses()
         OpenedDocument document(file.toStdString());
         QCOMPARE(document->state(), PDFDocument::State::isRefused);
         QVERIFY(!document->refusalReason().isEmpty());
+    }
+}
+
+void TestPDFDocument::tellsWhichEncryptionItCannotUndo_data()
+{
+    QTest::addColumn<QByteArray>("dictionary");
+    QTest::addColumn<QString>("says");
+    const auto row = [](const char* name, const char* dictionary, const QString& says) {
+        QTest::newRow(name) << QByteArray(dictionary) << says;
+    };
+    row("for certificates",
+        "<< /Filter /Adobe.PubSec /SubFilter /adbe.pkcs7.s4 /V 1 /Recipients [ <3000> ] >>",
+        u"certificates"_s);
+    row("by another handler", "<< /Filter /Locks#20Inc /V 1 /R 2 >>", u"\u201cLocks Inc\u201d"_s);
+    row("by a handler without a name", "<< /V 1 /R 2 >>", u"which security handler"_s);
+    row("by an unknown version", "<< /Filter /Standard /V 9 /R 8 >>", u"(version 9, revision 8)"_s);
+    row("with parts missing", "<< /Filter /Standard /V 2 /R 3 >>", u"damaged"_s);
+    row("no dictionary at all", "(secret)", {});
+}
+
+void TestPDFDocument::tellsWhichEncryptionItCannotUndo()
+{
+    QFETCH(const QByteArray, dictionary);
+    QFETCH(const QString, says);
+    for (const PdfBuilder::Xref kind : {PdfBuilder::Xref::isTable, PdfBuilder::Xref::isStream}) {
+        PdfBuilder builder;
+        builder.setXref(kind).addPage("secret");
+        std::string file = builder.bytes();
+        const std::string root = "/Root 1 0 R";
+        file.insert(file.rfind(root) + root.size(), " /Encrypt " + dictionary.toStdString());
+        OpenedDocument document(file);
+        if (says.isEmpty()) {
+            QCOMPARE(document->state(), PDFDocument::State::isOpen);
+            continue;
+        }
+        QCOMPARE(document->state(), PDFDocument::State::isRefused);
+        QVERIFY2(document->refusalReason().contains(says), qPrintable(document->refusalReason()));
     }
 }
 

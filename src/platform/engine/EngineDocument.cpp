@@ -1,6 +1,7 @@
 #include "platform/engine/EngineDocument.h"
 
 #include "platform/engine/Attempt.h"
+#include "platform/engine/UnreadableEncryption.h"
 
 #include <algorithm>
 
@@ -30,7 +31,7 @@ EngineDocument::~EngineDocument()
     fz_drop_context(theContext);
 }
 
-EngineDocument::State EngineDocument::refuse(const char* reason)
+EngineDocument::State EngineDocument::refuse(const std::string& reason)
 {
     theRefusal = reason;
     return State::isRefused;
@@ -56,7 +57,8 @@ EngineDocument::State EngineDocument::open()
     if (error == FZ_ERROR_MEMORY)
         return refuse("The file needs more memory than the PDF engine may use.");
     if (error)
-        return refuse("It is not a PDF, or too damaged to be read as one.");
+        return refuse(unreadableEncryption(ctx, theBytes)
+                          .value_or("It is not a PDF, or too damaged to be read as one."));
     return needsPassword ? State::isLocked : finishOpening();
 }
 

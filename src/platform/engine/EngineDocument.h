@@ -47,7 +47,7 @@ public:
     int catalogEntryCount() const;
 
 private:
-    State refuse(const char* reason);
+    State refuse(const std::string& reason);
     State finishOpening();
 
     std::string_view theBytes;

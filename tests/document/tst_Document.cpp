@@ -220,6 +220,13 @@ void TestDocument::failuresShareAnAlert()
     QVERIFY(document);
     QTRY_VERIFY(alert->isVisible());
     QCOMPARE(alert->parentWidget(), document->windows().at(0));
+    const Document* next = open(writePdf(QStringLiteral("b.pdf")));
+    QVERIFY(next);
+    QTRY_VERIFY(alert->isVisible());
+    QCOMPARE(alert->parentWidget(), next->windows().at(0));
+    theController->openFiles({path(QStringLiteral("a.pdf"))}); // comes up again
+    QTRY_VERIFY(alert->isVisible());
+    QCOMPARE(alert->parentWidget(), document->windows().at(0));
 }
 
 void TestDocument::asksForThePassword()

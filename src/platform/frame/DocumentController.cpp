@@ -57,6 +57,7 @@ void DocumentController::openFile(const QString& path, QWidget* asking)
     if (FrameDocument* document = documentAt(path)) {
         theRecentFiles->add(path);
         document->showWindows();
+        OpenFailureAlert::moveTo(document->windowForSheet());
         return;
     }
     if (FileOpening* opening = openingOf(path)) {

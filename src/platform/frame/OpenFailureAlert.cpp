@@ -21,7 +21,7 @@ void OpenFailureAlert::report(QWidget* parent, const QString& path, const QStrin
 void OpenFailureAlert::moveTo(QWidget* window)
 {
     OpenFailureAlert* alert = current();
-    if (!alert || (alert->parentWidget() && alert->parentWidget()->isVisible()))
+    if (!alert || alert->parentWidget() == window)
         return;
     alert->setParent(window, alert->windowFlags());
     alert->showOnceItsWindowHasItsPlace();
@@ -69,7 +69,8 @@ bool OpenFailureAlert::eventFilter(QObject* watched, QEvent* event)
     auto* const window = qobject_cast<QWindow*>(watched);
     if (window && event->type() == QEvent::Expose && window->isExposed()) {
         window->removeEventFilter(this);
-        if (isWaiting)
+        const bool isItsWindow = parentWidget() && window == parentWidget()->windowHandle();
+        if (isWaiting && isItsWindow)
             QTimer::singleShot(0, this, &OpenFailureAlert::showInFront);
     }
     return QMessageBox::eventFilter(watched, event);

@@ -13,8 +13,8 @@ public:
     /// @param parent the window that a new alert belongs to, or null.
     static void report(QWidget* parent, const QString& path, const QString& reason);
 
-    /// Moves the alert over to a window, if its own window shows no more: it would lie behind the
-    /// others.
+    /// Moves the alert that shows, if any, over to a window that has just come up: otherwise the
+    /// window would lie over it.
     static void moveTo(QWidget* window);
 
     /// Learns when the window that it waits for has its place.

@@ -20,7 +20,7 @@ constexpr qsizetype maximumSheets = 1'000'000;
 static_assert(maximumSheets * printSheetSize < maximumRequestSize);
 /// The first batch is what shows at once; 1000 pages take the engine some 10 ms.
 constexpr int firstBatch = 100;
-constexpr int laterBatch = 1000;
+constexpr int laterBatch = maximumMeasuredPages;
 /// Pages that keep ending the engine when they are measured keep the size that stood in for theirs.
 constexpr int maximumLostBatches = 3;
 /// A document whose pages keep ending the engine is given up, rather than waited for page by page.
@@ -393,6 +393,7 @@ PDFTileRequest* PDFDocument::requestTile(
     job.kind = EngineRequest::isTile;
     job.priority = PDFEngineJob::Priority::isTile;
     job.payload = payload.bytes();
+    job.largestResult = static_cast<std::uint32_t>(qint64{area.width()} * area.height() * 4);
     job.accept = [request, size = area.size()](PayloadReader& reader, const QByteArray& answer) {
         const std::optional<QImage> image = readTileAnswer(reader, answer, size);
         request->theImage = image.value_or(QImage());

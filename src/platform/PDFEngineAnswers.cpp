@@ -4,10 +4,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace {
 
-constexpr qsizetype longestLabel = 255;
+constexpr qsizetype longestShownLabel = 255; ///< UTF-16 units
 
 QString textOf(std::string_view utf8)
 {
@@ -39,6 +40,13 @@ QSizeF takeSize(PayloadReader& reader)
     return {width, height};
 }
 
+/// The bytes of a text in an answer. A longer one is read as nothing, and the answer is then none.
+std::string_view takeText(PayloadReader& reader, std::size_t longest)
+{
+    const auto size = reader.take<std::uint32_t>();
+    return reader.takeBytes(size <= longest ? size : std::numeric_limits<std::size_t>::max());
+}
+
 std::optional<int> soundCount(int count)
 {
     return count >= 0 ? std::optional<int>(count) : std::nullopt;
@@ -68,9 +76,9 @@ std::optional<QList<PDFPageMeasure>> readMeasureAnswer(PayloadReader& reader, in
         PDFPageMeasure measure;
         measure.size = takeSize(reader);
         const bool hasLabel = reader.take<quint8>() != 0;
-        const QString label = textOf(reader.takeText());
+        const QString label = textOf(takeText(reader, longestLabel));
         if (hasLabel)
-            measure.label = label.left(longestLabel);
+            measure.label = label.left(longestShownLabel);
         measures.append(measure);
     }
     if (!reader.isDone())
@@ -145,7 +153,7 @@ bool takeRuns(PayloadReader& reader, const QString& string, QList<PDFTextRun>& r
 {
     constexpr std::size_t smallestRun = 21;
     const auto count = reader.take<std::uint32_t>();
-    if (!reader.holds(count, smallestRun))
+    if (count > maximumTextRuns || !reader.holds(count, smallestRun))
         return false;
     qsizetype end = 0;
     for (std::uint32_t index = 0; index < count && reader.isGood(); ++index) {
@@ -157,7 +165,7 @@ bool takeRuns(PayloadReader& reader, const QString& string, QList<PDFTextRun>& r
         run.sizeInPoints = std::isfinite(size) ? std::clamp(double{size}, 0.1, 10'000.0) : 1;
         const auto flags = reader.take<std::uint8_t>();
         const auto colour = reader.take<std::uint32_t>();
-        const PDFFontName font = parseFontName(textOf(reader.takeText()));
+        const PDFFontName font = parseFontName(textOf(takeText(reader, longestFontName)));
         run.family = font.family;
         run.isBold = (flags & 1) || font.isBold;
         run.isItalic = (flags & 2) || font.isItalic;
@@ -176,6 +184,8 @@ std::optional<PDFPageText> readTextAnswer(PayloadReader& reader, PDFTextDetail d
 {
     PDFPageText text;
     const auto count = reader.take<std::uint32_t>();
+    if (count > maximumPageCharacters)
+        return std::nullopt;
     text.string = takeString(reader, count);
     if (detail == PDFTextDetail::isWithQuads)
         text.quads = takeQuads(reader, count, text.string);
@@ -195,12 +205,32 @@ struct Target
     QString address;
 };
 
-Target takeTarget(PayloadReader& reader, int pageCount)
+/// Takes titles and addresses while they are no longer, in all, than an answer's may be.
+class TargetTexts
+{
+public:
+    explicit TargetTexts(PayloadReader& reader)
+        : theReader(reader)
+    {
+    }
+    QString take()
+    {
+        const std::string_view text = takeText(theReader, std::min(longestTargetText, theRoom));
+        theRoom -= text.size();
+        return textOf(text);
+    }
+
+private:
+    PayloadReader& theReader;
+    std::size_t theRoom = maximumTargetTexts;
+};
+
+Target takeTarget(PayloadReader& reader, TargetTexts& texts, int pageCount)
 {
     Target target;
     target.page = reader.take<int>();
     target.point = takePoint(reader);
-    target.address = textOf(reader.takeText());
+    target.address = texts.take();
     if (target.page < 0 || target.page >= pageCount)
         target.page = -1;
     return target;
@@ -213,13 +243,14 @@ std::optional<QList<PDFLink>> readLinksAnswer(PayloadReader& reader, int pageCou
     constexpr std::size_t smallestLink = 32;
     QList<PDFLink> links;
     const auto count = reader.take<std::uint32_t>();
-    if (!reader.holds(count, smallestLink))
+    if (count > maximumLinks || !reader.holds(count, smallestLink))
         return std::nullopt;
+    TargetTexts texts(reader);
     for (std::uint32_t index = 0; index < count && reader.isGood(); ++index) {
         PDFLink link;
         const QPointF corner = takePoint(reader);
         link.area = QRectF(corner, takePoint(reader)).normalized();
-        const Target target = takeTarget(reader, pageCount);
+        const Target target = takeTarget(reader, texts, pageCount);
         link.page = target.page;
         link.point = target.point;
         link.url = QUrl(target.address);
@@ -235,15 +266,16 @@ std::optional<QList<PDFOutlineEntry>> readOutlineAnswer(PayloadReader& reader, i
     constexpr std::size_t smallestEntry = 24;
     QList<PDFOutlineEntry> entries;
     const auto count = reader.take<std::uint32_t>();
-    if (!reader.holds(count, smallestEntry))
+    if (count > maximumOutlineEntries || !reader.holds(count, smallestEntry))
         return std::nullopt;
+    TargetTexts texts(reader);
     int deepest = 0; // an entry is at most one level below the one before it
     for (std::uint32_t index = 0; index < count && reader.isGood(); ++index) {
         PDFOutlineEntry entry;
         entry.depth = std::clamp(reader.take<int>(), 0, deepest);
-        deepest = std::min(entry.depth + 1, 63);
-        entry.title = textOf(reader.takeText());
-        const Target target = takeTarget(reader, pageCount);
+        deepest = std::min(entry.depth + 1, maximumOutlineDepth - 1);
+        entry.title = texts.take();
+        const Target target = takeTarget(reader, texts, pageCount);
         entry.page = target.page;
         entry.point = target.point;
         entries.append(entry);

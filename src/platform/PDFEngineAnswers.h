@@ -6,8 +6,8 @@
 #include <optional>
 
 /// What the engine's answers say, taken apart and checked value by value. Each function gives
-/// nothing for an answer that makes no sense; an engine that sends one is not to be trusted
-/// further.
+/// nothing for an answer that makes no sense or exceeds a limit (EngineLimits.h); an engine that
+/// sends one is not to be trusted further.
 
 /// Facts and the first page's size.
 struct PDFOpenedAnswer

@@ -1,5 +1,6 @@
 #include "platform/PDFEngineClient.h"
 
+#include "platform/PDFEngineAnswers.h"
 #include "platform/PDFEngineProcess.h"
 
 #include <QPointer>
@@ -13,6 +14,13 @@ constexpr std::size_t bytesPerMillisecond = 2048;
 constexpr int graceForGivenUp = 250; ///< milliseconds
 /// A document that was open once opens again unless the machine is out of something.
 constexpr int maximumFailedStarts = 2;
+constexpr int maximumNonsenses = 3;
+constexpr qint64 millisecondsBetweenProgress = 50;
+
+PayloadReader readerOf(const QByteArray& payload)
+{
+    return PayloadReader({payload.constData(), static_cast<std::size_t>(payload.size())});
+}
 
 } // namespace
 
@@ -42,8 +50,12 @@ void PDFEngineClient::startEngine()
 {
     theEngine = new PDFEngineProcess(this);
     connect(theEngine, &PDFEngineProcess::answered, this, &PDFEngineClient::takeAnswer);
-    connect(theEngine, &PDFEngineProcess::ended, this,
-        [this] { loseEngine(PDFFailure::isEngineDead); });
+    connect(theEngine, &PDFEngineProcess::ended, this, [this](bool sentNonsense) {
+        if (sentNonsense)
+            distrustEngine();
+        else
+            loseEngine(PDFFailure::isEngineDead);
+    });
     theState = State::isOpening;
     // A failure to start must not reach the caller before it has connected to the signals.
     if (!theEngine->start(theBytes, theFlatIsWanted)) {
@@ -67,8 +79,12 @@ void PDFEngineClient::stopEngine()
 
 void PDFEngineClient::send(EngineRequest kind, std::string_view payload, int timeLimit)
 {
-    theSentNumber = theJob ? theJob->first : ++theLastNumber;
-    theEngine->send(theSentNumber, kind, payload);
+    const Number number = theJob ? theJob->first : ++theLastNumber;
+    const std::uint32_t largest = theJob ? theJob->second.largestResult : 0;
+    theSentKind = kind;
+    theProgressReports = 0;
+    theSinceProgress.invalidate();
+    theEngine->send(number, kind, payload, largest > 0 ? largest : largestResult(kind));
     theLimit.start(timeLimit);
 }
 
@@ -124,72 +140,102 @@ void PDFEngineClient::startNextJob()
     send(theJob->second.kind, theJob->second.payload, theJob->second.timeLimit);
 }
 
-void PDFEngineClient::takeAnswer(quint32 number, EngineAnswer kind, const QByteArray& payload)
+void PDFEngineClient::takeAnswer(EngineAnswer kind, const QByteArray& payload)
 {
-    if (number != theSentNumber)
-        return loseEngine(PDFFailure::isEngineDead);
     if (theState == State::isOpening)
         takeOpeningAnswer(kind, payload);
     else if (theState == State::isBusy)
         takeJobAnswer(kind, payload);
     else
-        loseEngine(PDFFailure::isEngineDead);
+        distrustEngine();
 }
 
 void PDFEngineClient::takeOpeningAnswer(EngineAnswer kind, const QByteArray& payload)
 {
-    PayloadReader reader({payload.constData(), static_cast<std::size_t>(payload.size())});
     theLimit.stop();
     switch (kind) {
     case EngineAnswer::isOpened:
-        theState = State::isIdle;
-        theFailedStarts = 0;
-        startNextJob();
-        if (!std::exchange(theDocumentWasOpen, true))
-            emit opened(payload);
-        return;
-    case EngineAnswer::isLocked: {
-        theState = State::isLocked;
-        const bool wasTried = reader.take<quint8>() != 0;
-        if (thePassword && !wasTried)
-            unlock(QString::fromStdString(*thePassword));
-        else if (theDocumentWasOpen || thePasswordIsKnown)
-            failOpening(tr("The PDF engine does not take the password any more."));
-        else
-            emit locked(wasTried);
-        return;
-    }
+        return takeFacts(payload);
+    case EngineAnswer::isLocked:
+        return takeLock(payload);
     case EngineAnswer::isRefused: {
-        const std::string_view reason = reader.takeText().substr(0, 500);
+        PayloadReader reader = readerOf(payload);
+        const std::string_view reason = reader.takeText();
+        if (!reader.isDone())
+            return distrustEngine();
         return failOpening(QString::fromUtf8(reason.data(), static_cast<qsizetype>(reason.size())));
     }
     default:
-        return loseEngine(PDFFailure::isEngineDead);
+        return distrustEngine();
     }
+}
+
+void PDFEngineClient::takeFacts(const QByteArray& payload)
+{
+    PayloadReader reader = readerOf(payload);
+    // The same bytes make the same document each time.
+    const bool isOther = theDocumentWasOpen && payload != theFacts;
+    if (isOther || !readOpenedAnswer(reader))
+        return distrustEngine();
+    theState = State::isIdle;
+    theFailedStarts = 0;
+    theFacts = payload;
+    startNextJob();
+    if (!std::exchange(theDocumentWasOpen, true))
+        emit opened(payload);
+}
+
+void PDFEngineClient::takeLock(const QByteArray& payload)
+{
+    PayloadReader reader = readerOf(payload);
+    const bool wasTried = reader.take<quint8>() != 0;
+    if (!reader.isDone() || wasTried != (theSentKind == EngineRequest::isUnlock))
+        return distrustEngine();
+    theState = State::isLocked;
+    if (thePassword && !wasTried)
+        unlock(QString::fromStdString(*thePassword));
+    else if (theDocumentWasOpen || thePasswordIsKnown)
+        failOpening(tr("The PDF engine does not take the password any more."));
+    else
+        emit locked(wasTried);
 }
 
 void PDFEngineClient::takeJobAnswer(EngineAnswer kind, const QByteArray& payload)
 {
-    PayloadReader reader({payload.constData(), static_cast<std::size_t>(payload.size())});
-    if (kind == EngineAnswer::isProgress) {
-        const int done = reader.take<int>();
-        const int total = reader.take<int>();
-        if (theJob->second.progress && reader.isDone() && done >= 0 && total >= 0)
-            theJob->second.progress(done, total);
-        return;
-    }
+    PayloadReader reader = readerOf(payload);
+    if (kind == EngineAnswer::isProgress)
+        return takeProgress(payload);
     if (kind == EngineAnswer::isDone) {
         const auto& accept = theJob->second.accept;
         if (accept && (!accept(reader, payload) || !reader.isDone()))
-            return loseEngine(PDFFailure::isEngineDead);
+            return distrustEngine();
         return endJob(PDFFailure::isNone);
     }
-    if (kind != EngineAnswer::isFailed)
-        return loseEngine(PDFFailure::isEngineDead);
     const auto fault = static_cast<EngineFault>(reader.take<quint8>());
+    if (kind != EngineAnswer::isFailed || !reader.isDone())
+        return distrustEngine();
     if (fault == EngineFault::isOutOfMemory)
         return loseEngine(PDFFailure::isOutOfMemory);
     endJob(PDFFailure::isDamaged);
+}
+
+/// Of many reports a second, which would hold up the event loop, a few are passed on.
+void PDFEngineClient::takeProgress(const QByteArray& payload)
+{
+    PayloadReader reader = readerOf(payload);
+    const int done = reader.take<int>();
+    const int total = reader.take<int>();
+    const bool isWriting
+        = theSentKind == EngineRequest::isFlat || theSentKind == EngineRequest::isPrint;
+    if (!isWriting || !reader.isDone() || done < 0 || total < 0 || (total > 0 && done > total)
+        || ++theProgressReports > maximumProgressReports)
+        return distrustEngine();
+    const bool isSoon
+        = theSinceProgress.isValid() && theSinceProgress.elapsed() < millisecondsBetweenProgress;
+    if (isSoon || !theJob->second.progress)
+        return;
+    theSinceProgress.start();
+    theJob->second.progress(done, total);
 }
 
 void PDFEngineClient::endJob(PDFFailure failure)
@@ -212,6 +258,11 @@ void PDFEngineClient::loseEngine(PDFFailure failure)
 {
     const bool wasOpening = theState == State::isOpening;
     stopEngine();
+    if (!wasOpening && theNonsenses > maximumNonsenses) {
+        theState = State::isBroken;
+        theBreakage = failure;
+        QMetaObject::invokeMethod(this, &PDFEngineClient::failWaitingJobs, Qt::QueuedConnection);
+    }
     if (theJob)
         return endJob(failure);
     if (!wasOpening)
@@ -220,6 +271,12 @@ void PDFEngineClient::loseEngine(PDFFailure failure)
             ? tr("Reading the file takes longer than %1 seconds.").arg(openingLimit() / 1000)
             : tr("The PDF engine stopped while it was reading the file."),
         failure);
+}
+
+void PDFEngineClient::distrustEngine()
+{
+    ++theNonsenses;
+    loseEngine(PDFFailure::isEngineDead);
 }
 
 void PDFEngineClient::failOpening(const QString& reason, PDFFailure failure)

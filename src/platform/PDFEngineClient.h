@@ -4,6 +4,7 @@
 #include "platform/PDFRequest.h"
 #include "platform/engine/EngineProtocol.h"
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QString>
 #include <QTimer>
@@ -32,6 +33,7 @@ struct PDFEngineJob
     Priority priority = Priority::isPromptWork;
     int timeLimit = 20'000; ///< milliseconds from when the engine starts on it
     std::string payload;
+    std::uint32_t largestResult = 0; ///< bytes; 0 for what the kind of request may bring at most
     /// Takes the result, of which the reader is at the start. @returns false when it makes no
     /// sense: the engine is then replaced and the job has failed.
     std::function<bool(PayloadReader&, const QByteArray& payload)> accept;
@@ -42,7 +44,9 @@ struct PDFEngineJob
 /// Keeps an engine at work: a queue of jobs, one at a time, each with its time limit.
 ///
 /// An engine that ends, stalls, answers nonsense or runs out of memory is replaced for the next
-/// job; the job that it was at fails. Main thread only; nothing here waits.
+/// job; the job that it was at fails. No sound engine answers nonsense: when it has happened a few
+/// times, the file is in command, and no further engine is started on it. Main thread only; nothing
+/// here waits.
 class PDFEngineClient : public QObject
 {
     Q_OBJECT
@@ -108,10 +112,15 @@ private:
     void startEngine();
     void stopEngine();
     void startNextJob();
-    void takeAnswer(quint32 number, EngineAnswer kind, const QByteArray& payload);
+    void takeAnswer(EngineAnswer kind, const QByteArray& payload);
     void takeOpeningAnswer(EngineAnswer kind, const QByteArray& payload);
     void takeJobAnswer(EngineAnswer kind, const QByteArray& payload);
+    void takeFacts(const QByteArray& payload);
+    void takeLock(const QByteArray& payload);
+    void takeProgress(const QByteArray& payload);
     void loseEngine(PDFFailure failure);
+    /// Ends an engine that has sent what no engine sends.
+    void distrustEngine();
     void failOpening(const QString& reason, PDFFailure failure = PDFFailure::isEngineDead);
     void endJob(PDFFailure failure);
     void send(EngineRequest kind, std::string_view payload, int timeLimit);
@@ -124,11 +133,15 @@ private:
     PDFEngineProcess* theEngine = nullptr;
     State theState = State::isOff;
     bool theDocumentWasOpen = false;
+    QByteArray theFacts; ///< payload of isOpened: each engine on the file says the same
     int theFailedStarts = 0;
+    int theNonsenses = 0;
+    std::uint32_t theProgressReports = 0; ///< of the present job
+    QElapsedTimer theSinceProgress;
     PDFFailure theBreakage = PDFFailure::isEngineDead; ///< what every job fails with when broken
     QTimer theLimit;
     Number theLastNumber = 0;
-    Number theSentNumber = 0; ///< what the engine's answers carry
+    EngineRequest theSentKind = EngineRequest::isOpen;
     std::map<Key, std::pair<Number, PDFEngineJob>> theQueue;
     std::map<Number, Key> theKeys; ///< where a waiting job stands in the queue
     std::optional<std::pair<Number, PDFEngineJob>> theJob;

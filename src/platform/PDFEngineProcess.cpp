@@ -19,6 +19,9 @@ namespace {
 
 /// Bytes that one turn of the event loop takes: a millisecond's work.
 constexpr std::size_t portion = 256 * 1024;
+/// What a read costs at least, as bytes of a portion: an engine may send its answers in single
+/// bytes, and reports without end.
+constexpr std::size_t leastCost = 512;
 
 void closeIfOpen(int& descriptor)
 {
@@ -26,10 +29,23 @@ void closeIfOpen(int& descriptor)
         ::close(std::exchange(descriptor, -1));
 }
 
+QString& pathForTests()
+{
+    static QString path;
+    return path;
+}
+
 } // namespace
+
+void setPDFEnginePathForTests(const QString& path)
+{
+    pathForTests() = path;
+}
 
 QString pdfEnginePath()
 {
+    if (!pathForTests().isEmpty())
+        return pathForTests();
     const QString folder = QCoreApplication::applicationDirPath();
     const QString beside = folder + QStringLiteral("/tarnwick-pdf-engine");
     if (QFileInfo(beside).isExecutable())
@@ -109,8 +125,12 @@ bool PDFEngineProcess::start(const FileBytes& bytes, bool writesFlat)
     return theProcess->state() != QProcess::NotRunning;
 }
 
-void PDFEngineProcess::send(std::uint32_t number, EngineRequest kind, std::string_view payload)
+void PDFEngineProcess::send(
+    std::uint32_t number, EngineRequest kind, std::string_view payload, std::uint32_t largest)
 {
+    theRequestIsOpen = true;
+    theRequest = number;
+    theLargestResult = largest;
     EngineFrame frame;
     frame.size = static_cast<std::uint32_t>(payload.size());
     frame.request = number;
@@ -131,10 +151,14 @@ void PDFEngineProcess::readAnswers()
 void PDFEngineProcess::readRest()
 {
     const QPointer<PDFEngineProcess> self(this);
-    std::size_t budget = maximumAnswerSize;
-    while (self && !theEnd && readSome(budget)) { }
-    if (self)
+    std::size_t budget = portion;
+    while (self && !theEnd && budget > 0 && readSome(budget)) { }
+    if (!self || theEnd)
+        return;
+    if (budget > 0)
         end();
+    else
+        QMetaObject::invokeMethod(this, &PDFEngineProcess::readRest, Qt::QueuedConnection);
 }
 
 /// Reads a part of the answer that is on its way and takes the answer when it is whole.
@@ -156,7 +180,7 @@ bool PDFEngineProcess::readSome(std::size_t& budget)
         return false;
     }
     const auto count = static_cast<std::size_t>(got);
-    budget -= count;
+    budget -= std::min(budget, std::max(count, leastCost));
     if (isHead) {
         theHeadSize += count;
         if (theHeadSize == sizeof theFrame && !takeHead())
@@ -169,13 +193,19 @@ bool PDFEngineProcess::readSome(std::size_t& budget)
     return true;
 }
 
-/// @returns false when it is no answer's.
+bool PDFEngineProcess::isAnswer(const EngineFrame& frame) const
+{
+    return theRequestIsOpen && frame.request == theRequest
+        && frame.kind >= static_cast<quint8>(EngineAnswer::isOpened)
+        && frame.kind <= static_cast<quint8>(EngineAnswer::isProgress)
+        && frame.size <= largestPayload(static_cast<EngineAnswer>(frame.kind), theLargestResult);
+}
+
+/// @returns false when it is no answer's: no memory is taken for what cannot be one.
 bool PDFEngineProcess::takeHead()
 {
-    const bool isAnswer = theFrame.kind >= static_cast<quint8>(EngineAnswer::isOpened)
-        && theFrame.kind <= static_cast<quint8>(EngineAnswer::isProgress);
-    if (!isAnswer || theFrame.size > maximumAnswerSize) {
-        end();
+    if (!isAnswer(theFrame)) {
+        end(true);
         return false;
     }
     thePayload = QByteArray(qsizetype{theFrame.size}, Qt::Uninitialized);
@@ -188,17 +218,19 @@ void PDFEngineProcess::takePayload()
     theHeadSize = 0;
     thePayloadSize = 0;
     const QByteArray payload = std::exchange(thePayload, QByteArray());
-    emit answered(theFrame.request, static_cast<EngineAnswer>(theFrame.kind), payload);
+    const auto kind = static_cast<EngineAnswer>(theFrame.kind);
+    theRequestIsOpen = kind == EngineAnswer::isProgress;
+    emit answered(kind, payload);
 }
 
-void PDFEngineProcess::end()
+void PDFEngineProcess::end(bool sentNonsense)
 {
     if (std::exchange(theEnd, true))
         return;
     if (theNotifier)
         theNotifier->setEnabled(false);
     theProcess->kill();
-    emit ended();
+    emit ended(sentNonsense);
 }
 
 std::optional<FileBytes> PDFEngineProcess::takeFlat(std::size_t size)

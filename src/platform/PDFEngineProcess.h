@@ -16,6 +16,8 @@ class QSocketNotifier;
 /// Path of the engine's executable: beside the program (a build folder), else where an installation
 /// puts it, in ../libexec/tarnwick seen from the program's folder.
 QString pdfEnginePath();
+/// For tests: another program to be run as the engine from now on; empty for the usual one.
+void setPDFEnginePathForTests(const QString& path);
 
 /// One running engine and the pipes to it.
 ///
@@ -35,8 +37,11 @@ public:
     /// flattened or printed document into. @returns false when the system does not let it start.
     bool start(const FileBytes& bytes, bool writesFlat);
 
-    /// Sends a request; the number comes back with its answers.
-    void send(std::uint32_t number, EngineRequest kind, std::string_view payload);
+    /// Sends a request; the number comes back with its answers. One at a time: what comes when the
+    /// request has been answered, or carries another number, is no answer.
+    /// @param largest bytes that the result may have.
+    void send(
+        std::uint32_t number, EngineRequest kind, std::string_view payload, std::uint32_t largest);
 
     /// Seals and takes over what the engine has written. @returns nothing when it wrote other than
     /// size bytes, or when it was taken before.
@@ -46,19 +51,21 @@ public:
     qint64 processId() const;
 
 signals:
-    /// An answer. The frame's size and kind have been checked, what the payload says has not.
-    void answered(quint32 number, EngineAnswer kind, const QByteArray& payload);
+    /// An answer to the request. The frame's size and kind have been checked, what the payload says
+    /// has not.
+    void answered(EngineAnswer kind, const QByteArray& payload);
     /// The engine has gone, or sent what is no answer. Emitted once.
-    void ended();
+    void ended(bool sentNonsense);
 
 private:
     bool makePipe();
     void readAnswers();
     void readRest();
     bool readSome(std::size_t& budget);
+    bool isAnswer(const EngineFrame& frame) const;
     bool takeHead();
     void takePayload();
-    void end();
+    void end(bool sentNonsense = false);
 
     QProcess* theProcess; ///< outlives this object until the system has reaped the engine
     int theAnswers = -1; ///< our end of the pipe
@@ -70,4 +77,7 @@ private:
     std::size_t thePayloadSize = 0; ///< bytes of it that have come
     int theFlatDescriptor = -1;
     bool theEnd = false;
+    bool theRequestIsOpen = false; ///< sent, and without its last answer
+    std::uint32_t theRequest = 0;
+    std::uint32_t theLargestResult = 0;
 };

@@ -30,6 +30,7 @@ private slots:
     void givesBothUnitsOfAPairOneQuad();
     void leadsNowhereOutsideTheDocument();
     void takesNoImageOfAnotherSize();
+    void refusesWhatExceedsALimit();
     void survivesAnyBytes();
     void readsFontNames();
 };
@@ -126,6 +127,61 @@ void TestPDFEngineAnswers::takesNoImageOfAnotherSize()
     QCOMPARE(image(QSize(2, 3))->pixel(1, 2), qRgb(0x7f, 0x7f, 0x7f));
     QVERIFY(!image(QSize(2, 2)));
     QVERIFY(!image(QSize(4096, 4096)));
+}
+
+/// Each answer is sound but for the one number that is a step beyond its limit.
+void TestPDFEngineAnswers::refusesWhatExceedsALimit()
+{
+    const auto putLinks = [](PayloadWriter& payload, quint32 count, std::size_t address) {
+        payload.put(count);
+        for (quint32 link = 0; link < count; ++link) {
+            for (int edge = 0; edge < 4; ++edge)
+                payload.put(1.0f);
+            putTarget(payload, 0, std::string(address, 'a').c_str());
+        }
+    };
+    const auto links = [&putLinks](quint32 count, std::size_t address) {
+        PayloadWriter payload;
+        putLinks(payload, count, address);
+        PayloadReader reader(payload.bytes());
+        return readLinksAnswer(reader, 1).has_value();
+    };
+    const auto outline = [](quint32 count, std::size_t title) {
+        PayloadWriter payload;
+        payload.put(count);
+        for (quint32 entry = 0; entry < count; ++entry) {
+            payload.put(0);
+            payload.putText(std::string(title, 't'));
+            putTarget(payload, 0, "");
+        }
+        PayloadReader reader(payload.bytes());
+        return readOutlineAnswer(reader, 1).has_value();
+    };
+    const auto label = [](std::size_t size) {
+        PayloadWriter payload;
+        payload.put(1.0f);
+        payload.put(1.0f);
+        payload.put(quint8{1});
+        payload.putText(std::string(size, 'l'));
+        PayloadReader reader(payload.bytes());
+        return readMeasureAnswer(reader, 1).has_value();
+    };
+    const auto text = [](quint32 characters) {
+        PayloadWriter payload;
+        payload.put(characters);
+        const std::string letters(characters * sizeof(char32_t), '\1');
+        payload.putBytes(letters.data(), letters.size());
+        PayloadReader reader(payload.bytes());
+        return readTextAnswer(reader, PDFTextDetail::isPlain).has_value();
+    };
+    QVERIFY(links(maximumLinks, 1) && !links(maximumLinks + 1, 1));
+    QVERIFY(links(1, longestTargetText) && !links(1, longestTargetText + 1));
+    QVERIFY(!links(maximumTargetTexts / longestTargetText + 1, longestTargetText));
+    QVERIFY(outline(maximumOutlineEntries, 1) && !outline(maximumOutlineEntries + 1, 1));
+    QVERIFY(!outline(1, longestTargetText + 1));
+    QVERIFY(!outline(maximumTargetTexts / longestTargetText + 1, longestTargetText));
+    QVERIFY(label(longestLabel) && !label(longestLabel + 1));
+    QVERIFY(text(maximumPageCharacters) && !text(maximumPageCharacters + 1));
 }
 
 /// An engine that has been taken over may send anything; run with the sanitizers this looks for

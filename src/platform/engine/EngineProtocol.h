@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/engine/EngineLimits.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -11,8 +13,9 @@
 ///
 /// A frame is a header (EngineFrame) and a payload of values one after another, in the machine's
 /// own byte order: both ends are of the same build. The program asks, one request at a time; the
-/// engine answers with any number of isProgress frames and one other. Both sides check every size,
-/// and the program every value as well: a hostile file may have taken the engine over.
+/// engine answers with any number of isProgress frames (isFlat and isPrint alone) and one other.
+/// Both sides check every size, by the limits that they share, and the program every value as well:
+/// a hostile file may have taken the engine over.
 
 /// What the program asks for. The payload follows in brackets.
 enum class EngineRequest : std::uint8_t
@@ -57,15 +60,60 @@ struct EngineFrame
 };
 static_assert(sizeof(EngineFrame) == 12);
 
-constexpr std::uint32_t maximumRequestSize = 64u << 20; ///< a million sheets to print
-constexpr std::uint32_t maximumAnswerSize = 160u << 20;
-constexpr int maximumTileSide = 4096;
-constexpr int maximumPageCount = 4'000'000;
-/// Bytes of a sheet in isPrint.
-constexpr std::size_t printSheetSize = sizeof(int) + 5 * sizeof(double);
-/// Characters of one page's text; what follows is left out. The longest real pages have some
-/// 50,000.
-constexpr std::uint32_t maximumPageCharacters = 3'000'000;
+/// The most bytes that the result of a request has.
+constexpr std::uint32_t largestResult(EngineRequest kind)
+{
+    constexpr std::size_t rest = 64; // counts and what else stands at the head of an answer
+    constexpr std::size_t target = sizeof(int) + 2 * sizeof(float) + sizeof(std::uint32_t);
+    std::size_t size = 0;
+    switch (kind) {
+    case EngineRequest::isOpen:
+    case EngineRequest::isUnlock:
+        break; // these have no result, but facts
+    case EngineRequest::isMeasure:
+        size
+            = maximumMeasuredPages * (2 * sizeof(float) + 1 + sizeof(std::uint32_t) + longestLabel);
+        break;
+    case EngineRequest::isTile:
+        size = std::size_t{maximumTileSide} * maximumTileSide * 4;
+        break;
+    case EngineRequest::isText: // quads take more than attributes do
+        size = maximumPageCharacters * (sizeof(char32_t) + 8 * sizeof(float));
+        break;
+    case EngineRequest::isLinks:
+        size = maximumLinks * (4 * sizeof(float) + target) + maximumTargetTexts;
+        break;
+    case EngineRequest::isOutline:
+        size = maximumOutlineEntries * (sizeof(int) + sizeof(std::uint32_t) + target)
+            + maximumTargetTexts;
+        break;
+    case EngineRequest::isFlat:
+    case EngineRequest::isPrint:
+        size = maximumPageCount * std::size_t{8};
+        break;
+    }
+    return static_cast<std::uint32_t>(size + rest);
+}
+static_assert(largestResult(EngineRequest::isText) < maximumAnswerSize);
+
+/// The most bytes of payload that a frame of an answer has. @param result what isDone may have.
+constexpr std::uint32_t largestPayload(EngineAnswer kind, std::uint32_t result)
+{
+    switch (kind) {
+    case EngineAnswer::isOpened:
+        return 5 * sizeof(int) + 2 * sizeof(float);
+    case EngineAnswer::isRefused:
+        return sizeof(std::uint32_t) + longestReason;
+    case EngineAnswer::isDone:
+        return result;
+    case EngineAnswer::isLocked:
+    case EngineAnswer::isFailed:
+        return 1;
+    case EngineAnswer::isProgress:
+        return 2 * sizeof(int);
+    }
+    return 0;
+}
 
 /// Puts a payload together.
 class PayloadWriter

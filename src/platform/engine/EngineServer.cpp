@@ -128,7 +128,8 @@ int EngineServer::perform(EngineRequest kind, PayloadReader& arguments, PayloadW
 int EngineServer::measure(PayloadReader& arguments, PayloadWriter& result)
 {
     const int first = std::max(arguments.take<int>(), 0);
-    const int count = std::min(arguments.take<int>(), theDocument.pageCount() - first);
+    const int count
+        = std::min({arguments.take<int>(), theDocument.pageCount() - first, maximumMeasuredPages});
     if (!theLabels)
         theLabels = readPageLabels(theDocument.context(), theDocument.document());
     for (int page = first; page < first + count; ++page) {
@@ -137,7 +138,7 @@ int EngineServer::measure(PayloadReader& arguments, PayloadWriter& result)
         result.put(geometry.width);
         result.put(geometry.height);
         result.put(static_cast<std::uint8_t>(label.has_value()));
-        result.putText(label.value_or(std::string()));
+        result.putText(label.value_or(std::string()).substr(0, longestLabel));
     }
     return FZ_ERROR_NONE;
 }

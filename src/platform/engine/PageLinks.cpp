@@ -7,15 +7,29 @@
 
 namespace {
 
-constexpr std::uint32_t maximumLinks = 20'000;
-constexpr std::uint32_t maximumEntries = 100'000;
-constexpr int maximumDepth = 64;
-constexpr std::size_t longestText = 4096;
-
+/// The beginning of a text that an answer may hold, whole characters of UTF-8.
 std::string_view shortened(const char* text)
 {
-    std::string_view view = text ? std::string_view(text) : std::string_view();
-    return view.substr(0, longestText);
+    const std::string_view view = text ? std::string_view(text) : std::string_view();
+    if (view.size() <= longestTargetText)
+        return view;
+    std::size_t end = longestTargetText;
+    while (end > longestTargetText - 4 && (static_cast<unsigned char>(view[end]) & 0xc0u) == 0x80u)
+        --end;
+    return view.substr(0, end);
+}
+
+/// Puts a title or an address and counts its bytes.
+void putTargetText(std::string_view text, std::size_t& targetTexts, PayloadWriter& result)
+{
+    result.putText(text);
+    targetTexts += text.size();
+}
+
+/// Whether an answer that holds so many bytes of titles and addresses may have one of each more.
+bool hasRoom(std::size_t targetTexts)
+{
+    return targetTexts + 2 * longestTargetText <= maximumTargetTexts;
 }
 
 float sound(float number)
@@ -24,7 +38,8 @@ float sound(float number)
 }
 
 /// Where an address of MuPDF's leads: "#page=..." within the document, anything else outside.
-void putTarget(const EngineDocument& document, const char* address, PayloadWriter& result)
+void putTarget(const EngineDocument& document, const char* address, std::size_t& targetTexts,
+    PayloadWriter& result)
 {
     fz_context* const ctx = document.context();
     int page = -1;
@@ -42,7 +57,7 @@ void putTarget(const EngineDocument& document, const char* address, PayloadWrite
     result.put(page);
     result.put(page < 0 ? 0.0f : sound(target.x));
     result.put(page < 0 ? 0.0f : sound(target.y));
-    result.putText(isOutside ? shortened(address) : std::string_view());
+    putTargetText(isOutside ? shortened(address) : std::string_view(), targetTexts, result);
 }
 
 /// Walks an outline without recursion; the tree was built by MuPDF, which cuts its cycles.
@@ -55,9 +70,9 @@ public:
     }
     void add(const fz_outline* first)
     {
-        const fz_outline* branch[maximumDepth] = {first};
+        const fz_outline* branch[maximumOutlineDepth] = {first};
         int depth = 0;
-        while (depth >= 0 && theCount < maximumEntries) {
+        while (depth >= 0 && theCount < maximumOutlineEntries && hasRoom(theTargetTexts)) {
             const fz_outline* entry = branch[depth];
             if (!entry) {
                 --depth;
@@ -65,7 +80,7 @@ public:
             }
             branch[depth] = entry->next;
             put(*entry, depth);
-            if (entry->down && depth + 1 < maximumDepth)
+            if (entry->down && depth + 1 < maximumOutlineDepth)
                 branch[++depth] = entry->down;
         }
     }
@@ -80,12 +95,13 @@ private:
     {
         ++theCount;
         theEntries.put(depth);
-        theEntries.putText(shortened(entry.title));
-        putTarget(theDocument, entry.uri, theEntries);
+        putTargetText(shortened(entry.title), theTargetTexts, theEntries);
+        putTarget(theDocument, entry.uri, theTargetTexts, theEntries);
     }
 
     const EngineDocument& theDocument;
     std::uint32_t theCount = 0;
+    std::size_t theTargetTexts = 0;
     PayloadWriter theEntries;
 };
 
@@ -103,10 +119,12 @@ int readLinks(const EngineDocument& document, int page, PayloadWriter& result)
         return error;
     PayloadWriter items;
     std::uint32_t count = 0;
-    for (const fz_link* link = links; link && count < maximumLinks; link = link->next, ++count) {
+    std::size_t targetTexts = 0;
+    for (const fz_link* link = links; link && count < maximumLinks && hasRoom(targetTexts);
+         link = link->next, ++count) {
         for (const float edge : {link->rect.x0, link->rect.y0, link->rect.x1, link->rect.y1})
             items.put(sound(edge));
-        putTarget(document, link->uri, items);
+        putTarget(document, link->uri, targetTexts, items);
     }
     fz_drop_link(ctx, links);
     result.put(count);

@@ -78,13 +78,20 @@ void TextCollector::add(char32_t character, const fz_quad& quad, const Style& st
     if (theText.size() >= maximumPageCharacters)
         return;
     if (theDetail == 2) {
-        if (theRuns.empty() || theRuns.back().style != style)
+        const bool isNew = theRuns.empty() || theRuns.back().style != style;
+        if (isNew && theRuns.size() < maximumTextRuns)
             theRuns.push_back({static_cast<std::uint32_t>(theText.size()), 0, style});
         ++theRuns.back().length;
     }
     if (theDetail == 1)
         theQuads.push_back(quad);
     theText += character;
+}
+
+std::string_view fontName(fz_context* ctx, fz_font* font)
+{
+    return font ? std::string_view(fz_font_name(ctx, font)).substr(0, longestFontName)
+                : std::string_view();
 }
 
 void TextCollector::write(fz_context* ctx, PayloadWriter& result) const
@@ -109,7 +116,7 @@ void TextCollector::write(fz_context* ctx, PayloadWriter& result) const
         result.put(run.style.size);
         result.put(static_cast<std::uint8_t>((isBold ? 1 : 0) | (isItalic ? 2 : 0)));
         result.put(run.style.colour);
-        result.putText(font ? fz_font_name(ctx, font) : "");
+        result.putText(fontName(ctx, font));
     }
 }
 

@@ -1,5 +1,6 @@
 #include "app/UpdateCheck.h"
 
+#include "app/FeedEntries.h"
 #include "app/UpdateDownload.h"
 #include "platform/PropertyList.h"
 
@@ -20,31 +21,6 @@ QString qString(std::u16string_view text)
 std::u16string_view textOf(const QString& string)
 {
     return {reinterpret_cast<const char16_t*>(string.utf16()), std::size_t(string.size())};
-}
-
-std::optional<std::u16string> textUnder(const PropertyList::Dictionary& entry, const char* key)
-{
-    const auto found = entry.constFind(QLatin1String(key));
-    const QString* text = found == entry.constEnd() ? nullptr : found->string();
-    return text ? std::optional(text->toStdU16String()) : std::nullopt;
-}
-
-/// The feed's entries; nothing when it is no list. Entries that are no dictionaries have no name.
-std::optional<std::vector<FeedEntry>> entriesOf(const std::optional<PropertyList>& feed)
-{
-    const PropertyList::Array* list = feed ? feed->array() : nullptr;
-    if (!list)
-        return std::nullopt;
-    std::vector<FeedEntry> entries;
-    for (const PropertyList& item : *list) {
-        const PropertyList::Dictionary* entry = item.dictionary();
-        if (!entry)
-            entries.emplace_back();
-        else
-            entries.push_back({textUnder(*entry, "AppName"), textUnder(*entry, "Version"),
-                textUnder(*entry, "URL")});
-    }
-    return entries;
 }
 
 /// The text as an alert can show it: what is too long for any version or address is cut.
@@ -124,7 +100,7 @@ void UpdateCheck::start(const QString& runningVersion, const QUrl& feedAddress)
 void UpdateCheck::readBody(const QByteArray& body)
 {
     const FeedOutcome outcome = readFeed(
-        entriesOf(readPropertyList(body)), textOf(theVersion), textOf(theDownloadPrefix));
+        feedEntries(readPropertyList(body)), textOf(theVersion), textOf(theDownloadPrefix));
     if (outcome.holdsThisApplication)
         emit feedHeldThisApplication();
     if (!outcome.error.empty())

@@ -16,6 +16,17 @@ if(TARNWICK_SANITIZE)
     add_compile_definitions(TARNWICK_SANITIZED)
 endif()
 
+if(TARNWICK_FUZZ)
+    if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+        message(FATAL_ERROR "TARNWICK_FUZZ: libFuzzer is part of clang; see the preset fuzz")
+    endif()
+    # Everything is instrumented; the fuzzer's main function goes into the targets alone.
+    add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all
+                        -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=address,undefined)
+    add_compile_definitions(TARNWICK_SANITIZED)
+endif()
+
 # --- Precompiled headers -------------------------------------------------------------------------
 # Reading Qt's headers is more than half of a compilation (5 of 9 s measured), so what nearly every
 # file reads is compiled once, for the windows and for the two kinds of tests. Each file still

@@ -1,6 +1,4 @@
-#include "analysis/SourceText.h"
-#include "document/VersionCuts.h"
-#include "support/PlainAnalysis.h"
+#include "support/AnalysisDifferences.h"
 #include "support/RandomSource.h"
 
 #include <QTest>
@@ -11,126 +9,8 @@
 #include <iterator>
 
 using namespace std::string_literals;
-using plain::ColouredText;
 
 namespace {
-
-char letter(ColourRole role)
-{
-    return "drgb"[static_cast<std::size_t>(role)];
-}
-
-std::vector<ColouredText> piecesOf(const StyledText& text)
-{
-    std::vector<ColouredText> pieces;
-    text.forEachPiece([&](ColourRole role, std::u16string_view characters) {
-        pieces.push_back({letter(role), std::u16string(characters)});
-    });
-    return pieces;
-}
-
-std::string shown(const std::vector<ColouredText>& pieces)
-{
-    QString text;
-    for (const ColouredText& piece : pieces)
-        text += QLatin1Char(piece.role) + QString::fromStdU16String(piece.text);
-    return text.toStdString();
-}
-
-/// Bytes with nothing behind them (the sanitizer guards their end), or amid others that would
-/// complete a keyword begun at the end.
-SharedBytes placed(const std::string& bytes, bool amidOthers)
-{
-    if (!amidOthers) {
-        auto exact = std::make_shared<std::vector<char>>(bytes.begin(), bytes.end());
-        return {{exact->data(), exact->size()}, exact};
-    }
-    const std::size_t before = bytes.size() % 67;
-    auto whole
-        = std::make_shared<std::string>(std::string(before, 'e') + bytes + "obj\nendstream\n");
-    return {std::string_view(*whole).substr(before, bytes.size()), whole};
-}
-
-std::string firstDifference(const char* what, const std::vector<ColouredText>& actual,
-    const std::vector<ColouredText>& expected)
-{
-    if (actual == expected)
-        return {};
-    std::size_t index = 0;
-    while (index < std::min(actual.size(), expected.size()) && actual[index] == expected[index])
-        ++index;
-    const auto at = [index](const std::vector<ColouredText>& pieces) {
-        return index < pieces.size() ? shown({pieces[index]}).substr(0, 300) : "(no piece)"s;
-    };
-    return what + " piece "s + std::to_string(index) + ": got " + at(actual) + ", expected "
-        + at(expected);
-}
-
-/// The lines that pieces make up, each with the role of the piece that ends it.
-std::vector<ColouredText> linesOf(const std::vector<ColouredText>& pieces)
-{
-    std::vector<ColouredText> lines{{'d', u""}};
-    for (const ColouredText& piece : pieces) {
-        for (const char16_t character : piece.text) {
-            if (character != u'\n') {
-                lines.back().text += character;
-                continue;
-            }
-            lines.back().role = piece.role;
-            lines.push_back({'d', u""});
-        }
-    }
-    return lines;
-}
-
-/// The lines of a text, each asked for in three stretches; '?' for one of another length than said.
-std::vector<ColouredText> linesOf(const StyledText& text)
-{
-    std::vector<ColouredText> lines;
-    for (std::size_t index = 0; index < text.lineCount(); ++index) {
-        const std::size_t length = text.lineLength(index);
-        const std::size_t first = (7 * index + length / 3) % (length + 1);
-        const std::size_t second = first + index % (length - first + 1);
-        ColouredText line{'?', u""};
-        text.appendLine(index, 0, first, line.text);
-        text.appendLine(index, first, second - first, line.text);
-        const ColourRole role = text.appendLine(index, second, length, line.text);
-        if (line.text.size() == length)
-            line.role = letter(role);
-        lines.push_back(line);
-    }
-    return lines;
-}
-
-/// @returns what the analysis says otherwise than the plain one; empty if nothing.
-std::string differences(const std::string& bytes)
-{
-    const plain::Analysis expected = plain::analyse(bytes);
-    std::vector<ColouredText> whole = expected.listing;
-    whole.insert(whole.end(), expected.objectList.begin(), expected.objectList.end());
-
-    SourceText source(placed(bytes, false));
-    const StyledText listing = source.makeListing(true);
-    SourceText otherSource(placed(bytes, true));
-    const StyledText objectList = otherSource.makeListing(false);
-
-    for (const std::string& difference : {
-             firstDifference("listing", piecesOf(listing), whole),
-             firstDifference("object list", piecesOf(objectList), expected.objectList),
-             firstDifference("listing's lines", linesOf(listing), linesOf(whole)),
-             firstDifference(
-                 "object list's lines", linesOf(objectList), linesOf(expected.objectList)),
-         })
-        if (!difference.empty())
-            return difference;
-    if (listing.pieceCount() != whole.size())
-        return "piece count " + std::to_string(listing.pieceCount());
-    if (source.theCatalog().makeSummary() != expected.summary)
-        return "summary: got " + source.theCatalog().makeSummary();
-    if (versionCuts(bytes) != plain::cuts(bytes))
-        return "cuts";
-    return {};
-}
 
 /// Drops stretches of the text for as long as it still fails.
 std::string shrunk(std::string text)
@@ -139,7 +19,7 @@ std::string shrunk(std::string text)
         for (std::size_t at = 0; at < text.size();) {
             std::string shorter = text;
             shorter.erase(at, size);
-            if (differences(shorter).empty())
+            if (analysisDifferences(shorter).empty())
                 at += size;
             else
                 text = std::move(shorter);
@@ -149,11 +29,11 @@ std::string shrunk(std::string text)
 
 bool agrees(const std::string& text, const std::string& origin)
 {
-    if (differences(text).empty())
+    if (analysisDifferences(text).empty())
         return true;
     const std::string shorter = shrunk(text);
     qWarning() << origin.c_str() << QByteArray::fromStdString(shorter)
-               << differences(shorter).c_str();
+               << analysisDifferences(shorter).c_str();
     return false;
 }
 
@@ -255,7 +135,7 @@ void TestAgainstPlainAnalysis::listsSource()
     QFETCH(std::string, expected);
     const plain::Analysis analysis = plain::analyse(source);
     if (source[0] != '\0')
-        QCOMPARE(shown(analysis.listing) + shown(analysis.objectList), expected);
+        QCOMPARE(shownPieces(analysis.listing) + shownPieces(analysis.objectList), expected);
     QVERIFY(agrees(source, "listing"));
 }
 
@@ -326,7 +206,7 @@ void TestAgainstPlainAnalysis::describesObjects()
 {
     QFETCH(std::string, object);
     QFETCH(std::string, expected);
-    QCOMPARE(shown(plain::analyse(object + "\nendobj").objectList), expected + "\n");
+    QCOMPARE(shownPieces(plain::analyse(object + "\nendobj").objectList), expected + "\n");
     QVERIFY(agrees(object + "\nendobj", "object"));
 }
 
@@ -424,7 +304,7 @@ void TestAgainstPlainAnalysis::agreesOnCorpus()
             continue;
         std::ifstream file(entry.path(), std::ios::binary);
         const std::string bytes{std::istreambuf_iterator<char>(file), {}};
-        const std::string difference = differences(bytes);
+        const std::string difference = analysisDifferences(bytes);
         QVERIFY2(difference.empty(), (entry.path().string() + ": " + difference).c_str());
         ++count;
     }

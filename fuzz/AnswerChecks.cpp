@@ -1,0 +1,130 @@
+#include "AnswerChecks.h"
+
+#include "FuzzTarget.h"
+
+#include <cmath>
+
+namespace {
+
+void checkSide(double side)
+{
+    require(side >= 1 && side <= 14'400, "a page's side");
+}
+
+void checkPoint(const QPointF& point)
+{
+    require(std::abs(point.x()) <= 1e6 && std::abs(point.y()) <= 1e6, "a coordinate");
+}
+
+void checkTarget(int page, int pageCount)
+{
+    require(page >= -1 && page < std::max(pageCount, 0), "a target outside the document");
+}
+
+bool isSound(const PDFOpenedAnswer& answer)
+{
+    require(answer.facts.pageCount >= 0 && answer.facts.pageCount <= maximumPageCount, "pages");
+    checkSide(answer.firstPageSize.width());
+    checkSide(answer.firstPageSize.height());
+    return true;
+}
+
+bool isSound(const QList<PDFPageMeasure>& measures, int count)
+{
+    require(measures.size() == std::max(count, 0), "measures of other pages");
+    for (const PDFPageMeasure& measure : measures) {
+        checkSide(measure.size.width());
+        checkSide(measure.size.height());
+        require(!measure.label || measure.label->size() <= 255, "a long label");
+    }
+    return true;
+}
+
+void checkRuns(const PDFPageText& text)
+{
+    qsizetype end = 0;
+    for (const PDFTextRun& run : text.runs) {
+        require(run.start == end && run.length > 0, "a gap between runs");
+        require(run.sizeInPoints > 0 && run.colour.alpha() == 255, "a run's look");
+        end += run.length;
+    }
+    require(end == text.string.size(), "runs of another text");
+}
+
+bool isSound(const PDFPageText& text, PDFTextDetail detail)
+{
+    require(text.string.isValidUtf16() && !text.string.contains(QChar(0)), "characters");
+    if (detail == PDFTextDetail::isWithAttributes)
+        checkRuns(text);
+    if (detail != PDFTextDetail::isWithQuads)
+        return true;
+    require(text.quads.size() == text.string.size(), "a quad for each unit");
+    for (const QPolygonF& quad : text.quads)
+        for (const QPointF& corner : quad)
+            checkPoint(corner);
+    return true;
+}
+
+bool isSound(const QList<PDFLink>& links, int pageCount)
+{
+    for (const PDFLink& link : links) {
+        checkTarget(link.page, pageCount);
+        for (const QPointF& point : {link.area.topLeft(), link.point})
+            checkPoint(point);
+        require(link.area.isNull() || (link.area.width() >= 0 && link.area.height() >= 0), "area");
+    }
+    return true;
+}
+
+bool isSound(const QList<PDFOutlineEntry>& entries, int pageCount)
+{
+    int deepest = 0;
+    for (const PDFOutlineEntry& entry : entries) {
+        require(entry.depth >= 0 && entry.depth <= std::min(deepest, 63), "an entry's depth");
+        deepest = entry.depth + 1;
+        checkTarget(entry.page, pageCount);
+        checkPoint(entry.point);
+    }
+    return true;
+}
+
+/// Of the kinds whose answer is the length of a written file.
+bool isLength(PayloadReader& reader)
+{
+    reader.take<std::uint64_t>();
+    return reader.isDone();
+}
+
+} // namespace
+
+bool takesAnswer(const AskedFor& asked, std::string_view payload)
+{
+    PayloadReader reader(payload);
+    const auto check = [](const auto& result, const auto&... context) {
+        return result && isSound(*result, context...);
+    };
+    switch (asked.kind) {
+    case EngineRequest::isOpen:
+    case EngineRequest::isUnlock:
+        return check(readOpenedAnswer(reader));
+    case EngineRequest::isMeasure:
+        return check(readMeasureAnswer(reader, asked.pageCount), asked.pageCount);
+    case EngineRequest::isTile: {
+        const QByteArray bytes(payload.data(), static_cast<qsizetype>(payload.size()));
+        PayloadReader tile({bytes.constData(), payload.size()});
+        const auto image = readTileAnswer(tile, bytes, asked.size);
+        require(!image || image->size() == asked.size, "an image of another size");
+        return image.has_value();
+    }
+    case EngineRequest::isText:
+        return check(readTextAnswer(reader, asked.detail), asked.detail);
+    case EngineRequest::isLinks:
+        return check(readLinksAnswer(reader, asked.pageCount), asked.pageCount);
+    case EngineRequest::isOutline:
+        return check(readOutlineAnswer(reader, asked.pageCount), asked.pageCount);
+    case EngineRequest::isFlat:
+    case EngineRequest::isPrint:
+        return isLength(reader);
+    }
+    return false;
+}

@@ -1,0 +1,302 @@
+// Writes the seeds: what fuzzing starts from.
+//
+// fuzz_make_seeds FOLDER    writes FOLDER/TARGET/NUMBER
+
+#include "FuzzTarget.h"
+#include "RequestFrames.h"
+
+#include "support/PdfBuilder.h"
+#include "support/RandomSource.h"
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace std::string_literals;
+using Seeds = std::vector<std::string>;
+
+/// Text in UTF-16, as the targets read it.
+std::string wide(std::u16string_view text)
+{
+    std::string bytes;
+    for (const char16_t unit : text) {
+        bytes += static_cast<char>(unit & 0xff);
+        bytes += static_cast<char>(unit >> 8);
+    }
+    return bytes;
+}
+
+Seeds sources()
+{
+    Seeds seeds;
+    for (std::uint64_t seed = 1; seed <= 12; ++seed) {
+        seeds.push_back(randomSource::soup(seed));
+        seeds.push_back(randomSource::shuffledLines(seed));
+        seeds.push_back(randomSource::damagedFile(seed));
+    }
+    return seeds;
+}
+
+PdfBuilder structured()
+{
+    PdfBuilder builder;
+    builder.setCatalogEntries("/PageLabels << /Nums [ 0 << /S /r /P (A) /St 3 >> 1 << /S /D >> ] >>"
+                              " /Outlines 6 0 R /Names << /Dests << /Names [ (d) [ 4 0 R /Fit ] ] "
+                              ">> >> /AcroForm << /Fields [ 9 0 R ] /DA (/F1 9 Tf) >>");
+    builder.addPage("Text (in brackets)\nof \\ lines", "/Annots [ 8 0 R 9 0 R 11 0 R ] /Rotate 90");
+    builder.addObject("<< /Type /Outlines /First 7 0 R /Last 7 0 R /Count 1 >>");
+    builder.addObject("<< /Title <feff00e9> /Parent 6 0 R /Dest [ 5 0 R /XYZ 10 20 0 ] >>");
+    builder.addObject("<< /Type /Annot /Subtype /Link /Rect [ 9 9 90 30 ] /A << /S /URI /URI "
+                      "(https://a.example/) >> >>");
+    builder.addObject("<< /Type /Annot /Subtype /Widget /FT /Tx /T (f) /V (v) /Rect [ 5 5 60 30 ] "
+                      "/F 4 /AP << /N 10 0 R >> >>");
+    builder.addStream("0 1 0 rg 0 0 9 9 re f",
+        "/Type /XObject /Subtype /Form /BBox [ 0 0 9 9 ] "
+        "/Matrix [ 1 0 0 2 3 4 ]");
+    builder.addObject("<< /Type /Annot /Subtype /Square /Rect [ 1 1 8 8 ] /C [ 1 0 0 ] >>");
+    return builder;
+}
+
+PdfBuilder drawn()
+{
+    PdfBuilder builder;
+    builder.addDrawing("q 20 0 0 20 9 9 cm BI /W 2 /H 2 /BPC 8 /CS /G ID abcd EI Q /I Do /S sh",
+        "/Resources << /XObject << /I 6 0 R >> /Shading << /S << /ShadingType 2 /ColorSpace "
+        "/DeviceRGB /Coords [ 0 0 90 90 ] /Function << /FunctionType 2 /Domain [ 0 1 ] /C0 [ 1 0 0 "
+        "] /C1 [ 0 0 1 ] /N 1 >> >> >> >>");
+    builder.addStream("00ff00>",
+        "/Type /XObject /Subtype /Image /Width 1 /Height 1 "
+        "/ColorSpace /DeviceRGB /BitsPerComponent 8 /Filter "
+        "/ASCIIHexDecode");
+    return builder;
+}
+
+Seeds documents()
+{
+    const std::string plain = PdfBuilder().addPage("One").addSharedPage("/Rotate 270").bytes();
+    return {
+        plain,
+        structured().bytes(),
+        structured().setXref(PdfBuilder::Xref::isStream).setVersion("2.0").bytes(),
+        drawn().bytes(),
+        PdfBuilder().addPage("Old").addUpdate(3, "<< /Type /Font /Subtype /Type3 >>").bytes(),
+        PdfBuilder()
+            .setInfo("<< /Title (t) /Pages 2 0 R >>")
+            .addPage("", "/Contents [ 4 0 R ]")
+            .bytes(),
+        plain.substr(0, plain.size() * 2 / 3),
+        PdfBuilder().bytes(),
+    };
+}
+
+std::string bigEndian(std::uint64_t number)
+{
+    std::string bytes;
+    for (int shift = 56; shift >= 0; shift -= 8)
+        bytes += static_cast<char>(number >> shift & 0xff);
+    return bytes;
+}
+
+/// A binary property list with offsets and references of one byte; the first object is the root.
+std::string binaryList(const Seeds& objects)
+{
+    std::string file = "bplist00";
+    std::string table;
+    for (const std::string& object : objects) {
+        table += static_cast<char>(file.size());
+        file += object;
+    }
+    const std::size_t tableStart = file.size();
+    return file + table + std::string(6, '\0') + "\1\1" + bigEndian(objects.size()) + bigEndian(0)
+        + bigEndian(tableStart);
+}
+
+Seeds propertyLists()
+{
+    const std::string entry = "<dict><key>AppName</key><string>Tarnwick</string><key>Version</key>"
+                              "<string>1.1</string><key>URL</key><string>https://a.example/t"
+                              "</string></dict>";
+    return {
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist version=\"1.0\"><array>" + entry
+            + "<integer>-0x1f</integer><real>1.5e3</real><true/><data>AP8=</data>"
+              "<date>2001-01-02T00:00:01Z</date><string><![CDATA[<]]>&amp;</string></array></"
+              "plist>",
+        "( { AppName = Tarnwick; Version = \"1.\\1011\"; URL = 'https://a.example/\\U00e9'; },"
+        " <00 ff>, /* c */ a.b ) // end",
+        binaryList({"\xa1\x01", "\xd3\x02\x03\x04\x05\x06\x07",
+            "\x57"
+            "AppName",
+            "\x57Version", "\x53URL", "\x58Tarnwick",
+            "\x62\x00"
+            "1\x00.\0"s,
+            "\x5f\x10\x12https://a.example/"}),
+        binaryList({"\xa6\x01\x02\x03\x04\x05\x06", "\x09", "\x13\xff\xff\xff\xff\xff\xff\xff\xff",
+            "\x22\x3f\xc0\0\0"s, "\x33\x41\0\0\0\0\0\0\0"s, "\x42\x01\x02", "\x81\x01\x02"}),
+    };
+}
+
+std::string packedFloats(std::initializer_list<float> numbers)
+{
+    PayloadWriter payload;
+    for (const float number : numbers)
+        payload.put(number);
+    return payload.bytes();
+}
+
+void putTarget(PayloadWriter& payload, int page, const char* address)
+{
+    payload.put(page);
+    payload.put(5.f);
+    payload.put(6.f);
+    payload.putText(address);
+}
+
+/// An answer to a request behind the head that the target reads.
+std::string answer(EngineRequest kind, int detail, const PayloadWriter& payload)
+{
+    const auto request = static_cast<std::uint8_t>(static_cast<int>(kind) - 1);
+    PayloadWriter head;
+    head.put(request);
+    head.put(std::uint16_t{2});
+    head.put(static_cast<std::uint8_t>(detail));
+    head.put(std::uint16_t{0}); // a tile of a single pixel
+    return head.bytes() + payload.bytes();
+}
+
+PayloadWriter textAnswer(int detail)
+{
+    PayloadWriter payload;
+    payload.put(std::uint32_t{3});
+    for (const std::uint32_t character : {0x61u, 0x1f600u, 0x0au})
+        payload.put(character);
+    for (int number = 0; detail == 1 && number < 24; ++number)
+        payload.put(static_cast<float>(number));
+    if (detail == 2) {
+        payload.put(std::uint32_t{1});
+        payload.put(std::uint32_t{0});
+        payload.put(std::uint32_t{3});
+        payload.put(10.5f);
+        payload.put(std::uint8_t{3});
+        payload.put(0xff102030u);
+        payload.putText("ABCDEF+Arial,BoldItalicMT");
+    }
+    return payload;
+}
+
+Seeds answers()
+{
+    PayloadWriter opened, measures, tile, links, outline;
+    for (const int fact : {2, 1, 7, -1, 3})
+        opened.put(fact);
+    for (const float side : {612.f, 792.f})
+        opened.put(side);
+    for (const char* const label : {"iv", ""}) {
+        measures.put(612.f);
+        measures.put(792.f);
+        measures.put(static_cast<std::uint8_t>(*label != 0));
+        measures.putText(label);
+    }
+    tile.put(0xff123456u);
+    links.put(std::uint32_t{1});
+    const std::string area = packedFloats({1, 2, 30, 40});
+    links.putBytes(area.data(), area.size());
+    putTarget(links, -1, "https://a.example/");
+    outline.put(std::uint32_t{2});
+    for (const int depth : {0, 1}) {
+        outline.put(depth);
+        outline.putText("Title");
+        putTarget(outline, depth, "");
+    }
+    using Kind = EngineRequest;
+    return {
+        answer(Kind::isOpen, 0, opened),
+        answer(Kind::isMeasure, 0, measures),
+        answer(Kind::isTile, 0, tile),
+        answer(Kind::isLinks, 0, links),
+        answer(Kind::isOutline, 0, outline),
+        answer(Kind::isText, 0, textAnswer(0)),
+        answer(Kind::isText, 1, textAnswer(1)),
+        answer(Kind::isText, 2, textAnswer(2)),
+    };
+}
+
+Seeds requests()
+{
+    std::string all(1, '\0'); // the first document
+    PayloadWriter pages, tile, text, page, paper;
+    pages.put(0);
+    pages.put(3);
+    page.put(1);
+    tile.put(0);
+    tile.put(0.5);
+    for (const int number : {1, 10, 20, 8, 8})
+        tile.put(number);
+    text.put(0);
+    text.put(std::uint8_t{2});
+    for (const double length : {595., 842., 18., 18.})
+        paper.put(length);
+    paper.put(std::uint32_t{1});
+    paper.put(1);
+    for (const double number : {0., 0., 559., 806., 0.9})
+        paper.put(number);
+    using Kind = EngineRequest;
+    appendRequest(all, Kind::isMeasure, pages.bytes());
+    appendRequest(all, Kind::isTile, tile.bytes());
+    appendRequest(all, Kind::isText, text.bytes());
+    appendRequest(all, Kind::isLinks, page.bytes());
+    appendRequest(all, Kind::isOutline);
+    Seeds seeds = {all};
+    for (const auto& [kind, payload] :
+        {std::pair(Kind::isFlat, std::string()), std::pair(Kind::isPrint, paper.bytes()),
+            std::pair(Kind::isUnlock, std::string("\1\0\0\0x", 5))}) {
+        seeds.emplace_back(1, '\0');
+        appendRequest(seeds.back(), kind, payload);
+        appendRequest(seeds.back(), Kind::isOpen);
+    }
+    return seeds;
+}
+
+Seeds texts()
+{
+    return {
+        "\x05\x11\xff\0"s + wide(u"Gr\u00fc\u00dfe {a}\\b\n\t\u65e5\u672c\U0001f600"),
+        "\0\x00\xd8"s + wide(u"a\u0001\u2028\u202e\u05d0"),
+    };
+}
+
+Seeds searches()
+{
+    return {
+        "\1\3"s + wide(u"stra\u00dfe STRASSE Stra-\nsse e\u0301 \u00e9"),
+        "\0\2"s + wide(u"ab xab\r\nab abab"),
+        "\2\1"s + wide(u"1\u65e5\u672c\n\u8a9e\U0001f469\u200d\U0001f4bb"),
+        "\0\4"s + wide(u" 150 %"),
+    };
+}
+
+void write(const std::filesystem::path& folder, const Seeds& seeds)
+{
+    std::filesystem::create_directories(folder);
+    for (std::size_t index = 0; index < seeds.size(); ++index) {
+        std::ofstream file(folder / std::to_string(index), std::ios::binary);
+        require((file << seeds[index]).good(), "a seed cannot be written");
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    require(argc == 2, "usage: fuzz_make_seeds FOLDER");
+    const std::filesystem::path folder = argv[1];
+    write(folder / "analysis", sources());
+    write(folder / "property_lists", propertyLists());
+    write(folder / "engine_answers", answers());
+    write(folder / "engine_requests", requests());
+    write(folder / "engine_document", documents());
+    write(folder / "rtf", texts());
+    write(folder / "search", searches());
+}

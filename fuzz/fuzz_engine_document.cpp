@@ -1,0 +1,143 @@
+// Any document in the engine, asked for everything that the program asks for: facts, sizes, labels,
+// outline, links, text, tiles, the flattened and the printed file.
+
+#include "AnswerChecks.h"
+#include "EngineRun.h"
+#include "FuzzTarget.h"
+#include "RequestFrames.h"
+
+namespace {
+
+using Kind = EngineRequest;
+
+constexpr int pagesTried = 3;
+
+template<typename... Numbers> std::string packed(Numbers... numbers)
+{
+    PayloadWriter payload;
+    (payload.put(numbers), ...);
+    return payload.bytes();
+}
+
+/// Opens the document, with an empty password where it wants one, and asks.
+class Session
+{
+public:
+    explicit Session(std::string_view file)
+        : theFile(file)
+    {
+        ask(Kind::isOpen);
+        ask(Kind::isUnlock, packed(std::uint32_t{0}));
+    }
+
+    void ask(Kind kind, const std::string& payload = {},
+        PDFTextDetail detail = PDFTextDetail::isPlain, const QSize& size = {})
+    {
+        appendRequest(theRequests, kind, payload);
+        theAsked.push_back({kind, 0, detail, size});
+    }
+
+    /// Holds each answer against its request. @returns the written file, if it was written.
+    std::string run()
+    {
+        const EngineRun engine(theFile, theRequests);
+        auto asked = theAsked.begin();
+        std::string written;
+        for (const EngineRun::Answer& answer : engine.answers()) {
+            const auto kind = static_cast<EngineAnswer>(answer.frame.kind);
+            if (kind == EngineAnswer::isProgress)
+                continue;
+            require(asked != theAsked.end(), "more answers than requests");
+            check(*asked, kind, answer.payload);
+            if (kind == EngineAnswer::isDone && asked->kind >= Kind::isFlat)
+                written = engine.written();
+            ++asked;
+        }
+        require(asked == theAsked.end(), "fewer answers than requests");
+        return written;
+    }
+
+    int pageCount() const { return thePageCount; }
+
+private:
+    void check(AskedFor asked, EngineAnswer kind, const std::string& payload)
+    {
+        if (kind != EngineAnswer::isDone && kind != EngineAnswer::isOpened)
+            return;
+        if (kind == EngineAnswer::isOpened)
+            thePageCount = PayloadReader(payload).take<int>();
+        if (asked.kind == Kind::isMeasure)
+            asked.pageCount = std::min(pagesTried, thePageCount);
+        else
+            asked.pageCount = thePageCount;
+        require(takesAnswer(asked, payload), "the program refuses the engine's answer");
+    }
+
+    std::string_view theFile;
+    std::string theRequests;
+    std::vector<AskedFor> theAsked;
+    int thePageCount = -1;
+};
+
+Session readingSession(std::string_view file)
+{
+    Session session(file);
+    session.ask(Kind::isMeasure, packed(0, pagesTried));
+    session.ask(Kind::isOutline);
+    for (int page = 0; page < pagesTried; ++page) {
+        session.ask(Kind::isLinks, packed(page));
+        for (const auto detail :
+            {PDFTextDetail::isPlain, PDFTextDetail::isWithQuads, PDFTextDetail::isWithAttributes})
+            session.ask(Kind::isText, packed(page, static_cast<std::uint8_t>(detail)), detail);
+        session.ask(Kind::isTile, packed(page, 0.25, page, 10, 20, 64, 48), {}, {64, 48});
+    }
+    return session;
+}
+
+std::string flattened(std::string_view file)
+{
+    Session session(file);
+    session.ask(Kind::isFlat);
+    return session.run();
+}
+
+/// Two pages on one sheet each, and the first again.
+std::string printed(std::string_view file)
+{
+    PayloadWriter order;
+    for (const double length : {595.0, 842.0, 18.0, 18.0})
+        order.put(length);
+    order.put(std::uint32_t{3});
+    for (const int page : {0, 1, 0}) {
+        order.put(page);
+        for (const double number : {0.0, 0.0, 559.0, 806.0, 0.9})
+            order.put(number);
+    }
+    Session session(file);
+    session.ask(Kind::isPrint, order.bytes());
+    return session.run();
+}
+
+int pagesOf(std::string_view file)
+{
+    Session session(file);
+    session.run();
+    return session.pageCount();
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    const std::string_view file = textOf(data, size);
+    Session session = readingSession(file);
+    session.run();
+    if (session.pageCount() < 0)
+        return 0;
+    const std::string flat = flattened(file);
+    require(flat == flattened(file), "another flattened file the second time");
+    require(flat.empty() || pagesOf(flat) == session.pageCount(), "pages lost in flattening");
+    const std::string print = printed(file);
+    require(print.empty() || pagesOf(print) == 3, "sheets lost in printing");
+    return 0;
+}

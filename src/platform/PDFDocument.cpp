@@ -293,8 +293,8 @@ PDFFlatRequest* PDFDocument::requestFlat(QObject* parent)
     return d->askForFile(std::move(job), parent);
 }
 
-PDFFlatRequest* PDFDocument::requestPrint(const PrintPagination::Paper& paper,
-    const QList<PrintPagination::Sheet>& sheets, QObject* parent)
+PDFFlatRequest* PDFDocument::requestPrint(
+    const PrintPaper& paper, const QList<PrintSheet>& sheets, QObject* parent)
 {
     if (sheets.size() > maximumSheets) {
         auto* const request = new PDFFlatRequest(parent);
@@ -306,7 +306,7 @@ PDFFlatRequest* PDFDocument::requestPrint(const PrintPagination::Paper& paper,
         {paper.size.width(), paper.size.height(), paper.corner.x(), paper.corner.y()})
         payload.put(number);
     payload.put(static_cast<std::uint32_t>(sheets.size()));
-    for (const PrintPagination::Sheet& sheet : sheets) {
+    for (const PrintSheet& sheet : sheets) {
         const QRectF& area = sheet.area;
         payload.put(sheet.page);
         for (const double number : {area.x(), area.y(), area.width(), area.height(), sheet.scale})

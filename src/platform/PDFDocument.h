@@ -3,7 +3,7 @@
 #include "platform/FileBytes.h"
 #include "platform/PDFRequest.h"
 #include "platform/PDFText.h"
-#include "platform/PrintPagination.h"
+#include "platform/PrintSheet.h"
 
 #include <QImage>
 #include <QList>
@@ -173,8 +173,8 @@ public:
     /// meant for paper; a page that cannot be read leaves its sheets empty.
     /// @param sheets a page out of range leaves its sheet empty; above a million of them the
     ///   request fails. It may take 30 seconds, and a fiftieth of one for each sheet.
-    PDFFlatRequest* requestPrint(const PrintPagination::Paper& paper,
-        const QList<PrintPagination::Sheet>& sheets, QObject* parent);
+    PDFFlatRequest* requestPrint(
+        const PrintPaper& paper, const QList<PrintSheet>& sheets, QObject* parent);
 
     /// Texts of the pages from first to last, both included, in that order.
     PDFTextRequest* requestText(int first, int last, PDFTextDetail detail, QObject* parent);

@@ -3,7 +3,6 @@
 #include "platform/PDFViewAccessible.h"
 #include "platform/PDFViewPrivate.h"
 #include "platform/PagePainter.h"
-#include "platform/PagePrinter.h"
 
 #include <QAccessible>
 #include <QScrollBar>
@@ -282,10 +281,8 @@ void PDFView::setPrintDelegate(std::function<void(PDFView* view)> delegate)
 
 void PDFView::print()
 {
-    if (d->thePrintDelegate)
+    if (d->thePrintDelegate && d->theDocument)
         d->thePrintDelegate(this);
-    else if (d->theDocument)
-        PagePrinter::printAsSheet(d->theDocument, window()->windowTitle(), window());
 }
 
 bool PDFView::validateCommand(const QString& command) const
@@ -293,6 +290,8 @@ bool PDFView::validateCommand(const QString& command) const
     const int last = d->theGeometry.pageCount() - 1;
     if (last < 0)
         return false;
+    if (command == u"print")
+        return d->thePrintDelegate != nullptr;
     if (command == u"copy")
         return !d->theSelection.isEmpty();
     if (command == u"selectAll")

@@ -64,7 +64,7 @@ public:
     /// Matches of a search, in document order, drawn behind the selection.
     void setHighlights(const QList<PDFSelection>& matches);
 
-    /// Who prints when the user asks the view to; without one the view prints its document itself.
+    /// Who prints when the user asks the view to, with a document in it; without one it does not.
     void setPrintDelegate(std::function<void(PDFView* view)> delegate);
 
     /// Whether a command of the slots below is possible now.

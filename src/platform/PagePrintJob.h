@@ -52,7 +52,7 @@ private:
     QPainter thePainter;
     QList<int> thePages;
     qsizetype theIndex = 0; ///< into thePages
-    QList<PrintPagination::Sheet> theSheets; ///< of the present page
+    QList<PrintSheet> theSheets; ///< of the present page
     qsizetype theSheet = 0;
     bool theFirstSheetIsOut = false;
     QRect theSheetArea; ///< the sheet's pixels on the page

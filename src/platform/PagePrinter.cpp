@@ -1,6 +1,7 @@
 #include "platform/PagePrinter.h"
 
 #include "platform/PDFDocument.h"
+#include "platform/PDFView.h"
 #include "platform/PagePrinting.h"
 #include "platform/PrintSettings.h"
 
@@ -31,4 +32,11 @@ void PagePrinter::printAsSheet(PDFDocument* document, const QString& title, QWid
                 (new PagePrinting(document, std::move(*shared), window))->start();
         });
     dialog->open();
+}
+
+void PagePrinter::serve(PDFView* view)
+{
+    view->setPrintDelegate([](PDFView* printed) {
+        printAsSheet(printed->document(), printed->window()->windowTitle(), printed->window());
+    });
 }

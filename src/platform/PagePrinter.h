@@ -3,6 +3,7 @@
 #include <QString>
 
 class PDFDocument;
+class PDFView;
 class QWidget;
 
 /// Prints a document's pages.
@@ -17,5 +18,8 @@ namespace PagePrinter {
 /// @param title of the job.
 /// @param window borrowed likewise.
 void printAsSheet(PDFDocument* document, const QString& title, QWidget* window);
+
+/// Makes a page view print its document so, under its window's title.
+void serve(PDFView* view);
 
 }

@@ -146,7 +146,7 @@ PDFFlatRequest* PagePrinting::requestSheets(const QList<int>& pages)
     constexpr double margin = PrintSettings::marginInPoints;
     const QPageLayout layout = thePrinter->pageLayout();
     const QSizeF printable = PrintSettings::printableSizeInPoints(layout);
-    QList<PrintPagination::Sheet> sheets;
+    QList<PrintSheet> sheets;
     for (const int page : pages)
         sheets += PrintPagination::sheets(page, theDocument->pageSize(page), printable);
     return theDocument->requestPrint(

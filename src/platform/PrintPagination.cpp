@@ -14,12 +14,11 @@ double PrintPagination::scale(const QSizeF& page, const QSizeF& printable)
         printable.width() / page.width(), mostSheetsOfPage * printable.height() / page.height());
 }
 
-QList<PrintPagination::Sheet> PrintPagination::sheets(
-    int page, const QSizeF& size, const QSizeF& printable)
+QList<PrintSheet> PrintPagination::sheets(int page, const QSizeF& size, const QSizeF& printable)
 {
     const double factor = scale(size, printable);
     const QSizeF scaled = size * factor;
-    QList<Sheet> sheets;
+    QList<PrintSheet> sheets;
     double top = 0;
     do {
         const double height = std::min(printable.height(), scaled.height() - top);

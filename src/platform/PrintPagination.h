@@ -1,8 +1,8 @@
 #pragma once
 
+#include "platform/PrintSheet.h"
+
 #include <QList>
-#include <QPointF>
-#include <QRectF>
 #include <QSizeF>
 
 /// How a document's pages are spread over sheets of paper: each scaled to the sheets' width and
@@ -13,25 +13,10 @@ namespace PrintPagination {
 /// reason to print a mile: such pages are scaled less.
 inline constexpr int mostSheetsOfPage = 20;
 
-/// What one sheet shows.
-struct Sheet
-{
-    int page = 0; ///< of the document, from 0
-    QRectF area; ///< in points of the page as it is scaled for printing
-    double scale = 1; ///< points of paper for a point of the page
-};
-
-/// What the sheets' areas are printed on.
-struct Paper
-{
-    QSizeF size; ///< in points
-    QPointF corner; ///< where an area's upper left corner comes to lie, from the paper's
-};
-
 /// Points of paper for a point of the page.
 double scale(const QSizeF& page, const QSizeF& printable);
 
 /// The sheets of a page, from above. A rest of less than half a point makes no sheet.
-QList<Sheet> sheets(int page, const QSizeF& size, const QSizeF& printable);
+QList<PrintSheet> sheets(int page, const QSizeF& size, const QSizeF& printable);
 
 }

@@ -4,6 +4,7 @@
 #include "platform/PDFDocumentText.h"
 #include "platform/PDFThumbnailView.h"
 #include "platform/PDFView.h"
+#include "platform/PagePrinter.h"
 #include "platform/StoredValues.h"
 #include "platform/ViewFlags.h"
 #include "platform/frame/CommandRouter.h"
@@ -51,6 +52,7 @@ ViewController::ViewController(
 {
     ui->setupUi(this);
     findOutlets();
+    PagePrinter::serve(theOutlets.pdfView);
     ui->sideBarButton->setIcon(GlyphIcon::icon(GlyphIcon::Shape::isSideBar));
     ui->outlineView->setModel(theOutline);
     ui->textProgress->setMessageWraps(true);
@@ -70,6 +72,12 @@ ViewController::~ViewController()
 {
     // The strip looks at the page view, which may be gone before it.
     theOutlets.thumbnailView->setPDFView(nullptr);
+}
+
+void ViewController::setThePDFView(PDFView* view)
+{
+    theOutlets.pdfView = view;
+    PagePrinter::serve(view);
 }
 
 void ViewController::findOutlets()

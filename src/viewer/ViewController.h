@@ -61,7 +61,7 @@ public:
     QSplitter* theSplitView() const { return theOutlets.splitView; }
     void setTheSplitView(QSplitter* view) { theOutlets.splitView = view; }
     PDFView* thePDFView() const { return theOutlets.pdfView; }
-    void setThePDFView(PDFView* view) { theOutlets.pdfView = view; }
+    void setThePDFView(PDFView* view);
     PDFThumbnailView* theThumbnailView() const { return theOutlets.thumbnailView; }
     void setTheThumbnailView(PDFThumbnailView* view) { theOutlets.thumbnailView = view; }
     QAbstractScrollArea* theTextScroller() const { return theOutlets.textScroller; }

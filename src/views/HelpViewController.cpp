@@ -3,6 +3,7 @@
 #include "platform/PDFDocument.h"
 #include "platform/PDFDocumentText.h"
 #include "platform/PDFView.h"
+#include "platform/PagePrinter.h"
 #include "ui_HelpWindow.h"
 
 #include <QCoreApplication>
@@ -22,6 +23,12 @@ HelpViewController::HelpViewController(const QString& file, QWidget* parent)
 }
 
 HelpViewController::~HelpViewController() = default;
+
+void HelpViewController::setHelpPDFView(PDFView* view)
+{
+    theOutlet = view;
+    PagePrinter::serve(view);
+}
 
 QString HelpViewController::manualFile()
 {

@@ -29,7 +29,7 @@ public:
     static QString manualFile();
 
     PDFView* helpPDFView() const { return theOutlet; }
-    void setHelpPDFView(PDFView* view) { theOutlet = view; }
+    void setHelpPDFView(PDFView* view);
     /// The manual; null while the view is hidden or there is none.
     PDFDocument* thePDFDocument() const { return theManual.get(); }
 

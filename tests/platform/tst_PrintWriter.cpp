@@ -1,4 +1,5 @@
 #include "platform/PDFDocument.h"
+#include "platform/PrintPagination.h"
 
 #include "support/PageContents.h"
 #include "support/PdfBuilder.h"
@@ -10,10 +11,10 @@
 
 namespace {
 
-using PrintPagination::Sheet;
+using Sheet = PrintSheet;
 
 constexpr int margin = 72;
-const PrintPagination::Paper letter{{612, 792}, {margin, margin}};
+const PrintPaper letter{{612, 792}, {margin, margin}};
 
 /// Differs in all four corners, so that a page turned or mirrored wrongly shows; its font comes
 /// from the resources.

@@ -257,6 +257,7 @@ void PDFEngineClient::endJob(PDFFailure failure)
 void PDFEngineClient::loseEngine(PDFFailure failure)
 {
     const bool wasOpening = theState == State::isOpening;
+    const bool isMissing = theEngine && !theEngine->hasStarted();
     stopEngine();
     if (!wasOpening && theNonsenses > maximumNonsenses) {
         theState = State::isBroken;
@@ -267,6 +268,9 @@ void PDFEngineClient::loseEngine(PDFFailure failure)
         return endJob(failure);
     if (!wasOpening)
         return;
+    if (isMissing) // no fault of the file's
+        return failOpening(
+            tr("The PDF engine %1 is missing or cannot be started.").arg(pdfEnginePath()), failure);
     failOpening(failure == PDFFailure::isTimedOut
             ? tr("Reading the file takes longer than %1 seconds.").arg(openingLimit() / 1000)
             : tr("The PDF engine stopped while it was reading the file."),

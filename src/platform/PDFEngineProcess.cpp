@@ -1,7 +1,8 @@
 #include "platform/PDFEngineProcess.h"
 
-#include <QCoreApplication>
-#include <QFileInfo>
+#include "platform/HelperProgram.h"
+
+#include <QFile>
 #include <QPointer>
 #include <QProcess>
 #include <QSocketNotifier>
@@ -46,11 +47,8 @@ QString pdfEnginePath()
 {
     if (!pathForTests().isEmpty())
         return pathForTests();
-    const QString folder = QCoreApplication::applicationDirPath();
-    const QString beside = folder + QStringLiteral("/tarnwick-pdf-engine");
-    if (QFileInfo(beside).isExecutable())
-        return beside;
-    return folder + QStringLiteral("/../libexec/tarnwick/tarnwick-pdf-engine");
+    const std::filesystem::path path = helperProgram("tarnwick-pdf-engine");
+    return QFile::decodeName(QByteArray::fromStdString(path.string()));
 }
 
 PDFEngineProcess::PDFEngineProcess(QObject* parent)
@@ -120,7 +118,10 @@ bool PDFEngineProcess::start(const FileBytes& bytes, bool writesFlat)
 #else
     theProcess->setStandardErrorFile(QProcess::nullDevice());
 #endif
-    connect(theProcess, &QProcess::started, this, [this] { closeIfOpen(theAnswersWriteEnd); });
+    connect(theProcess, &QProcess::started, this, [this] {
+        theStart = true;
+        closeIfOpen(theAnswersWriteEnd);
+    });
     theProcess->start(pdfEnginePath(), arguments, QIODevice::ReadWrite | QIODevice::Unbuffered);
     return theProcess->state() != QProcess::NotRunning;
 }

@@ -13,8 +13,7 @@
 class QProcess;
 class QSocketNotifier;
 
-/// Path of the engine's executable: beside the program (a build folder), else where an installation
-/// puts it, in ../libexec/tarnwick seen from the program's folder.
+/// Path of the engine's executable (helperProgram).
 QString pdfEnginePath();
 /// For tests: another program to be run as the engine from now on; empty for the usual one.
 void setPDFEnginePathForTests(const QString& path);
@@ -47,6 +46,9 @@ public:
     /// size bytes, or when it was taken before.
     std::optional<FileBytes> takeFlat(std::size_t size);
 
+    /// Whether there is, or was, an engine at all.
+    bool hasStarted() const { return theStart; }
+
     /// For tests: the engine's process id, 0 when it does not run.
     qint64 processId() const;
 
@@ -76,6 +78,7 @@ private:
     QByteArray thePayload;
     std::size_t thePayloadSize = 0; ///< bytes of it that have come
     int theFlatDescriptor = -1;
+    bool theStart = false;
     bool theEnd = false;
     bool theRequestIsOpen = false; ///< sent, and without its last answer
     std::uint32_t theRequest = 0;

@@ -7,6 +7,7 @@
 #include "ui_HelpWindow.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFile>
 #include <QHideEvent>
 #include <QShowEvent>
@@ -32,12 +33,16 @@ void HelpViewController::setHelpPDFView(PDFView* view)
 
 QString HelpViewController::manualFile()
 {
-    const QString name = QStringLiteral("tarnwick/TarnwickHelp.pdf");
-    const QString beside
-        = QCoreApplication::applicationDirPath() + QLatin1String("/../share/") + name;
-    if (QFile::exists(beside))
-        return beside;
-    return QStandardPaths::locate(QStandardPaths::GenericDataLocation, name);
+    const QString name = QStringLiteral("/TarnwickHelp.pdf");
+    const QDir programs(QCoreApplication::applicationDirPath());
+    // Where an installation has it, and where a build puts it.
+    for (const char* folder : {TARNWICK_DATA_FOLDER, "../share/tarnwick"}) {
+        const QString file = programs.filePath(QFile::decodeName(folder)) + name;
+        if (QFile::exists(file))
+            return file;
+    }
+    return QStandardPaths::locate(
+        QStandardPaths::GenericDataLocation, QStringLiteral("tarnwick") + name);
 }
 
 void HelpViewController::showEvent(QShowEvent* event)

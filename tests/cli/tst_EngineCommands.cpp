@@ -3,6 +3,8 @@
 #include "support/PdfBuilder.h"
 
 #include <QDir>
+#include <QFileInfo>
+#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -34,6 +36,7 @@ private slots:
     void failsOnAFullDevice();
     void saysWhyItFailed();
     void asksForThePassword();
+    void findsItsHelpersWhereTheInstallationHasThem();
 
 private:
     /// Runs a command in the test's folder, without a terminal that could be asked for passwords.
@@ -134,6 +137,32 @@ void TestEngineCommands::asksForThePassword()
     const CompanionRun result = text({u"--password-file"_s, u"right"_s});
     QVERIFY2(result.output.contains("Hello (world)\n"), result.errors.constData());
     QCOMPARE(result.status, 0);
+}
+
+/// An installation is put together program by program, in a folder that no build knows of.
+void TestEngineCommands::findsItsHelpersWhereTheInstallationHasThem()
+{
+    const QString built = QFileInfo(QStringLiteral(TARNWICK_INSPECT)).path() + u'/';
+    const QString folder = path(u"moved/bin/"_s);
+    const QString helpers = QDir::cleanPath(folder + QStringLiteral(TARNWICK_HELPER_FOLDER)) + u'/';
+    if (!helpers.startsWith(theHome->path()))
+        QSKIP("this build has its helpers in one fixed folder");
+    const std::tuple<QString, QString, QByteArray> steps[] = {
+        {folder, u"tarnwick-inspect"_s, "tarnwick-export: No such file"},
+        {helpers, u"tarnwick-export"_s, "tarnwick-pdf-engine is missing or cannot be started."},
+        {helpers, u"tarnwick-pdf-engine"_s, {}},
+    };
+    for (const auto& [place, program, complaint] : steps) {
+        QVERIFY(QDir().mkpath(place) && QFile::copy(built + program, place + program));
+        QProcess process;
+        process.start(
+            folder + u"tarnwick-inspect"_s, {u"text"_s, path(u"a.pdf"_s), u"-o"_s, u"-"_s});
+        QVERIFY(process.waitForFinished());
+        QCOMPARE(process.exitCode(), complaint.isEmpty() ? 0 : 1);
+        const QByteArray errors = process.readAllStandardError();
+        QVERIFY2(errors.contains(complaint), errors.constData());
+        QCOMPARE(process.readAllStandardOutput().contains("First page"), complaint.isEmpty());
+    }
 }
 
 QTEST_APPLESS_MAIN(TestEngineCommands)

@@ -37,6 +37,8 @@ QIcon applicationIcon()
 void setUpParser(QCommandLineParser& parser)
 {
     const auto tr = [](const char* text) { return QCoreApplication::translate("main", text); };
+    // The toolkit's own options are long words behind one dash.
+    parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
     parser.setApplicationDescription(tr("Looks into PDF files: pages, source, saved versions."));
     parser.addHelpOption();
     parser.addVersionOption();
@@ -44,15 +46,21 @@ void setUpParser(QCommandLineParser& parser)
         QStringLiteral("files"), tr("PDF files to open."), QStringLiteral("[files...]"));
 }
 
-/// Whether the user asks for the help text or the version.
-bool wantsText(QCommandLineParser& parser, int argc, char** argv)
+/// Prints the help text or the version, without a display, if the user asks for it.
+void answerQuestion(QCommandLineParser& parser, int argc, char** argv)
 {
     QStringList arguments;
     for (int index = 0; index < argc; ++index)
         arguments << QString::fromLocal8Bit(argv[index]);
     // Options of the toolkit are unknown here, and are no reason to stop.
     parser.parse(arguments);
-    return parser.isSet(QStringLiteral("help")) || parser.isSet(QStringLiteral("version"));
+    const bool wantsVersion = parser.isSet(QStringLiteral("version"));
+    if (!wantsVersion && !parser.isSet(QStringLiteral("help")))
+        return;
+    const QCoreApplication application(argc, argv);
+    if (wantsVersion)
+        parser.showVersion();
+    parser.showHelp();
 }
 
 /// The files to open: paths, or what a desktop hands over as file addresses.
@@ -85,10 +93,7 @@ int main(int argc, char* argv[])
     setUpApplication();
     QCommandLineParser parser;
     setUpParser(parser);
-    if (wantsText(parser, argc, argv)) {
-        const QCoreApplication application(argc, argv); // needs no display
-        parser.process(application);
-    }
+    answerQuestion(parser, argc, argv);
     QApplication application(argc, argv);
     parser.process(application);
     // A password prompt may be the only window for a while: the delegate decides when to end.

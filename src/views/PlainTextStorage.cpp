@@ -118,8 +118,21 @@ TextLine PlainTextStorage::line(qsizetype index, qsizetype position, qsizetype c
     const Extent whole = extent(static_cast<std::size_t>(index));
     const auto begin = static_cast<qsizetype>(whole.begin) + position;
     const qsizetype length = std::min(count, static_cast<qsizetype>(whole.end) - begin);
+    return {characters(begin, length), ColourRole::isDefault};
+}
+
+QString PlainTextStorage::lineEnd(qsizetype index) const
+{
+    assert(index >= 0 && index + 1 < lineCount());
+    const std::size_t end = extent(static_cast<std::size_t>(index)).end;
+    const std::size_t next
+        = std::visit([&](const auto& text) { return behindBreak(view(text), end); }, theText);
+    return characters(static_cast<qsizetype>(end), static_cast<qsizetype>(next - end));
+}
+
+QString PlainTextStorage::characters(qsizetype begin, qsizetype length) const
+{
     if (const auto* text = std::get_if<QString>(&theText))
-        return {text->mid(begin, length), ColourRole::isDefault};
-    const char* bytes = std::get<SharedBytes>(theText).view.data();
-    return {QString::fromLatin1(bytes + begin, length), ColourRole::isDefault};
+        return text->mid(begin, length);
+    return QString::fromLatin1(std::get<SharedBytes>(theText).view.data() + begin, length);
 }

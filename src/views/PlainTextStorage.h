@@ -24,6 +24,7 @@ public:
     qsizetype lineLength(qsizetype index) const override;
     TextLine line(
         qsizetype index, qsizetype position = 0, qsizetype count = 1'000'000) const override;
+    QString lineEnd(qsizetype index) const override;
 
 private:
     struct Extent
@@ -32,6 +33,7 @@ private:
         std::size_t end;
     };
     Extent extent(std::size_t index) const;
+    QString characters(qsizetype begin, qsizetype length) const;
 
     std::variant<QString, SharedBytes> theText;
     LineIndex theIndex;

@@ -50,14 +50,19 @@ void TextCollector::collectStretch()
     theNext.unit += wanted;
     theIsCut = wanted > room;
     theIsDone = theIsCut || (isLastLine && theNext.unit >= length);
-    if (!theIsDone && theNext.unit == length) {
-        theIsCut = theIsDone = theText.size() == theLimit;
-        if (!theIsDone)
-            theText += u'\n';
-        theNext = {theNext.line + 1, 0};
-    }
+    if (!theIsDone && theNext.unit == length)
+        collectLineEnd();
     if (theIsCut && !theText.isEmpty() && theText.back().isHighSurrogate())
         theText.chop(1);
+}
+
+void TextCollector::collectLineEnd()
+{
+    const QString end = theStorage->lineEnd(theNext.line);
+    theIsCut = theIsDone = theLimit - theText.size() < end.size();
+    if (!theIsDone)
+        theText += end;
+    theNext = {theNext.line + 1, 0};
 }
 
 QString textOf(std::shared_ptr<const TextStorage> storage, TextRange range, qsizetype limit)
@@ -72,11 +77,13 @@ qsizetype unitsIn(
 {
     if (range.begin.line == range.end.line)
         return std::min(range.end.unit - range.begin.unit, limit + 1);
-    qsizetype units = storage.lineLength(range.begin.line) - range.begin.unit + 1 + range.end.unit;
+    constexpr qsizetype longestEnd = 2;
+    qsizetype units
+        = storage.lineLength(range.begin.line) - range.begin.unit + longestEnd + range.end.unit;
     for (qsizetype line = range.begin.line + 1; line < range.end.line; ++line) {
         if (units > limit || (line % 64 == 0 && deadline.hasExpired()))
             return limit + 1;
-        units += storage.lineLength(line) + 1;
+        units += storage.lineLength(line) + longestEnd;
     }
     return std::min(units, limit + 1);
 }

@@ -10,8 +10,8 @@
 /// The nearest place that a text really has.
 TextPosition clampedToText(const TextStorage& storage, TextPosition position);
 
-/// Collects the characters of a range of a text, in portions where it is long. Lines are separated
-/// by a line feed.
+/// Collects the characters of a range of a text as they stand there, line ends included, in
+/// portions where it is long.
 class TextCollector
 {
 public:
@@ -27,6 +27,7 @@ public:
 
 private:
     void collectStretch();
+    void collectLineEnd();
 
     std::shared_ptr<const TextStorage> theStorage;
     TextPosition theNext;
@@ -40,7 +41,7 @@ private:
 /// The characters of a range, at most limit units. For ranges that are known to be short.
 QString textOf(std::shared_ptr<const TextStorage> storage, TextRange range, qsizetype limit);
 
-/// Units that a range has, its line ends counting one each, or limit + 1 when it has more than
-/// limit. Stops at the deadline and then returns limit + 1 as well.
+/// Units that a range has at most, its line ends counting two each, or limit + 1 when that is more
+/// than limit. Stops at the deadline and then returns limit + 1 as well.
 qsizetype unitsIn(
     const TextStorage& storage, TextRange range, qsizetype limit, QDeadlineTimer deadline);

@@ -31,4 +31,12 @@ public:
     /// Precondition: 0 <= index < lineCount(), 0 <= position <= lineLength(index).
     virtual TextLine line(
         qsizetype index, qsizetype position = 0, qsizetype count = 1'000'000) const = 0;
+
+    /// What ends a line, as it stands in the text: at most two UTF-16 units. A line feed unless the
+    /// text has something else. Precondition: 0 <= index < lineCount() - 1.
+    virtual QString lineEnd(qsizetype index) const
+    {
+        Q_UNUSED(index)
+        return QStringLiteral("\n");
+    }
 };

@@ -102,12 +102,20 @@ void TestPlainTextView::clicksSelect()
 
 void TestPlainTextView::copiesTheSelection()
 {
-    theView->setPlainText(u"one\r\ntwo\nthree"_s);
+    const QString text = u"one\r\ntwo\nthree\rfour\ffive\u0085six\vseven\r"_s; // as it stands
+    theView->setPlainText(text);
     QVERIFY(!theView->validateCommand(u"copy"_s));
     QTest::keyClick(theView.get(), Qt::Key_A, Qt::ControlModifier);
     QVERIFY(theView->validateCommand(u"copy"_s));
     QTest::keyClick(theView.get(), Qt::Key_C, Qt::ControlModifier);
-    QCOMPARE(QGuiApplication::clipboard()->text(), u"one\ntwo\nthree"_s);
+    QCOMPARE(QGuiApplication::clipboard()->text(), text);
+    // Collected in portions, and cut between the two halves of a line end never.
+    const QString longText = u"0123456\r\n"_s.repeated(100'000);
+    theView->setPlainText(longText);
+    theView->selectAll();
+    theView->copy();
+    QTRY_COMPARE(QGuiApplication::clipboard()->text(), longText);
+    QCOMPARE(theView->selectedText(longText.size() - 1), longText.chopped(2));
 }
 
 void TestPlainTextView::replacingLeavesNothing()

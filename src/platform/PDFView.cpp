@@ -49,6 +49,8 @@ PDFView::PDFView(QWidget* parent)
     d = std::make_unique<Private>(this);
     PDFViewAccessible::install();
     setAccessibleName(tr("Pages"));
+    // Its zero is the pages' left edge, whichever way the desktop is laid out.
+    horizontalScrollBar()->setLayoutDirection(Qt::LeftToRight);
     setFocusPolicy(Qt::StrongFocus);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     viewport()->setMouseTracking(true);

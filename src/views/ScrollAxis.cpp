@@ -14,6 +14,8 @@ constexpr double mostSteps = 1 << 30;
 ScrollAxis::ScrollAxis(QScrollBar* bar)
     : theBar(bar)
 {
+    // The distance is from the left, whichever way the desktop is laid out.
+    bar->setLayoutDirection(Qt::LeftToRight);
     connect(bar, &QScrollBar::valueChanged, this, &ScrollAxis::takeValue);
 }
 

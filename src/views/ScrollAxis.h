@@ -3,7 +3,8 @@
 #include <QObject>
 #include <QScrollBar>
 
-/// A scroll bar over a distance in pixels that may be longer than its integers reach.
+/// A scroll bar over a distance in pixels, from the top or the left, that may be longer than its
+/// integers reach.
 class ScrollAxis : public QObject
 {
     Q_OBJECT

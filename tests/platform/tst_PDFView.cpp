@@ -4,6 +4,7 @@
 
 #include "support/OpenedDocument.h"
 #include "support/PdfBuilder.h"
+#include "support/ScrollBars.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -80,6 +81,7 @@ private slots:
     void copiesAll();
     void refusesProgramsBehindLinks();
     void readsThePageAloud();
+    void horizontalBarShowsWhatIsInView();
     void survivesItsDocument();
     void thumbnailsOutliveTheirView();
     void thumbnailsFollowAndLead();
@@ -297,6 +299,22 @@ void TestPDFView::readsThePageAloud()
     QTRY_COMPARE(shown.selected(), QStringLiteral("beta"));
     face->textInterface()->setSelection(0, -5, 100'000);
     QCOMPARE(face->textInterface()->selectionCount(), 1);
+}
+
+void TestPDFView::horizontalBarShowsWhatIsInView()
+{
+    for (const Qt::LayoutDirection direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+        Shown shown(tenPages());
+        shown.view.setLayoutDirection(direction);
+        shown.view.setScaleFactor(8);
+        QVERIFY(shown.waitForText());
+        QScrollBar& bar = *shown.view.horizontalScrollBar();
+        for (const int value : {bar.maximum(), bar.minimum()}) {
+            bar.setValue(value);
+            const bool isLeftShown = shown.view.characterRect(0).x() > 0; // a tenth into the page
+            QCOMPARE(isHandleAtTheLeft(bar), isLeftShown);
+        }
+    }
 }
 
 void TestPDFView::survivesItsDocument()

@@ -1,5 +1,6 @@
 #include "views/PlainTextView.h"
 
+#include "support/ScrollBars.h"
 #include "views/ListedLines.h"
 
 #include <QClipboard>
@@ -19,6 +20,7 @@ private slots:
     void keysMoveAndSelect();
     void clicksSelect();
     void copiesTheSelection();
+    void horizontalBarShowsWhatIsInView();
     void replacingLeavesNothing();
     void enormousTextsScroll_data();
     void enormousTextsScroll();
@@ -116,6 +118,22 @@ void TestPlainTextView::copiesTheSelection()
     theView->copy();
     QTRY_COMPARE(QGuiApplication::clipboard()->text(), longText);
     QCOMPARE(theView->selectedText(longText.size() - 1), longText.chopped(2));
+}
+
+void TestPlainTextView::horizontalBarShowsWhatIsInView()
+{
+    for (const Qt::LayoutDirection direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+        theView->setLayoutDirection(direction);
+        theView->setWrapping(false);
+        theView->setPlainText(QString(10'000, u'x'));
+        for (const qsizetype unit : {10'000, 0}) {
+            theView->setSelection({0, unit}, {0, unit});
+            const QPoint corner = theView->viewport()->rect().center();
+            const bool isLeftShown = theView->positionAt(corner).unit < 5'000;
+            QCOMPARE(isLeftShown, unit == 0);
+            QCOMPARE(isHandleAtTheLeft(*theView->horizontalScrollBar()), isLeftShown);
+        }
+    }
 }
 
 void TestPlainTextView::replacingLeavesNothing()

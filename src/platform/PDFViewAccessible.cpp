@@ -100,6 +100,21 @@ void PDFViewAccessible::setSelection(int selectionIndex, int startOffset, int en
         false);
 }
 
+int PDFViewAccessible::cursorPosition() const
+{
+    return theCaretPage == view()->currentPage() ? std::min(theCaret, characterCount()) : 0;
+}
+
+void PDFViewAccessible::setCursorPosition(int position)
+{
+    theCaretPage = view()->currentPage();
+    theCaret = std::clamp(position, 0, characterCount());
+    if (theCaret < characterCount())
+        scrollToSubstring(theCaret, theCaret + 1);
+    QAccessibleTextCursorEvent event(view(), theCaret);
+    QAccessible::updateAccessibility(&event);
+}
+
 QString PDFViewAccessible::text(int startOffset, int endOffset) const
 {
     const int start = std::max(0, startOffset);

@@ -23,8 +23,10 @@ public:
     void addSelection(int startOffset, int endOffset) override;
     void removeSelection(int selectionIndex) override;
     void setSelection(int selectionIndex, int startOffset, int endOffset) override;
-    int cursorPosition() const override { return 0; }
-    void setCursorPosition(int) override { }
+    /// Where a reader has put the caret in the present page; 0 until then, and on another page.
+    int cursorPosition() const override;
+    /// Puts the caret there and scrolls it into view.
+    void setCursorPosition(int position) override;
     QString text(int startOffset, int endOffset) const override;
     int characterCount() const override;
     QRect characterRect(int offset) const override;
@@ -34,4 +36,7 @@ public:
 
 private:
     PDFView* view() const;
+
+    int theCaretPage = -1;
+    int theCaret = 0;
 };

@@ -299,6 +299,22 @@ void TestPDFView::readsThePageAloud()
     QTRY_COMPARE(shown.selected(), QStringLiteral("beta"));
     face->textInterface()->setSelection(0, -5, 100'000);
     QCOMPARE(face->textInterface()->selectionCount(), 1);
+
+    shown.view.setScaleFactor(8);
+    shown.view.goToPage(2);
+    const auto isInView = [&shown](int character) {
+        return shown.view.viewport()->rect().intersects(shown.view.characterRect(character));
+    };
+    for (const int character : {11, 0}) {
+        QVERIFY(!isInView(character));
+        face->textInterface()->setCursorPosition(character);
+        QTRY_VERIFY(isInView(character));
+        QCOMPARE(face->textInterface()->cursorPosition(), character);
+    }
+    face->textInterface()->setCursorPosition(100'000);
+    QCOMPARE(face->textInterface()->cursorPosition(), face->textInterface()->characterCount());
+    shown.view.goToPage(3);
+    QCOMPARE(face->textInterface()->cursorPosition(), 0);
 }
 
 void TestPDFView::horizontalBarShowsWhatIsInView()

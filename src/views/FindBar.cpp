@@ -45,7 +45,7 @@ FindBar::FindBar(QWidget* parent)
     layout->addWidget(theCaseBox);
     connect(theCaseBox, &QCheckBox::toggled, this, &FindBar::wantedChanged);
     theStatus->setObjectName(u"findStatus"_s);
-    theStatus->setAccessibleName(tr("Search result"));
+    theStatus->setAccessibleDescription(tr("Search result")); // its name is what it says
     theStatus->setMinimumWidth(10);
     layout->addWidget(theStatus, 2);
 

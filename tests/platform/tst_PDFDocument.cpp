@@ -152,7 +152,7 @@ void TestPDFDocument::tellsWhichEncryptionItCannotUndo_data()
     row("by another handler", "<< /Filter /Locks#20Inc /V 1 /R 2 >>", u"\u201cLocks Inc\u201d"_s);
     row("by a handler without a name", "<< /V 1 /R 2 >>", u"which security handler"_s);
     row("by an unknown version", "<< /Filter /Standard /V 9 /R 8 >>", u"(version 9, revision 8)"_s);
-    row("with parts missing", "<< /Filter /Standard /V 2 /R 3 >>", u"damaged"_s);
+    row("with parts missing", "<< /Filter /Standard /V 2 /R 3 >>", u"needed to decrypt"_s);
     row("no dictionary at all", "(secret)", {});
 }
 

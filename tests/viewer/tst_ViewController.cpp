@@ -1,6 +1,7 @@
 #include "ViewerFixture.h"
 
 #include "platform/PDFThumbnailView.h"
+#include "viewer/ProgressLine.h"
 #include "viewer/SearchField.h"
 #include "views/ListedLines.h"
 #include "views/PlainTextView.h"
@@ -59,6 +60,7 @@ private slots:
     void outlineLeadsToItsPages();
     void commandsArePossibleOnlyWhereTheyDoSomething();
     void everyControlIsNamedAndReached();
+    void controlsFitIntoNarrowWindows();
     void sizesAreRemembered();
     void dividersFollowTheKeys();
 };
@@ -320,12 +322,43 @@ void TestViewController::everyControlIsNamedAndReached()
             qPrintable(control->objectName()));
         const QRect place(control->mapTo(&*viewer, QPoint()), control->size());
         QVERIFY2(viewer->rect().contains(place), qPrintable(control->objectName()));
-        QVERIFY2(control->width() >= control->minimumSizeHint().width(),
-            qPrintable(control->objectName()));
         ++controls;
     }
     QVERIFY(controls >= 15);
+    for (QLabel* label : viewer->findChildren<QLabel*>()) {
+        const QAccessibleInterface* interface = QAccessible::queryAccessibleInterface(label);
+        const QString text = label->text().remove(u'&');
+        QCOMPARE(interface->text(QAccessible::Name), text);
+    }
     QVERIFY(!viewer->theTextView()->isFindBarEnabled());
+}
+
+void TestViewController::controlsFitIntoNarrowWindows()
+{
+    for (const Qt::LayoutDirection direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+        ViewerFixture viewer(labelledPages());
+        viewer->setLayoutDirection(direction);
+        QVERIFY(viewer.appear());
+        viewer->searchField()->setText(u"page"_s);
+        viewer.child<ProgressLine>("searchProgress")->showProgress(u"Searching"_s, 1, 2);
+        for (const int width : {1100, 520}) {
+            viewer->resize(width, 600);
+            QCoreApplication::sendPostedEvents();
+            QCOMPARE(viewer->width(), width);
+            QRegion taken;
+            for (QWidget* control : viewer->findChildren<QWidget*>()) {
+                if (!control->parentWidget()->objectName().endsWith(u"Group"_s))
+                    continue;
+                const QRect place(control->mapTo(&*viewer, QPoint()), control->size());
+                QVERIFY2(viewer->rect().contains(place), qPrintable(control->objectName()));
+                QVERIFY2(!taken.intersects(place), qPrintable(control->objectName()));
+                QVERIFY2(control->width() >= control->minimumSizeHint().width(),
+                    qPrintable(control->objectName()));
+                taken += place;
+            }
+            QVERIFY(!taken.isEmpty());
+        }
+    }
 }
 
 void TestViewController::sizesAreRemembered()

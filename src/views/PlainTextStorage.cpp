@@ -105,6 +105,21 @@ PlainTextStorage::Extent PlainTextStorage::extent(std::size_t index) const
         theText);
 }
 
+qsizetype PlainTextStorage::lineAt(qsizetype position) const
+{
+    const auto wanted = static_cast<std::size_t>(position);
+    std::size_t first = 0; // begins at or before the position
+    std::size_t behind = theIndex.lineCount(); // begins behind it
+    while (behind - first > 1) {
+        const std::size_t middle = first + (behind - first) / 2;
+        if (extent(middle).begin <= wanted)
+            first = middle;
+        else
+            behind = middle;
+    }
+    return static_cast<qsizetype>(first);
+}
+
 qsizetype PlainTextStorage::lineLength(qsizetype index) const
 {
     assert(index >= 0 && index < lineCount());

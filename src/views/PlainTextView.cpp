@@ -61,6 +61,7 @@ void PlainTextView::setTextStorage(std::shared_ptr<const TextStorage> storage)
 {
     theStorage = storage ? std::move(storage) : std::make_shared<PlainTextStorage>();
     theLayout.setStorage(theStorage);
+    theGaps.clear();
     theIsDragging = false;
     theAutoScrollTimer.stop();
     theAnchor = theCaret = {};
@@ -285,6 +286,9 @@ void PlainTextView::paintEvent(QPaintEvent*)
     theLayout.forEachVisible([&](const TextSegment& segment, QPointF origin) {
         paintSegment(painter, segment, origin);
         paintSelectedLineEnd(painter, segment, origin);
+    });
+    theLayout.forEachVisibleGap([&](std::size_t gap, qreal y) {
+        paintGap(painter, theGaps.at(static_cast<qsizetype>(gap)).note, y);
     });
     if (hasFocus() && theCaretIsVisible)
         paintCaret(painter);

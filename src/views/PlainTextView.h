@@ -37,6 +37,21 @@ public:
     void setPlainText(const QString& text);
     void clear();
 
+    /// A place where something is missing from the text that the view shows: a row of its own with
+    /// a note, which is no part of the text and is neither selected, copied, found, counted nor
+    /// printed.
+    struct Gap
+    {
+        qsizetype line = 0; ///< above which it stands
+        QString note;
+    };
+    /// @param gaps in the order of their lines; notes for one line are joined. A new storage has
+    /// none.
+    void setGaps(const QList<Gap>& gaps);
+    const QList<Gap>& gaps() const { return theGaps; }
+    /// The note at a point of the viewport; empty where there is none.
+    QString gapNoteAt(const QPointF& viewportPoint) const;
+
     /// The font without zoom: by default the application's. Listings ask for the system's
     /// fixed-pitch font.
     void setTextFont(const QFont& font);
@@ -99,6 +114,7 @@ signals:
     void wrappingChanged(bool wrap);
 
 protected:
+    bool viewportEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
@@ -130,6 +146,7 @@ private:
     void paintSegment(QPainter& painter, const TextSegment& segment, QPointF origin) const;
     QList<QTextLayout::FormatRange> formatsOf(const TextSegment& segment) const;
     void paintSelectedLineEnd(QPainter& painter, const TextSegment& segment, QPointF origin) const;
+    void paintGap(QPainter& painter, const QString& note, qreal y) const;
     void paintCaret(QPainter& painter) const;
     QPalette::ColorGroup selectionGroup() const;
     void restartBlinking();
@@ -165,6 +182,7 @@ private:
     void updateFindStatus();
 
     std::shared_ptr<const TextStorage> theStorage;
+    QList<Gap> theGaps;
     TextViewLayout theLayout;
     TextPalette theColours;
     QFont theTextFont;

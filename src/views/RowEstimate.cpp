@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <iterator>
+#include <utility>
 
 namespace {
 
@@ -12,9 +13,11 @@ constexpr qsizetype portion = 64;
 
 } // namespace
 
-void RowEstimate::restart(const TextStorage& storage, double unitsPerRow)
+void RowEstimate::restart(const TextStorage& storage, double unitsPerRow,
+    std::shared_ptr<const std::vector<qsizetype>> gaps)
 {
     *this = {};
+    theGaps = std::move(gaps);
     theStorage = &storage;
     theUnitsPerRow = unitsPerRow;
     theLineCount = storage.lineCount();
@@ -58,6 +61,19 @@ double RowEstimate::totalRows() const
 }
 
 double RowEstimate::rowsBefore(qsizetype line) const
+{
+    return lineRowsBefore(line) + gapsBefore(line);
+}
+
+double RowEstimate::gapsBefore(qsizetype line) const
+{
+    if (!theGaps)
+        return 0;
+    const auto end = std::lower_bound(theGaps->begin(), theGaps->end(), line);
+    return static_cast<double>(end - theGaps->begin());
+}
+
+double RowEstimate::lineRowsBefore(qsizetype line) const
 {
     const qsizetype group = line / theGroupSize;
     const auto known = static_cast<qsizetype>(theRowsBefore.size()) - 1;

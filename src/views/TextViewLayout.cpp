@@ -17,10 +17,19 @@ TextViewLayout::TextViewLayout()
 void TextViewLayout::setStorage(std::shared_ptr<const TextStorage> storage)
 {
     theSegments.setStorage(std::move(storage));
+    theGaps.reset();
     theTop = {};
     theHidden = 0;
     theLeft = 0;
     restyle();
+}
+
+void TextViewLayout::setGaps(std::vector<qsizetype> lines)
+{
+    const TextPosition top = topPosition();
+    theGaps = std::make_shared<const std::vector<qsizetype>>(std::move(lines));
+    restyle();
+    keepPlace(top);
 }
 
 void TextViewLayout::setFont(const QFont& font)
@@ -62,7 +71,7 @@ void TextViewLayout::restyle()
     const qreal wrapWidth
         = theIsWrapping ? std::max(leastWidth, theSize.width() - 2 * margin) : 0.0;
     theSegments.setStyle({theSegments.font(), wrapWidth});
-    theEstimate.restart(storage(), wrapWidth / theSegments.characterWidth());
+    theEstimate.restart(storage(), wrapWidth / theSegments.characterWidth(), theGaps);
     theWidest = 0;
 }
 
@@ -71,7 +80,8 @@ TextPosition TextViewLayout::topPosition() const
     if (!theSegments.isWrapped())
         return {theTop.line, 0};
     const auto segment = theSegments.segment(theTop.line, theTop.segment);
-    const int row = std::clamp(static_cast<int>(theHidden / rowHeight()), 0, segment->rows() - 1);
+    const int row = std::clamp(
+        static_cast<int>(theHidden / rowHeight()) - gapRows(theTop), 0, segment->rows() - 1);
     return {theTop.line, segment->start + segment->layout.lineAt(row).textStart()};
 }
 
@@ -79,8 +89,17 @@ void TextViewLayout::keepPlace(TextPosition top)
 {
     const Row row = rowOf(top);
     theTop = row.block;
-    theHidden = row.number * rowHeight();
+    // A gap above the first row comes into view with it.
+    theHidden = row.number == 0 ? 0 : (row.number + gapRows(row.block)) * rowHeight();
     clampToEnd();
+}
+
+int TextViewLayout::gapRows(Block block) const
+{
+    return theGaps && block.segment == 0
+            && std::binary_search(theGaps->begin(), theGaps->end(), block.line)
+        ? 1
+        : 0;
 }
 
 int TextViewLayout::rowsOf(Block block) const
@@ -122,10 +141,25 @@ void TextViewLayout::forEachVisible(const SegmentVisitor& visit) const
 {
     std::optional<Block> block = theTop;
     for (qreal y = -theHidden; block && y < theSize.height(); block = next(*block)) {
+        const qreal textTop = y + gapRows(*block) * rowHeight();
         if (theSegments.isWrapped())
-            visit(*theSegments.segment(block->line, block->segment), {margin, y});
+            visit(*theSegments.segment(block->line, block->segment), {margin, textTop});
         else
-            visitUnwrapped(block->line, y, visit);
+            visitUnwrapped(block->line, textTop, visit);
+        y += heightOf(*block);
+    }
+}
+
+void TextViewLayout::forEachVisibleGap(const GapVisitor& visit) const
+{
+    if (!theGaps || theGaps->empty())
+        return;
+    std::optional<Block> block = theTop;
+    for (qreal y = -theHidden; block && y < theSize.height(); block = next(*block)) {
+        if (gapRows(*block) > 0) {
+            const auto gap = std::lower_bound(theGaps->begin(), theGaps->end(), block->line);
+            visit(static_cast<std::size_t>(gap - theGaps->begin()), y);
+        }
         y += heightOf(*block);
     }
 }
@@ -220,7 +254,7 @@ qreal TextViewLayout::height() const
 qreal TextViewLayout::heightAbove() const
 {
     if (!theSegments.isWrapped())
-        return static_cast<qreal>(theTop.line) * rowHeight() + theHidden;
+        return theEstimate.rowsBefore(theTop.line) * rowHeight() + theHidden;
     const double share = (static_cast<double>(theTop.segment) + theHidden / heightOf(theTop))
         / static_cast<double>(theSegments.count(theTop.line));
     const double rows
@@ -249,11 +283,14 @@ void TextViewLayout::reveal(TextPosition position)
 {
     const Row row = rowOf(position);
     const std::optional<qreal> y = heightInView(row);
+    // A gap comes into view with the row below it.
+    const qreal gap = row.number == 0 ? gapRows(row.block) * rowHeight() : 0;
     if (!y) {
         theTop = row.block;
-        theHidden = (row.number + 1) * rowHeight() - std::round(theSize.height() / 2);
-    } else if (*y < 0) {
-        theHidden += *y;
+        theHidden = (gapRows(row.block) + row.number + 1) * rowHeight()
+            - std::round(theSize.height() / 2);
+    } else if (*y - gap < 0) {
+        theHidden += *y - gap;
     } else if (*y + rowHeight() > theSize.height()) {
         theHidden += std::min(*y + rowHeight() - theSize.height(), *y);
     }
@@ -279,7 +316,7 @@ std::optional<qreal> TextViewLayout::heightInView(Row row) const
     }
     if (!block || *block != row.block)
         return std::nullopt;
-    y += row.number * rowHeight();
+    y += (gapRows(row.block) + row.number) * rowHeight();
     if (y < -theSize.height() || y > 2 * theSize.height())
         return std::nullopt;
     return y;

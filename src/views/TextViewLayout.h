@@ -26,6 +26,9 @@ public:
 
     /// Shows another text from its beginning. Never null.
     void setStorage(std::shared_ptr<const TextStorage> storage);
+    /// Gaps between lines, a row high each, for what is no part of the text. @param lines before
+    /// which they stand, growing; gone with the storage.
+    void setGaps(std::vector<qsizetype> lines);
     void setFont(const QFont& font);
     void setWrapping(bool wrap);
     void setSize(QSizeF size);
@@ -43,6 +46,9 @@ public:
     /// A segment that shows, and the point of its top left corner.
     using SegmentVisitor = std::function<void(const TextSegment& segment, QPointF origin)>;
     void forEachVisible(const SegmentVisitor& visit) const;
+    /// A gap that shows, by its place among those that were set, and its upper edge.
+    using GapVisitor = std::function<void(std::size_t gap, qreal y)>;
+    void forEachVisibleGap(const GapVisitor& visit) const;
 
     // Scrolling
     void scrollBy(qreal down);
@@ -90,7 +96,9 @@ private:
     void keepPlace(TextPosition top);
     TextPosition topPosition() const;
     int rowsOf(Block block) const;
-    qreal heightOf(Block block) const { return rowsOf(block) * rowHeight(); }
+    /// Rows above a block's text: 1 where there is a gap, else 0.
+    int gapRows(Block block) const;
+    qreal heightOf(Block block) const { return (gapRows(block) + rowsOf(block)) * rowHeight(); }
     std::optional<Block> next(Block block) const;
     std::optional<Block> previous(Block block) const;
     Block lastBlock() const;
@@ -113,6 +121,7 @@ private:
     qreal xOf(TextPosition position) const;
 
     TextSegments theSegments;
+    std::shared_ptr<const std::vector<qsizetype>> theGaps;
     RowEstimate theEstimate;
     bool theIsWrapping = true;
     QSizeF theSize{400, 300};

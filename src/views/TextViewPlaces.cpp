@@ -147,7 +147,7 @@ TextPosition TextViewLayout::positionAt(QPointF point) const
     }
     if (!theSegments.isWrapped())
         return positionInLine(block.line, point.x());
-    const int row = static_cast<int>((point.y() - y) / rowHeight());
+    const int row = static_cast<int>((point.y() - y) / rowHeight()) - gapRows(block);
     return positionInRow({block, std::clamp(row, 0, rowsOf(block) - 1)}, point.x() - margin);
 }
 

@@ -24,6 +24,8 @@ private slots:
     void replacingLeavesNothing();
     void enormousTextsScroll_data();
     void enormousTextsScroll();
+    void gapsStandBetweenTheLines_data();
+    void gapsStandBetweenTheLines();
     void coloursFollowThePalette();
 
 private:
@@ -193,6 +195,44 @@ void TestPlainTextView::enormousTextsScroll()
     bar->setValue(bar->maximum() / 2);
     bar->setValue(0);
     QCOMPARE(theView->positionAt({0, 0}).line, 0);
+}
+
+void TestPlainTextView::gapsStandBetweenTheLines_data()
+{
+    QTest::addColumn<bool>("isWrapping");
+    QTest::newRow("wrapped") << true;
+    QTest::newRow("not wrapped") << false;
+}
+
+/// A gap moves the lines below it down by a row, and is no place in the text.
+void TestPlainTextView::gapsStandBetweenTheLines()
+{
+    QFETCH(bool, isWrapping);
+    theView->setWrapping(isWrapping);
+    QString text;
+    for (int line = 0; line < 1000; ++line)
+        text += QString::number(line) + u'\n';
+    theView->setPlainText(text);
+    const auto top = [this](qsizetype line) { return theView->caretRect({line, 0})->top(); };
+    const qreal row = theView->caretRect({0, 0})->height();
+    theView->setGaps({{0, u"before all"_s}, {2, u"two"_s}, {2, u"of them"_s}, {1000, u"end"_s}});
+    QCOMPARE(top(0), row);
+    QCOMPARE(top(2), 4 * row);
+    QCOMPARE(theView->gapNoteAt({50, row / 2}), u"before all"_s);
+    QCOMPARE(theView->gapNoteAt({50, 3.5 * row}), u"two of them"_s);
+    QCOMPARE(theView->gapNoteAt({50, 4.5 * row}), QString());
+    QCOMPARE(theView->positionAt({0, 3.5 * row}).line, 2);
+    QCOMPARE(theView->positionAt({0, 2.5 * row}).line, 1);
+    theView->selectAll();
+    QCOMPARE(theView->selectedText(), text);
+
+    theView->verticalScrollBar()->setValue(theView->verticalScrollBar()->maximum());
+    QCOMPARE(theView->gapNoteAt({50, top(1000) - row / 2}), u"end"_s);
+    QTest::keyClick(theView.get(), Qt::Key_Home, Qt::ControlModifier);
+    QCOMPARE(top(0), row);
+    theView->setPlainText(text);
+    QCOMPARE(top(0), 0);
+    QVERIFY(theView->gaps().isEmpty());
 }
 
 void TestPlainTextView::coloursFollowThePalette()

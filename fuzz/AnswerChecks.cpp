@@ -76,10 +76,10 @@ bool isSound(const QList<PDFLink>& links, int pageCount)
     return true;
 }
 
-bool isSound(const QList<PDFOutlineEntry>& entries, int pageCount)
+bool isSound(const PDFOutline& outline, int pageCount)
 {
     int deepest = 0;
-    for (const PDFOutlineEntry& entry : entries) {
+    for (const PDFOutlineEntry& entry : outline.entries) {
         require(entry.depth >= 0 && entry.depth <= std::min(deepest, 63), "an entry's depth");
         deepest = entry.depth + 1;
         checkTarget(entry.page, pageCount);
@@ -88,11 +88,17 @@ bool isSound(const QList<PDFOutlineEntry>& entries, int pageCount)
     return true;
 }
 
-/// Of the kinds whose answer is the length of a written file.
-bool isLength(PayloadReader& reader)
+bool isSound(const PDFWrittenAnswer& written, int pageCount)
 {
-    reader.take<std::uint64_t>();
-    return reader.isDone();
+    int next = 0;
+    for (const PDFLosses::Range& range : written.losses.ranges()) {
+        require(range.first >= next && range.last >= range.first && range.last < pageCount,
+            "a lost page outside the document");
+        require(range.loss != PDFLoss::isNone, "a page lost for no reason");
+        next = range.last + 1;
+    }
+    require(written.lostObjects >= 0, "a count of lost objects");
+    return true;
 }
 
 } // namespace
@@ -124,7 +130,7 @@ bool takesAnswer(const AskedFor& asked, std::string_view payload)
         return check(readOutlineAnswer(reader, asked.pageCount), asked.pageCount);
     case EngineRequest::isFlat:
     case EngineRequest::isPrint:
-        return isLength(reader);
+        return check(readWrittenAnswer(reader, asked.pageCount), asked.pageCount);
     }
     return false;
 }

@@ -169,6 +169,7 @@ std::string answer(EngineRequest kind, int detail, const PayloadWriter& payload)
 PayloadWriter textAnswer(int detail)
 {
     PayloadWriter payload;
+    payload.put(static_cast<std::uint8_t>(EngineLoss::isNone));
     payload.put(std::uint32_t{3});
     for (const std::uint32_t character : {0x61u, 0x1f600u, 0x0au})
         payload.put(character);
@@ -188,7 +189,7 @@ PayloadWriter textAnswer(int detail)
 
 Seeds answers()
 {
-    PayloadWriter opened, measures, tile, links, outline;
+    PayloadWriter opened, measures, tile, links, outline, written;
     for (const int fact : {2, 1, 7, -1, 3})
         opened.put(fact);
     for (const float side : {612.f, 792.f})
@@ -204,11 +205,19 @@ Seeds answers()
     const std::string area = packedFloats({1, 2, 30, 40});
     links.putBytes(area.data(), area.size());
     putTarget(links, -1, "https://a.example/");
+    outline.put(std::uint8_t{1});
     outline.put(std::uint32_t{2});
     for (const int depth : {0, 1}) {
         outline.put(depth);
         outline.putText("Title");
         putTarget(outline, depth, "");
+    }
+    written.put(std::uint64_t{1000});
+    written.put(std::uint32_t{3});
+    written.put(std::uint32_t{2});
+    for (const int page : {0, 1}) {
+        written.put(page);
+        written.put(static_cast<std::uint8_t>(EngineLoss::isDamaged));
     }
     using Kind = EngineRequest;
     return {
@@ -217,6 +226,7 @@ Seeds answers()
         answer(Kind::isTile, 0, tile),
         answer(Kind::isLinks, 0, links),
         answer(Kind::isOutline, 0, outline),
+        answer(Kind::isFlat, 0, written),
         answer(Kind::isText, 0, textAnswer(0)),
         answer(Kind::isText, 1, textAnswer(1)),
         answer(Kind::isText, 2, textAnswer(2)),

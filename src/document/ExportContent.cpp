@@ -19,7 +19,8 @@ class FlatContent : public ExportContent
 {
 public:
     explicit FlatContent(PDFDocument* document)
-        : theDocument(document)
+        : ExportContent(LossSubject::isFile)
+        , theDocument(document)
     {
     }
 
@@ -32,8 +33,9 @@ public:
                 emit failed(request->failure());
                 return;
             }
-            theBytes = request->bytes();
-            setTaken();
+            const PDFWrittenFile& file = request->file();
+            theBytes = file.bytes;
+            setTaken(file.losses, file.lostObjects);
         });
     }
 
@@ -61,7 +63,8 @@ class TextContent : public ExportContent
 {
 public:
     explicit TextContent(PDFDocumentText* text)
-        : theText(text)
+        : ExportContent(LossSubject::isText)
+        , theText(text)
     {
     }
 
@@ -86,8 +89,9 @@ public:
 private:
     void keep()
     {
-        theString = theText->string();
-        setTaken();
+        const PDFPagesText text = theText->text();
+        theString = text.string();
+        setTaken(text.losses);
     }
 
     void stop(PDFFailure failure)
@@ -95,8 +99,10 @@ private:
         // A window that no longer wants the text does not decide for this export.
         if (failure == PDFFailure::isCancelled)
             QMetaObject::invokeMethod(theText, &PDFDocumentText::fetch, Qt::QueuedConnection);
-        else
+        else if (theText->arrivedCount() == 0)
             emit failed(failure);
+        else
+            keep(); // a beginning, and word of what is missing, beat nothing
     }
 
     PDFDocumentText* theText; // not used once taken
@@ -108,7 +114,8 @@ class RichContent : public ExportContent
 {
 public:
     explicit RichContent(PDFDocument* document)
-        : theDocument(document)
+        : ExportContent(LossSubject::isText)
+        , theDocument(document)
     {
     }
 
@@ -120,13 +127,17 @@ public:
         connect(request, &PDFTextRequest::pageReady, this,
             [this, count](int page, const PDFPageText& text) {
                 theText.append(text);
+                theTextLosses.add(page, text.loss);
+                theNextPage = page + 1;
                 emit progressed(page + 1, count);
             });
-        connect(request, &PDFRequest::finished, this, [this, request] {
-            if (request->succeeded())
-                setTaken();
-            else
+        connect(request, &PDFRequest::finished, this, [this, request, count] {
+            if (theNextPage == 0) {
                 emit failed(request->failure());
+                return;
+            }
+            theTextLosses.add({theNextPage, count - 1, PDFLoss::isNotRead});
+            setTaken(theTextLosses);
         });
     }
 
@@ -146,6 +157,8 @@ public:
 private:
     PDFDocument* theDocument; // used by take() alone
     AttributedText theText;
+    PDFLosses theTextLosses;
+    int theNextPage = 0;
 };
 
 } // namespace
@@ -179,8 +192,18 @@ bool writeUtf8(
     return true;
 }
 
-void ExportContent::setTaken()
+QStringList ExportContent::missing(int most) const
 {
+    QStringList sentences = lossSentences(theLosses, theSubject, most);
+    if (theLostObjects > 0)
+        sentences << lostObjectsSentence(theLostObjects);
+    return sentences;
+}
+
+void ExportContent::setTaken(const PDFLosses& losses, qsizetype lostObjects)
+{
+    theLosses = losses;
+    theLostObjects = lostObjects;
     theContentIsTaken = true;
     emit taken();
 }

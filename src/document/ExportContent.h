@@ -2,6 +2,7 @@
 
 #include "document/ExportSource.h"
 #include "platform/AttributedText.h"
+#include "platform/LossText.h"
 
 #include <QObject>
 
@@ -16,8 +17,8 @@ enum class ExportKind
     isRichText,
 };
 
-/// What an export writes into its file: taken from the engine through the event loop, then written
-/// from any thread.
+/// What an export writes into its file, and what of the document is missing from it: taken from the
+/// engine through the event loop, then written from any thread.
 class ExportContent : public QObject
 {
     Q_OBJECT
@@ -37,6 +38,14 @@ public:
     virtual void take() = 0;
     bool isTaken() const { return theContentIsTaken; }
 
+    /// What of the document is not in it. Precondition: isTaken().
+    const PDFLosses& losses() const { return theLosses; }
+    qsizetype lostObjects() const { return theLostObjects; }
+    bool isWhole() const { return theLosses.isEmpty() && theLostObjects == 0; }
+    /// The same as sentences for the user; empty when it is whole. @param most ranges of pages that
+    /// each names.
+    QStringList missing(int most = 4) const;
+
     /// Writes it in slices. Precondition: isTaken(). Thread-safe then.
     /// @returns false when the sink fails or progress says no.
     virtual bool write(const Sink& sink, const Progress& progress) const = 0;
@@ -48,9 +57,18 @@ signals:
     void failed(PDFFailure failure);
 
 protected:
-    void setTaken();
+    /// @param subject of missing().
+    explicit ExportContent(LossSubject subject)
+        : theSubject(subject)
+    {
+    }
+    /// The content is there, as far as it can be had: with what is missing from it.
+    void setTaken(const PDFLosses& losses, qsizetype lostObjects = 0);
 
 private:
+    LossSubject theSubject;
+    PDFLosses theLosses;
+    qsizetype theLostObjects = 0;
     bool theContentIsTaken = false;
 };
 

@@ -177,7 +177,7 @@ void SourceViewController::fillUpper()
 void SourceViewController::takeFlattened(PDFFlatRequest* request)
 {
     if (request->succeeded()) {
-        const SharedBytes bytes = shared(request->bytes());
+        const SharedBytes bytes = shared(request->file().bytes);
         startScan(theUpper, bytes, &SourceViewController::theFlatSource);
         return;
     }

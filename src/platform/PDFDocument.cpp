@@ -9,7 +9,7 @@
 
 #include <algorithm>
 #include <cassert>
-#include <set>
+#include <map>
 #include <utility>
 
 namespace {
@@ -80,7 +80,8 @@ public:
     QList<QSizeF> theSizes; ///< of the pages that have been measured
     QHash<int, QString> theLabels;
     int theLostBatches = 0;
-    std::set<Culprit> theCulprits;
+    int thePageTimeLimit = pdfPageTimeLimit;
+    std::map<Culprit, PDFFailure> theCulprits;
 };
 
 PDFDocument::PDFDocument(const FileBytes& bytes, QObject* parent)
@@ -134,6 +135,11 @@ QString PDFDocument::pageLabel(int page) const
 QString PDFDocument::refusalReason() const
 {
     return d->theRefusal;
+}
+
+void PDFDocument::setPageTimeLimit(int milliseconds)
+{
+    d->thePageTimeLimit = milliseconds;
 }
 
 QList<qint64> PDFDocument::engineProcessIds() const
@@ -251,7 +257,7 @@ void PDFDocument::Private::submit(PDFEngineClient* client, PDFRequest* request, 
 void PDFDocument::Private::remember(EngineRequest kind, int page, PDFFailure failure)
 {
     if (failure == PDFFailure::isEngineDead || failure == PDFFailure::isTimedOut)
-        theCulprits.insert({kind, page});
+        theCulprits.emplace(Culprit(kind, page), failure);
 }
 
 void PDFDocument::Private::submitForPage(
@@ -260,8 +266,9 @@ void PDFDocument::Private::submitForPage(
     const EngineRequest kind = job.kind;
     if (page < 0 || page >= theFacts.pageCount)
         return finishLater(request, PDFFailure::isDamaged);
-    if (theCulprits.contains({kind, page}))
-        return finishLater(request, PDFFailure::isEngineDead);
+    if (const auto culprit = theCulprits.find({kind, page}); culprit != theCulprits.end())
+        return finishLater(request, culprit->second);
+    job.timeLimit = thePageTimeLimit;
     job.finish = [this, waiting = QPointer<PDFRequest>(request), kind, page](PDFFailure failure) {
         remember(kind, page, failure);
         if (waiting)
@@ -274,12 +281,15 @@ PDFFlatRequest* PDFDocument::Private::askForFile(PDFEngineJob job, QObject* pare
 {
     auto* const request = new PDFFlatRequest(parent);
     PDFEngineClient* const client = flatEngine();
-    job.accept = [request, client](PayloadReader& reader, const QByteArray&) {
-        const std::optional<FileBytes> bytes
-            = client->takeFlat(static_cast<std::size_t>(reader.take<std::uint64_t>()));
-        request->theBytes = bytes.value_or(FileBytes());
-        return bytes.has_value();
-    };
+    job.accept
+        = [request, client, count = theFacts.pageCount](PayloadReader& reader, const QByteArray&) {
+              const std::optional<PDFWrittenAnswer> answer = readWrittenAnswer(reader, count);
+              const std::optional<FileBytes> bytes
+                  = answer ? client->takeFlat(answer->size) : std::nullopt;
+              if (bytes)
+                  request->theFile = {*bytes, answer->losses, answer->lostObjects};
+              return bytes.has_value();
+          };
     job.progress = [request](int done, int total) { emit request->progressed(done, total); };
     submit(client, request, std::move(job));
     return request;
@@ -334,9 +344,11 @@ PDFTextRequest* PDFDocument::requestText(int first, int last, PDFTextDetail deta
 
 void PDFDocument::Private::askText(const std::shared_ptr<TextRun>& run, int page)
 {
-    if (theCulprits.contains({EngineRequest::isText, page})) {
-        QTimer::singleShot(
-            0, run->request, [this, run, page] { deliverText(run, page, {}, PDFFailure::isNone); });
+    const auto culprit = theCulprits.find({EngineRequest::isText, page});
+    if (culprit != theCulprits.end()) {
+        const PDFPageText lost = PDFPageText::lost(culprit->second);
+        QTimer::singleShot(0, run->request,
+            [this, run, page, lost] { deliverText(run, page, lost, PDFFailure::isNone); });
         return;
     }
     const auto text = std::make_shared<PDFPageText>();
@@ -345,6 +357,7 @@ void PDFDocument::Private::askText(const std::shared_ptr<TextRun>& run, int page
     payload.put(static_cast<std::uint8_t>(run->detail));
     PDFEngineJob job;
     job.kind = EngineRequest::isText;
+    job.timeLimit = thePageTimeLimit;
     job.payload = payload.bytes();
     job.accept = [text, detail = run->detail](PayloadReader& reader, const QByteArray&) {
         auto answer = readTextAnswer(reader, detail);
@@ -353,6 +366,8 @@ void PDFDocument::Private::askText(const std::shared_ptr<TextRun>& run, int page
     };
     job.finish = [this, run, page, text](PDFFailure failure) {
         remember(EngineRequest::isText, page, failure);
+        if (failure != PDFFailure::isNone)
+            *text = PDFPageText::lost(failure);
         deliverText(run, page, *text, failure);
     };
     submit(textEngine(), run->request, std::move(job));
@@ -426,9 +441,9 @@ PDFOutlineRequest* PDFDocument::requestOutline(QObject* parent)
     PDFEngineJob job;
     job.kind = EngineRequest::isOutline;
     job.accept = [request, count = pageCount()](PayloadReader& reader, const QByteArray&) {
-        const auto entries = readOutlineAnswer(reader, count);
-        request->theEntries = entries.value_or(QList<PDFOutlineEntry>());
-        return entries.has_value();
+        const auto outline = readOutlineAnswer(reader, count);
+        request->theOutline = outline.value_or(PDFOutline());
+        return outline.has_value();
     };
     d->submit(d->thePages, request, std::move(job));
     return request;

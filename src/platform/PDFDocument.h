@@ -36,6 +36,13 @@ struct PDFOutlineEntry
     QPointF point; ///< where on that page, in page space
 };
 
+/// The outline as far as it could be read.
+struct PDFOutline
+{
+    QList<PDFOutlineEntry> entries;
+    bool isCut = false; ///< entries beyond what the engine gives were left out
+};
+
 /// A link on a page (ISO 32000-2, 12.5.6.5).
 struct PDFLink
 {
@@ -45,18 +52,28 @@ struct PDFLink
     QUrl url; ///< target outside the document; empty for links within it
 };
 
-/// A PDF file that the engine has written (requestFlat(), requestPrint()).
+/// A PDF file that the engine has written, and what of the document is not in it.
+struct PDFWrittenFile
+{
+    FileBytes bytes;
+    PDFLosses losses; ///< pages that are empty or lack something
+    qsizetype lostObjects = 0; ///< that could not be read and are null, those of pages included
+
+    bool isWhole() const { return losses.isEmpty() && lostObjects == 0; }
+};
+
+/// The writing of such a file (requestFlat(), requestPrint()).
 class PDFFlatRequest : public PDFRequest
 {
     Q_OBJECT
 public:
-    const FileBytes& bytes() const { return theBytes; }
+    const PDFWrittenFile& file() const { return theFile; }
 
 private:
     friend class PDFDocument;
     friend class PDFEngineClient;
     using PDFRequest::PDFRequest;
-    FileBytes theBytes;
+    PDFWrittenFile theFile;
 };
 
 /// The text of pages, delivered page by page in the order asked for (requestText()).
@@ -64,7 +81,7 @@ class PDFTextRequest : public PDFRequest
 {
     Q_OBJECT
 signals:
-    /// A page that cannot be read delivers an empty text.
+    /// A page that cannot be read delivers an empty text, whose loss says why.
     void pageReady(int page, const PDFPageText& text);
 
 private:
@@ -106,13 +123,13 @@ class PDFOutlineRequest : public PDFRequest
 {
     Q_OBJECT
 public:
-    const QList<PDFOutlineEntry>& entries() const { return theEntries; }
+    const PDFOutline& outline() const { return theOutline; }
 
 private:
     friend class PDFDocument;
     friend class PDFEngineClient;
     using PDFRequest::PDFRequest;
-    QList<PDFOutlineEntry> theEntries;
+    PDFOutline theOutline;
 };
 
 /// A rendered document: the main process's side of the PDF engine.
@@ -170,13 +187,18 @@ public:
 
     /// The document on sheets of paper, as a PDF file of a page for each: what was text and lines
     /// stays text and lines. Annotations and form fields are there as they look, those that are
-    /// meant for paper; a page that cannot be read leaves its sheets empty.
+    /// meant for paper; a page that cannot be read leaves its sheets empty, and is named among
+    /// the losses.
     /// @param sheets a page out of range leaves its sheet empty; above a million of them the
     ///   request fails. It may take 30 seconds, and a fiftieth of one for each sheet.
     PDFFlatRequest* requestPrint(
         const PrintPaper& paper, const QList<PrintSheet>& sheets, QObject* parent);
 
-    /// Texts of the pages from first to last, both included, in that order.
+    /// How long the engine may take for one page's text, tile or links; pdfPageTimeLimit at first.
+    void setPageTimeLimit(int milliseconds);
+
+    /// Texts of the pages from first to last, both included, in that order. Fails when the
+    /// document cannot be opened again, or when pages keep ending the engine.
     PDFTextRequest* requestText(int first, int last, PDFTextDetail detail, QObject* parent);
 
     /// A part of a page, painted on white with annotations and form fields.

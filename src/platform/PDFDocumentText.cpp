@@ -18,7 +18,8 @@ void PDFDocumentText::fetch()
         = theDocument->requestText(arrivedCount(), pageCount() - 1, PDFTextDetail::isPlain, this);
     connect(
         theRequest, &PDFTextRequest::pageReady, this, [this](int page, const PDFPageText& text) {
-            thePages.append(text.string);
+            theText.pages.append(text.string);
+            theText.losses.add(page, text.loss);
             emit pageArrived(page);
         });
     connect(theRequest, &PDFRequest::finished, this, &PDFDocumentText::endFetch);
@@ -50,19 +51,11 @@ int PDFDocumentText::pageCount() const
     return theDocument->pageCount();
 }
 
-QString PDFDocumentText::string() const
+PDFPagesText PDFDocumentText::text() const
 {
-    qsizetype size = 0;
-    for (const QString& page : thePages)
-        size += page.size() + 1;
-    QString whole;
-    whole.reserve(size);
-    for (const QString& page : thePages) {
-        whole += page;
-        if (!page.isEmpty() && !page.endsWith(u'\n'))
-            whole += u'\n';
-    }
-    return whole;
+    PDFPagesText text = theText;
+    text.losses.add({arrivedCount(), pageCount() - 1, PDFLoss::isNotRead});
+    return text;
 }
 
 QString PDFDocumentText::string(const PDFSelection& selection) const
@@ -73,7 +66,7 @@ QString PDFDocumentText::string(const PDFSelection& selection) const
             continue;
         if (!text.isEmpty() && !text.endsWith(u'\n'))
             text += u'\n';
-        text += QStringView(thePages.at(range.page))
+        text += QStringView(theText.pages.at(range.page))
                     .mid(std::max<qsizetype>(range.start, 0), range.length);
     }
     return text;

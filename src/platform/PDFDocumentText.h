@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/PDFPagesText.h"
 #include "platform/PDFRequest.h"
 #include "platform/PDFSelection.h"
 
@@ -14,7 +15,8 @@ class PDFTextRequest;
 /// the selection and the plain-text export all read it here.
 ///
 /// fetch() asks the engine; pages arrive in page order through the event loop while the windows
-/// stay usable. Main thread only.
+/// stay usable. A page that cannot be read arrives without text and with its loss. Main thread
+/// only.
 class PDFDocumentText : public QObject
 {
     Q_OBJECT
@@ -30,19 +32,19 @@ public:
     void cancel();
 
     int pageCount() const;
-    /// Pages 0 to arrivedCount() - 1 have their text.
-    int arrivedCount() const { return static_cast<int>(thePages.size()); }
+    /// Pages 0 to arrivedCount() - 1 have been read, as far as that is possible.
+    int arrivedCount() const { return static_cast<int>(theText.pages.size()); }
+    /// Every page has arrived, be it without its text.
     bool isWhole() const { return arrivedCount() == pageCount(); }
     bool isFetching() const { return theRequest != nullptr; }
 
-    /// Text of a page that has arrived. Precondition: 0 <= page < arrivedCount().
-    const QString& pageString(int page) const { return thePages.at(page); }
+    /// What there is of the text, and what is missing from it at present.
+    PDFPagesText text() const;
 
-    /// The pages' texts in page order, nothing between them but a line end where a page's text does
-    /// not end with one. Precondition: isWhole().
-    QString string() const;
+    /// Units of the text of a page that has arrived. Precondition: 0 <= page < arrivedCount().
+    qsizetype pageLength(int page) const { return theText.pages.at(page).size(); }
 
-    /// The selected text, pages that have not arrived left out; a line end between pages.
+    /// The selected text, as far as there is any; a line end between pages.
     QString string(const PDFSelection& selection) const;
 
 signals:
@@ -58,5 +60,5 @@ private:
     PDFDocument* theDocument;
     PDFTextRequest* theRequest = nullptr;
     bool theEndWasTold = false;
-    QList<QString> thePages;
+    PDFPagesText theText; ///< losses of the arrived pages alone
 };

@@ -47,6 +47,21 @@ std::string_view takeText(PayloadReader& reader, std::size_t longest)
     return reader.takeBytes(size <= longest ? size : std::numeric_limits<std::size_t>::max());
 }
 
+std::optional<PDFLoss> takeLoss(PayloadReader& reader)
+{
+    switch (static_cast<EngineLoss>(reader.take<quint8>())) {
+    case EngineLoss::isNone:
+        return PDFLoss::isNone;
+    case EngineLoss::isDamaged:
+        return PDFLoss::isDamaged;
+    case EngineLoss::isDamagedInPart:
+        return PDFLoss::isDamagedInPart;
+    case EngineLoss::isCut:
+        return PDFLoss::isCut;
+    }
+    return std::nullopt;
+}
+
 std::optional<int> soundCount(int count)
 {
     return count >= 0 ? std::optional<int>(count) : std::nullopt;
@@ -183,6 +198,10 @@ bool takeRuns(PayloadReader& reader, const QString& string, QList<PDFTextRun>& r
 std::optional<PDFPageText> readTextAnswer(PayloadReader& reader, PDFTextDetail detail)
 {
     PDFPageText text;
+    const std::optional<PDFLoss> loss = takeLoss(reader);
+    if (!loss)
+        return std::nullopt;
+    text.loss = *loss;
     const auto count = reader.take<std::uint32_t>();
     if (count > maximumPageCharacters)
         return std::nullopt;
@@ -261,10 +280,11 @@ std::optional<QList<PDFLink>> readLinksAnswer(PayloadReader& reader, int pageCou
     return links;
 }
 
-std::optional<QList<PDFOutlineEntry>> readOutlineAnswer(PayloadReader& reader, int pageCount)
+std::optional<PDFOutline> readOutlineAnswer(PayloadReader& reader, int pageCount)
 {
     constexpr std::size_t smallestEntry = 24;
-    QList<PDFOutlineEntry> entries;
+    PDFOutline outline;
+    outline.isCut = reader.take<quint8>() != 0;
     const auto count = reader.take<std::uint32_t>();
     if (count > maximumOutlineEntries || !reader.holds(count, smallestEntry))
         return std::nullopt;
@@ -278,9 +298,32 @@ std::optional<QList<PDFOutlineEntry>> readOutlineAnswer(PayloadReader& reader, i
         const Target target = takeTarget(reader, texts, pageCount);
         entry.page = target.page;
         entry.point = target.point;
-        entries.append(entry);
+        outline.entries.append(entry);
     }
     if (!reader.isDone())
         return std::nullopt;
-    return entries;
+    return outline;
+}
+
+std::optional<PDFWrittenAnswer> readWrittenAnswer(PayloadReader& reader, int pageCount)
+{
+    constexpr std::size_t lossSize = 5;
+    PDFWrittenAnswer answer;
+    answer.size = reader.take<std::uint64_t>();
+    answer.lostObjects = reader.take<std::uint32_t>();
+    const auto count = reader.take<std::uint32_t>();
+    if (!reader.holds(count, lossSize))
+        return std::nullopt;
+    int next = 0; // pages grow
+    for (std::uint32_t index = 0; index < count; ++index) {
+        const int page = reader.take<int>();
+        const std::optional<PDFLoss> loss = takeLoss(reader);
+        if (!loss || page < next || page >= pageCount)
+            return std::nullopt;
+        answer.losses.add(page, *loss);
+        next = page + 1;
+    }
+    if (!reader.isDone())
+        return std::nullopt;
+    return answer;
 }

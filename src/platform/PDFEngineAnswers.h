@@ -34,4 +34,13 @@ std::optional<PDFPageText> readTextAnswer(PayloadReader& reader, PDFTextDetail d
 
 /// Targets outside [0, pageCount) lead nowhere.
 std::optional<QList<PDFLink>> readLinksAnswer(PayloadReader& reader, int pageCount);
-std::optional<QList<PDFOutlineEntry>> readOutlineAnswer(PayloadReader& reader, int pageCount);
+std::optional<PDFOutline> readOutlineAnswer(PayloadReader& reader, int pageCount);
+
+/// What the engine tells of a file that it has written.
+struct PDFWrittenAnswer
+{
+    std::uint64_t size = 0; ///< in bytes
+    PDFLosses losses; ///< of pages within [0, pageCount)
+    qsizetype lostObjects = 0;
+};
+std::optional<PDFWrittenAnswer> readWrittenAnswer(PayloadReader& reader, int pageCount);

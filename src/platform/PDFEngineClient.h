@@ -18,6 +18,9 @@
 
 class PDFEngineProcess;
 
+/// Milliseconds that the engine may take for a page, unless its job says otherwise.
+constexpr int pdfPageTimeLimit = 20'000;
+
 /// One piece of work for an engine.
 struct PDFEngineJob
 {
@@ -31,7 +34,7 @@ struct PDFEngineJob
 
     EngineRequest kind = EngineRequest::isMeasure;
     Priority priority = Priority::isPromptWork;
-    int timeLimit = 20'000; ///< milliseconds from when the engine starts on it
+    int timeLimit = pdfPageTimeLimit; ///< milliseconds from when the engine starts on it
     std::string payload;
     std::uint32_t largestResult = 0; ///< bytes; 0 for what the kind of request may bring at most
     /// Takes the result, of which the reader is at the start. @returns false when it makes no

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/PDFLosses.h"
+
 #include <QColor>
 #include <QList>
 #include <QPolygonF>
@@ -17,8 +19,8 @@ struct PDFTextRun
     QColor colour; ///< opaque
 };
 
-/// The text of one page, in reading order as the engine finds it. Lines end with "\n"; ligatures
-/// are spelled out in letters; lone surrogates and NUL do not occur.
+/// The text of one page, in reading order as the engine finds it, as far as it could be read. Lines
+/// end with "\n"; ligatures are spelled out in letters; lone surrogates and NUL do not occur.
 struct PDFPageText
 {
     QString string;
@@ -29,6 +31,15 @@ struct PDFPageText
     QList<QPolygonF> quads;
     /// Covers string without gaps, in order. Empty unless attributes were asked for.
     QList<PDFTextRun> runs;
+    PDFLoss loss = PDFLoss::isNone; ///< what is missing of the text, and why
+
+    /// What there is of a page that could not be read.
+    static PDFPageText lost(PDFFailure failure)
+    {
+        PDFPageText text;
+        text.loss = lossOf(failure);
+        return text;
+    }
 };
 
 /// What a text request is to deliver besides the strings.

@@ -328,8 +328,9 @@ QString PDFView::currentPageText() const
         return PagePainter::failureText(failure);
     if (const PDFPageText* const text = d->theDetails.text(page))
         return text->string;
-    return d->theText && page < d->theText->arrivedCount() ? d->theText->pageString(page)
-                                                           : QString();
+    const qsizetype length = d->lengthOfPage(page);
+    return d->theText && length > 0 ? d->theText->string(PDFSelection({page, 0, length}))
+                                    : QString();
 }
 
 QRect PDFView::characterRect(qsizetype index) const

@@ -9,7 +9,7 @@
 qsizetype PDFView::Private::lengthOfPage(int page) const
 {
     if (theText && page < theText->arrivedCount())
-        return theText->pageString(page).size();
+        return theText->pageLength(page);
     const PDFPageText* const text = theDetails.text(page);
     return text ? text->string.size() : 0;
 }

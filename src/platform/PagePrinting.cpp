@@ -122,7 +122,7 @@ void PagePrinting::printIntoFile()
     const QList<int> pages
         = withCopies(*thePrinter, chosenPages(*thePrinter, theDocument->pageCount()));
     await(requestSheets(pages), pages,
-        [this](PDFFlatRequest* request) { theFile->complete(request->bytes()); });
+        [this](PDFFlatRequest* request) { theFile->complete(request->file().bytes); });
 }
 
 void PagePrinting::printOnPaper()
@@ -135,8 +135,8 @@ void PagePrinting::printOnPaper()
         = isAsItIs ? theDocument->requestFlat(this) : requestSheets(pages);
     await(request, withCopies(*thePrinter, pages), [this, layout](PDFFlatRequest* file) {
         auto* const submission
-            = new CupsSubmission(thePrinter->printerName(), thePrinter->docName(), file->bytes(),
-                CupsSubmission::optionsFor(*thePrinter, layout), this);
+            = new CupsSubmission(thePrinter->printerName(), thePrinter->docName(),
+                file->file().bytes, CupsSubmission::optionsFor(*thePrinter, layout), this);
         connect(submission, &CupsSubmission::finished, this, &PagePrinting::end);
     });
 }

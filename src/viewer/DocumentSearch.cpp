@@ -61,23 +61,22 @@ void DocumentSearch::textArrives()
 
 void DocumentSearch::search()
 {
-    QList<QString> pages; // shares the texts
+    const PDFPagesText text = theText->text();
     qsizetype length = thePattern.size();
-    for (int page = 0; page < theText->arrivedCount(); ++page) {
-        pages.append(theText->pageString(page));
-        length += pages.constLast().size();
-    }
-    const int count = static_cast<int>(pages.size());
+    for (const QString& page : text.pages)
+        length += page.size();
     if (length <= longestTextSearchedAtOnce) {
         TextSearch search(unitsOf(thePattern), theOptions);
-        emit found(matchesIn(pages, search), count);
+        emit found(matchesIn(text.pages, search), text.losses);
         return;
     }
-    const auto work = [this, pages, pattern = thePattern, options = theOptions, count](
+    const auto work = [this, text, pattern = thePattern, options = theOptions](
                           const std::stop_token& stop, const BackgroundJob::Report& report) {
         TextSearch search(unitsOf(pattern), options);
-        const QList<PDFSelection> matches = matchesIn(pages, search, stop, report);
-        return BackgroundJob::Delivery([this, matches, count] { emit found(matches, count); });
+        const QList<PDFSelection> matches = matchesIn(text.pages, search, stop, report);
+        return BackgroundJob::Delivery(
+            [this, matches, losses = text.losses] { emit found(matches, losses); });
     };
+    const auto count = static_cast<int>(text.pages.size());
     theJob.start(work, [this, count](int done) { emit progressed(done, count); });
 }

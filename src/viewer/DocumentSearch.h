@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/PDFLosses.h"
 #include "platform/PDFSelection.h"
 #include "viewer/BackgroundJob.h"
 #include "viewer/SearchChoices.h"
@@ -34,8 +35,9 @@ public:
 signals:
     /// Of the pages to search; not for short searches.
     void progressed(int done, int total);
-    /// All matches in document order. @param pages how many pages have been searched.
-    void found(const QList<PDFSelection>& matches, int pages);
+    /// All matches in document order. @param losses pages that have not been searched, or not
+    /// all of them.
+    void found(const QList<PDFSelection>& matches, const PDFLosses& losses);
 
 private:
     void textArrives();

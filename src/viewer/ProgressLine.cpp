@@ -36,6 +36,8 @@ ProgressLine::ProgressLine(QWidget* parent)
 void ProgressLine::showProgress(const QString& text, int done, int total)
 {
     theLabel->setWordWrap(false);
+    theLabel->setToolTip({});
+    theLabel->setAccessibleDescription({});
     theLabel->setText(text);
     theBar->setRange(0, total);
     theBar->setValue(done);
@@ -46,8 +48,10 @@ void ProgressLine::showProgress(const QString& text, int done, int total)
     show();
 }
 
-void ProgressLine::showMessage(const QString& text, bool canRetry)
+void ProgressLine::showMessage(const QString& text, bool canRetry, const QString& detail)
 {
+    theLabel->setToolTip(detail);
+    theLabel->setAccessibleDescription(detail);
     // A sentence in a narrow pane takes several lines rather than widening it.
     theLabel->setWordWrap(theMessageWraps);
     theLabel->setText(text);

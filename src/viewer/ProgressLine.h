@@ -18,7 +18,8 @@ public:
     /// Work is under way. @param total 0 while it is unknown.
     void showProgress(const QString& text, int done, int total);
     /// Work has ended otherwise than hoped. @param canRetry offers the button to try again.
-    void showMessage(const QString& text, bool canRetry);
+    /// @param detail more of it, as a tool tip and for screen readers.
+    void showMessage(const QString& text, bool canRetry, const QString& detail = {});
     void clear();
     /// Whether messages may take several lines; off at first.
     void setMessageWraps(bool wraps) { theMessageWraps = wraps; }

@@ -1,5 +1,6 @@
 #include "viewer/TextFeed.h"
 
+#include "platform/LossText.h"
 #include "platform/PDFDocumentText.h"
 #include "viewer/CountLine.h"
 #include "viewer/ProgressLine.h"
@@ -44,20 +45,22 @@ void TextFeed::fill()
 {
     theCounting.cancel();
     isCountWanted = true;
-    theBeginning.clear();
     theTakenPages = 0;
+    theTakenLength = 0;
     theShownLength = 0;
     if (theText->isWhole())
         return finish();
     for (int page = 0; page < theText->arrivedCount(); ++page)
-        takePage(page);
-    show(theBeginning);
+        theTakenLength += theText->pageLength(page);
+    theTakenPages = theText->arrivedCount();
     fetch();
+    show();
 }
 
 void TextFeed::fetch()
 {
     theText->fetch();
+    emit lossesKnown({});
     if (!theText->isWhole())
         theProgressTimer.start(millisecondsBeforeProgress);
 }
@@ -67,31 +70,35 @@ void TextFeed::takePage(int page)
     if (page != theTakenPages)
         return;
     ++theTakenPages;
-    if (!theBeginning.isEmpty() && !theBeginning.endsWith(QLatin1Char('\n')))
-        theBeginning += QLatin1Char('\n');
-    theBeginning += theText->pageString(page);
+    theTakenLength += theText->pageLength(page);
     // Showing a text reads it once; doing so each time that it has doubled stays cheap.
-    if (theBeginning.size() > 2 * theShownLength)
-        show(theBeginning);
+    if (theTakenLength > 2 * theShownLength)
+        show();
 }
 
 void TextFeed::finish()
 {
     theProgressTimer.stop();
     theLine->clear();
-    theBeginning.clear();
     if (!isCountWanted)
         return;
     isCountWanted = false;
-    const QString text = theText->string();
-    show(text);
+    finishCount();
+}
+
+/// Shows, tells and counts what there is.
+void TextFeed::finishCount()
+{
+    theCounting.cancel();
+    const QString text = show();
+    emit lossesKnown(theText->text().losses);
     count(text);
 }
 
 void TextFeed::stop(bool isCancelled)
 {
     theProgressTimer.stop();
-    show(theBeginning);
+    finishCount();
     const QString reason
         = isCancelled ? tr("Reading the text was cancelled") : tr("The text could not be read");
     theLine->showMessage(tr("%1 at page %2 of %3.")
@@ -100,14 +107,27 @@ void TextFeed::stop(bool isCancelled)
         true);
 }
 
-void TextFeed::show(const QString& text)
+/// @returns what is shown.
+QString TextFeed::show()
 {
     const TextRange selection = theView->selection();
     const int top = theView->verticalScrollBar()->value();
-    theShownLength = text.size();
-    theView->setTextStorage(std::make_shared<PlainTextStorage>(text));
+    PDFPagesText text = theText->text();
+    QString whole = text.string();
+    theShownLength = whole.size();
+    const auto storage = std::make_shared<PlainTextStorage>(whole);
+    theView->setTextStorage(storage);
+    QList<PlainTextView::Gap> gaps;
+    for (const PDFPagesText::Gap& gap : text.gaps()) {
+        // What is still on its way is not missing.
+        if (!theText->isFetching() || gap.losses.ranges().constLast().loss != PDFLoss::isNotRead)
+            gaps.append({storage->lineAt(gap.position),
+                lossSentences(gap.losses, LossSubject::isText).join(u' ')});
+    }
+    theView->setGaps(gaps);
     theView->setSelection(selection.begin, selection.end);
     theView->verticalScrollBar()->setValue(top);
+    return whole;
 }
 
 void TextFeed::showProgress()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/PDFLosses.h"
 #include "viewer/BackgroundJob.h"
 
 #include <QElapsedTimer>
@@ -11,7 +12,8 @@ class PDFDocumentText;
 class PlainTextView;
 class ProgressLine;
 
-/// Brings a document's text into a text pane as its pages arrive, and counts it when it is whole.
+/// Brings a document's text into a text pane as its pages arrive, and counts it when it is whole or
+/// when no more of it comes. The pane shows where text is missing, without holding it as text.
 ///
 /// What is selected in the pane, and what shows, stays where it is while the text grows.
 class TextFeed : public QObject
@@ -23,27 +25,31 @@ public:
     TextFeed(
         PDFDocumentText* text, PlainTextView* view, ProgressLine* line, QObject* parent = nullptr);
 
-    /// Fills the pane anew and fetches what is missing. counted() follows when the text is whole,
-    /// for short texts that are there already from within this call.
+    /// Fills the pane anew and fetches what is missing. counted() and lossesKnown() follow when the
+    /// text is whole or fetching stops, for short texts that are there already from within this
+    /// call.
     void fill();
 
 signals:
     void counted(qint64 words, qint64 characters);
+    /// What is missing from the text that the pane shows; nothing while it is being fetched.
+    void lossesKnown(const PDFLosses& losses);
 
 private:
     void fetch();
     void takePage(int page);
     void finish();
     void stop(bool isCancelled);
-    void show(const QString& text);
+    void finishCount();
+    QString show();
     void showProgress();
     void count(const QString& text);
 
     PDFDocumentText* theText;
     PlainTextView* theView;
     ProgressLine* theLine;
-    QString theBeginning; // the pages that have arrived
     int theTakenPages = 0;
+    qsizetype theTakenLength = 0; // of the pages that have arrived
     qsizetype theShownLength = 0;
     bool isCountWanted = false;
     QTimer theProgressTimer;

@@ -1,5 +1,6 @@
 #include "viewer/ViewController.h"
 
+#include "platform/LossText.h"
 #include "platform/PDFDocument.h"
 #include "platform/PDFDocumentText.h"
 #include "platform/PDFThumbnailView.h"
@@ -36,6 +37,16 @@ constexpr double thumbnailGrowth = 1.1;
 int storedStripWidth()
 {
     return qMax(StoredValues::length(stripWidthKey, firstStripWidth), narrowestStripWidth);
+}
+
+QString outlineNote(const PDFOutlineRequest& request)
+{
+    if (!request.succeeded())
+        return ViewController::tr("The outline could not be read: %1.")
+            .arg(failureReason(request.failure()));
+    if (request.outline().isCut)
+        return ViewController::tr("The outline has more entries than are shown here.");
+    return {};
 }
 
 } // namespace
@@ -119,6 +130,8 @@ void ViewController::connectControls()
     connect(theTextFeed, &TextFeed::counted, this, [this](qint64 words, qint64 characters) {
         theOutlets.countText->setText(QString::fromStdString(countLine(words, characters)));
     });
+    connect(theTextFeed, &TextFeed::lossesKnown, this,
+        [this](const PDFLosses& losses) { ui->lossLine->setLosses(losses, LossSubject::isText); });
 }
 
 void ViewController::connectSideBar()
@@ -134,17 +147,21 @@ void ViewController::connectSideBar()
     connect(ui->outlineView, &QTreeView::activated, this, goToEntry);
     PDFOutlineRequest* request = theDocument->requestOutline(this);
     connect(request, &PDFOutlineRequest::finished, this, [this, request] {
-        theOutline->setEntries(request->entries());
+        theOutline->setEntries(request->outline().entries);
         request->deleteLater();
-        showOutline();
+        showOutline(*request);
     });
     ui->sideTabs->removeTab(ui->sideTabs->indexOf(ui->outlineTab));
 }
 
-void ViewController::showOutline()
+/// A document without an outline has no tab for one; an outline that cannot be read has.
+void ViewController::showOutline(const PDFOutlineRequest& request)
 {
-    if (theOutline->rowCount() == 0)
+    if (theOutline->rowCount() == 0 && request.succeeded())
         return;
+    const QString note = outlineNote(request);
+    ui->outlineNote->setText(note);
+    ui->outlineNote->setVisible(!note.isEmpty());
     ui->sideTabs->addTab(ui->outlineTab, tr("Outline"));
     if (theOutline->rowCount() == 1)
         ui->outlineView->expand(theOutline->index(0, 0));

@@ -12,6 +12,8 @@ class DocumentSearch;
 class OutlineModel;
 class PDFDocument;
 class PDFDocumentText;
+class PDFLosses;
+class PDFOutlineRequest;
 class PDFThumbnailView;
 class PDFView;
 class PageControls;
@@ -165,11 +167,12 @@ private:
     void restoreSizes(bool isStripOpen);
     void saveSizes() const;
     bool isSideBarOpen() const;
-    void showOutline();
+    void showOutline(const PDFOutlineRequest& request);
     void updateControls();
 
     void makeSearchMenu();
-    void takeMatches(const QList<PDFSelection>& matches, int pages);
+    void takeMatches(const QList<PDFSelection>& matches, const PDFLosses& losses);
+    void forgetMatches();
     void stepBy(int step);
     void showMatch(qsizetype index);
     void showSearchProgress(int done, int total);

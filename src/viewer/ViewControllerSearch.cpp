@@ -2,6 +2,7 @@
 
 #include "viewer/ViewController.h"
 
+#include "platform/LossText.h"
 #include "platform/PDFDocumentText.h"
 #include "platform/PDFView.h"
 #include "viewer/DocumentSearch.h"
@@ -65,21 +66,29 @@ void ViewController::doSearchAction()
     const SearchOptions options = searchOptions(
         theOutlets.caseSensitiveButton->isChecked(), theOutlets.literalButton->isChecked());
     theSearch->start(text, options);
-    if (isSearching())
+    if (isSearching()) {
+        forgetMatches();
         showSearchProgress(0, 0);
+    }
     updateControls();
 }
 
-void ViewController::takeMatches(const QList<PDFSelection>& matches, int pages)
+/// The matches of another text are not to be stepped through while these are looked for.
+void ViewController::forgetMatches()
+{
+    theMatches.clear();
+    theOutlets.pdfView->setHighlights({});
+}
+
+void ViewController::takeMatches(const QList<PDFSelection>& matches, const PDFLosses& losses)
 {
     theMatches = matches;
     theOutlets.pdfView->setHighlights(matches);
     ui->searchProgress->clear();
-    if (pages < theText->pageCount())
+    if (!losses.isEmpty())
         ui->searchProgress->showMessage(
-            tr("Only %1 of %2 pages could be searched.")
-                .arg(QLocale().toString(pages), QLocale().toString(theText->pageCount())),
-            false);
+            tr("Not searched: %1.").arg(pageNumbers(losses.ranges(), 2)), false,
+            lossSentences(losses, LossSubject::isSearch).join(u'\n'));
     if (matches.isEmpty())
         theOutlets.searchField->setMatchText(tr("No matches"));
     else

@@ -121,7 +121,7 @@ void TestDocumentExport::severalPanelsWriteTheirOwnFiles()
     confirm(rich);
     confirm(text);
     QTRY_VERIFY(isIdle());
-    QCOMPARE(contentOf(path(u"a.pdf.text"_s)), theText->string().toUtf8());
+    QCOMPARE(contentOf(path(u"a.pdf.text"_s)), theText->text().string().toUtf8());
     QVERIFY(contentOf(path(u"a.pdf.text"_s)).startsWith("First page\n"));
     QVERIFY(contentOf(path(u"a.pdf.rtf"_s)).contains("First page\\par\n"));
     QVERIFY(contentOf(path(u"a.pdf-flat.pdf"_s)).startsWith("%PDF-"));

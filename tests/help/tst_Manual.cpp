@@ -98,7 +98,7 @@ void TestManual::finishedFileIsSound()
     const PDFOutlineRequest* const outline = document->requestOutline(document.get());
     QVERIFY(OpenedDocument::waitFor(outline));
     QStringList entries;
-    for (const PDFOutlineEntry& entry : outline->entries())
+    for (const PDFOutlineEntry& entry : outline->outline().entries)
         entries << u"%1 %2, page %3"_s.arg(entry.depth).arg(entry.title).arg(entry.page);
     QCOMPARE(entries,
         QStringList({u"0 One, page 0"_s, u"1 Inner, page 1"_s, u"2 Deep, page 1"_s,

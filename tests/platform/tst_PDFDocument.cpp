@@ -1,6 +1,7 @@
 #include "platform/PDFDocument.h"
 #include "platform/PDFEngineClient.h"
 
+#include "support/LostPages.h"
 #include "support/PageContents.h"
 #include "support/PdfBuilder.h"
 
@@ -69,6 +70,9 @@ private slots:
     void outlivesItsEngine();
     void servesOthersWhenAStallingPageIsCancelled();
     void endsAnEngineThatTakesTooLong();
+    void saysWhatIsMissingOfAPage_data();
+    void saysWhatIsMissingOfAPage();
+    void keepsTheReasonWhyAPageWasLost();
     void mayBeDestroyedAtWork();
 };
 
@@ -347,11 +351,12 @@ void TestPDFDocument::findsLinksAndOutline()
     QCOMPARE(links->links().at(0).page, 1);
     QCOMPARE(links->links().at(0).point, QPointF(100, 292));
     QCOMPARE(links->links().at(1).url, QUrl(QStringLiteral("https://example.org/a")));
-    QCOMPARE(entries->entries().size(), 2);
-    QCOMPARE(entries->entries().at(0).title, QStringLiteral("Top"));
-    QCOMPARE(entries->entries().at(1).title, QStringLiteral("\u00e9"));
-    QCOMPARE(entries->entries().at(1).depth, 1);
-    QCOMPARE(entries->entries().at(1).page, 1);
+    const QList<PDFOutlineEntry>& found = entries->outline().entries;
+    QCOMPARE(found.size(), 2);
+    QCOMPARE(found.at(0).title, QStringLiteral("Top"));
+    QCOMPARE(found.at(1).title, QStringLiteral("\u00e9"));
+    QCOMPARE(found.at(1).depth, 1);
+    QCOMPARE(found.at(1).page, 1);
 }
 
 /// The page at which an engine has ended is not drawn again; everything else is still served.
@@ -409,6 +414,57 @@ void TestPDFDocument::endsAnEngineThatTakesTooLong()
     client.submit(job);
     QTRY_VERIFY_WITH_TIMEOUT(stalled && served, 30'000);
     QCOMPARE(*stalled, PDFFailure::isTimedOut);
+}
+
+void TestPDFDocument::saysWhatIsMissingOfAPage_data()
+{
+    QTest::addColumn<std::string>("file");
+    QTest::addColumn<PDFLoss>("loss");
+    QTest::addColumn<qsizetype>("length");
+    const auto row = [](const char* name, PdfBuilder& builder, PDFLoss loss, qsizetype length) {
+        QTest::newRow(name) << builder.bytes() << loss << length;
+    };
+    PdfBuilder whole;
+    row("nothing", whole.addPage("abc"), PDFLoss::isNone, 3);
+    PdfBuilder empty;
+    row("nothing of an empty page", empty.addPage(), PDFLoss::isNone, 0);
+    PdfBuilder unreadable;
+    row("its unreadable content", LostPages::addUnreadable(unreadable), PDFLoss::isDamaged, 0);
+    PdfBuilder damaged;
+    row("what follows damage", LostPages::addDamaged(damaged, "abc"), PDFLoss::isDamagedInPart, 3);
+    PdfBuilder tooLong;
+    row("its end", LostPages::addTooLong(tooLong), PDFLoss::isCut, maximumPageCharacters);
+#ifndef TARNWICK_SANITIZED
+    PdfBuilder huge;
+    row("what takes too much memory", LostPages::addHuge(huge), PDFLoss::isOutOfMemory, 0);
+#endif
+}
+
+void TestPDFDocument::saysWhatIsMissingOfAPage()
+{
+    QFETCH(std::string, file);
+    QFETCH(qsizetype, length);
+    OpenedDocument document(file);
+    const PDFPageText text = PageContents::texts(document.get(), PDFTextDetail::isPlain).value(0);
+    QTEST(text.loss, "loss");
+    QCOMPARE(text.string.trimmed().size(), length);
+}
+
+void TestPDFDocument::keepsTheReasonWhyAPageWasLost()
+{
+    OpenedDocument document(stallingFile());
+    document->setPageTimeLimit(1);
+    for (int time = 0; time < 2; ++time) {
+        PDFTextRequest* const request
+            = document->requestText(1, 1, PDFTextDetail::isPlain, document.get());
+        PDFLoss loss = PDFLoss::isNone;
+        connect(request, &PDFTextRequest::pageReady, request,
+            [&loss](int, const PDFPageText& text) { loss = text.loss; });
+        QVERIFY(endsWith(request, PDFFailure::isNone));
+        QCOMPARE(loss, PDFLoss::isTimedOut);
+    }
+    for (int time = 0; time < 2; ++time)
+        QVERIFY(endsWith(requestWholePage(document.get(), 1), PDFFailure::isTimedOut));
 }
 
 /// A window may close from within the very signal that tells it something.

@@ -55,6 +55,7 @@ void TestPDFEngineAnswers::refusesTextThatContradictsItself()
 {
     const auto read = [](quint32 count, const QList<quint32>& runLengths) {
         PayloadWriter payload;
+        payload.put(static_cast<quint8>(EngineLoss::isCut));
         payload.put(count);
         for (const quint32 letter : {0x61u, 0xd800u})
             payload.put(letter);
@@ -73,6 +74,7 @@ void TestPDFEngineAnswers::refusesTextThatContradictsItself()
     const auto text = read(2, {1, 1});
     QVERIFY(text);
     QCOMPARE(text->string, QStringLiteral("a\ufffd"));
+    QCOMPARE(text->loss, PDFLoss::isCut);
     QVERIFY(text->runs.first().sizeInPoints > 0 && text->runs.first().isBold);
     QCOMPARE(text->runs.first().colour, QColor(Qt::black));
     QVERIFY2(!read(0xffffffffu, {2}), "a count that the bytes do not hold");
@@ -84,6 +86,7 @@ void TestPDFEngineAnswers::refusesTextThatContradictsItself()
 void TestPDFEngineAnswers::givesBothUnitsOfAPairOneQuad()
 {
     PayloadWriter payload;
+    payload.put(quint8{0});
     payload.put(quint32{2});
     payload.put(quint32{0x1f600});
     payload.put(quint32{'\n'});
@@ -101,6 +104,7 @@ void TestPDFEngineAnswers::givesBothUnitsOfAPairOneQuad()
 void TestPDFEngineAnswers::leadsNowhereOutsideTheDocument()
 {
     PayloadWriter payload;
+    payload.put(quint8{1});
     payload.put(quint32{2});
     for (const int page : {4, 5}) {
         payload.put(page * 100); // depths beyond what an outline can have
@@ -108,13 +112,13 @@ void TestPDFEngineAnswers::leadsNowhereOutsideTheDocument()
         putTarget(payload, page, "");
     }
     PayloadReader reader(payload.bytes());
-    const auto entries = readOutlineAnswer(reader, 5);
-    QVERIFY(entries);
-    QCOMPARE(entries->at(0).page, 4);
-    QCOMPARE(entries->at(0).point, QPointF(0, 5));
-    QCOMPARE(entries->at(0).depth, 0);
-    QCOMPARE(entries->at(1).page, -1);
-    QCOMPARE(entries->at(1).depth, 1);
+    const auto outline = readOutlineAnswer(reader, 5);
+    QVERIFY(outline && outline->isCut);
+    QCOMPARE(outline->entries.at(0).page, 4);
+    QCOMPARE(outline->entries.at(0).point, QPointF(0, 5));
+    QCOMPARE(outline->entries.at(0).depth, 0);
+    QCOMPARE(outline->entries.at(1).page, -1);
+    QCOMPARE(outline->entries.at(1).depth, 1);
 }
 
 void TestPDFEngineAnswers::takesNoImageOfAnotherSize()
@@ -148,6 +152,7 @@ void TestPDFEngineAnswers::refusesWhatExceedsALimit()
     };
     const auto outline = [](quint32 count, std::size_t title) {
         PayloadWriter payload;
+        payload.put(quint8{0});
         payload.put(count);
         for (quint32 entry = 0; entry < count; ++entry) {
             payload.put(0);
@@ -168,6 +173,7 @@ void TestPDFEngineAnswers::refusesWhatExceedsALimit()
     };
     const auto text = [](quint32 characters) {
         PayloadWriter payload;
+        payload.put(static_cast<quint8>(EngineLoss::isNone));
         payload.put(characters);
         const std::string letters(characters * sizeof(char32_t), '\1');
         payload.putBytes(letters.data(), letters.size());
@@ -194,14 +200,17 @@ void TestPDFEngineAnswers::survivesAnyBytes()
         for (char& byte : bytes)
             byte = static_cast<char>(random.bounded(4) == 0 ? random.bounded(256) : 0);
         const auto reader = [&bytes] { return PayloadReader(bytes); };
-        PayloadReader readers[] = {reader(), reader(), reader(), reader(), reader(), reader()};
+        PayloadReader readers[]
+            = {reader(), reader(), reader(), reader(), reader(), reader(), reader()};
         readOpenedAnswer(readers[0]);
         readMeasureAnswer(readers[1], 10);
         readTextAnswer(readers[2], PDFTextDetail::isWithQuads);
         readTextAnswer(readers[3], PDFTextDetail::isWithAttributes);
         readLinksAnswer(readers[4], 3);
-        const auto entries = readOutlineAnswer(readers[5], 3);
-        QVERIFY(!entries || entries->size() <= static_cast<qsizetype>(bytes.size()));
+        const auto outline = readOutlineAnswer(readers[5], 3);
+        QVERIFY(!outline || outline->entries.size() <= static_cast<qsizetype>(bytes.size()));
+        const auto written = readWrittenAnswer(readers[6], 3);
+        QVERIFY(!written || written->losses.ranges().size() <= 3);
     }
 }
 

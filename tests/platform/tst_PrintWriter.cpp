@@ -38,7 +38,7 @@ FileBytes printed(OpenedDocument& document, const QList<Sheet>& sheets)
 {
     const PDFFlatRequest* const request = document->requestPrint(letter, sheets, document.get());
     OpenedDocument::waitFor(request);
-    return request->bytes();
+    return request->file().bytes;
 }
 
 int inkOf(const QImage& image)

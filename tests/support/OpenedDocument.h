@@ -30,7 +30,7 @@ public:
     {
         const PDFFlatRequest* const request = theDocument.requestFlat(&theDocument);
         waitFor(request);
-        return request->bytes();
+        return request->file().bytes;
     }
 
     static bool waitFor(const PDFRequest* request)

@@ -1,6 +1,8 @@
 #include "ViewerFixture.h"
 
 #include "platform/PDFThumbnailView.h"
+#include "support/LostPages.h"
+#include "viewer/LossLine.h"
 #include "viewer/ProgressLine.h"
 #include "viewer/SearchField.h"
 #include "views/ListedLines.h"
@@ -9,6 +11,7 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QComboBox>
+#include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QSettings>
@@ -54,6 +57,8 @@ private slots:
     void stripStaysClosedWithoutThumbnails();
     void textIsShownAndCounted();
     void cancelledTextCanBeFetchedAgain();
+    void saysWhereTextIsMissing();
+    void listsEveryLostPage();
     void marksAreListedLatestFirst();
     void pageFieldTakesLabelsAndNumbers();
     void zoomedPagesFitAgain();
@@ -114,7 +119,7 @@ void TestViewController::textIsShownAndCounted()
         ViewerFixture viewer(builder);
         QCOMPARE(viewer->countText()->text(), QString());
         QVERIFY(viewer.appear());
-        const QString whole = viewer.text().string();
+        const QString whole = viewer.text().text().string();
         for (const QString& page : pages)
             QVERIFY(whole.contains(page.trimmed()));
         const QString countLine = u"%1  words  %2  chars"_s.arg(words).arg(whole.size());
@@ -143,13 +148,61 @@ void TestViewController::cancelledTextCanBeFetchedAgain()
     viewer.text().cancel();
     QWidget* line = viewer.child<QWidget>("textProgress");
     QTRY_VERIFY(line->isVisible());
-    QCOMPARE(viewer->countText()->text(), QString());
+    const int arrived = viewer.text().arrivedCount();
+    QCOMPARE(viewer->countText()->text().section(u' ', 0, 0), QString::number(arrived));
+    QVERIFY(viewer.child<LossLine>("lossLine")->text().contains(u"reading stopped before"_s));
     for (QToolButton* button : line->findChildren<QToolButton*>()) {
         if (button->text() == u"Try Again"_s)
             button->click();
     }
     QTRY_VERIFY(viewer->countText()->text().startsWith(u"300  words  "_s));
     QVERIFY(!line->isVisible());
+    QVERIFY(!viewer.child<LossLine>("lossLine")->isVisible());
+}
+
+/// The text, its counts and its copies are those of the pages that are there; what is not is said
+/// beside them.
+void TestViewController::saysWhereTextIsMissing()
+{
+    ViewerFixture viewer(LostPages::secondOfThree());
+    QVERIFY(viewer.appear());
+    const QString whole = viewer.text().text().string();
+    const QString note = u"No text from page 2: it is too damaged to be read."_s;
+    const LossLine* const line = viewer.child<LossLine>("lossLine");
+    QVERIFY(line->isVisible());
+    QCOMPARE(line->text(), note);
+    QCOMPARE(viewer->countText()->text(), u"4  words  %1  chars"_s.arg(whole.size()));
+    PlainTextView* const pane = viewer->theTextView();
+    QCOMPARE(linesOf(*pane->textStorage()).join(u'\n'), whole);
+    QCOMPARE(pane->gaps().size(), 1);
+    QCOMPARE(pane->gaps().first().note, note);
+    const QStringList lines = linesOf(*pane->textStorage());
+    QCOMPARE(pane->gaps().first().line, lines.indexOf(u"last page"_s));
+    pane->selectAll();
+    QCOMPARE(pane->selectedText(), whole);
+
+    auto* const list = line->findChild<QToolButton*>(u"lossListButton"_s);
+    QVERIFY2(list && !list->isVisible(), "the line names all pages");
+}
+
+void TestViewController::listsEveryLostPage()
+{
+    PdfBuilder builder;
+    for (int page = 0; page < 6; ++page)
+        LostPages::addUnreadable(builder.addPage("text"));
+    ViewerFixture viewer(builder);
+    QVERIFY(viewer.appear());
+    auto* const line = viewer.child<LossLine>("lossLine");
+    QCOMPARE(line->text(),
+        u"No text from pages 2, 4, 6, 8 and 2 others: they are too damaged to be read."_s);
+    auto* const button = line->findChild<QToolButton*>(u"lossListButton"_s);
+    QVERIFY(button && button->isVisible());
+    button->click();
+    const auto* const dialog = line->findChild<QDialog*>();
+    const auto* const list = dialog->findChild<PlainTextView*>();
+    QCOMPARE(list->textStorage()->lineCount(), 7);
+    QCOMPARE(list->textStorage()->line(5).text,
+        u"No text from page 12: it is too damaged to be read."_s);
 }
 
 void TestViewController::marksAreListedLatestFirst()

@@ -1,10 +1,12 @@
 #include "ViewerFixture.h"
 
+#include "support/LostPages.h"
 #include "viewer/SearchField.h"
 #include "viewer/SearchStepper.h"
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QLabel>
 #include <QMenu>
 #include <QSettings>
 #include <QToolButton>
@@ -58,6 +60,8 @@ private slots:
     void takesTheSelection();
     void waitsForTheText();
     void longTextsAreSearchedAside();
+    void oldMatchesAreNotSteppedThrough();
+    void saysWhichPagesWereNotSearched();
     void closingEndsTheSearch();
     void recentSearchesAreRemembered();
     void keysSearchAndLeave();
@@ -163,7 +167,8 @@ void TestViewControllerSearch::takesTheSelection()
     viewer->searchField()->setText(u"old"_s);
     viewer->doFindSelection();
     QCOMPARE(viewer->searchField()->text(), u"old"_s);
-    const auto start = static_cast<int>(viewer.text().pageString(2).indexOf(QLatin1String("word")));
+    const auto start
+        = static_cast<int>(viewer.text().text().pages.at(2).indexOf(QLatin1String("word")));
     viewer.pages().setCurrentSelection(PDFSelection({2, start, 4}), false);
     viewer->doFindSelection();
     QTRY_COMPARE(viewer->theFindList().size(), 3);
@@ -201,6 +206,36 @@ void TestViewControllerSearch::longTextsAreSearchedAside()
     QCOMPARE(viewer->theFindList().last().ranges().first().page, 149);
     search(viewer, "nothing");
     QVERIFY(viewer->theFindList().isEmpty());
+}
+
+/// What is searched for already decides what can be stepped through.
+void TestViewControllerSearch::oldMatchesAreNotSteppedThrough()
+{
+    ViewerFixture viewer(longText());
+    QVERIFY(viewer.appear());
+    search(viewer, "lazy");
+    const PDFSelection shown = viewer.pages().currentSelection();
+    viewer->searchField()->setText(u"no such animal"_s);
+    viewer->doSearchAction();
+    QVERIFY(viewer->isSearching());
+    viewer->doFindNext();
+    QVERIFY(viewer->theFindList().isEmpty());
+    QCOMPARE(viewer.pages().currentSelection(), shown);
+    QVERIFY(!viewer->validateCommand(u"doFindNext"_s));
+}
+
+void TestViewControllerSearch::saysWhichPagesWereNotSearched()
+{
+    ViewerFixture viewer(LostPages::secondOfThree());
+    QVERIFY(viewer.appear());
+    const auto* const line = viewer.child<QWidget>("searchProgress");
+    const auto* const label = line->findChild<QLabel*>();
+    for (const char* word : {"last", "nothing"}) {
+        search(viewer, word);
+        QVERIFY(line->isVisible());
+        QCOMPARE(label->text(), u"Not searched: page 2."_s);
+        QCOMPARE(label->toolTip(), u"Page 2 was not searched: it is too damaged to be read."_s);
+    }
 }
 
 void TestViewControllerSearch::closingEndsTheSearch()

@@ -27,7 +27,8 @@ enum class EngineRequest : std::uint8_t
     isText, ///< [int page, byte detail: 0 plain, 1 quads, 2 attributes]
     isLinks, ///< [int page]
     isOutline, ///< []
-    isFlat, ///< [] the bytes go to the shared memory that the engine was given for them
+    isFlat, ///< [] the bytes go to the shared memory that the engine was given for them; the result
+            ///< tells their number and what is missing (EngineServer)
     isPrint, ///< [double paper width, height, left, top, unsigned count, for each sheet int page,
              ///< double x, y, width, height, scale] likewise
 };
@@ -48,6 +49,15 @@ enum class EngineFault : std::uint8_t
 {
     isDamaged,
     isOutOfMemory,
+};
+
+/// What is missing from a page that the engine has read, drawn or written, as results tell it.
+enum class EngineLoss : std::uint8_t
+{
+    isNone,
+    isDamaged, ///< all of it
+    isDamagedInPart,
+    isCut, ///< what goes beyond a limit
 };
 
 /// The head of a frame: 12 bytes.

@@ -175,6 +175,23 @@ void EngineServer::answerProgress(int done, int total)
     answer(EngineAnswer::isProgress, progress);
 }
 
+namespace {
+
+/// [size of the file, lost objects, count of pages that lack something, then for each: int page,
+/// byte EngineLoss].
+void putWritten(const FlatFile& file, const FlatFile::Losses& losses, PayloadWriter& result)
+{
+    result.put(file.size());
+    result.put(static_cast<std::uint32_t>(file.lostObjects()));
+    result.put(static_cast<std::uint32_t>(losses.size()));
+    for (const auto& [page, loss] : losses) {
+        result.put(page);
+        result.put(static_cast<std::uint8_t>(loss));
+    }
+}
+
+} // namespace
+
 int EngineServer::writeFlat(PayloadWriter& result)
 {
     if (theFlatDescriptor < 0)
@@ -182,7 +199,7 @@ int EngineServer::writeFlat(PayloadWriter& result)
     FlatWriter writer(theDocument, theFlatDescriptor,
         [this](int done, int total) { answerProgress(done, total); });
     const int error = writer.write();
-    result.put(writer.size());
+    putWritten(writer, writer.losses(), result);
     return error;
 }
 
@@ -210,6 +227,6 @@ int EngineServer::writePrint(PayloadReader& arguments, PayloadWriter& result)
     PrintWriter writer(theDocument, order, theFlatDescriptor,
         [this](int done, int total) { answerProgress(done, total); });
     const int error = writer.write();
-    result.put(writer.size());
+    putWritten(writer, writer.losses(), result);
     return error;
 }

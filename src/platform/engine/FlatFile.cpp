@@ -61,6 +61,8 @@ void FlatFile::writePlain(const FlatObject& object)
     std::optional<FlatStream> stream;
     if (object.source > 0)
         stream = loadFlatStream(theDocument, object.object, object.source);
+    if (stream && stream->isLost)
+        theObjects.addLost(object.source);
     const FlatStream* const data = stream ? &*stream : nullptr;
     writeObject(object.number, plain(object.object, data), data);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/engine/EngineProtocol.h"
 #include "platform/engine/FlatObjects.h"
 #include "platform/engine/FlatOutput.h"
 #include "platform/engine/FlatStream.h"
@@ -7,19 +8,25 @@
 
 #include <functional>
 #include <initializer_list>
+#include <map>
 
 /// A PDF file in the making: objects of the document under new numbers, each value on one line,
 /// decrypted and out of object streams, and a classic cross-reference table. The base of the
 /// writers, which decide what belongs in the file.
 ///
-/// Objects that cannot be read are null.
+/// Objects that cannot be read are null, and counted.
 class FlatFile
 {
 public:
     using Progress = std::function<void(int done, int total)>;
 
+    /// What is missing of a page, by its index from 0.
+    using Losses = std::map<int, EngineLoss>;
+
     /// Bytes written so far.
     std::uint64_t size() const { return theOutput.position(); }
+    /// How many objects of the document could not be read, those of pages included.
+    std::size_t lostObjects() const { return theObjects.lost().size(); }
 
 protected:
     struct Entry

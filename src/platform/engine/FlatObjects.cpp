@@ -1,6 +1,7 @@
 #include "platform/engine/FlatObjects.h"
 
 #include "platform/engine/Attempt.h"
+#include "platform/engine/UnreadObjects.h"
 
 namespace {
 
@@ -41,8 +42,11 @@ FlatObjects::Resolved FlatObjects::resolve(pdf_obj* reference)
             theContext, [&] { result.object = pdf_resolve_indirect(theContext, result.object); });
         if (error == FZ_ERROR_MEMORY)
             theError = error;
-        if (error)
+        if (error || !result.object) {
+            if (isUnreadable(theDocument, result.source))
+                addLost(result.source);
             return {};
+        }
     }
     const bool isNothing = pdf_is_indirect(theContext, result.object)
         || pdf_is_null(theContext, result.object) || !result.object;

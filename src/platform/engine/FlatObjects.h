@@ -60,6 +60,9 @@ public:
     int count() const { return theCount; }
     /// What MuPDF threw when memory ran out; everything else that it throws counts as a null.
     int error() const { return theError; }
+    /// Numbers in the file of the objects that could not be read.
+    const std::unordered_set<int>& lost() const { return theLost; }
+    void addLost(int source) { theLost.insert(source); }
 
 private:
     ObjectType kindOf(int source) const;
@@ -75,6 +78,7 @@ private:
     std::unordered_map<int, int> theNumbers;
     std::unordered_map<pdf_obj*, int> theInnerNumbers;
     std::deque<FlatObject> theQueue;
+    std::unordered_set<int> theLost;
     int theCount = 0;
     int theError = FZ_ERROR_NONE;
 };

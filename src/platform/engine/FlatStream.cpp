@@ -92,6 +92,7 @@ std::optional<FlatStream> loadFlatStream(
         ctx, [&] { buffer = pdf_load_raw_stream_number(ctx, document.document(), number); });
     if (error) {
         stream.error = error == FZ_ERROR_MEMORY ? error : FZ_ERROR_NONE;
+        stream.isLost = true;
         return stream;
     }
     unsigned char* bytes = nullptr;
@@ -126,8 +127,9 @@ int appendDecoded(const EngineDocument& document, int number, std::size_t limit,
     fz_buffer* buffer = nullptr;
     fz_var(stream);
     fz_var(buffer);
+    int isCutShort = 0;
+    fz_var(isCutShort);
     const int error = attempt(ctx, [&] {
-        int isCutShort = 0;
         stream = pdf_open_stream_number(ctx, document.document(), number);
         buffer = fz_read_best(ctx, stream, 0, &isCutShort, limit);
     });
@@ -138,5 +140,5 @@ int appendDecoded(const EngineDocument& document, int number, std::size_t limit,
         data.append(reinterpret_cast<const char*>(bytes), size);
     }
     fz_drop_buffer(ctx, buffer);
-    return error == FZ_ERROR_MEMORY ? error : FZ_ERROR_NONE;
+    return error || !isCutShort ? error : FZ_ERROR_GENERIC;
 }

@@ -19,6 +19,7 @@ struct FlatStream
     std::string data;
     std::vector<Filter> filters;
     int error = 0; ///< FZ_ERROR_MEMORY when there was no memory for it
+    bool isLost = false; ///< it could not be read, whatever the reason
 
     bool hasFilter(const char* name) const;
 };
@@ -34,5 +35,5 @@ std::optional<FlatStream> loadFlatStream(
 FlatStream makeFlatStream(std::string data);
 
 /// Appends a stream as its filters give it, as far as it can be read. @param limit of bytes, about.
-/// @returns FZ_ERROR_NONE also for what is no stream, FZ_ERROR_MEMORY without memory for it.
+/// @returns FZ_ERROR_NONE when all of it was appended, FZ_ERROR_MEMORY without memory for it.
 int appendDecoded(const EngineDocument& document, int number, std::size_t limit, std::string& data);

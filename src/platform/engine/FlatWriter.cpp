@@ -2,6 +2,7 @@
 
 #include "analysis/StructureWords.h"
 #include "platform/engine/Attempt.h"
+#include "platform/engine/UnreadObjects.h"
 
 #include <algorithm>
 #include <cstring>
@@ -45,6 +46,26 @@ int FlatWriter::write()
     }
     writeTrailer(root, info);
     return finish();
+}
+
+/// Nearly always nothing was lost, and nobody has to go through the pages.
+FlatWriter::Losses FlatWriter::losses() const
+{
+    Losses losses;
+    if (lostObjects() == 0)
+        return losses;
+    for (int index = 0; index < theDocument.pageCount(); ++index) {
+        const int number = theDocument.pageTree().pages[static_cast<std::size_t>(index)];
+        pdf_obj* page = nullptr;
+        const int error = attempt(theContext,
+            [&] { page = pdf_lookup_page_obj(theContext, theDocument.document(), index); });
+        const EngineLoss loss = error || !page || theObjects.lost().count(number) > 0
+            ? EngineLoss::isDamaged
+            : contentLoss(theDocument, page);
+        if (loss != EngineLoss::isNone)
+            losses.emplace(index, loss);
+    }
+    return losses;
 }
 
 void FlatWriter::writeObject(const FlatObject& object)

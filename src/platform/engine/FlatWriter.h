@@ -20,6 +20,8 @@ public:
 
     /// @returns FZ_ERROR_NONE, FZ_ERROR_MEMORY when memory or room for the file ran out.
     int write();
+    /// The pages whose content could not be read, once the file is written.
+    Losses losses() const;
 
 private:
     void writeObject(const FlatObject& object);

@@ -72,20 +72,29 @@ public:
     {
         const fz_outline* branch[maximumOutlineDepth] = {first};
         int depth = 0;
-        while (depth >= 0 && theCount < maximumOutlineEntries && hasRoom(theTargetTexts)) {
+        while (depth >= 0) {
             const fz_outline* entry = branch[depth];
             if (!entry) {
                 --depth;
                 continue;
             }
+            if (theCount == maximumOutlineEntries || !hasRoom(theTargetTexts)) {
+                theOutlineIsCut = true;
+                return;
+            }
             branch[depth] = entry->next;
             put(*entry, depth);
-            if (entry->down && depth + 1 < maximumOutlineDepth)
+            if (!entry->down)
+                continue;
+            if (depth + 1 < maximumOutlineDepth)
                 branch[++depth] = entry->down;
+            else
+                theOutlineIsCut = true;
         }
     }
     void write(PayloadWriter& result) const
     {
+        result.put(static_cast<std::uint8_t>(theOutlineIsCut));
         result.put(theCount);
         result.putBytes(theEntries.bytes().data(), theEntries.bytes().size());
     }
@@ -100,6 +109,7 @@ private:
     }
 
     const EngineDocument& theDocument;
+    bool theOutlineIsCut = false;
     std::uint32_t theCount = 0;
     std::size_t theTargetTexts = 0;
     PayloadWriter theEntries;

@@ -1,6 +1,7 @@
 #include "platform/engine/PageText.h"
 
 #include "platform/engine/Attempt.h"
+#include "platform/engine/UnreadObjects.h"
 
 #include <cmath>
 #include <vector>
@@ -46,6 +47,9 @@ public:
         }
     }
     void write(fz_context* ctx, PayloadWriter& result) const;
+    /// Whether characters were left out, the page having more than maximumPageCharacters.
+    bool isCut() const { return theTextIsCut; }
+    bool isEmpty() const { return theText.empty(); }
 
 private:
     void addCharacter(const fz_stext_char& one);
@@ -53,6 +57,7 @@ private:
     void add(char32_t character, const fz_quad& quad, const Style& style);
 
     int theDetail;
+    bool theTextIsCut = false;
     std::u32string theText;
     std::vector<fz_quad> theQuads;
     std::vector<Run> theRuns;
@@ -75,8 +80,10 @@ void TextCollector::addCharacter(const fz_stext_char& one)
 
 void TextCollector::add(char32_t character, const fz_quad& quad, const Style& style)
 {
-    if (theText.size() >= maximumPageCharacters)
+    if (theText.size() >= maximumPageCharacters) {
+        theTextIsCut = theTextIsCut || character != U'\n';
         return;
+    }
     if (theDetail == 2) {
         const bool isNew = theRuns.empty() || theRuns.back().style != style;
         if (isNew && theRuns.size() < maximumTextRuns)
@@ -134,18 +141,26 @@ int readPageText(const EngineDocument& document, int page, int detail, PayloadWr
     fz_var(device);
     // Zero options: ligatures are spelled out, hyphens at line ends stay, white space is spaces.
     const fz_stext_options options = {0, 1};
+    fz_cookie cookie = {}; // counts what the library passes over
     int error = attempt(ctx, [&] {
         text = fz_new_stext_page(ctx, pdf_bound_page(ctx, loaded.page()));
         device = fz_new_stext_device(ctx, text, &options);
-        pdf_run_page(ctx, loaded.page(), device, fz_identity, nullptr);
+        pdf_run_page(ctx, loaded.page(), device, fz_identity, &cookie);
         fz_close_device(ctx, device);
     });
     fz_drop_device(ctx, device);
+    const bool isDamaged = error || cookie.errors > 0;
     if (error != FZ_ERROR_MEMORY && device)
         error = FZ_ERROR_NONE; // what came before the damage is text as well
     if (!error) {
         TextCollector collector(detail);
         collector.add(*text);
+        EngineLoss loss = contentLoss(document, loaded.page()->obj);
+        if (collector.isCut())
+            loss = EngineLoss::isCut;
+        else if (isDamaged || (loss == EngineLoss::isDamaged && !collector.isEmpty()))
+            loss = EngineLoss::isDamagedInPart;
+        result.put(static_cast<std::uint8_t>(loss));
         collector.write(ctx, result);
     }
     fz_drop_stext_page(ctx, text);

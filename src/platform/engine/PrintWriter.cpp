@@ -2,6 +2,7 @@
 
 #include "platform/engine/Attempt.h"
 #include "platform/engine/PageGeometry.h"
+#include "platform/engine/UnreadObjects.h"
 
 namespace {
 
@@ -92,6 +93,14 @@ void PrintWriter::noteError(int error)
 {
     if (error == FZ_ERROR_MEMORY)
         theError = error;
+    else if (error)
+        noteLoss(EngineLoss::isDamagedInPart);
+}
+
+void PrintWriter::noteLoss(EngineLoss loss)
+{
+    if (theLoss != EngineLoss::isDamaged && loss != EngineLoss::isNone)
+        theLoss = loss;
 }
 
 void PrintWriter::writePages(int number, const std::vector<int>& kids)
@@ -154,8 +163,12 @@ int PrintWriter::contentsOf(const PrintSheet& sheet, const Form& form)
 const PrintWriter::Form& PrintWriter::formOf(int page)
 {
     const auto [place, isNew] = theForms.try_emplace(page);
-    if (isNew)
-        place->second = makeForm(page);
+    if (!isNew)
+        return place->second;
+    theLoss = EngineLoss::isNone;
+    place->second = makeForm(page);
+    if (theLoss != EngineLoss::isNone)
+        theLosses.emplace(page, theLoss);
     return place->second;
 }
 
@@ -163,11 +176,15 @@ PrintWriter::Form PrintWriter::makeForm(int index)
 {
     pdf_obj* page = nullptr;
     fz_var(page);
-    if (index >= 0 && index < theDocument.pageCount())
-        noteError(attempt(theContext,
-            [&] { page = pdf_lookup_page_obj(theContext, theDocument.document(), index); }));
-    if (!pdf_is_dict(theContext, page))
+    if (index < 0 || index >= theDocument.pageCount())
         return {};
+    noteError(attempt(theContext,
+        [&] { page = pdf_lookup_page_obj(theContext, theDocument.document(), index); }));
+    if (!pdf_is_dict(theContext, page)) {
+        noteLoss(EngineLoss::isDamaged);
+        return {};
+    }
+    noteLoss(contentLoss(theDocument, page));
     const PageGeometry geometry = pageGeometry(theContext, page);
     const std::string box = shownBox(geometry);
     const std::vector<Mark> marks = mayHaveMarks(page) ? marksOf(index) : std::vector<Mark>();
@@ -198,9 +215,14 @@ int PrintWriter::writeContentForm(pdf_obj* page, const std::string& box)
     for (const FlatObjects::Resolved& part : parts)
         sources.push_back(part.source);
     const auto [place, isNew] = theContentForms.try_emplace({entries, std::move(sources)});
-    if (isNew)
-        place->second = writeForm(entries, contentOf(parts));
-    return place->second;
+    Content& content = place->second;
+    if (isNew) {
+        const EngineLoss before = std::exchange(theLoss, EngineLoss::isNone);
+        content.number = writeForm(entries, contentOf(parts));
+        content.loss = std::exchange(theLoss, before);
+    }
+    noteLoss(content.loss);
+    return content.number;
 }
 
 /// The page's own content, and the appearances over it, which its group does not take in.
@@ -246,12 +268,16 @@ FlatStream PrintWriter::contentOf(const Parts& parts)
         const auto& [object, number] = parts.front();
         std::optional<FlatStream> stream = loadFlatStream(theDocument, object, number);
         noteError(stream ? stream->error : FZ_ERROR_NONE);
+        if (stream && stream->isLost)
+            noteLoss(EngineLoss::isDamaged);
         return std::move(stream).value_or(FlatStream());
     }
     std::string data;
     for (const FlatObjects::Resolved& part : parts) {
-        if (data.size() > maximumContent)
+        if (data.size() > maximumContent) {
+            noteLoss(EngineLoss::isCut);
             break;
+        }
         noteError(appendDecoded(theDocument, part.source, maximumContent, data));
         data += '\n';
     }
@@ -377,6 +403,8 @@ int PrintWriter::appearanceForm(pdf_obj* appearance)
     if (!stream)
         return 0;
     noteError(stream->error);
+    if (stream->isLost)
+        noteLoss(EngineLoss::isDamagedInPart);
     const FlatSpelling spelling(ObjectType::isPlain, false);
     const std::string entries = entriesBut(
         {"Type", "Subtype", "Length", "Filter", "DecodeParms"}, sortedEntries(object), spelling, 1);

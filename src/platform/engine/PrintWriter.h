@@ -42,6 +42,9 @@ public:
 
     /// @returns FZ_ERROR_NONE, FZ_ERROR_MEMORY when memory or room for the file ran out.
     int write();
+    /// The pages of which sheets lack something, once the file is written. A page that does not
+    /// exist is none of them.
+    const Losses& losses() const { return theLosses; }
 
 private:
     /// A page as sheets paint it.
@@ -59,11 +62,19 @@ private:
     using Parts = std::vector<FlatObjects::Resolved>; ///< of a page's content
     using SheetKey = std::array<double, 6>; ///< the numbers of a sheet, to find it again
     using ContentKey = std::pair<std::string, std::vector<int>>; ///< entries, numbers of streams
+    struct Content
+    {
+        int number = 0;
+        EngineLoss loss = EngineLoss::isNone; ///< of every page that shares it
+    };
 
     void writeSheet(const PrintSheet& sheet, int number, int parent);
     void writePages(int number, const std::vector<int>& kids);
     void writeCatalog(int number, int pages);
     void writeReached();
+    /// Of the page that is being made into a form.
+    void noteLoss(EngineLoss loss);
+    /// An error other than of memory leaves the rest of the page.
     void noteError(int error);
 
     const Form& formOf(int page);
@@ -86,10 +97,12 @@ private:
     const PrintOrder& theOrder;
     Progress theProgress;
     int theError = FZ_ERROR_NONE;
+    EngineLoss theLoss = EngineLoss::isNone; ///< of the page that is being made into a form
+    Losses theLosses;
     std::unordered_map<int, Form> theForms; ///< by page
     std::unordered_map<pdf_obj*, int> theInnerResources; ///< numbers of what stands inside pages
     std::unordered_map<std::string, int> theResources; ///< likewise by what they say
-    std::map<ContentKey, int> theContentForms; ///< numbers of forms, for pages that look the same
+    std::map<ContentKey, Content> theContentForms; ///< for pages that look the same
     std::map<SheetKey, int> theContents; ///< numbers of the sheets' contents, for further copies
     std::size_t theFormBytes = 0; ///< of the forms that have been written
 };

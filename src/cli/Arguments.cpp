@@ -20,9 +20,9 @@ constexpr std::array commands{
     Command{"objects", true, false, false},
     Command{"summary", false, false, false},
     Command{"versions", true, true, false},
-    Command{"flat", false, false, true},
-    Command{"text", false, false, true},
-    Command{"rtf", false, false, true},
+    Command{"flat", true, false, true},
+    Command{"text", true, false, true},
+    Command{"rtf", true, false, true},
 };
 
 /// Goes through the words, putting each where it belongs.

@@ -10,6 +10,7 @@ enum class ExitStatus
     isDone = 0,
     isFailed = 1, ///< the file cannot be read, or the export failed
     isWrongUse = 2,
+    isIncomplete = 4, ///< done, but something of the document is missing; standard error says what
 };
 
 /// The words of a command line, taken apart.

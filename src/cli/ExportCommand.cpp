@@ -1,6 +1,7 @@
 #include "cli/ExportCommand.h"
 
 #include "cli/FileInput.h"
+#include "cli/MissingReport.h"
 #include "cli/Password.h"
 #include "document/ExportTarget.h"
 #include "platform/WholeFile.h"
@@ -110,13 +111,13 @@ private:
                 return std::fwrite(bytes.data(), 1, bytes.size(), stdout) == bytes.size();
             };
             if (theContent->write(sink, goOn) && std::fflush(stdout) == 0)
-                return end(ExitStatus::isDone);
+                return end(reportMissing(*theContent, theArguments));
             return end("standard output", QString::fromLocal8Bit(std::strerror(errno)));
         }
         const ExportOutcome outcome = writeExport(
             kindOf(theArguments.command), *theContent, QFile::decodeName(output.c_str()), goOn);
         if (outcome.isWritten)
-            return end(ExitStatus::isDone);
+            return end(reportMissing(*theContent, theArguments));
         end(output, outcome.reason);
     }
 

@@ -29,11 +29,17 @@ Options:
                  file to write; "-" for standard output
   --password-file FILE
                  first line is the document's password; else it is asked for
-  --json         one JSON object a line for every piece (versions: one in all)
+  --json         one JSON object a line for every piece (versions: one in all;
+                 flat, text, rtf: one on standard error that says what is missing)
   --help         this text
   --version      the program's version
 
-Exit status: 0 done, 1 the file cannot be read or the export failed, 2 wrong use.
+Exit status:
+  0  done
+  1  the file cannot be read or the export failed
+  2  wrong use
+  4  done, but something of the document is missing from what was written;
+     standard error says which pages, and why
 )";
 
 ExitStatus fail(ExitStatus status, const std::string& message)

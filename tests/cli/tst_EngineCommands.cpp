@@ -1,9 +1,13 @@
 #include "support/CompanionRun.h"
 #include "support/Files.h"
+#include "support/LostPages.h"
 #include "support/PdfBuilder.h"
 
 #include <QDir>
 #include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
@@ -37,6 +41,7 @@ private slots:
     void saysWhyItFailed();
     void asksForThePassword();
     void findsItsHelpersWhereTheInstallationHasThem();
+    void saysWhatIsMissing();
 
 private:
     /// Runs a command in the test's folder, without a terminal that could be asked for passwords.
@@ -162,6 +167,34 @@ void TestEngineCommands::findsItsHelpersWhereTheInstallationHasThem()
         const QByteArray errors = process.readAllStandardError();
         QVERIFY2(errors.contains(complaint), errors.constData());
         QCOMPARE(process.readAllStandardOutput().contains("First page"), complaint.isEmpty());
+    }
+}
+
+/// A file that lacks something of the document is there, and that it lacks something is said.
+void TestEngineCommands::saysWhatIsMissing()
+{
+    writeFile(path(u"lost.pdf"_s), QByteArray::fromStdString(LostPages::secondOfThree().bytes()));
+    const std::tuple<QString, QByteArray> commands[] = {
+        {u"flat"_s, "lost.pdf: Page 2 was written empty: it is too damaged to be read.\n"},
+        {u"text"_s, "lost.pdf: No text from page 2: it is too damaged to be read.\n"},
+        {u"rtf"_s, "lost.pdf: No text from page 2: it is too damaged to be read.\n"},
+    };
+    for (const auto& [command, sentence] : commands) {
+        const CompanionRun result = run({command, u"lost.pdf"_s, u"-o"_s, u"out"_s});
+        QCOMPARE(result.status, 4);
+        QVERIFY2(result.errors.contains(sentence), result.errors.constData());
+        const QByteArray written = contentOf(path(u"out"_s));
+        QVERIFY(command == u"flat" || written.contains("last page"));
+        const CompanionRun json = run({command, u"lost.pdf"_s, u"-o"_s, u"-"_s, u"--json"_s});
+        QCOMPARE(json.status, 4);
+        QCOMPARE(json.output, written);
+        const QJsonObject object = QJsonDocument::fromJson(json.errors).object();
+        const QJsonObject range = object.value(u"missing").toArray().at(0).toObject();
+        QCOMPARE(range.value(u"first").toInt(), 2);
+        QCOMPARE(range.value(u"last").toInt(), 2);
+        QCOMPARE(range.value(u"reason").toString(), u"damaged"_s);
+        QCOMPARE(range.value(u"partial").toBool(true), false);
+        QCOMPARE(object.value(u"lostObjects").toInt(), command == u"flat" ? 1 : 0);
     }
 }
 

@@ -37,3 +37,9 @@ constexpr std::size_t longestLabel = 4 * 255 + 255;
 constexpr std::size_t longestReason = 500; ///< bytes
 /// Reports of how far a request is. A flattened document has one for each 500 objects.
 constexpr std::uint32_t maximumProgressReports = 1'000'000;
+
+/// Bytes of a file that the engine writes: flattened or printed.
+constexpr std::uint64_t largestWrittenFile(std::uint64_t fileSize)
+{
+    return (std::uint64_t{4} << 30) + 16 * fileSize;
+}

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "platform/engine/EngineProtocol.h"
+
+#include <string>
+
+/// A request as the engine gets it.
+struct Question
+{
+    std::uint32_t number = 0;
+    EngineRequest kind = EngineRequest::isOpen;
+    std::string payload;
+};
+
+/// Answers for an engine: with the truth, which is a document of three pages with a line of text
+/// each, or with the lie that it was made for.
+class Teller
+{
+public:
+    /// @param lie name of a lie; any other text for the truth alone. @param flat descriptor that
+    /// files are written to, -1 for none.
+    Teller(std::string lie, int flat);
+
+    void take(const Question& question);
+    /// The answer of an engine that does not lie.
+    void tellTruth(const Question& question);
+
+    void answer(const Question& question, EngineAnswer kind, const PayloadWriter& payload);
+    /// A frame whose head may say anything.
+    void send(const EngineFrame& head, std::string_view payload);
+    /// Bytes as they are; ends the process when nobody reads them.
+    void write(std::string_view bytes);
+    int flat() const { return theFlat; }
+
+    static PayloadWriter facts(int pages);
+
+private:
+    std::string theLie;
+    int theFlat;
+};

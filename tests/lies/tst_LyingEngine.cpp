@@ -1,0 +1,216 @@
+#include "Lies.h"
+
+#include "app/AppDelegate.h"
+#include "app/Windows.h"
+#include "document/Document.h"
+#include "inspector/SourceViewController.h"
+#include "platform/PDFEngineProcess.h"
+#include "platform/PDFThumbnailView.h"
+#include "platform/PDFView.h"
+#include "platform/frame/DocumentController.h"
+#include "platform/frame/DocumentWindow.h"
+#include "support/OpenedDocument.h"
+#include "viewer/SearchField.h"
+#include "viewer/ViewController.h"
+
+#include <QApplication>
+#include <QEventLoop>
+#include <QFile>
+#include <QMessageBox>
+#include <QTemporaryDir>
+#include <QTreeView>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// What the program may take for anything that an engine says.
+constexpr qint64 mostMebibytes = 2000;
+
+/// A line of /proc/self/status, in mebibytes.
+qint64 mebibytes(const QByteArray& name)
+{
+    QFile status(u"/proc/self/status"_s);
+    status.open(QIODevice::ReadOnly);
+    for (const QByteArray& line : status.readAll().split('\n')) {
+        if (line.startsWith(name))
+            return line.mid(name.size() + 1).trimmed().split(' ').first().toLongLong() / 1024;
+    }
+    return 0;
+}
+
+/// Starts the count of the most memory anew.
+void forgetPeak()
+{
+    QFile file(u"/proc/self/clear_refs"_s);
+    file.open(QIODevice::WriteOnly);
+    file.write("5");
+}
+
+std::string fileThatSays(const std::string& lie)
+{
+    return "%PDF-1.7\n%lie " + lie + "\n%%EOF\n";
+}
+
+/// Which requests fail on a document, asked one after the other: the first words of their kinds.
+QString failures(PDFDocument* document)
+{
+    if (document->state() != PDFDocument::State::isOpen)
+        return u"open"_s;
+    QStringList failed;
+    const auto ask = [&failed](const QString& name, const PDFRequest* request) {
+        QEventLoop loop; // without a pause, as a program reads what comes
+        QObject::connect(request, &PDFRequest::finished, &loop, &QEventLoop::quit);
+        loop.exec();
+        if (!request->succeeded())
+            failed << name;
+    };
+    ask(u"outline"_s, document->requestOutline(document));
+    ask(u"links"_s, document->requestLinks(0, document));
+    ask(u"tile"_s, document->requestTile(0, 1, 0, QRect(0, 0, 300, 400), document));
+    PDFTextRequest* const text = document->requestText(0, 0, PDFTextDetail::isWithQuads, document);
+    ask(u"text"_s, text);
+    ask(u"flat"_s, document->requestFlat(document));
+    return failed.join(u' ');
+}
+
+/// Does with a document's windows what a user does, and waits for what that brings.
+void useWindows(Document* document, ViewController* viewer)
+{
+    PDFDocumentText* const text = document->documentText();
+    viewer->selectAll();
+    if (text->pageCount() <= 1000)
+        QTRY_VERIFY_WITH_TIMEOUT(!text->isFetching(), 60'000);
+    viewer->thePDFView()->followLink({{}, 0, {}, {}});
+    for (const QPoint& point : {QPoint(100, 100), QPoint(300, 200)})
+        QTest::mouseMove(viewer->thePDFView()->viewport(), point);
+    viewer->searchField()->setStringValue(u"e"_s);
+    viewer->doSearchAction();
+    if (text->pageCount() > 1000)
+        viewer->cancelSearch();
+    QTRY_VERIFY_WITH_TIMEOUT(!viewer->isSearching(), 60'000);
+    viewer->findChild<QTreeView*>(u"outlineView"_s)->expandAll();
+    viewer->goToLastPage();
+    QTRY_VERIFY_WITH_TIMEOUT(!viewer->thePDFView()->isDrawing(), 60'000);
+    viewer->grab();
+    document->openSource();
+    QTRY_VERIFY(QApplication::activeWindow());
+    for (const QWidget* window : QApplication::topLevelWidgets()) {
+        if (const auto* const inspector = window->findChild<SourceViewController*>())
+            QTRY_VERIFY_WITH_TIMEOUT(!inspector->isFilling(), 60'000);
+    }
+}
+
+} // namespace
+
+class TestLyingEngine : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { setPDFEnginePathForTests(qApp->applicationDirPath() + u"/lying-pdf-engine"_s); }
+    void isHeldByItsReaders_data();
+    void isHeldByItsReaders();
+    void isHeldInWindows_data();
+    void isHeldInWindows();
+    void asksForAPasswordNoMoreThanTheUserGivesOne();
+};
+
+/// Every lie with the requests that fail of it. Those that say nothing of a request give data
+/// within bounds.
+void TestLyingEngine::isHeldByItsReaders_data()
+{
+    QTest::addColumn<QString>("failing");
+    QTest::newRow("the truth") << QString();
+    for (const Lie& lie : allLies()) {
+        const QByteArray name(lie.name);
+        const auto is = [&name](const char* word) { return name.contains(word); };
+        QString failing;
+        switch (lie.at) {
+        case EngineRequest::isTile:
+            failing = is("byte by byte") || is("twice") ? QString() : u"tile"_s;
+            break;
+        case EngineRequest::isText:
+            break; // a page whose text cannot be read has none
+        case EngineRequest::isLinks:
+            failing = is("countless") ? u"links"_s : QString();
+            break;
+        case EngineRequest::isOutline:
+            failing = is("countless") ? u"outline"_s : QString();
+            break;
+        case EngineRequest::isFlat:
+            failing = u"flat"_s;
+            break;
+        case EngineRequest::isOpen:
+            failing = is("as many") ? QString() : u"open"_s;
+            break;
+        default:
+            break;
+        }
+        QTest::newRow(lie.name) << failing;
+    }
+}
+
+void TestLyingEngine::isHeldByItsReaders()
+{
+    QFETCH(QString, failing);
+    const qint64 before = mebibytes("VmRSS");
+    forgetPeak();
+    OpenedDocument document(fileThatSays(QTest::currentDataTag()));
+    const QString failed = failures(document.get());
+    QVERIFY2(mebibytes("VmHWM") - before < mostMebibytes,
+        qPrintable(u"%1 MiB"_s.arg(mebibytes("VmHWM") - before)));
+    // What is lied about the sizes of pages, or told twice, may cost other requests their engine.
+    const QByteArray name(QTest::currentDataTag());
+    if (name != "no sizes" && !name.endsWith("twice") && !name.startsWith("other"))
+        QCOMPARE(failed, failing);
+}
+
+void TestLyingEngine::isHeldInWindows_data()
+{
+    isHeldByItsReaders_data();
+}
+
+void TestLyingEngine::isHeldInWindows()
+{
+    QTemporaryDir folder;
+    const QString path = folder.filePath(u"lie.pdf"_s);
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(QByteArray::fromStdString(fileThatSays(QTest::currentDataTag())));
+    file.close();
+    const qint64 before = mebibytes("VmRSS");
+    forgetPeak();
+    {
+        AppDelegate delegate;
+        registerWindows(delegate);
+        delegate.controller()->openFiles({path});
+        const auto asks = [] { return qobject_cast<QDialog*>(QApplication::activeModalWidget()); };
+        QTRY_VERIFY(!delegate.controller()->isOpening() || asks());
+        if (QWidget* const dialog = QApplication::activeModalWidget())
+            dialog->close();
+        if (!delegate.controller()->documents().isEmpty()) {
+            auto* const document
+                = qobject_cast<Document*>(delegate.controller()->documents().first());
+            auto* const window = DocumentWindow::of(document->windowForSheet());
+            QVERIFY(window);
+            useWindows(document, window->findChild<ViewController*>());
+        }
+        delegate.controller()->closeAll();
+    }
+    QVERIFY2(mebibytes("VmHWM") - before < mostMebibytes,
+        qPrintable(u"%1 MiB"_s.arg(mebibytes("VmHWM") - before)));
+}
+
+/// An engine that is locked again and again without a word about the password has both processes
+/// turn in a circle.
+void TestLyingEngine::asksForAPasswordNoMoreThanTheUserGivesOne()
+{
+    OpenedDocument document(fileThatSays("locked whatever the password"));
+    QCOMPARE(document->state(), PDFDocument::State::isLocked);
+    document->unlock(u"secret"_s);
+    QTRY_COMPARE(document->state(), PDFDocument::State::isRefused);
+}
+
+QTEST_MAIN(TestLyingEngine)
+#include "tst_LyingEngine.moc"

@@ -2,20 +2,19 @@
 // of a file by wheel steps, 60 a second, without a display, and prints how long events held the
 // main thread: by the clock, and in processor time, which other programs do not lengthen.
 
+#include "MeasuringApplication.h"
+
 #include "platform/FileBytes.h"
 #include "platform/PDFDocument.h"
 #include "platform/PDFThumbnailView.h"
 #include "platform/PDFView.h"
 
-#include <QApplication>
-#include <QElapsedTimer>
 #include <QHBoxLayout>
 #include <QTimer>
 #include <QWheelEvent>
 
 #include <algorithm>
 #include <cstdio>
-#include <ctime>
 #include <vector>
 
 namespace {
@@ -23,65 +22,18 @@ namespace {
 constexpr int stepMilliseconds = 16;
 constexpr int wheelStep = 120;
 
-double threadMilliseconds()
+void print(const MeasuringApplication& application)
 {
-    timespec time = {};
-    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
+    using Event = MeasuringApplication::Event;
+    for (const auto measure : {&Event::wall, &Event::processor}) {
+        const std::vector<Event> events
+            = application.longest(measure, application.count() / 1000 + 1);
+        std::printf("%s: longest %.1f ms (event %d of %s), 1 of 1000 above %.1f ms\n",
+            measure == &Event::wall ? "clock" : "processor", events.front().*measure,
+            events.front().type, events.front().receiver, events.back().*measure);
+    }
+    std::printf("%zu events\n", application.count());
 }
-
-/// Measures every event that is not within another one.
-class MeasuringApplication : public QApplication
-{
-public:
-    using QApplication::QApplication;
-
-    bool notify(QObject* receiver, QEvent* event) override
-    {
-        if (theIsWithin || !isMeasuring)
-            return QApplication::notify(receiver, event);
-        theIsWithin = true;
-        const int type = event->type();
-        const char* const name = receiver->metaObject()->className();
-        QElapsedTimer clock;
-        clock.start();
-        const double before = threadMilliseconds();
-        const bool result = QApplication::notify(receiver, event);
-        const double processor = threadMilliseconds() - before;
-        const double wall = static_cast<double>(clock.nsecsElapsed()) / 1e6;
-        theIsWithin = false;
-        theEvents.push_back({wall, processor, type, name});
-        return result;
-    }
-
-    void print()
-    {
-        for (const auto member : {&Event::wall, &Event::processor}) {
-            std::sort(
-                theEvents.begin(), theEvents.end(), [member](const Event& one, const Event& other) {
-                    return one.*member > other.*member;
-                });
-            const Event& longest = theEvents.front();
-            std::printf("%s: longest %.1f ms (event %d of %s), 1 of 1000 above %.1f ms\n",
-                member == &Event::wall ? "clock" : "processor", longest.*member, longest.type,
-                longest.receiver, theEvents[theEvents.size() / 1000].*member);
-        }
-        std::printf("%zu events\n", theEvents.size());
-    }
-
-    bool isMeasuring = false;
-
-private:
-    struct Event
-    {
-        double wall;
-        double processor;
-        int type;
-        const char* receiver;
-    };
-    bool theIsWithin = false;
-    std::vector<Event> theEvents;
-};
 
 void scroll(PDFView& view, int lastPage)
 {
@@ -123,7 +75,7 @@ int main(int argc, char* argv[])
         view->setDocument(&document, nullptr);
         view->setAutoScales(true);
         thumbnails->setPDFView(view);
-        application.isMeasuring = true;
+        application.start();
         scroll(*view, std::min(pages, document.pageCount()) - 1);
     });
     QObject::connect(&document, &PDFDocument::refused, view, [](const QString& reason) {
@@ -133,6 +85,6 @@ int main(int argc, char* argv[])
     const int result = QApplication::exec();
     thumbnails->setPDFView(nullptr);
     if (result == 0)
-        application.print();
+        print(application);
     return result;
 }

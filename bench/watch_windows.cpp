@@ -1,0 +1,318 @@
+// watch_windows [--engine PROGRAM] [--all] [--wait SECONDS] FILE... : opens each file beside the
+// first one in the windows of the desktop program, does what a user does with it (scrolls, selects
+// all, searches, opens the outline and the inspector, closes), and prints the longest event of the
+// main thread for each file. Without a display, and with settings of its own. --all prints the
+// longest event of every step; --wait is how long a step may wait for what it has begun (10).
+
+#include "MeasuringApplication.h"
+
+#include "app/AppDelegate.h"
+#include "app/Windows.h"
+#include "document/Document.h"
+#include "inspector/SourceViewController.h"
+#include "platform/LargePages.h"
+#include "platform/PDFDocumentText.h"
+#include "platform/PDFEngineProcess.h"
+#include "platform/PDFView.h"
+#include "platform/frame/DocumentController.h"
+#include "platform/frame/DocumentWindow.h"
+#include "viewer/SearchField.h"
+#include "viewer/ViewController.h"
+#include "views/PlainTextView.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QTabWidget>
+#include <QTemporaryDir>
+#include <QTreeView>
+
+#include <csignal>
+#include <cstdio>
+#include <functional>
+
+namespace {
+
+using Event = MeasuringApplication::Event;
+
+MeasuringApplication* application()
+{
+    return static_cast<MeasuringApplication*>(QCoreApplication::instance());
+}
+
+/// Megabytes of a line of /proc/self/status.
+qint64 megabytes(const QByteArray& name)
+{
+    QFile status(QStringLiteral("/proc/self/status"));
+    status.open(QIODevice::ReadOnly);
+    for (const QByteArray& line : status.readAll().split('\n')) {
+        if (line.startsWith(name))
+            return line.mid(name.size() + 1).trimmed().split(' ').first().toLongLong() / 1024;
+    }
+    return 0;
+}
+
+/// Runs the event loop until something holds or its time is over.
+void wait(const std::function<bool()>& isThere, int milliseconds)
+{
+    QElapsedTimer clock;
+    clock.start();
+    while (!isThere() && clock.elapsed() < milliseconds)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
+}
+
+void rest(int milliseconds)
+{
+    wait([] { return false; }, milliseconds);
+}
+
+/// What a user does with one document's windows, step by step.
+class Visit
+{
+public:
+    Visit(Document* document, int patience)
+        : theDocument(document)
+        , theViewer(DocumentWindow::of(document->windowForSheet())->findChild<ViewController*>())
+        , thePatience(patience)
+    {
+    }
+    void run()
+    {
+        PDFDocumentText* const text = theDocument->documentText();
+        step(
+            "show", [] {}, [text] { return !text->isFetching(); });
+        scroll();
+        step(
+            "last page", [this] { theViewer->goToLastPage(); }, [this] { return isDrawn(); });
+        step(
+            "first page", [this] { theViewer->goToFirstPage(); }, [this] { return isDrawn(); });
+        step(
+            "zoom out", [this] { theViewer->thePDFView()->setScaleFactor(0.05); },
+            [this] { return isDrawn(); });
+        step(
+            "zoom in", [this] { theViewer->thePDFView()->setScaleFactor(2); },
+            [this] { return isDrawn(); });
+        step(
+            "turn", [this] { theViewer->rotateClockwise(); }, [this] { return isDrawn(); });
+        step(
+            "fit", [this] { theViewer->fitWidth(); }, [this] { return isDrawn(); });
+        point();
+        step(
+            "select all", [this] { theViewer->selectAll(); }, [text] { return text->isWhole(); });
+        step(
+            "copy", [this] { theViewer->copy(); }, [] { return false; }, 500);
+        search();
+        textPane();
+        outline();
+        goToLabel();
+        inspect();
+    }
+
+private:
+    bool isDrawn() const { return !theViewer->thePDFView()->isDrawing(); }
+
+    /// Does something as an event, and lets what follows from it happen.
+    void step(const char* name, const std::function<void()>& act,
+        const std::function<bool()>& isThere, int patience = 0)
+    {
+        application()->setPhase(name);
+        QMetaObject::invokeMethod(theViewer, act, Qt::QueuedConnection);
+        rest(50);
+        wait(isThere, patience > 0 ? patience : thePatience);
+        rest(200);
+    }
+    static void press(QWidget* widget, int key, Qt::KeyboardModifiers modifiers = {})
+    {
+        for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease})
+            QCoreApplication::postEvent(widget, new QKeyEvent(type, key, modifiers));
+    }
+    void scroll()
+    {
+        step(
+            "scroll",
+            [this] {
+                for (int time = 0; time < 20; ++time)
+                    press(theViewer->thePDFView(), Qt::Key_PageDown);
+            },
+            [this] { return isDrawn(); });
+    }
+    void point()
+    {
+        QWidget* const viewport = theViewer->thePDFView()->viewport();
+        step(
+            "point",
+            [viewport] {
+                for (int x = 50; x < 500; x += 90) {
+                    const QPointF place(x, x);
+                    QCoreApplication::postEvent(viewport,
+                        new QMouseEvent(QEvent::MouseMove, place, viewport->mapToGlobal(place),
+                            Qt::NoButton, Qt::NoButton, {}));
+                }
+            },
+            [] { return false; }, 300);
+    }
+    void search()
+    {
+        const auto find = [this](const QString& text) {
+            theViewer->searchField()->setStringValue(text);
+            theViewer->doSearchAction();
+        };
+        const auto isOver = [this] { return !theViewer->isSearching(); };
+        step(
+            "search", [find] { find(QStringLiteral("e")); }, isOver);
+        step(
+            "next", [this] { theViewer->doFindNext(); }, [] { return false; }, 500);
+        step(
+            "search again", [find] { find(QStringLiteral("qq")); }, isOver);
+    }
+    void textPane()
+    {
+        PlainTextView* const pane = theViewer->theTextView();
+        const auto keys = [pane](int key, Qt::KeyboardModifiers modifiers = {}) {
+            return [pane, key, modifiers] { press(pane, key, modifiers); };
+        };
+        const auto soon = [] { return false; };
+        step("text end", keys(Qt::Key_End, Qt::ControlModifier), soon, 300);
+        step("text up", keys(Qt::Key_PageUp), soon, 300);
+        step("text all", keys(Qt::Key_A, Qt::ControlModifier), soon, 300);
+        step("text copy", keys(Qt::Key_C, Qt::ControlModifier), soon, 300);
+    }
+    void outline()
+    {
+        auto* const tree = theViewer->findChild<QTreeView*>(QStringLiteral("outlineView"));
+        auto* const tabs = theViewer->findChild<QTabWidget*>(QStringLiteral("sideTabs"));
+        const auto soon = [] { return false; };
+        step(
+            "outline", [tabs] { tabs->setCurrentIndex(tabs->count() - 1); }, soon, 500);
+        step(
+            "expand", [tree] { press(tree, Qt::Key_Asterisk); }, soon, 500);
+        step(
+            "outline end", [tree] { press(tree, Qt::Key_End); }, soon, 500);
+        step(
+            "outline letter", [tree] { press(tree, Qt::Key_Q); }, soon, 300);
+        step(
+            "thumbnails", [tabs] { tabs->setCurrentIndex(0); }, soon, 500);
+    }
+    void goToLabel()
+    {
+        auto* const field = theViewer->findChild<QLineEdit*>(QStringLiteral("pageField"));
+        step(
+            "page field",
+            [field] {
+                field->setText(QStringLiteral("no such page"));
+                press(field, Qt::Key_Return);
+            },
+            [] { return false; }, 300);
+    }
+    void inspect()
+    {
+        const auto isFilled = [this] {
+            const SourceViewController* const inspector = theInspector();
+            return inspector && !inspector->isFilling();
+        };
+        step(
+            "inspector", [this] { theDocument->openSource(); }, isFilled, 3 * thePatience);
+        if (const SourceViewController* const inspector = theInspector()) {
+            QWidget* const lower = inspector->lowerTextView();
+            step(
+                "inspector end", [lower] { press(lower, Qt::Key_End, Qt::ControlModifier); },
+                [] { return false; }, 500);
+            DocumentWindow* const window = DocumentWindow::of(lower);
+            step(
+                "close inspector", [window] { window->close(); }, [] { return false; }, 500);
+        }
+    }
+    static SourceViewController* theInspector()
+    {
+        for (const QWidget* window : QApplication::topLevelWidgets()) {
+            if (auto* const inspector = window->findChild<SourceViewController*>())
+                return inspector;
+        }
+        return nullptr;
+    }
+
+    Document* theDocument;
+    ViewController* theViewer;
+    int thePatience; ///< milliseconds
+};
+
+Document* documentOf(const DocumentController& controller, const QString& path)
+{
+    for (FrameDocument* const document : controller.documents()) {
+        if (document->fileURL().toLocalFile() == path)
+            return qobject_cast<Document*>(document);
+    }
+    return nullptr;
+}
+
+void print(const QString& path, bool all)
+{
+    const std::vector<Event> clock = application()->longest(&Event::wall, 1);
+    const std::vector<Event> events = application()->longest(&Event::processor, all ? 12 : 1);
+    std::printf("%-34s %7.0f ms  (clock %.0f)  %5lld MB", qPrintable(path.section(u'/', -1)),
+        events.front().processor, clock.front().wall, static_cast<long long>(megabytes("VmHWM")));
+    for (const Event& event : events)
+        std::printf("%s %s: %s, event %d, %.0f ms", all ? "\n   " : " ", event.phase,
+            event.receiver, event.type, event.processor);
+    std::printf("\n");
+    std::fflush(stdout);
+}
+
+void visit(DocumentController& controller, const QString& path, int patience, bool all)
+{
+    application()->start();
+    application()->setPhase("open");
+    QMetaObject::invokeMethod(
+        &controller, [&controller, path] { controller.openFiles({path}); }, Qt::QueuedConnection);
+    rest(50);
+    wait([&controller] { return !controller.isOpening() || QApplication::activeModalWidget(); },
+        3 * patience);
+    if (QWidget* const dialog = QApplication::activeModalWidget())
+        dialog->close();
+    if (Document* const document = documentOf(controller, path)) {
+        Visit(document, patience).run();
+        application()->setPhase("close");
+        QWidget* const window = document->windowForSheet();
+        QMetaObject::invokeMethod(
+            window, [window] { window->close(); }, Qt::QueuedConnection);
+    }
+    rest(500);
+    print(path, all);
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QTemporaryDir settings;
+    qputenv("XDG_CONFIG_HOME", QFile::encodeName(settings.path()));
+    std::signal(SIGXFSZ, SIG_IGN);
+    useLargePages();
+    MeasuringApplication program(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    QStringList files = QCoreApplication::arguments().mid(1);
+    const bool all = files.removeAll(QStringLiteral("--all")) > 0;
+    const auto option = [&files](const QString& name) {
+        const qsizetype place = files.indexOf(name);
+        if (place < 0 || place + 1 >= files.size())
+            return QString();
+        files.removeAt(place);
+        return files.takeAt(place);
+    };
+    const QString engine = option(QStringLiteral("--engine"));
+    const QString seconds = option(QStringLiteral("--wait"));
+    if (files.isEmpty())
+        return 1;
+    const int patience = seconds.isEmpty() ? 10'000 : seconds.toInt() * 1000;
+    AppDelegate delegate;
+    registerWindows(delegate);
+    delegate.controller()->openFiles({files.takeFirst()});
+    wait([&delegate] { return !delegate.controller()->isOpening(); }, 10'000);
+    setPDFEnginePathForTests(engine);
+    for (const QString& file : files)
+        visit(*delegate.controller(), file, patience, all);
+    delegate.controller()->closeAll();
+    return 0;
+}

@@ -38,12 +38,13 @@ public:
         for (const fz_stext_block* block = page.first_block; block; block = block->next) {
             if (block->type != FZ_STEXT_BLOCK_TEXT)
                 continue;
+            if (!theText.empty())
+                addLineEnd(); // an empty line parts the blocks, as paragraphs in plain text
             for (const fz_stext_line* line = block->u.t.first_line; line; line = line->next) {
                 for (const fz_stext_char* one = line->first_char; one; one = one->next)
                     addCharacter(*one);
                 addLineEnd();
             }
-            addLineEnd(); // an empty line parts the blocks, as paragraphs are parted in plain text
         }
     }
     void write(fz_context* ctx, PayloadWriter& result) const;

@@ -19,8 +19,10 @@ struct PDFTextRun
     QColor colour; ///< opaque
 };
 
-/// The text of one page, in reading order as the engine finds it, as far as it could be read. Lines
-/// end with "\n"; ligatures are spelled out in letters; lone surrogates and NUL do not occur.
+/// The text of one page, in reading order as the engine finds it, as far as it could be read;
+/// within a line in logical order, so that right-to-left letters stand left of those that they
+/// follow. Lines end with "\n", blocks are parted by an empty line; ligatures are spelled out in
+/// letters; lone surrogates and NUL do not occur.
 struct PDFPageText
 {
     QString string;

@@ -40,22 +40,73 @@ qsizetype nearestCharacter(const PDFPageText& text, const QPointF& point, double
     return nearest;
 }
 
-/// Whether a point lies in the second half of a character along its line's direction.
-bool isBehindMiddle(const QPolygonF& quad, const QPointF& point)
+QPointF middleOf(const QPolygonF& quad)
 {
-    const QPointF along = quad.at(upperRight) - quad.at(upperLeft);
-    const QPointF middle
-        = (quad.at(upperLeft) + quad.at(upperRight) + quad.at(lowerRight) + quad.at(lowerLeft)) / 4;
-    return QPointF::dotProduct(point - middle, along) > 0;
+    return (quad.at(upperLeft) + quad.at(upperRight) + quad.at(lowerRight) + quad.at(lowerLeft))
+        / 4;
 }
 
-/// Whether a quad goes on where another ends, on the same line.
-bool continues(const QPolygonF& run, const QPolygonF& next)
+/// Whether the text goes on to the left of a character. Blanks and punctuation tell by the
+/// character behind them, or at a line's end by the one before them.
+bool runsLeft(const PDFPageText& text, qsizetype index)
+{
+    const QString& string = text.string;
+    const QChar unit = string.at(index);
+    const bool isPair = unit.isHighSurrogate() && index + 1 < string.size();
+    const char32_t character
+        = isPair ? QChar::surrogateToUcs4(unit, string.at(index + 1)) : unit.unicode();
+    const QChar::Direction direction = QChar::direction(character);
+    if (direction == QChar::DirR || direction == QChar::DirAL)
+        return true;
+    if (direction == QChar::DirL || direction == QChar::DirEN || direction == QChar::DirAN)
+        return false;
+    const auto isPlaced = [&text](qsizetype place) {
+        return place >= 0 && place < text.quads.size() && text.quads.at(place).size() >= corners;
+    };
+    const qsizetype other = isPlaced(index + 1) ? index + 1 : index - 1;
+    if (!isPlaced(other))
+        return false;
+    const QPolygonF& quad = text.quads.at(index);
+    const QPointF along = quad.at(upperRight) - quad.at(upperLeft);
+    const QPointF to = middleOf(text.quads.at(other)) - middleOf(quad);
+    return (QPointF::dotProduct(to, along) < 0) == (other > index);
+}
+
+/// Whether a point lies in the half of a character that is nearer to what follows it.
+bool isBehindMiddle(const PDFPageText& text, qsizetype index, const QPointF& point)
+{
+    const QPolygonF& quad = text.quads.at(index);
+    const QPointF along = quad.at(upperRight) - quad.at(upperLeft);
+    const double right = QPointF::dotProduct(point - middleOf(quad), along);
+    return runsLeft(text, index) ? right < 0 : right > 0;
+}
+
+/// Makes a quad part of an outline where they stand side by side on one line, whichever is on the
+/// left. @returns whether they do.
+bool join(QPolygonF& run, const QPolygonF& next)
 {
     const double height = QLineF(run.at(upperLeft), run.at(lowerLeft)).length();
     const double slack = std::max(0.5, height * 0.4);
-    return QLineF(run.at(upperRight), next.at(upperLeft)).length() < slack
-        && QLineF(run.at(lowerRight), next.at(lowerLeft)).length() < slack;
+    const auto meet = [&](int upper, int lower, int nextUpper, int nextLower) {
+        return QLineF(run.at(upper), next.at(nextUpper)).length() < slack
+            && QLineF(run.at(lower), next.at(nextLower)).length() < slack;
+    };
+    const auto extend = [&](int upper, int lower) {
+        run[upper] = next.at(upper);
+        run[lower] = next.at(lower);
+    };
+    const QPointF along = next.at(upperRight) - next.at(upperLeft);
+    if (meet(upperRight, lowerRight, upperLeft, lowerLeft)) {
+        if (QPointF::dotProduct(next.at(upperRight) - run.at(upperRight), along) > 0)
+            extend(upperRight, lowerRight);
+        return true;
+    }
+    if (meet(upperLeft, lowerLeft, upperRight, lowerRight)) {
+        if (QPointF::dotProduct(next.at(upperLeft) - run.at(upperLeft), along) < 0)
+            extend(upperLeft, lowerLeft);
+        return true;
+    }
+    return false;
 }
 
 PDFSelection::Range stretchAround(
@@ -96,8 +147,7 @@ qsizetype PageTextGeometry::nearestPosition(const PDFPageText& text, const QPoin
         return 0;
     const PDFSelection::Range cluster
         = stretchAround(QTextBoundaryFinder::Grapheme, text.string, 0, index);
-    return isBehindMiddle(text.quads.at(index), point) ? cluster.start + cluster.length
-                                                       : cluster.start;
+    return isBehindMiddle(text, index, point) ? cluster.start + cluster.length : cluster.start;
 }
 
 PDFSelection::Range PageTextGeometry::wordAt(const QString& string, int page, qsizetype index)
@@ -137,19 +187,22 @@ QList<QPolygonF> PageTextGeometry::outlines(
     const qsizetype first = std::clamp<qsizetype>(start, 0, text.quads.size());
     const qsizetype end
         = first + std::min(std::max<qsizetype>(length, 0), text.quads.size() - first);
+    // Both units of a surrogate pair share a quad; marks and the further letters of a ligature have
+    // none of their own: they stand without width within the run.
+    const auto addsNothing = [&text](qsizetype index) {
+        const QPolygonF& quad = text.quads.at(index);
+        return quad == text.quads.at(index - 1) || quad.at(upperLeft) == quad.at(upperRight);
+    };
     bool mayContinue = false;
     for (qsizetype index = first; index < end; ++index) {
         const QPolygonF& quad = text.quads.at(index);
         if (quad.size() < corners) {
             mayContinue = false;
-        } else if (mayContinue && continues(runs.last(), quad)) {
-            runs.last()[upperRight] = quad.at(upperRight);
-            runs.last()[lowerRight] = quad.at(lowerRight);
-        } else {
-            // The second unit of a surrogate pair and the letters of a ligature may share a quad.
-            if (!mayContinue || runs.last() != quad)
-                runs.append(quad);
+        } else if (!mayContinue) {
+            runs.append(quad);
             mayContinue = true;
+        } else if (!addsNothing(index) && !join(runs.last(), quad)) {
+            runs.append(quad);
         }
     }
     return runs;

@@ -25,6 +25,18 @@ PDFPageText page(const QString& string)
     return text;
 }
 
+/// The same from (200, 100) to the left.
+PDFPageText pageFromRight(const QString& string)
+{
+    PDFPageText text = page(string);
+    for (QPolygonF& quad : text.quads) {
+        const double left = 290 - (quad.isEmpty() ? 0 : quad.at(0).x());
+        if (!quad.isEmpty())
+            quad.translate(left - quad.at(0).x(), 0);
+    }
+    return text;
+}
+
 QString part(const QString& string, const PDFSelection::Range& range)
 {
     return string.mid(range.start, range.length);
@@ -38,6 +50,7 @@ class TestPageTextGeometry : public QObject
 
 private slots:
     void findsPlaces();
+    void findsPlacesFromTheRight();
     void keepsClustersTogether();
     void findsWordsAndLines();
     void selectsBetweenPlaces();
@@ -63,6 +76,23 @@ void TestPageTextGeometry::findsPlaces()
     QCOMPARE(at(150, 106), places(3, -1)); // right of a short line, beside a longer one
     QCOMPARE(at(141, 126), places(8, 8));
     QCOMPARE(at(100, 700), places(4, -1));
+}
+
+void TestPageTextGeometry::findsPlacesFromTheRight()
+{
+    // The blank tells by what follows it, the full stop by what precedes it; numbers run
+    // rightwards.
+    const PDFPageText text = pageFromRight(QStringLiteral("\u05d0\u05d1 \u05d2."));
+    const auto at = [](const PDFPageText& where, double x) {
+        return PageTextGeometry::nearestPosition(where, QPointF(x, 105));
+    };
+    const QList<double> places = {198, 192, 188, 182, 178, 172, 168, 162, 158, 152};
+    const QList<qsizetype> expected = {0, 1, 1, 2, 2, 3, 3, 4, 4, 5};
+    for (qsizetype place = 0; place < places.size(); ++place)
+        QCOMPARE(at(text, places.at(place)), expected.at(place));
+    QCOMPARE(at(pageFromRight(QStringLiteral("1\u05d0")), 198), 1);
+    QCOMPARE(PageTextGeometry::outlines(text, 1, 3),
+        (QList<QPolygonF>{QPolygonF({{160, 100}, {190, 100}, {190, 112}, {160, 112}})}));
 }
 
 void TestPageTextGeometry::keepsClustersTogether()
@@ -116,6 +146,12 @@ void TestPageTextGeometry::joinsOutlines()
     QCOMPARE(outlines.at(0).boundingRect(), QRectF(110, 100, 20, 12));
     QCOMPARE(outlines.at(1).boundingRect(), QRectF(100, 120, 20, 12));
     QVERIFY(PageTextGeometry::outlines(text, 7, 5).isEmpty());
+    // A surrogate pair and a mark without width are no outlines of their own.
+    PDFPageText emoji = page(QStringLiteral("a\U0001F600\u0301b"));
+    emoji.quads[2] = emoji.quads.at(1);
+    emoji.quads[3] = QPolygonF({{105, 100}, {105, 100}, {105, 112}, {105, 112}});
+    emoji.quads[4].translate(-20, 0);
+    QCOMPARE(PageTextGeometry::outlines(emoji, 0, 5).size(), 1);
     QCOMPARE(PageTextGeometry::outlines(text, -3, std::numeric_limits<qsizetype>::max()).size(), 2);
 }
 

@@ -1,31 +1,23 @@
 #include "platform/engine/PageText.h"
 
 #include "platform/engine/Attempt.h"
+#include "platform/engine/TextLines.h"
 #include "platform/engine/UnreadObjects.h"
 
-#include <cmath>
+#include <string>
 #include <vector>
 
 namespace {
 
-/// The look of characters; equal neighbours make one run.
-struct Style
-{
-    fz_font* font = nullptr;
-    float size = 0;
-    std::uint32_t colour = 0;
-
-    bool operator==(const Style&) const = default;
-};
-
+/// Characters of the same look.
 struct Run
 {
     std::uint32_t start = 0;
     std::uint32_t length = 0;
-    Style style;
+    TextStyle style;
 };
 
-/// Collects a page's characters in the order in which MuPDF lays them out.
+/// Collects a page's characters.
 class TextCollector
 {
 public:
@@ -33,19 +25,13 @@ public:
         : theDetail(detail)
     {
     }
-    void add(const fz_stext_page& page)
+    void addLine(const TextLine& line, bool beginsBlock)
     {
-        for (const fz_stext_block* block = page.first_block; block; block = block->next) {
-            if (block->type != FZ_STEXT_BLOCK_TEXT)
-                continue;
-            if (!theText.empty())
-                addLineEnd(); // an empty line parts the blocks, as paragraphs in plain text
-            for (const fz_stext_line* line = block->u.t.first_line; line; line = line->next) {
-                for (const fz_stext_char* one = line->first_char; one; one = one->next)
-                    addCharacter(*one);
-                addLineEnd();
-            }
-        }
+        if (beginsBlock && !theText.empty())
+            addLineEnd(); // an empty line parts the blocks, as paragraphs in plain text
+        for (const TextCharacter& one : line)
+            add(one);
+        addLineEnd();
     }
     void write(fz_context* ctx, PayloadWriter& result) const;
     /// Whether characters were left out, the page having more than maximumPageCharacters.
@@ -53,9 +39,8 @@ public:
     bool isEmpty() const { return theText.empty(); }
 
 private:
-    void addCharacter(const fz_stext_char& one);
-    void addLineEnd() { add(U'\n', {}, theRuns.empty() ? Style{} : theRuns.back().style); }
-    void add(char32_t character, const fz_quad& quad, const Style& style);
+    void addLineEnd() { add({U'\n', {}, theRuns.empty() ? TextStyle{} : theRuns.back().style}); }
+    void add(const TextCharacter& one);
 
     int theDetail;
     bool theTextIsCut = false;
@@ -64,36 +49,21 @@ private:
     std::vector<Run> theRuns;
 };
 
-/// NUL and halves of surrogate pairs come from broken ToUnicode maps; they are no characters.
-char32_t soundCharacter(int number)
-{
-    const bool isSurrogate = number >= 0xd800 && number < 0xe000;
-    return number > 0 && number <= 0x10ffff && !isSurrogate ? static_cast<char32_t>(number)
-                                                            : 0xfffd;
-}
-
-void TextCollector::addCharacter(const fz_stext_char& one)
-{
-    const float size = std::isfinite(one.size) && one.size > 0 ? one.size : 1;
-    add(soundCharacter(one.c), one.quad,
-        {one.font, size, static_cast<std::uint32_t>(one.color) & 0xffffffu});
-}
-
-void TextCollector::add(char32_t character, const fz_quad& quad, const Style& style)
+void TextCollector::add(const TextCharacter& one)
 {
     if (theText.size() >= maximumPageCharacters) {
-        theTextIsCut = theTextIsCut || character != U'\n';
+        theTextIsCut = theTextIsCut || one.character != U'\n';
         return;
     }
     if (theDetail == 2) {
-        const bool isNew = theRuns.empty() || theRuns.back().style != style;
+        const bool isNew = theRuns.empty() || theRuns.back().style != one.style;
         if (isNew && theRuns.size() < maximumTextRuns)
-            theRuns.push_back({static_cast<std::uint32_t>(theText.size()), 0, style});
+            theRuns.push_back({static_cast<std::uint32_t>(theText.size()), 0, one.style});
         ++theRuns.back().length;
     }
     if (theDetail == 1)
-        theQuads.push_back(quad);
-    theText += character;
+        theQuads.push_back(one.quad);
+    theText += one.character;
 }
 
 std::string_view fontName(fz_context* ctx, fz_font* font)
@@ -155,7 +125,9 @@ int readPageText(const EngineDocument& document, int page, int detail, PayloadWr
         error = FZ_ERROR_NONE; // what came before the damage is text as well
     if (!error) {
         TextCollector collector(detail);
-        collector.add(*text);
+        visitLines(*text, [&collector](const TextLine& line, bool beginsBlock) {
+            collector.addLine(line, beginsBlock);
+        });
         EngineLoss loss = contentLoss(document, loaded.page()->obj);
         if (collector.isCut())
             loss = EngineLoss::isCut;

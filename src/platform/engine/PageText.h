@@ -3,7 +3,8 @@
 #include "platform/engine/EngineDocument.h"
 #include "platform/engine/EngineProtocol.h"
 
-/// Appends the text of a page to result.
+/// Appends the text of a page to result, its lines in logical order (TextLines.h). Each line ends
+/// with a line feed; an empty line parts two blocks.
 ///
 /// [byte EngineLoss of the page, count, then count code points as 32-bit numbers]; with detail 1
 /// count times eight floats: the corners upper left, upper right, lower right, lower left in page

@@ -1,0 +1,161 @@
+#include "platform/engine/TextLines.h"
+
+#include "platform/engine/LogicalOrder.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace {
+
+/// Parts of a line that are next to each other in MuPDF's list, put together.
+struct JoinedLine
+{
+    TextLine characters;
+    fz_point direction = {1, 0};
+    bool isVertical = false;
+    bool hasRightToLeft = false;
+    float size = 1;
+    fz_point origin = {0, 0}; ///< a place on the baseline
+    float begin = 0; ///< along the direction, from the origin of the page
+    float end = 0;
+};
+
+float along(const fz_point& direction, const fz_point& point)
+{
+    return direction.x * point.x + direction.y * point.y;
+}
+
+JoinedLine lineOf(const fz_stext_line& drawn)
+{
+    JoinedLine line;
+    appendDrawn(drawn, line.characters);
+    line.direction = drawn.dir;
+    line.isVertical = drawn.wmode != 0;
+    if (line.characters.empty())
+        return line;
+    line.hasRightToLeft = std::any_of(line.characters.begin(), line.characters.end(),
+        [](const TextCharacter& one) { return isRightToLeftLetter(one.character); });
+    line.size = line.characters.front().style.size;
+    line.origin = drawn.first_char->origin;
+    line.begin = line.end = along(line.direction, line.characters.front().quad.ll);
+    for (const TextCharacter& one : line.characters) {
+        for (const fz_point& corner : {one.quad.ll, one.quad.lr}) {
+            line.begin = std::min(line.begin, along(line.direction, corner));
+            line.end = std::max(line.end, along(line.direction, corner));
+        }
+    }
+    return line;
+}
+
+/// Whether two lines stand side by side on one baseline, as close as the words of a line, and need
+/// a common order.
+bool belongTogether(const JoinedLine& one, const JoinedLine& next)
+{
+    if (!(one.hasRightToLeft || next.hasRightToLeft) || one.isVertical || next.isVertical
+        || along(one.direction, next.direction) < 0.999F)
+        return false;
+    const float across = one.direction.x * (next.origin.y - one.origin.y)
+        - one.direction.y * (next.origin.x - one.origin.x);
+    const float size = std::max(one.size, next.size);
+    const float gap = std::max(next.begin - one.end, one.begin - next.end);
+    return std::abs(across) < 0.3F * size && gap < 0.8F * size && gap > -0.5F * size;
+}
+
+void append(JoinedLine&& part, JoinedLine& line)
+{
+    line.characters.insert(line.characters.end(), part.characters.begin(), part.characters.end());
+    line.hasRightToLeft = line.hasRightToLeft || part.hasRightToLeft;
+    line.begin = std::min(line.begin, part.begin);
+    line.end = std::max(line.end, part.end);
+}
+
+std::vector<JoinedLine> linesOf(const fz_stext_block& block)
+{
+    std::vector<JoinedLine> lines;
+    for (const fz_stext_line* drawn = block.u.t.first_line; drawn; drawn = drawn->next) {
+        JoinedLine line = lineOf(*drawn);
+        if (!lines.empty() && belongTogether(lines.back(), line))
+            append(std::move(line), lines.back());
+        else
+            lines.push_back(std::move(line));
+    }
+    return lines;
+}
+
+/// Calls a function with each text block of a page.
+template<typename Take> void visitBlocks(const fz_stext_page& page, Take&& take)
+{
+    for (const fz_stext_block* block = page.first_block; block; block = block->next) {
+        if (block->type == FZ_STEXT_BLOCK_TEXT)
+            take(*block);
+    }
+}
+
+/// A first look that costs little: most pages have none.
+bool mayHaveRightToLeft(const fz_stext_page& page)
+{
+    const auto mayBe = [](const fz_stext_char& one) {
+        const bool isHalf = one.c >= 0xd800 && one.c < 0xdc00;
+        return isHalf || (one.c > 0 && isRightToLeftLetter(static_cast<char32_t>(one.c)));
+    };
+    bool result = false;
+    visitBlocks(page, [&](const fz_stext_block& block) {
+        for (const fz_stext_line* line = block.u.t.first_line; line; line = line->next) {
+            for (const fz_stext_char* one = line->first_char; one && !result; one = one->next)
+                result = mayBe(*one);
+        }
+    });
+    return result;
+}
+
+LetterCount lettersOf(const std::vector<JoinedLine>& lines)
+{
+    LetterCount count;
+    for (const JoinedLine& line : lines)
+        count.add(line.characters);
+    return count;
+}
+
+void visitDrawn(const fz_stext_page& page, const TakeLine& take)
+{
+    TextLine line;
+    visitBlocks(page, [&](const fz_stext_block& block) {
+        for (const fz_stext_line* drawn = block.u.t.first_line; drawn; drawn = drawn->next) {
+            line.clear();
+            appendDrawn(*drawn, line);
+            take(line, drawn == block.u.t.first_line);
+        }
+    });
+}
+
+void visitOrdered(const fz_stext_page& page, const TakeLine& take)
+{
+    LetterCount pageLetters;
+    visitBlocks(page, [&](const fz_stext_block& block) {
+        const LetterCount letters = lettersOf(linesOf(block));
+        pageLetters.rightToLeft += letters.rightToLeft;
+        pageLetters.leftToRight += letters.leftToRight;
+    });
+    visitBlocks(page, [&](const fz_stext_block& block) {
+        const std::vector<JoinedLine> lines = linesOf(block);
+        const bool readsFromRight = pageLetters.prefersRight() || lettersOf(lines).prefersRight();
+        bool beginsBlock = true;
+        for (const JoinedLine& line : lines) {
+            take(line.hasRightToLeft && !line.isVertical
+                    ? inLogicalOrder(line.characters, line.direction, readsFromRight)
+                    : line.characters,
+                std::exchange(beginsBlock, false));
+        }
+    });
+}
+
+} // namespace
+
+void visitLines(const fz_stext_page& page, const TakeLine& take)
+{
+    if (mayHaveRightToLeft(page))
+        visitOrdered(page, take);
+    else
+        visitDrawn(page, take);
+}

@@ -1,6 +1,7 @@
 #include "viewer/FoldedText.h"
 
 #include <unicode/normalizer2.h>
+#include <unicode/uchar.h>
 #include <unicode/unistr.h>
 #include <unicode/ustring.h>
 #include <unicode/utf16.h>
@@ -11,6 +12,7 @@
 namespace {
 
 constexpr std::size_t unitsBetweenStops = 1 << 16;
+constexpr char16_t softHyphen = u'\u00ad';
 // Real letters carry a handful of marks. A run of thousands is not a letter, and ordering its marks
 // takes quadratic time, so it is folded in parts.
 constexpr std::size_t longestPiece = 256;
@@ -25,10 +27,62 @@ bool isBlank(char16_t unit)
     return unit == u' ' || unit == u'\t';
 }
 
-const icu::Normalizer2* canonicalDecomposition()
+/// What is not a character like others, found with one look: most are.
+bool isSpecial(char16_t unit)
+{
+    static constexpr auto latin = [] {
+        std::array<bool, 0x100> table{};
+        for (const int special : {0x09, 0x0A, 0x0B, 0x0C, 0x0D, 0x20, 0x85, 0xAD})
+            table[static_cast<std::size_t>(special)] = true;
+        return table;
+    }();
+    return unit < latin.size() ? latin[unit] : unit == 0x2028 || unit == 0x2029;
+}
+
+bool isHyphen(char16_t unit)
+{
+    return unit == u'-' || unit == u'\u2010';
+}
+
+/// Whether a letter's shape has a code of its own: Hebrew and Arabic presentation forms.
+bool isPresentationForm(char32_t character)
+{
+    return (character >= 0xFB1D && character <= 0xFDFF)
+        || (character >= 0xFE70 && character <= 0xFEFC);
+}
+
+/// Whether lines break beside a character without a blank, as in Chinese, Japanese and Thai. Korean
+/// has blanks, but breaks its words as well.
+bool breaksWithoutBlank(char32_t character)
+{
+    if (character < 0x0E00)
+        return false;
+    const auto one = static_cast<UChar32>(character);
+    switch (u_getIntPropertyValue(one, UCHAR_EAST_ASIAN_WIDTH)) {
+    case U_EA_FULLWIDTH:
+    case U_EA_HALFWIDTH:
+    case U_EA_WIDE:
+        return true;
+    default:
+        return u_getIntPropertyValue(one, UCHAR_LINE_BREAK) == U_LB_COMPLEX_CONTEXT;
+    }
+}
+
+bool isMark(char32_t character)
+{
+    return (U_GET_GC_MASK(static_cast<UChar32>(character)) & U_GC_M_MASK) != 0;
+}
+
+bool isPartOfWord(char32_t character)
+{
+    return u_isalnum(static_cast<UChar32>(character)) || isMark(character);
+}
+
+const icu::Normalizer2* decomposition(bool isCompatible)
 {
     UErrorCode status = U_ZERO_ERROR;
-    const icu::Normalizer2* normalizer = icu::Normalizer2::getNFDInstance(status);
+    const icu::Normalizer2* normalizer = isCompatible ? icu::Normalizer2::getNFKDInstance(status)
+                                                      : icu::Normalizer2::getNFDInstance(status);
     return U_SUCCESS(status) ? normalizer : nullptr;
 }
 
@@ -51,8 +105,8 @@ public:
     void foldPiece()
     {
         const char16_t unit = theText[thePosition];
-        if (isBlank(unit) || isLineEnd(unit))
-            foldWhiteSpace();
+        if (isSpecial(unit))
+            foldSpecial(unit);
         else if (theOptions == SearchOptions::isLiteral)
             foldLiterally();
         else if (unit < 0x80
@@ -82,6 +136,23 @@ private:
         return isFolded ? static_cast<char16_t>(unit + (u'a' - u'A')) : unit;
     }
 
+    void foldSpecial(char16_t unit)
+    {
+        if (unit != softHyphen)
+            foldWhiteSpace();
+        else if (!isMark(thePosition + 1))
+            foldSoftHyphen();
+        else if (theOptions == SearchOptions::isLiteral)
+            foldLiterally();
+        else
+            foldCanonically();
+    }
+
+    bool isMark(std::size_t position) const
+    {
+        return position < theText.size() && ::isMark(codePoint(position));
+    }
+
     void foldWhiteSpace()
     {
         std::size_t end = thePosition;
@@ -89,10 +160,53 @@ private:
         for (; end < theText.size() && (isBlank(theText[end]) || isLineEnd(theText[end])); ++end)
             hasLineEnd = hasLineEnd || isLineEnd(theText[end]);
         if (hasLineEnd)
-            append(u' ');
+            foldLineEnd(end);
         for (; !hasLineEnd && thePosition < end; ++thePosition)
             append(theText[thePosition]);
         thePosition = end;
+    }
+
+    /// @param end of the white space.
+    void foldLineEnd(std::size_t end)
+    {
+        const std::size_t space = theTarget.theUnits.size();
+        append(u' ');
+        if (thePosition == 0 || end == theText.size())
+            return;
+        const char32_t next = codePoint(end);
+        const char16_t last = theText[thePosition - 1];
+        // A hyphen with a mark is none; it would have been folded with it.
+        const bool isBare = theTarget.theUnits[space - 1] == last;
+        if (isBare && (last == softHyphen || (isHyphen(last) && endsWord()))
+            && isPartOfWord(next)) {
+            addDetour(space - 1, space + 1, false);
+            if (last != u'-')
+                addDetour(space - 1, space + 1, true);
+            addDetour(space, space + 1, false);
+        } else if (breaksWithoutBlank(codePointBefore(thePosition)) || breaksWithoutBlank(next)) {
+            addDetour(space, space + 1, false);
+        }
+    }
+
+    /// Whether a word stands before the hyphen before this position.
+    bool endsWord() const
+    {
+        return thePosition > 1 && isPartOfWord(codePointBefore(thePosition - 1));
+    }
+
+    void foldSoftHyphen()
+    {
+        const std::size_t index = theTarget.theUnits.size();
+        append(softHyphen);
+        addDetour(index, index + 1, false);
+        addDetour(index, index + 1, true);
+        ++thePosition;
+    }
+
+    void addDetour(std::size_t begin, std::size_t end, bool isHyphen)
+    {
+        theTarget.theDetours.push_back(
+            {static_cast<std::uint32_t>(begin), static_cast<std::uint32_t>(end), isHyphen});
     }
 
     void foldLiterally()
@@ -117,6 +231,14 @@ private:
             : unit;
     }
 
+    char32_t codePointBefore(std::size_t position) const
+    {
+        const char16_t unit = theText[position - 1];
+        return position >= 2 && U16_IS_TRAIL(unit) && U16_IS_LEAD(theText[position - 2])
+            ? static_cast<char32_t>(U16_GET_SUPPLEMENTARY(theText[position - 2], unit))
+            : unit;
+    }
+
     std::size_t pieceEnd() const
     {
         std::size_t end = nextCodePoint(thePosition);
@@ -132,9 +254,12 @@ private:
             return foldLiterally();
         const std::size_t end = pieceEnd();
         const std::u16string_view piece = theText.substr(thePosition, end - thePosition);
+        const char32_t character = codePoint(thePosition);
         const bool isPlain = end == nextCodePoint(thePosition)
-            && theNormalizer->isInert(static_cast<UChar32>(codePoint(thePosition)));
-        if (!isPlain)
+            && theNormalizer->isInert(static_cast<UChar32>(character));
+        if (isPresentationForm(character) && theLetterNormalizer)
+            appendLetters(piece);
+        else if (!isPlain)
             appendNormalized(piece);
         else if (theOptions == SearchOptions::isIgnoringCase)
             appendCaseFolded(piece);
@@ -173,11 +298,26 @@ private:
         append({result.getBuffer(), static_cast<std::size_t>(result.length())});
     }
 
+    /// For a piece that begins with a presentation form. Forms of marks alone stand on a space.
+    void appendLetters(std::u16string_view piece)
+    {
+        UErrorCode status = U_ZERO_ERROR;
+        const icu::UnicodeString original(
+            false, piece.data(), static_cast<std::int32_t>(piece.size()));
+        const icu::UnicodeString result = theLetterNormalizer->normalize(original, status);
+        if (U_FAILURE(status))
+            return append(piece);
+        const std::u16string_view letters(
+            result.getBuffer(), static_cast<std::size_t>(result.length()));
+        append(letters.starts_with(u' ') ? letters.substr(1) : letters);
+    }
+
     std::u16string_view theText;
     SearchOptions theOptions;
     FoldedText& theTarget;
     std::size_t thePosition = 0;
-    const icu::Normalizer2* theNormalizer = canonicalDecomposition();
+    const icu::Normalizer2* theNormalizer = decomposition(false);
+    const icu::Normalizer2* theLetterNormalizer = decomposition(true);
 
 public:
     std::size_t position() const { return thePosition; }
@@ -187,6 +327,7 @@ void FoldedText::fold(std::u16string_view text, SearchOptions options, const std
 {
     theUnits.clear();
     thePositions.clear();
+    theDetours.clear();
     theUnits.reserve(text.size());
     thePositions.reserve(text.size() + 1);
     // Positions have 32 bits and ICU's lengths 31: no page comes near.

@@ -1,12 +1,30 @@
 #include "viewer/TextSearch.h"
 
+#include "viewer/SpellingRuns.h"
+
 #include <unicode/brkiter.h>
 #include <unicode/utext.h>
 
 #include <algorithm>
+#include <functional>
 
 namespace {
+
 constexpr std::size_t unitsBetweenStops = 1 << 20;
+
+/// The folded form of a searched text. Soft hyphens say nothing there: nobody sees that they have
+/// been copied from somewhere.
+std::u16string foldedPattern(std::u16string_view pattern, SearchOptions options)
+{
+    FoldedText folded;
+    folded.fold(pattern, options);
+    const std::u16string_view units = folded.units();
+    std::u16string result(units);
+    if (options != SearchOptions::isLiteral)
+        std::erase(result, u'\u00ad');
+    return result.empty() ? std::u16string(units) : result;
+}
+
 }
 
 /// The grapheme cluster boundaries of a page, looked up only where a match may be.
@@ -77,30 +95,12 @@ private:
 
 TextSearch::TextSearch(std::u16string_view pattern, SearchOptions options)
     : theOptions(options)
+    , thePattern(foldedPattern(pattern, options))
     , theClusters(std::make_unique<Clusters>())
 {
-    FoldedText folded;
-    folded.fold(pattern, options);
-    thePattern = folded.units();
-    makeFallbacks();
 }
 
 TextSearch::~TextSearch() = default;
-
-/// For each beginning of the pattern the length of the longest shorter beginning that also ends it:
-/// how much of the pattern is still matched when the next unit differs (Knuth, Morris, Pratt).
-void TextSearch::makeFallbacks()
-{
-    theFallbacks.assign(thePattern.size() + 1, 0);
-    std::size_t matched = 0;
-    for (std::size_t i = 1; i < thePattern.size(); ++i) {
-        while (matched > 0 && thePattern[i] != thePattern[matched])
-            matched = theFallbacks[matched];
-        if (thePattern[i] == thePattern[matched])
-            ++matched;
-        theFallbacks[i + 1] = matched;
-    }
-}
 
 /// The match at these folded units, in the page's positions; length 0 where there is none.
 /// @param free where the match before it ends.
@@ -124,32 +124,40 @@ TextMatch TextSearch::accepted(std::size_t begin, std::size_t end, std::size_t f
 std::vector<TextMatch> TextSearch::matches(std::u16string_view page, const std::stop_token& stop)
 {
     std::vector<TextMatch> found;
-    if (thePattern.empty())
+    if (thePattern.isEmpty())
         return found;
     theFolded.fold(page, theOptions, stop);
     theClusters->setText(page);
+    const auto accept = [&](std::size_t begin, std::size_t end) {
+        const std::size_t free = found.empty() ? 0 : found.back().start + found.back().length;
+        const TextMatch match = accepted(begin, end, free);
+        if (match.length > 0)
+            found.push_back(match);
+        return match.length > 0;
+    };
     const std::u16string_view units = theFolded.units();
+    SpellingRuns runs(thePattern, theFolded);
+    const SpellingRuns::Accept acceptSpelled = std::cref(accept);
     std::size_t matched = 0;
     for (std::size_t i = 0; i < units.size(); ++i) {
         if (i % unitsBetweenStops == 0 && stop.stop_requested())
             break;
-        if (matched == 0) {
+        if (matched == 0 && runs.allowSkipping()) {
             i = units.find(thePattern.front(), i);
             if (i == std::u16string_view::npos)
                 break;
         }
-        while (matched > 0 && units[i] != thePattern[matched])
-            matched = theFallbacks[matched];
-        if (units[i] == thePattern[matched])
-            ++matched;
-        if (matched < thePattern.size())
-            continue;
-        const std::size_t free = found.empty() ? 0 : found.back().start + found.back().length;
-        const TextMatch match = accepted(i + 1 - matched, i + 1, free);
-        const bool isNew = match.length > 0;
-        if (isNew)
-            found.push_back(match);
-        matched = isNew ? 0 : theFallbacks[matched];
+        if (runs.fork(i, matched, acceptSpelled))
+            matched = 0;
+        matched = thePattern.next(matched, units[i]);
+        if (matched == thePattern.size()) {
+            const bool isNew = accept(i + 1 - matched, i + 1);
+            matched = isNew ? 0 : thePattern.fallback(matched);
+            if (isNew)
+                runs.clear();
+        }
+        if (runs.read(i, acceptSpelled))
+            matched = 0;
     }
     return found;
 }

@@ -2,6 +2,7 @@
 
 #include "viewer/FoldedText.h"
 #include "viewer/SearchChoices.h"
+#include "viewer/SearchPattern.h"
 
 #include <cstddef>
 #include <memory>
@@ -31,6 +32,11 @@ struct TextMatch
 /// A line end matches a space, together with the blanks around it; so does a line end in the
 /// searched text. Lone surrogates are code points like others.
 ///
+/// Words are also found where they are broken: at a line's end behind a hyphen, spelled with the
+/// hyphen or without; at a soft hyphen, spelled with a hyphen or none; and in scripts without
+/// blanks between words at any line's end. Matches cover what breaks them. Where two matches
+/// overlap, the one that ends first counts.
+///
 /// Use an object from one thread at a time.
 class TextSearch
 {
@@ -44,12 +50,10 @@ public:
 private:
     class Clusters;
 
-    void makeFallbacks();
     TextMatch accepted(std::size_t begin, std::size_t end, std::size_t free);
 
     SearchOptions theOptions;
-    std::u16string thePattern; // folded
-    std::vector<std::size_t> theFallbacks;
+    SearchPattern thePattern;
     FoldedText theFolded;
     std::unique_ptr<Clusters> theClusters;
 };

@@ -6,7 +6,9 @@
 #include <unicode/stsearch.h>
 #include <unicode/tblcoll.h>
 
+#include <functional>
 #include <random>
+#include <set>
 
 using namespace Qt::StringLiterals;
 
@@ -44,6 +46,59 @@ QString foundByCollation(
     return list.join(QLatin1Char(' '));
 }
 
+/// A unit of one spelling of a text, and where it stands there.
+struct SpelledUnit
+{
+    char16_t unit = 0;
+    std::size_t begin = 0;
+    std::size_t end = 0;
+};
+
+/// Calls a function with every spelling of a text of "a", "b", blanks, line feeds and hyphens, one
+/// after the other in spelling.
+void spell(const std::u16string& text, std::size_t at, std::vector<SpelledUnit>& spelling,
+    const std::function<void()>& take)
+{
+    if (at == text.size())
+        return take();
+    const auto goOn = [&](std::u16string_view units, std::size_t end, std::size_t next) {
+        for (const char16_t unit : units)
+            spelling.push_back({unit, at, end});
+        spell(text, next, spelling, take);
+        spelling.resize(spelling.size() - units.size());
+    };
+    const auto isWord = [&](std::size_t place) {
+        return place < text.size() && (text[place] == u'a' || text[place] == u'b');
+    };
+    const char16_t unit = text[at];
+    const bool isBlank = unit == u' ' || unit == u'\n';
+    const std::size_t blanks = isBlank ? at : at + 1;
+    const std::size_t behind = std::min(text.find_first_not_of(u" \n", blanks), text.size());
+    const bool isLineEnd = text.substr(blanks, behind - blanks).find(u'\n') != text.npos;
+    const bool isSoft = unit == u'\u00ad';
+    if (isBlank && isLineEnd)
+        return goOn(u" ", behind, behind);
+    goOn(text.substr(at, 1), at + 1, at + 1);
+    if (isSoft) {
+        goOn(u"", at, at + 1);
+        goOn(u"-", at + 1, at + 1);
+    }
+    const bool isHyphen = isSoft || unit == u'-' || unit == u'\u2010';
+    if (!isHyphen || !isLineEnd || !isWord(behind) || !(isSoft || (at > 0 && isWord(at - 1))))
+        return;
+    goOn(text.substr(at, 1), at + 1, behind);
+    goOn(u"", at, behind);
+    if (unit != u'-')
+        goOn(u"-", at + 1, behind);
+}
+
+bool spells(const std::vector<SpelledUnit>& spelling, std::size_t at, const std::u16string& pattern)
+{
+    return std::equal(pattern.begin(), pattern.end(),
+        spelling.begin() + static_cast<std::ptrdiff_t>(at),
+        [](char16_t wanted, const SpelledUnit& unit) { return unit.unit == wanted; });
+}
+
 } // namespace
 
 class TestTextSearch : public QObject
@@ -52,6 +107,9 @@ class TestTextSearch : public QObject
 
 private slots:
     void findsTexts();
+    void findsBrokenWords_data();
+    void findsBrokenWords();
+    void findsEverySpelling();
     void agreesWithCollation();
     void longTextsTakeLinearTime();
     void stopsWhenAsked();
@@ -101,6 +159,100 @@ void TestTextSearch::findsTexts()
     QCOMPARE(found(u"\U00010428", ignoring, u"\U00010400"), u"0+2"_s);
 }
 
+void TestTextSearch::findsBrokenWords_data()
+{
+    QTest::addColumn<QString>("pattern");
+    QTest::addColumn<QString>("page");
+    QTest::addColumn<QString>("expected");
+    QTest::addColumn<QString>("literally");
+    const auto row = [](const char* name, const QString& pattern, const QString& page,
+                         const QString& expected, const char* literally = nullptr) {
+        QTest::newRow(name) << pattern << page << expected
+                            << (literally ? QString::fromLatin1(literally) : expected);
+    };
+    row("without the hyphen", u"wellknown"_s, u"a well-\nknown one"_s, u"2+11"_s);
+    row("with the hyphen", u"well-known"_s, u"a well-\nknown one"_s, u"2+11"_s);
+    row("as it stands", u"well- known"_s, u"a well-\nknown one"_s, u"2+11"_s);
+    row("blanks and empty lines around the line end", u"inter"_s, u"in- \n\n ter"_s, u"0+10"_s);
+    row("a hyphen of typography", u"in-ter inter"_s, u"in\u2010\nter in\u2010\nter"_s, u"0+15"_s);
+    row("a soft hyphen", u"inter"_s, u"in\u00ad\nter in\u00adter"_s, u"0+7 8+6"_s);
+    row("a soft hyphen drawn as a hyphen", u"in-ter"_s, u"in\u00adter in\u00ad\nter"_s,
+        u"0+6 7+7"_s);
+    row("a soft hyphen searched for", u"in\u00adter"_s, u"inter in\u00ad\nter"_s, u"0+5 6+7"_s,
+        "6+7");
+    row("a soft hyphen alone", u"\u00ad"_s, u"in\u00adter"_s, u"2+1"_s);
+    row("broken twice, spelled in two ways", u"all-in wellknown"_s, u"all-\nin well-\nknown"_s,
+        u"0+19"_s);
+    row("letters and their marks", u"\u00e9t\u00e9"_s, u"e\u0301-\nt\u00e9"_s, u"0+6"_s, "");
+    row("beside a digit", u"2020-2021"_s, u"2020-\n2021"_s, u"0+10"_s);
+    row("a dash breaks no word", u"ab"_s, u"a -\nb a--\nb a-\n-b a\u2014\nb"_s, QString());
+    row("a line end breaks no word of letters", u"ab"_s, u"a\nb"_s, QString());
+    row("Chinese", u"\u4e2d\u6587"_s, u"\u4e2d\n\u6587 \u4e2d \u6587"_s, u"0+3"_s);
+    row("Japanese with blanks", u"\u30c6\u30b9\u30c8"_s, u"\u30c6 \n \u30b9\n\u30c8"_s, u"0+7"_s);
+    row("Latin beside Chinese", u"\u7528PDF \u7528"_s, u"\u7528\nPDF\n\u7528"_s, u"0+7"_s);
+    row("Thai", u"\u0e01\u0e02"_s, u"\u0e01\n\u0e02"_s, u"0+3"_s);
+    row("beyond the basic plane", u"\U00020000\U00020001"_s, u"\U00020000\n\U00020001"_s, u"0+5"_s);
+    row("Arabic presentation forms", u"\u0644\u0627\u0628\u064b"_s, u"\ufefb\ufe90\ufe70"_s,
+        u"0+3"_s, "");
+    row("Hebrew presentation forms", u"\u05d0\u05dc\u05e9\u05c1"_s, u"\ufb4f\ufb2a"_s, u"0+2"_s,
+        "");
+}
+
+void TestTextSearch::findsBrokenWords()
+{
+    QFETCH(QString, pattern);
+    QFETCH(QString, page);
+    const auto in = [&](SearchOptions options) {
+        return found(pattern.toStdU16String(), options, page.toStdU16String());
+    };
+    QTEST(in(ignoring), "expected");
+    QTEST(in(respecting), "expected");
+    QTEST(in(literal), "literally");
+}
+
+/// Random texts with many breaks against a search through each of their spellings, one by one.
+void TestTextSearch::findsEverySpelling()
+{
+    const std::vector<std::u16string> pieces
+        = {u"a", u"a", u"a", u"b", u"-", u"-\n", u"\n", u" ", u"\u00ad", u"\u00ad\n", u"\u2010\n"};
+    const std::vector<std::u16string> wanted = {u"a", u"a", u"b", u"-", u" "};
+    std::mt19937 random(11);
+    const auto text = [&](const std::vector<std::u16string>& from, std::size_t length) {
+        std::u16string result;
+        for (std::size_t i = 0; i < length; ++i)
+            result += from[random() % from.size()];
+        return result;
+    };
+    std::size_t matches = 0;
+    for (int round = 0; round < 20'000; ++round) {
+        const std::u16string page = text(pieces, 1 + random() % 12);
+        const std::u16string pattern = text(wanted, 1 + random() % 4);
+        std::set<std::pair<std::size_t, std::size_t>> everywhere; // by end, then by beginning
+        std::vector<SpelledUnit> spelling;
+        spell(page, 0, spelling, [&] {
+            for (std::size_t at = 0; at + pattern.size() <= spelling.size(); ++at) {
+                if (spells(spelling, at, pattern))
+                    everywhere.emplace(spelling[at + pattern.size() - 1].end, spelling[at].begin);
+            }
+        });
+        std::size_t free = 0;
+        std::vector<std::size_t> ends;
+        for (const auto& [end, begin] : everywhere) {
+            if (begin >= free && (ends.empty() || end > free))
+                ends.push_back(free = end);
+        }
+        std::vector<std::size_t> foundEnds;
+        for (const TextMatch& match :
+            TextSearch(pattern, round % 2 ? literal : ignoring).matches(page)) {
+            QVERIFY(everywhere.contains({match.start + match.length, match.start}));
+            foundEnds.push_back(match.start + match.length);
+        }
+        QCOMPARE(foundEnds, ends);
+        matches += ends.size();
+    }
+    QVERIFY(matches > 5000);
+}
+
 /// Random texts over few letters, so that most patterns match somewhere and many nearly do.
 void TestTextSearch::agreesWithCollation()
 {
@@ -139,6 +291,13 @@ void TestTextSearch::longTextsTakeLinearTime()
     QCOMPARE(count(u"\u0301", u'a' + std::u16string(1'000'000, u'\u0301')), std::size_t{1});
     const QString unsorted = QString::fromUtf16(u"\u0301\u0323").repeated(500'000);
     QCOMPARE(count(u"\u0323", unsorted.toStdU16String()), std::size_t{1});
+    // Every third unit begins three spellings.
+    const std::u16string broken = QStringLiteral("a-\n").repeated(300'000).toStdU16String() + u'a';
+    QCOMPARE(count(std::u16string(100, u'a'), broken), std::size_t{3'000});
+    QCOMPARE(
+        count(std::u16string(100'000, u'a'), broken), std::size_t{0}); // more than are followed
+    const std::u16string lines = QStringLiteral("\u4e2d\n").repeated(300'000).toStdU16String();
+    QCOMPARE(count(std::u16string(50, u'\u4e2d'), lines), std::size_t{6'000});
 }
 
 void TestTextSearch::stopsWhenAsked()

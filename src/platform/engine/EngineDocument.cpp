@@ -70,12 +70,13 @@ EngineDocument::State EngineDocument::unlock(const std::string& password)
     return !error && accepted ? finishOpening() : State::isLocked;
 }
 
-/// A repaired file may turn out to be a document without a catalog: that is no PDF.
+/// A repaired file may turn out to be a document without a catalog: that is no PDF. It may be
+/// repaired only when objects of the page tree are read.
 EngineDocument::State EngineDocument::finishOpening()
 {
+    thePages = walkPageTree(theContext, theDocument);
     if (!trailerDictionary(theContext, theDocument, PDF_NAME(Root)))
         return refuse("The file has no document catalog, so it cannot be read as a PDF.");
-    thePages = walkPageTree(theContext, theDocument);
     if (!installPageMap(theContext, theDocument, thePages))
         return refuse("The file needs more memory than the PDF engine may use.");
     return State::isOpen;

@@ -32,6 +32,8 @@ int FlatWriter::write()
         return 0;
     };
     const int root = numbered("Root");
+    if (root == 0)
+        return FZ_ERROR_GENERIC; // a repair since the opening has lost it
     const int info = trailerDictionary(theContext, theDocument.document(), PDF_NAME(Info))
         ? numbered("Info")
         : 0;
@@ -45,7 +47,8 @@ int FlatWriter::write()
             theProgress(object.number, std::max(total, theObjects.count()));
     }
     writeTrailer(root, info);
-    return finish();
+    const int error = finish();
+    return !error && thePagesWritten < theDocument.pageCount() ? FZ_ERROR_GENERIC : error;
 }
 
 /// Nearly always nothing was lost, and nobody has to go through the pages.
@@ -104,6 +107,7 @@ std::string FlatWriter::structure(const FlatObject& object)
     case ObjectType::isPages:
         return pages(object, entries);
     default:
+        ++thePagesWritten;
         return page(object, entries);
     }
 }

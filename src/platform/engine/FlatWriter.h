@@ -18,7 +18,9 @@ public:
     /// @param descriptor borrowed, written from its position on.
     FlatWriter(const EngineDocument& document, int descriptor, Progress progress);
 
-    /// @returns FZ_ERROR_NONE, FZ_ERROR_MEMORY when memory or room for the file ran out.
+    /// @returns FZ_ERROR_NONE, FZ_ERROR_MEMORY when memory or room for the file ran out, another
+    ///   error when the file holds fewer pages than the document: damage that shows late makes
+    ///   MuPDF look for all objects anew, and it may find fewer.
     int write();
     /// The pages whose content could not be read, once the file is written.
     Losses losses() const;
@@ -34,4 +36,5 @@ private:
     std::string parentEntry(const FlatObject& object);
 
     Progress theProgress;
+    int thePagesWritten = 0;
 };

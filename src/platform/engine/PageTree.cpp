@@ -22,6 +22,7 @@ struct Kid
     int number = 0;
     pdf_obj* kids = nullptr; ///< set for an intermediate node
     bool isPage = false;
+    bool isUnreadable = false; ///< there is a reference and nothing behind it
 };
 
 /// A node is told from a page by its Kids: Type is missing or wrong in too many files.
@@ -30,7 +31,8 @@ Kid examine(fz_context* ctx, pdf_obj* object)
     Kid kid;
     const int failure = attempt(ctx, [&] {
         kid.number = pdf_to_num(ctx, object);
-        if (kid.number == 0 || !pdf_is_dict(ctx, object))
+        kid.isUnreadable = kid.number != 0 && !pdf_is_dict(ctx, object);
+        if (kid.number == 0 || kid.isUnreadable)
             return;
         pdf_obj* kids = pdf_dict_get(ctx, object, PDF_NAME(Kids));
         pdf_obj* type = pdf_dict_get(ctx, object, PDF_NAME(Type));
@@ -39,19 +41,28 @@ Kid examine(fz_context* ctx, pdf_obj* object)
         else
             kid.isPage = !pdf_name_eq(ctx, type, PDF_NAME(Pages));
     });
-    if (failure)
-        return {};
+    if (failure) {
+        kid = {};
+        kid.isUnreadable = true;
+    }
     return kid;
 }
 
-pdf_obj* treeRoot(fz_context* ctx, pdf_document* document)
+struct Root
 {
-    pdf_obj* root = nullptr;
+    int catalog = 0; ///< its number
+    pdf_obj* pages = nullptr; ///< borrowed; null when there is none
+};
+
+Root treeRoot(fz_context* ctx, pdf_document* document)
+{
+    Root root;
     const int failure = attempt(ctx, [&] {
         pdf_obj* catalog = pdf_dict_get(ctx, pdf_trailer(ctx, document), PDF_NAME(Root));
-        root = pdf_dict_get(ctx, catalog, PDF_NAME(Pages));
+        root.catalog = pdf_to_num(ctx, catalog);
+        root.pages = pdf_dict_get(ctx, catalog, PDF_NAME(Pages));
     });
-    return failure ? nullptr : root;
+    return failure ? Root() : root;
 }
 
 /// @returns false at the node's end. @param[out] kid null for what cannot be read.
@@ -67,14 +78,17 @@ bool takeKid(fz_context* ctx, OpenNode& node, pdf_obj*& kid)
     return isThere && !failure;
 }
 
-} // namespace
-
-PageTree walkPageTree(fz_context* ctx, pdf_document* document)
+/// @param[out] isSound the root and every kid could be read.
+PageTree walkOnce(fz_context* ctx, pdf_document* document, bool& isSound)
 {
     PageTree tree;
     std::vector<OpenNode> open;
+    const Root root = treeRoot(ctx, document);
     const auto enter = [&](pdf_obj* object) {
         const Kid kid = examine(ctx, object);
+        isSound = isSound && !kid.isUnreadable;
+        if (kid.number != 0 && kid.number == root.catalog)
+            return; // whatever leads back to it, the catalog is no page
         const bool isNewNode
             = kid.kids && open.size() < maximumDepth && tree.nodes.emplace(kid.number, 0).second;
         if (!open.empty() && (kid.isPage || isNewNode))
@@ -87,8 +101,9 @@ PageTree walkPageTree(fz_context* ctx, pdf_document* document)
         for (const OpenNode& node : open)
             ++tree.nodes[node.number];
     };
-    if (pdf_obj* root = treeRoot(ctx, document))
-        enter(root);
+    isSound = root.pages != nullptr;
+    if (root.pages)
+        enter(root.pages);
     while (!open.empty() && tree.pages.size() < maximumPageCount) {
         pdf_obj* kid = nullptr;
         if (!takeKid(ctx, open.back(), kid))
@@ -96,6 +111,20 @@ PageTree walkPageTree(fz_context* ctx, pdf_document* document)
         else if (kid)
             enter(kid);
     }
+    return tree;
+}
+
+} // namespace
+
+/// What cannot be read at first may be there the second time: MuPDF then has looked for all objects
+/// anew, or has those of an object stream that stand before its damage.
+PageTree walkPageTree(fz_context* ctx, pdf_document* document)
+{
+    const int wasRepaired = pdf_was_repaired(ctx, document);
+    bool isSound = true;
+    PageTree tree = walkOnce(ctx, document, isSound);
+    if (!isSound || pdf_was_repaired(ctx, document) != wasRepaired)
+        tree = walkOnce(ctx, document, isSound);
     return tree;
 }
 

@@ -394,7 +394,7 @@ void TestViewController::controlsFitIntoNarrowWindows()
         QVERIFY(viewer.appear());
         viewer->searchField()->setText(u"page"_s);
         viewer.child<ProgressLine>("searchProgress")->showProgress(u"Searching"_s, 1, 2);
-        for (const int width : {1100, 520}) {
+        for (const int width : {520, 1100}) {
             viewer->resize(width, 600);
             QCoreApplication::sendPostedEvents();
             QCOMPARE(viewer->width(), width);

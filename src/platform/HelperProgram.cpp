@@ -11,5 +11,7 @@ std::filesystem::path helperProgram(std::string_view name)
     if (std::filesystem::is_regular_file(beside, error))
         return beside;
     // An absolute one replaces the folder.
-    return (folder / TARNWICK_HELPER_FOLDER / name).lexically_normal();
+    const std::filesystem::path installed = (folder / TARNWICK_HELPER_FOLDER).lexically_normal();
+    // What is itself a helper has the others beside it.
+    return std::filesystem::is_directory(installed, error) ? installed / name : beside;
 }

@@ -154,7 +154,8 @@ void TestEngineCommands::findsItsHelpersWhereTheInstallationHasThem()
         QSKIP("this build has its helpers in one fixed folder");
     const std::tuple<QString, QString, QByteArray> steps[] = {
         {folder, u"tarnwick-inspect"_s, "tarnwick-export: No such file"},
-        {helpers, u"tarnwick-export"_s, "tarnwick-pdf-engine is missing or cannot be started."},
+        {helpers, u"tarnwick-export"_s,
+            QFile::encodeName(helpers) + "tarnwick-pdf-engine is missing or cannot be started."},
         {helpers, u"tarnwick-pdf-engine"_s, {}},
     };
     for (const auto& [place, program, complaint] : steps) {

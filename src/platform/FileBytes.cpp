@@ -71,6 +71,13 @@ bool copyAll(int source, int target)
     }
 }
 
+/// Bytes of a file; 0 when nobody knows.
+std::size_t sizeOf(int descriptor)
+{
+    struct stat status = {};
+    return ::fstat(descriptor, &status) == 0 ? static_cast<std::size_t>(status.st_size) : 0;
+}
+
 Descriptor newSharedMemory()
 {
     return Descriptor(::memfd_create("tarnwick", MFD_CLOEXEC | MFD_ALLOW_SEALING));
@@ -129,7 +136,8 @@ std::optional<FileBytes> FileBytes::read(const QString& path, QString* reason)
     Descriptor memory = newSharedMemory();
     if (!memory.isValid() || !copyAll(file.number(), memory.number()))
         return fail(errno);
-    std::optional<FileBytes> bytes = adopt(memory.release());
+    const std::size_t size = sizeOf(memory.number());
+    std::optional<FileBytes> bytes = adopt(memory.release(), size);
     return bytes ? bytes : fail(ENOMEM);
 }
 
@@ -138,16 +146,16 @@ std::optional<FileBytes> FileBytes::copy(std::string_view bytes)
     Descriptor memory = newSharedMemory();
     if (!memory.isValid() || !writeAll(memory.number(), bytes.data(), bytes.size()))
         return std::nullopt;
-    return adopt(memory.release());
+    return adopt(memory.release(), bytes.size());
 }
 
-std::optional<FileBytes> FileBytes::adopt(int descriptor)
+std::optional<FileBytes> FileBytes::adopt(int descriptor, std::size_t size)
 {
     Descriptor memory(descriptor);
-    struct stat status = {};
-    if (::fcntl(descriptor, F_ADD_SEALS, allSeals) != 0 || ::fstat(descriptor, &status) != 0)
+    // What the other process does meanwhile comes out once the size cannot change any more.
+    if (sizeOf(descriptor) < size || ::ftruncate(descriptor, static_cast<off_t>(size)) != 0
+        || ::fcntl(descriptor, F_ADD_SEALS, allSeals) != 0 || sizeOf(descriptor) != size)
         return std::nullopt;
-    const auto size = static_cast<std::size_t>(status.st_size);
     void* address = nullptr;
     if (size > 0) {
         address = ::mmap(nullptr, size, PROT_READ, MAP_SHARED, descriptor, 0);

@@ -29,9 +29,11 @@ public:
     /// A sealed copy of bytes in memory. @returns nothing when there is no memory for it.
     static std::optional<FileBytes> copy(std::string_view bytes);
 
-    /// Takes over a memfd that another process has filled: seals it against every change and maps
-    /// it. Closes the descriptor on failure. @returns nothing when it cannot be sealed or mapped.
-    static std::optional<FileBytes> adopt(int descriptor);
+    /// Takes over a memfd that another process has filled: cuts it to its first size bytes, seals
+    /// it against every change and maps it. Closes the descriptor on failure.
+    /// @returns nothing when it has fewer bytes, or cannot be cut, sealed or mapped: while anybody
+    ///   has it mapped for writing, it cannot be sealed.
+    static std::optional<FileBytes> adopt(int descriptor, std::size_t size);
 
     /// The bytes; valid while a copy of this object or owner() lives.
     std::string_view view() const;

@@ -84,7 +84,7 @@ void PDFEngineClient::send(EngineRequest kind, std::string_view payload, int tim
     theSentKind = kind;
     theProgressReports = 0;
     theSinceProgress.invalidate();
-    theEngine->send(number, kind, payload, largest > 0 ? largest : largestResult(kind));
+    theEngine->send(number, kind, payload, largest > 0 ? largest : largestResult(kind), timeLimit);
     theLimit.start(timeLimit);
 }
 

@@ -1,10 +1,12 @@
 #include "platform/PDFEngineProcess.h"
 
 #include "platform/HelperProgram.h"
+#include "platform/ProcessorTime.h"
 
 #include <QFile>
 #include <QPointer>
 #include <QProcess>
+#include <QProcessEnvironment>
 #include <QSocketNotifier>
 #include <QStringList>
 
@@ -14,6 +16,7 @@
 
 #include <fcntl.h>
 #include <sys/mman.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 namespace {
@@ -23,6 +26,26 @@ constexpr std::size_t portion = 256 * 1024;
 /// What a read costs at least, as bytes of a portion: an engine may send its answers in single
 /// bytes, and reports without end.
 constexpr std::size_t leastCost = 512;
+
+/// Room for a written document. A million sheets of paper take 300 MB, and the tags of a file that
+/// holds little else grow to twelve times their size when they are unpacked.
+constexpr std::size_t leastFlatSize = std::size_t{512} << 20;
+constexpr std::size_t flatSizeOfFile = 8;
+constexpr int processorTimeAtStart = 10'000; ///< milliseconds, for what comes before a request
+constexpr int processorTimeAtRest = 0;
+
+/// The engine's file may tell it enough: names of accounts and machines are none of its business.
+QProcessEnvironment engineEnvironment()
+{
+    QProcessEnvironment environment;
+#ifdef TARNWICK_SANITIZED
+    for (const char* name : {"ASAN_OPTIONS", "UBSAN_OPTIONS"}) {
+        if (qEnvironmentVariableIsSet(name))
+            environment.insert(QLatin1String(name), qEnvironmentVariable(name));
+    }
+#endif
+    return environment;
+}
 
 void closeIfOpen(int& descriptor)
 {
@@ -91,6 +114,18 @@ bool PDFEngineProcess::makePipe()
     return true;
 }
 
+/// All of it is there from the beginning, and takes memory as far as it is written.
+bool PDFEngineProcess::makeFlat(std::size_t fileSize)
+{
+    theFlatDescriptor = ::memfd_create("tarnwick-flat", MFD_CLOEXEC | MFD_ALLOW_SEALING);
+    rlimit limit = {};
+    if (theFlatDescriptor < 0 || ::getrlimit(RLIMIT_FSIZE, &limit) != 0)
+        return false;
+    const rlim_t size = std::min(limit.rlim_cur, rlim_t{leastFlatSize + flatSizeOfFile * fileSize});
+    return ::ftruncate(theFlatDescriptor, static_cast<off_t>(size)) == 0
+        && ::fcntl(theFlatDescriptor, F_ADD_SEALS, F_SEAL_GROW) == 0;
+}
+
 bool PDFEngineProcess::start(const FileBytes& bytes, bool writesFlat)
 {
     const int input = bytes.descriptor();
@@ -98,19 +133,20 @@ bool PDFEngineProcess::start(const FileBytes& bytes, bool writesFlat)
         return false;
     QStringList arguments{QString::number(input)};
     if (writesFlat) {
-        theFlatDescriptor = ::memfd_create("tarnwick-flat", MFD_CLOEXEC | MFD_ALLOW_SEALING);
-        if (theFlatDescriptor < 0)
+        if (!makeFlat(bytes.size()))
             return false;
         arguments << QString::number(theFlatDescriptor);
     }
     const int flat = theFlatDescriptor;
     const int answers = theAnswersWriteEnd;
     theProcess->setChildProcessModifier([input, flat, answers] {
+        allowProcessorTime(::getpid(), processorTimeAtStart);
         ::dup2(answers, STDOUT_FILENO);
         ::fcntl(input, F_SETFD, 0);
         if (flat >= 0)
             ::fcntl(flat, F_SETFD, 0);
     });
+    theProcess->setProcessEnvironment(engineEnvironment());
     theProcess->setWorkingDirectory(QStringLiteral("/"));
     theProcess->setStandardOutputFile(QProcess::nullDevice());
 #ifdef TARNWICK_SANITIZED
@@ -126,9 +162,10 @@ bool PDFEngineProcess::start(const FileBytes& bytes, bool writesFlat)
     return theProcess->state() != QProcess::NotRunning;
 }
 
-void PDFEngineProcess::send(
-    std::uint32_t number, EngineRequest kind, std::string_view payload, std::uint32_t largest)
+void PDFEngineProcess::send(std::uint32_t number, EngineRequest kind, std::string_view payload,
+    std::uint32_t largest, int processorTime)
 {
+    allowProcessorTime(static_cast<pid_t>(processId()), processorTime);
     theRequestIsOpen = true;
     theRequest = number;
     theLargestResult = largest;
@@ -221,6 +258,8 @@ void PDFEngineProcess::takePayload()
     const QByteArray payload = std::exchange(thePayload, QByteArray());
     const auto kind = static_cast<EngineAnswer>(theFrame.kind);
     theRequestIsOpen = kind == EngineAnswer::isProgress;
+    if (!theRequestIsOpen)
+        allowProcessorTime(static_cast<pid_t>(processId()), processorTimeAtRest);
     emit answered(kind, payload);
 }
 
@@ -238,8 +277,7 @@ std::optional<FileBytes> PDFEngineProcess::takeFlat(std::size_t size)
 {
     if (theFlatDescriptor < 0)
         return std::nullopt;
-    std::optional<FileBytes> bytes = FileBytes::adopt(std::exchange(theFlatDescriptor, -1));
-    return bytes && bytes->size() == size ? bytes : std::nullopt;
+    return FileBytes::adopt(std::exchange(theFlatDescriptor, -1), size);
 }
 
 qint64 PDFEngineProcess::processId() const

@@ -32,18 +32,22 @@ public:
     explicit PDFEngineProcess(QObject* parent = nullptr);
     ~PDFEngineProcess() override;
 
-    /// Starts the engine on a file. @param writesFlat it also gets shared memory to write the
-    /// flattened or printed document into. @returns false when the system does not let it start.
+    /// Starts the engine on a file. It gets nothing of the program's environment.
+    /// @param writesFlat it also gets shared memory to write the flattened or printed document
+    /// into:
+    ///   512 MiB and eight times the file's size, which nothing can make larger. @returns false
+    ///   when the system does not let it start.
     bool start(const FileBytes& bytes, bool writesFlat);
 
     /// Sends a request; the number comes back with its answers. One at a time: what comes when the
     /// request has been answered, or carries another number, is no answer.
-    /// @param largest bytes that the result may have.
-    void send(
-        std::uint32_t number, EngineRequest kind, std::string_view payload, std::uint32_t largest);
+    /// @param largest bytes that the result may have. @param processorTime milliseconds that the
+    ///   engine may compute; without a request it may for a second or two, after which it ends.
+    void send(std::uint32_t number, EngineRequest kind, std::string_view payload,
+        std::uint32_t largest, int processorTime);
 
-    /// Seals and takes over what the engine has written. @returns nothing when it wrote other than
-    /// size bytes, or when it was taken before.
+    /// Seals and takes over what the engine has written. @param size bytes of it, as it says.
+    /// @returns nothing when there is no room for so many, or when it was taken before.
     std::optional<FileBytes> takeFlat(std::size_t size);
 
     /// Whether there is, or was, an engine at all.
@@ -61,6 +65,7 @@ signals:
 
 private:
     bool makePipe();
+    bool makeFlat(std::size_t fileSize);
     void readAnswers();
     void readRest();
     bool readSome(std::size_t& budget);

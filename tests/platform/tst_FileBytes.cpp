@@ -17,6 +17,7 @@ private slots:
     void readsAFile();
     void saysWhyNothingIsRead();
     void keepsItsBytesFromEverybody();
+    void takesOverAsMuchAsThereIs();
     void livesAsLongAsItsOwner();
 
 private:
@@ -59,7 +60,29 @@ void TestFileBytes::keepsItsBytesFromEverybody()
     QCOMPARE(::ftruncate(bytes->descriptor(), 0), -1);
     QCOMPARE(
         ::mmap(nullptr, 7, PROT_READ | PROT_WRITE, MAP_SHARED, bytes->descriptor(), 0), MAP_FAILED);
-    QVERIFY(!FileBytes::adopt(::open("/dev/null", O_RDONLY)));
+}
+
+/// What another process says of the memory that it has filled is only its word.
+void TestFileBytes::takesOverAsMuchAsThereIs()
+{
+    QVERIFY(!FileBytes::adopt(::open("/dev/null", O_RDWR), 0));
+    const auto filled = [](off_t size) {
+        const int memory = ::memfd_create("filled", MFD_ALLOW_SEALING);
+        const bool isReady = ::ftruncate(memory, size) == 0
+            && ::fcntl(memory, F_ADD_SEALS, F_SEAL_GROW) == 0
+            && ::write(memory, "document", 8) == 8;
+        return isReady ? memory : -1;
+    };
+    QVERIFY(!FileBytes::adopt(filled(4096), 4097));
+    QVERIFY(!FileBytes::adopt(filled(4096), ~std::size_t{0}));
+    const auto bytes = FileBytes::adopt(filled(4096), 8);
+    QVERIFY(bytes);
+    QCOMPARE(bytes->view(), std::string_view("document"));
+    const int mapped = filled(4096);
+    void* const view = ::mmap(nullptr, 4096, PROT_READ | PROT_WRITE, MAP_SHARED, mapped, 0);
+    QVERIFY(view != MAP_FAILED);
+    QVERIFY(!FileBytes::adopt(mapped, 8));
+    ::munmap(view, 4096);
 }
 
 void TestFileBytes::livesAsLongAsItsOwner()

@@ -32,20 +32,6 @@ int descriptorOf(const char* argument)
     return error == std::errc() && parsed == end && ::fstat(number, &status) == 0 ? number : -1;
 }
 
-/// Whatever else the program had open when it started the engine is none of the engine's business.
-void closeAllBut(int one, int other)
-{
-    const int lower = one < other ? one : other;
-    const int upper = one < other ? other : one;
-    const auto closeBetween = [](int first, int last) {
-        if (first <= last)
-            ::close_range(static_cast<unsigned>(first), static_cast<unsigned>(last), 0);
-    };
-    closeBetween(STDERR_FILENO + 1, lower - 1);
-    closeBetween(lower > STDERR_FILENO ? lower + 1 : STDERR_FILENO + 1, upper - 1);
-    ::close_range(static_cast<unsigned>(upper) + 1, ~0u, 0);
-}
-
 } // namespace
 
 int main(int argc, char** argv)
@@ -58,7 +44,6 @@ int main(int argc, char** argv)
     if (bytes < 0 || (argc == 3 && flat < 0) || ::fstat(bytes, &status) != 0)
         return 2;
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-    closeAllBut(bytes, flat);
     ::fcntl(STDOUT_FILENO, F_SETPIPE_SZ, pipeSize);
     const auto size = static_cast<std::size_t>(status.st_size);
     void* address = nullptr;
@@ -67,7 +52,7 @@ int main(int argc, char** argv)
         if (address == MAP_FAILED)
             return 3;
     }
-    if (!lockDown(size))
+    if (!lockDown({size, flat}))
         return 3;
     EngineServer server({static_cast<const char*>(address), size}, flat);
     server.run();

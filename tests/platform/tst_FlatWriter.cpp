@@ -2,6 +2,7 @@
 #include "platform/PDFDocument.h"
 
 #include "support/OpenedDocument.h"
+#include "support/PageContents.h"
 #include "support/PdfBuilder.h"
 
 #include <QTest>
@@ -41,6 +42,8 @@ private slots:
     void keepsLongNamesWhole();
     void takesTheLatestSave();
     void readsLikeWhatItIs();
+    void keepsEveryPage_data();
+    void keepsEveryPage();
     void decrypts();
     void keepsStreamsFromEndingEarly();
     void showsHarmlessXmlOnly();
@@ -174,6 +177,53 @@ void TestFlatWriter::readsLikeWhatItIs()
             "d 3 0 1 Page, Parent (2, 0, 1), Content (5, 0, 1)|",
             "d 4 0 1 Page, Parent (2, 0, 1), Content (5, 0, 1)|", "b 5 0 1 << /Length 37 >>|",
             "r Trailer 1 , Root (1, 0, 1), Size 6|"}));
+}
+
+/// Of trees that count wrongly, or in which dictionaries stand where references belong.
+void TestFlatWriter::keepsEveryPage_data()
+{
+    QTest::addColumn<int>("number");
+    QTest::addColumn<QByteArray>("object");
+    QTest::addColumn<QStringList>("texts");
+    const auto row
+        = [](const char* name, int number, const char* object, const QStringList& texts) {
+              QTest::newRow(name) << number << QByteArray(object) << texts;
+          };
+#define ONE "<< /Type /Page /Contents 4 0 R /Resources << /Font << /F1 3 0 R >> >> >>"
+#define TWO "<< /Contents 6 0 R /Resources << /Font << /F1 3 0 R >> >> >>"
+#define SIZE "/MediaBox [ 0 0 300 400 ]"
+    const QStringList both{QStringLiteral("one"), QStringLiteral("two")};
+    row("pages", 2, "<< /Type /Pages " SIZE " /Kids [ " ONE " " TWO " ] /Count 2 >>", both);
+    row("a node with pages", 2,
+        "<< /Type /Pages /Kids [ << " SIZE " /Kids [ " ONE " null " TWO " ] >> ] >>", both);
+    row("the root", 1,
+        "<< /Type /Catalog /Pages << /Type /Pages " SIZE " /Kids [ " ONE " 7 0 R ] >> >>", both);
+    row("more than Count says", 2, "<< /Type /Pages /Kids [ 5 0 R 7 0 R ] /Count 1 >>", both);
+    row("fewer than none", 2, "<< /Type /Pages /Kids [ 5 0 R 7 0 R ] /Count -3 >>", both);
+    row("a page between references to pages", 2,
+        "<< /Type /Pages " SIZE " /Kids [ 7 0 R " ONE " 7 0 R ] /Count 3 >>",
+        {both[1], both[0], both[1]});
+#undef ONE
+#undef TWO
+#undef SIZE
+}
+
+void TestFlatWriter::keepsEveryPage()
+{
+    QFETCH(int, number);
+    QFETCH(QByteArray, object);
+    QFETCH(QStringList, texts);
+    for (const auto xref : {PdfBuilder::Xref::isTable, PdfBuilder::Xref::isStream}) {
+        PdfBuilder builder;
+        builder.addPage("one", "/MediaBox [ 0 0 300 400 ]");
+        builder.addPage("two", "/MediaBox [ 0 0 300 400 ]");
+        builder.setXref(xref).addUpdate(number, object.toStdString());
+        OpenedDocument document(builder.bytes());
+        for (OpenedDocument flat(document.flat()); OpenedDocument * one : {&document, &flat}) {
+            QCOMPARE(PageContents::strings(one->get()), texts);
+            QCOMPARE((*one)->pageSize(0), QSizeF(300, 400));
+        }
+    }
 }
 
 void TestFlatWriter::decrypts()

@@ -48,6 +48,23 @@ Kid examine(fz_context* ctx, pdf_obj* object)
     return kid;
 }
 
+/// Gives a dictionary that stands where a reference belongs a number of its own, so that it is
+/// found and written like any other. Throws. @param parent number of the node above, 0 for none.
+/// @returns a reference to it, which the caller drops.
+pdf_obj* numbered(fz_context* ctx, pdf_document* document, pdf_obj* inner, int parent)
+{
+    if (parent > 0)
+        pdf_dict_put_drop(ctx, inner, PDF_NAME(Parent), pdf_new_indirect(ctx, document, parent, 0));
+    const int number = pdf_create_object(ctx, document);
+    pdf_update_object(ctx, document, number, inner);
+    return pdf_new_indirect(ctx, document, number, 0);
+}
+
+bool standsInside(fz_context* ctx, pdf_obj* object)
+{
+    return !pdf_is_indirect(ctx, object) && pdf_is_dict(ctx, object);
+}
+
 struct Root
 {
     int catalog = 0; ///< its number
@@ -60,22 +77,33 @@ Root treeRoot(fz_context* ctx, pdf_document* document)
     const int failure = attempt(ctx, [&] {
         pdf_obj* catalog = pdf_dict_get(ctx, pdf_trailer(ctx, document), PDF_NAME(Root));
         root.catalog = pdf_to_num(ctx, catalog);
+        pdf_obj* const found = pdf_dict_get(ctx, catalog, PDF_NAME(Pages));
+        if (standsInside(ctx, found))
+            pdf_dict_put_drop(ctx, catalog, PDF_NAME(Pages), numbered(ctx, document, found, 0));
         root.pages = pdf_dict_get(ctx, catalog, PDF_NAME(Pages));
     });
     return failure ? Root() : root;
 }
 
 /// @returns false at the node's end. @param[out] kid null for what cannot be read.
-bool takeKid(fz_context* ctx, OpenNode& node, pdf_obj*& kid)
+bool takeKid(fz_context* ctx, pdf_document* document, OpenNode& node, pdf_obj*& kid)
 {
     bool isThere = false;
     kid = nullptr;
+    fz_var(isThere);
     const int failure = attempt(ctx, [&] {
         isThere = node.next < pdf_array_len(ctx, node.kids);
-        if (isThere)
-            kid = pdf_array_get(ctx, node.kids, node.next++);
+        if (!isThere)
+            return;
+        const int index = node.next++;
+        pdf_obj* const found = pdf_array_get(ctx, node.kids, index);
+        if (standsInside(ctx, found))
+            pdf_array_put_drop(ctx, node.kids, index, numbered(ctx, document, found, node.number));
+        kid = pdf_array_get(ctx, node.kids, index);
     });
-    return isThere && !failure;
+    if (failure)
+        kid = nullptr;
+    return isThere;
 }
 
 /// @param[out] isSound the root and every kid could be read.
@@ -106,7 +134,7 @@ PageTree walkOnce(fz_context* ctx, pdf_document* document, bool& isSound)
         enter(root.pages);
     while (!open.empty() && tree.pages.size() < maximumPageCount) {
         pdf_obj* kid = nullptr;
-        if (!takeKid(ctx, open.back(), kid))
+        if (!takeKid(ctx, document, open.back(), kid))
             open.pop_back();
         else if (kid)
             enter(kid);
@@ -156,5 +184,7 @@ bool installPageMap(fz_context* ctx, pdf_document* document, const PageTree& tre
     document->rev_page_map = reverse;
     document->map_page_count = static_cast<int>(count);
     document->page_map_nesting = 1;
+    // What else it asks how many pages there are, instead of a Count that says fewer.
+    document->linear_page_count = static_cast<int>(count);
     return true;
 }

@@ -15,11 +15,14 @@ struct PageTree
     std::unordered_map<int, int> parents; ///< of each page and node but the root, where first met
 };
 
-/// Walks the tree below the catalog's Pages. A node that was met before, is deeper than 256 levels
-/// or cannot be read contributes nothing; at most maximumPageCount pages are taken.
+/// Walks the tree below the catalog's Pages. Dictionaries that stand in it themselves, where the
+/// standard wants references, get numbers of their own, in memory alone. A node that was met
+/// before, is deeper than 256 levels or cannot be read contributes nothing; at most
+/// maximumPageCount pages are taken.
 PageTree walkPageTree(fz_context* ctx, pdf_document* document);
 
 /// Hands the order of the pages to MuPDF, whose own look-up of a page walks the tree from its root
-/// each time: 100,000 pages in one flat node would cost 100,000 squared steps.
+/// each time: 100,000 pages in one flat node would cost 100,000 squared steps. Its own count is the
+/// root's Count, beyond which it reads no page.
 /// @returns false without memory for it.
 bool installPageMap(fz_context* ctx, pdf_document* document, const PageTree& tree);

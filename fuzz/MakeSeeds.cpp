@@ -233,9 +233,15 @@ Seeds answers()
     };
 }
 
+/// A request as the target reads it.
+std::string framed(EngineRequest kind, const PayloadWriter& payload)
+{
+    return std::string{static_cast<char>(kind), static_cast<char>(payload.bytes().size())}
+    + payload.bytes();
+}
+
 Seeds requests()
 {
-    std::string all(1, '\0'); // the first document
     PayloadWriter pages, tile, text, page, paper;
     pages.put(0);
     pages.put(3);
@@ -253,20 +259,18 @@ Seeds requests()
     for (const double number : {0., 0., 559., 806., 0.9})
         paper.put(number);
     using Kind = EngineRequest;
-    appendRequest(all, Kind::isMeasure, pages.bytes());
-    appendRequest(all, Kind::isTile, tile.bytes());
-    appendRequest(all, Kind::isText, text.bytes());
-    appendRequest(all, Kind::isLinks, page.bytes());
-    appendRequest(all, Kind::isOutline);
-    Seeds seeds = {all};
-    for (const auto& [kind, payload] :
-        {std::pair(Kind::isFlat, std::string()), std::pair(Kind::isPrint, paper.bytes()),
-            std::pair(Kind::isUnlock, std::string("\1\0\0\0x", 5))}) {
-        seeds.emplace_back(1, '\0');
-        appendRequest(seeds.back(), kind, payload);
-        appendRequest(seeds.back(), Kind::isOpen);
-    }
-    return seeds;
+    const std::string first(1, '\0'); // the document
+    const std::string opening = framed(Kind::isOpen, {});
+    std::string raw;
+    appendRequest(raw, Kind::isMeasure, pages.bytes());
+    return {
+        first + framed(Kind::isMeasure, pages) + framed(Kind::isTile, tile)
+            + framed(Kind::isText, text) + framed(Kind::isLinks, page)
+            + framed(Kind::isOutline, {}),
+        first + framed(Kind::isFlat, {}) + opening,
+        first + framed(Kind::isPrint, paper) + opening,
+        first + opening + std::string(1, '\0') + raw,
+    };
 }
 
 Seeds texts()
@@ -284,6 +288,17 @@ Seeds searches()
         "\0\2"s + wide(u"ab xab\r\nab abab"),
         "\2\1"s + wide(u"1\u65e5\u672c\n\u8a9e\U0001f469\u200d\U0001f4bb"),
         "\0\4"s + wide(u" 150 %"),
+    };
+}
+
+Seeds panes()
+{
+    return {
+        "\0\2\0ab AB\r\nabab\n\n\x0c\x85"
+        "end"s,
+        "\2\3\xff"
+        "a word, and words "s,
+        "\1\2\1"s + wide(u"\u00e4\u00c4 \U0001f600\u2028x\u2029\u65e5\u672c\u8a9e"),
     };
 }
 
@@ -307,6 +322,7 @@ int main(int argc, char** argv)
     write(folder / "engine_answers", answers());
     write(folder / "engine_requests", requests());
     write(folder / "engine_document", documents());
+    write(folder / "panes", panes());
     write(folder / "rtf", texts());
     write(folder / "search", searches());
 }

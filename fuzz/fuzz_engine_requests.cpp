@@ -1,5 +1,6 @@
-// Any requests, to an engine with a document: a byte for the document, then frames as they come
-// over the pipe.
+// Any requests, to an engine with a document. The input: a byte for the document, then for each
+// request a byte for its kind, a byte for the length of its payload, and the payload. Behind kind 0
+// everything goes over the pipe as it is.
 
 #include "EngineRun.h"
 #include "FuzzTarget.h"
@@ -26,12 +27,17 @@ const std::string& document(std::size_t index)
     return documents[index % documents.size()];
 }
 
-/// Every request begins with the opening of the document, or hardly any would come further.
-std::string opening()
+/// The frames, behind one that opens the document, or hardly any request would come further.
+std::string framed(std::string_view input)
 {
     std::string requests;
     appendRequest(requests, EngineRequest::isOpen);
-    return requests;
+    while (input.size() >= 2 && input[0] != 0) {
+        const auto length = static_cast<std::uint8_t>(input[1]);
+        appendRequest(requests, static_cast<EngineRequest>(input[0]), input.substr(2, length));
+        input.remove_prefix(std::min(input.size(), std::size_t{2} + length));
+    }
+    return requests.append(input.substr(input.empty() ? 0 : 1));
 }
 
 } // namespace
@@ -40,8 +46,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     if (size == 0)
         return 0;
-    const std::string requests = opening() + std::string(textOf(data + 1, size - 1));
-    const EngineRun engine(document(data[0]), requests);
+    const EngineRun engine(document(data[0]), framed(textOf(data + 1, size - 1)));
     for (const EngineRun::Answer& answer : engine.answers())
         require(answer.frame.size <= maximumAnswerSize, "a longer answer than the program takes");
     return 0;

@@ -135,6 +135,11 @@ void DocumentController::addWindow(DocumentWindow* window)
     connect(window, &DocumentWindow::filesDropped, this,
         [this, window](const QStringList& paths) { openFiles(paths, window); });
     connect(window, &QObject::destroyed, this, [this, window] { theWindows.removeAll(window); });
+    connect(window, &DocumentWindow::closed, this, [this, window] {
+        QList<DocumentWindow*> others = windows();
+        others.removeAll(window);
+        OpenFailureAlert::leave(window, others.isEmpty() ? nullptr : others.constLast());
+    });
     // Queued: the window shows still while it says so.
     connect(window, &DocumentWindow::closed, this, &DocumentController::checkForLastWindow,
         Qt::QueuedConnection);

@@ -27,6 +27,13 @@ void OpenFailureAlert::moveTo(QWidget* window)
     alert->showOnceItsWindowHasItsPlace();
 }
 
+void OpenFailureAlert::leave(const QWidget* closing, QWidget* window)
+{
+    const OpenFailureAlert* alert = current();
+    if (alert && window && alert->parentWidget() == closing)
+        moveTo(window);
+}
+
 OpenFailureAlert* OpenFailureAlert::current()
 {
     const QWidgetList widgets = QApplication::topLevelWidgets();

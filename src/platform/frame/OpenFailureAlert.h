@@ -16,6 +16,9 @@ public:
     /// Moves the alert that shows, if any, over to a window that has just come up: otherwise the
     /// window would lie over it.
     static void moveTo(QWidget* window);
+    /// The same for a window that is about to close with the alert on it, which nobody may have
+    /// read. @param window another one that shows, or null: then the alert goes too.
+    static void leave(const QWidget* closing, QWidget* window);
 
     /// Learns when the window that it waits for has its place.
     bool eventFilter(QObject* watched, QEvent* event) override;

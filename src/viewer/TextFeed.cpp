@@ -9,7 +9,6 @@
 #include "views/PlainTextView.h"
 
 #include <QLocale>
-#include <QScrollBar>
 
 namespace {
 
@@ -110,13 +109,11 @@ void TextFeed::stop(bool isCancelled)
 /// @returns what is shown.
 QString TextFeed::show()
 {
-    const TextRange selection = theView->selection();
-    const int top = theView->verticalScrollBar()->value();
     PDFPagesText text = theText->text();
     QString whole = text.string();
     theShownLength = whole.size();
     const auto storage = std::make_shared<PlainTextStorage>(whole);
-    theView->setTextStorage(storage);
+    theView->growTextStorage(storage);
     QList<PlainTextView::Gap> gaps;
     for (const PDFPagesText::Gap& gap : text.gaps()) {
         // What is still on its way is not missing.
@@ -125,8 +122,6 @@ QString TextFeed::show()
                 lossSentences(gap.losses, LossSubject::isText).join(u' ')});
     }
     theView->setGaps(gaps);
-    theView->setSelection(selection.begin, selection.end);
-    theView->verticalScrollBar()->setValue(top);
     return whole;
 }
 

@@ -74,6 +74,18 @@ void PlainTextView::setTextStorage(std::shared_ptr<const TextStorage> storage)
     emit selectionChanged();
 }
 
+void PlainTextView::growTextStorage(std::shared_ptr<const TextStorage> storage)
+{
+    const TextPosition top = theLayout.topPosition();
+    const TextPosition anchor = theAnchor;
+    const TextPosition caret = theCaret;
+    setTextStorage(std::move(storage));
+    setSelection(anchor, caret);
+    theLayout.showAtTop(top);
+    updateView();
+    viewport()->update();
+}
+
 void PlainTextView::setPlainText(const QString& text)
 {
     setTextStorage(std::make_shared<PlainTextStorage>(text));

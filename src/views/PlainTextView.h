@@ -31,6 +31,8 @@ public:
 
     /// Shows another text from its beginning, nothing being selected; null shows an empty one.
     void setTextStorage(std::shared_ptr<const TextStorage> storage);
+    /// Shows a text that begins as the present one does: what is selected and what shows stay.
+    void growTextStorage(std::shared_ptr<const TextStorage> storage);
     /// Never null.
     std::shared_ptr<const TextStorage> textStorage() const { return theStorage; }
     /// Shows a string in the default colour.

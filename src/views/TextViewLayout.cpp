@@ -1,6 +1,7 @@
 #include "views/TextViewLayout.h"
 
 #include "views/PlainTextStorage.h"
+#include "views/TextExtract.h"
 
 #include <QFontInfo>
 
@@ -92,6 +93,11 @@ void TextViewLayout::keepPlace(TextPosition top)
     // A gap above the first row comes into view with it.
     theHidden = row.number == 0 ? 0 : (row.number + gapRows(row.block)) * rowHeight();
     clampToEnd();
+}
+
+void TextViewLayout::showAtTop(TextPosition position)
+{
+    keepPlace(clampedToText(storage(), position));
 }
 
 int TextViewLayout::gapRows(Block block) const
@@ -248,6 +254,9 @@ void TextViewLayout::scrollToHeight(qreal fromTop)
 
 qreal TextViewLayout::height() const
 {
+    // A text that shows as a whole leaves nothing to estimate.
+    if (theSegments.isWrapped() && showsBeginning() && showsEnd())
+        return theSize.height() - spaceBelowText();
     return theEstimate.totalRows() * rowHeight();
 }
 
@@ -260,6 +269,8 @@ qreal TextViewLayout::heightAbove() const
     const double rows
         = theEstimate.rowsBefore(theTop.line) + share * theEstimate.rowsOf(theTop.line);
     const double most = std::max(0.0, height() - theSize.height());
+    if (showsBeginning())
+        return 0;
     // A scroll bar must not stand at its end while there is more to see, nor before it at the end.
     return showsEnd() ? most : std::min(rows * rowHeight(), std::max(0.0, most - 1));
 }

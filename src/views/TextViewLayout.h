@@ -60,6 +60,9 @@ public:
     qreal left() const { return theLeft; }
     /// Of the widest line that was met so far, margins included.
     qreal width() const;
+    /// The beginning of the row at the upper edge, and scrolling to one.
+    TextPosition topPosition() const;
+    void showAtTop(TextPosition position);
     /// Scrolls as little as it takes, but to the middle when the place is far away.
     void reveal(TextPosition position);
 
@@ -94,7 +97,7 @@ private:
 
     void restyle();
     void keepPlace(TextPosition top);
-    TextPosition topPosition() const;
+    bool showsBeginning() const { return theTop == Block{} && theHidden <= 0; }
     int rowsOf(Block block) const;
     /// Rows above a block's text: 1 where there is a gap, else 0.
     int gapRows(Block block) const;

@@ -14,6 +14,7 @@
 #include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QScrollBar>
 #include <QSettings>
 #include <QSplitter>
 #include <QTabWidget>
@@ -58,6 +59,7 @@ private slots:
     void textIsShownAndCounted();
     void cancelledTextCanBeFetchedAgain();
     void saysWhereTextIsMissing();
+    void textGrowsBelowItsReader();
     void listsEveryLostPage();
     void marksAreListedLatestFirst();
     void pageFieldTakesLabelsAndNumbers();
@@ -183,6 +185,20 @@ void TestViewController::saysWhereTextIsMissing()
 
     auto* const list = line->findChild<QToolButton*>(u"lossListButton"_s);
     QVERIFY2(list && !list->isVisible(), "the line names all pages");
+}
+
+/// Growing, the text stays where the reader is: at its beginning at first.
+void TestViewController::textGrowsBelowItsReader()
+{
+    PdfBuilder builder;
+    for (int page = 0; page < 14; ++page)
+        builder.addPage("one\ntwo\nthree\nfour\nfive\nsix\nseven\neight\nnine\nten\neleven");
+    ViewerFixture viewer(builder);
+    QVERIFY(viewer.appear());
+    const PlainTextView* const pane = viewer->theTextView();
+    QTRY_VERIFY(!viewer->countText()->text().isEmpty());
+    QCOMPARE(pane->verticalScrollBar()->value(), 0);
+    QCOMPARE(pane->positionAt({0, 0}).line, 0);
 }
 
 void TestViewController::listsEveryLostPage()

@@ -1,5 +1,6 @@
 #include "platform/PDFThumbnailView.h"
 
+#include "platform/LossText.h"
 #include "platform/PDFDocument.h"
 #include "platform/PDFView.h"
 #include "platform/PagePainter.h"
@@ -41,6 +42,7 @@ public:
         theWantTimer.setSingleShot(true);
         connect(&theWantTimer, &QTimer::timeout, this, [this] { wantTiles(); });
         connect(&theTiles, &TileLoader::pageChanged, q->viewport(), qOverload<>(&QWidget::update));
+        connect(&theTiles, &TileLoader::pageChanged, this, [this] { describeFailures(); });
     }
 
     PDFDocument* document() const { return theView ? theView->document() : nullptr; }
@@ -76,6 +78,8 @@ public:
     void wantTiles();
     void paintCell(QPainter& painter, int page);
     QString title(int page) const;
+    QString tip(int page) const;
+    void describeFailures();
     void paintLabel(QPainter& painter, int page, const QRect& area, bool isCurrent);
     void paintMark(QPainter& painter, const QRect& paper);
 
@@ -150,6 +154,7 @@ void PDFThumbnailView::Private::takeDocument()
     if (theDocument != document()) {
         theDocument = document();
         theTiles.setDocument(theDocument);
+        describeFailures();
         q->verticalScrollBar()->setValue(0);
     }
     layOut();
@@ -411,14 +416,35 @@ bool PDFThumbnailView::viewportEvent(QEvent* event)
         return QAbstractScrollArea::viewportEvent(event);
     const auto* const help = static_cast<QHelpEvent*>(event);
     const int page = pageAt(help->pos());
-    const QString label = page < 0 ? QString() : d->title(page);
-    if (page < 0 || label == QString::number(page + 1))
-        QToolTip::showText(help->globalPos(),
-            page < 0 ? QString() : tr("Page %1 of %2").arg(page + 1).arg(d->pageCount()),
-            viewport());
-    else
-        QToolTip::showText(help->globalPos(),
-            tr("Page %1 of %2, %3").arg(page + 1).arg(d->pageCount()).arg(label.toHtmlEscaped()),
-            viewport());
+    QToolTip::showText(
+        help->globalPos(), d->tip(page).toHtmlEscaped().replace(u'\n', u"<br>"_qs), viewport());
     return true;
+}
+
+QString PDFThumbnailView::pageTip(int page) const
+{
+    return d->tip(page);
+}
+
+/// What is shown as a mark alone is said in words.
+QString PDFThumbnailView::Private::tip(int page) const
+{
+    if (page < 0 || page >= pageCount())
+        return {};
+    const QString label = title(page);
+    QString tip = tr("Page %1 of %2").arg(page + 1).arg(pageCount());
+    if (label != QString::number(page + 1))
+        tip = tr("Page %1 of %2, %3").arg(page + 1).arg(pageCount()).arg(label);
+    const PDFFailure failure = theTiles.failure(page);
+    return failure == PDFFailure::isNone ? tip : tip % u'\n' % PagePainter::failureText(failure);
+}
+
+void PDFThumbnailView::Private::describeFailures()
+{
+    const PDFLosses losses = theTiles.losses();
+    const QString text = losses.isEmpty()
+        ? QString()
+        : tr("Could not be drawn: %1.").arg(pageNumbers(losses.ranges(), 8));
+    if (text != q->accessibleDescription())
+        q->setAccessibleDescription(text);
 }

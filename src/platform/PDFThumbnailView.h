@@ -35,6 +35,9 @@ public:
     QRect pageRect(int page) const;
     /// The page whose thumbnail lies under a point of the viewport, or -1.
     int pageAt(const QPoint& point) const;
+    /// What a page's tool tip says: which page it is and, where it could not be drawn, why. The
+    /// strip's accessible description names all pages that could not.
+    QString pageTip(int page) const;
 
 protected:
     void paintEvent(QPaintEvent* event) override;

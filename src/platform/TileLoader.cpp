@@ -184,6 +184,16 @@ PDFFailure TileLoader::failure(int page) const
     return theFailures.value(page, PDFFailure::isNone);
 }
 
+PDFLosses TileLoader::losses() const
+{
+    QList<int> pages = theFailures.keys();
+    std::sort(pages.begin(), pages.end());
+    PDFLosses losses;
+    for (const int page : std::as_const(pages))
+        losses.add(page, lossOf(failure(page)));
+    return losses;
+}
+
 void TileLoader::dropPage(int page)
 {
     theCache.dropPage(page);

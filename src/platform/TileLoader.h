@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/PDFLosses.h"
 #include "platform/TileCache.h"
 #include "platform/TileGrid.h"
 
@@ -13,7 +14,6 @@
 
 class PDFDocument;
 class PDFTileRequest;
-enum class PDFFailure;
 
 /// Brings the tiles that a view wants from the engine into a cache, nearest first.
 ///
@@ -55,6 +55,8 @@ public:
     const TileCache& cache() const { return theCache; }
     /// Why a page could not be drawn; isNone for every other page.
     PDFFailure failure(int page) const;
+    /// The pages that could not be drawn, with the reasons.
+    PDFLosses losses() const;
     /// Forgets a page's images: its size has changed.
     void dropPage(int page);
     /// Gives every image back and cancels what is under way; the document stays.

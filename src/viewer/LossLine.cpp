@@ -5,7 +5,6 @@
 #include <QAccessible>
 #include <QDialog>
 #include <QDialogButtonBox>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -22,10 +21,11 @@ LossLine::LossLine(QWidget* parent)
     , theLabel(new QLabel(this))
     , theListButton(new QToolButton(this))
 {
-    auto* const layout = new QHBoxLayout(this);
+    auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(8, 0, 8, 4);
-    layout->addWidget(theLabel, 1);
-    layout->addWidget(theListButton, 0, Qt::AlignBottom);
+    layout->setSpacing(4);
+    layout->addWidget(theLabel);
+    layout->addWidget(theListButton, 0, Qt::AlignRight);
     theLabel->setWordWrap(true);
     theLabel->setTextFormat(Qt::PlainText);
     theLabel->setTextInteractionFlags(Qt::TextSelectableByMouse);

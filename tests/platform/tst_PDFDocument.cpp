@@ -430,6 +430,12 @@ void TestPDFDocument::saysWhatIsMissingOfAPage_data()
     row("nothing of an empty page", empty.addPage(), PDFLoss::isNone, 0);
     PdfBuilder unreadable;
     row("its unreadable content", LostPages::addUnreadable(unreadable), PDFLoss::isDamaged, 0);
+    PdfBuilder noStream;
+    const int other = noStream.addObject("<< >>");
+    noStream.addPage({}, "/Contents [ " + std::to_string(other) + " 0 R ]");
+    row("content that is no stream", noStream, PDFLoss::isDamaged, 0);
+    PdfBuilder none;
+    row("nothing without content", none.addPage({}, "/Contents [ 99 0 R ]"), PDFLoss::isNone, 0);
     PdfBuilder damaged;
     row("what follows damage", LostPages::addDamaged(damaged, "abc"), PDFLoss::isDamagedInPart, 3);
     PdfBuilder tooLong;

@@ -2,6 +2,7 @@
 #include "platform/PDFThumbnailView.h"
 #include "platform/PDFView.h"
 
+#include "support/LostPages.h"
 #include "support/OpenedDocument.h"
 #include "support/PdfBuilder.h"
 #include "support/ScrollBars.h"
@@ -17,6 +18,8 @@
 #include <QWheelEvent>
 
 #include <csignal>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -85,6 +88,7 @@ private slots:
     void survivesItsDocument();
     void thumbnailsOutliveTheirView();
     void thumbnailsFollowAndLead();
+    void damagedPagesSayWhy();
     void thumbnailsComeAfterThePage();
 };
 
@@ -390,6 +394,23 @@ void TestPDFView::thumbnailsFollowAndLead()
     QCOMPARE(strip.thumbnailSize(), QSizeF(16, 1024));
     strip.setPDFView(nullptr);
     QVERIFY(strip.pageRect(9).isNull());
+}
+
+/// Blank paper would pass for a page that shows nothing.
+void TestPDFView::damagedPagesSayWhy()
+{
+    Shown shown(LostPages::secondOfThree().bytes());
+    PDFThumbnailView strip;
+    strip.resize(130, 600);
+    strip.setPDFView(&shown.view);
+    strip.show();
+    QTRY_COMPARE(strip.accessibleDescription(), u"Could not be drawn: page 2."_s);
+    QCOMPARE(strip.pageTip(1),
+        u"Page 2 of 3\nThis page could not be drawn.\nThe file is damaged here."_s);
+    QCOMPARE(strip.pageTip(2), u"Page 3 of 3"_s);
+    shown.view.goToPage(1);
+    QTRY_COMPARE(shown.view.currentPageText(),
+        u"This page could not be drawn.\nThe file is damaged here."_s);
 }
 
 void TestPDFView::thumbnailsComeAfterThePage()

@@ -1,6 +1,7 @@
 #include "platform/engine/PageTiles.h"
 
 #include "platform/engine/Attempt.h"
+#include "platform/engine/UnreadObjects.h"
 
 #include <optional>
 
@@ -101,6 +102,9 @@ int PageTiles::draw(const TileOrder& order, PayloadWriter& result)
         page = loaded->page();
         if (!page)
             return loaded->error();
+        // Blank paper would pass for a page that shows nothing.
+        if (contentLoss(theDocument, page->obj) == EngineLoss::isDamaged)
+            return FZ_ERROR_GENERIC;
         theGeometry = pageGeometry(ctx, page->obj);
         if (theKeptPage < 0 && isPart(order, theGeometry))
             keepPage(page, order.page);

@@ -26,8 +26,12 @@ struct ContentCount
 
     void add(const EngineDocument& document, pdf_obj* part)
     {
+        fz_context* const ctx = document.context();
+        bool isOther = false;
+        const int error
+            = attempt(ctx, [&] { isOther = !pdf_is_null(ctx, part) && !pdf_is_stream(ctx, part); });
         ++parts;
-        if (isUnreadable(document, pdf_to_num(document.context(), part)))
+        if (error || isOther || isUnreadable(document, pdf_to_num(ctx, part)))
             ++lost;
     }
 };
@@ -38,15 +42,17 @@ EngineLoss contentLoss(const EngineDocument& document, pdf_obj* page)
 {
     fz_context* const ctx = document.context();
     pdf_obj* contents = nullptr;
+    bool isArray = false;
     int length = 0;
     const int error = attempt(ctx, [&] {
         contents = pdf_dict_get(ctx, page, PDF_NAME(Contents));
+        isArray = pdf_is_array(ctx, contents);
         length = pdf_array_len(ctx, contents);
     });
     if (error || !contents)
         return EngineLoss::isNone;
     ContentCount count;
-    if (length == 0)
+    if (!isArray)
         count.add(document, contents);
     for (int index = 0; index < length; ++index) {
         pdf_obj* part = nullptr;

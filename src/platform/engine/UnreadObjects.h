@@ -7,7 +7,8 @@
 /// no damage: what leads there is null (ISO 32000-2, 7.3.10). Throws nothing.
 bool isUnreadable(const EngineDocument& document, int number);
 
-/// What is missing of a page's content because its streams cannot be read: isDamaged when none of
-/// them can, isDamagedInPart when some cannot. What the readable ones say is not looked at.
+/// What is missing of a page's content because its streams cannot be read, or are none: isDamaged
+/// when that is so of all of them, isDamagedInPart of some. What the readable ones say is not
+/// looked at.
 /// @param page a page's dictionary. Throws nothing.
 EngineLoss contentLoss(const EngineDocument& document, pdf_obj* page);

@@ -194,10 +194,7 @@ bool writeUtf8(
 
 QStringList ExportContent::missing(int most) const
 {
-    QStringList sentences = lossSentences(theLosses, theSubject, most);
-    if (theLostObjects > 0)
-        sentences << lostObjectsSentence(theLostObjects);
-    return sentences;
+    return missingSentences(theLosses, theLostObjects, theSubject, most);
 }
 
 void ExportContent::setTaken(const PDFLosses& losses, qsizetype lostObjects)

@@ -2,6 +2,7 @@
 
 #include "document/Document.h"
 #include "inspector/SourceSummary.h"
+#include "platform/LossText.h"
 #include "views/PlainTextStorage.h"
 #include "views/PlainTextView.h"
 
@@ -39,6 +40,12 @@ QString failureNote(PDFFailure failure)
         return SourceViewController::tr("The PDF engine could not write this document");
     }
     return {};
+}
+
+/// What the flattened document lacks; empty when it is whole.
+QString lossNote(const PDFWrittenFile& file)
+{
+    return missingSentences(file.losses, file.lostObjects, LossSubject::isFile).join(u'\n');
 }
 
 SharedBytes shared(const FileBytes& bytes)
@@ -177,8 +184,9 @@ void SourceViewController::fillUpper()
 void SourceViewController::takeFlattened(PDFFlatRequest* request)
 {
     if (request->succeeded()) {
-        const SharedBytes bytes = shared(request->file().bytes);
-        startScan(theUpper, bytes, &SourceViewController::theFlatSource);
+        const PDFWrittenFile& file = request->file();
+        startScan(
+            theUpper, shared(file.bytes), &SourceViewController::theFlatSource, lossNote(file));
         return;
     }
     emptyUpper();
@@ -192,19 +200,20 @@ void SourceViewController::emptyUpper()
         ui->upperTextView->setTextStorage(std::make_shared<const PlainTextStorage>());
 }
 
+/// @param lossNote what is missing from the bytes; stays beside the pane.
 void SourceViewController::startScan(Pane& pane, const SharedBytes& bytes,
-    std::shared_ptr<const SourceText> SourceViewController::*source)
+    std::shared_ptr<const SourceText> SourceViewController::*source, const QString& lossNote)
 {
     auto* scan = new SourceScan(bytes, theContent, this);
     beginWork(pane, scan, tr("Reading the source\u2026"));
-    connect(scan, &SourceScan::finished, this, [this, &pane, scan, source] {
+    connect(scan, &SourceScan::finished, this, [this, &pane, scan, source, lossNote] {
         if (!scan->storage()) {
             finishPane(pane, tr("There is not enough memory to show this"));
             return;
         }
         this->*source = scan->source();
         pane.view->setTextStorage(scan->storage());
-        finishPane(pane, QString());
+        finishPane(pane, lossNote);
     });
 }
 
@@ -229,7 +238,10 @@ void SourceViewController::endWork(Pane& pane, const QString& note)
             request->cancel();
         pane.work.clear();
     }
-    pane.note->setText(note);
+    // Of several sentences the first stands there; all of them are in the tool tip.
+    pane.note->setText(note.section(u'\n', 0, 0));
+    pane.note->setToolTip(note);
+    pane.note->setAccessibleName(note);
     pane.note->setVisible(!note.isEmpty());
     pane.cancel->hide();
 }

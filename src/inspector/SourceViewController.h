@@ -78,7 +78,8 @@ private:
     void fillUpper();
     void takeFlattened(PDFFlatRequest* request);
     void startScan(Pane& pane, const SharedBytes& bytes,
-        std::shared_ptr<const SourceText> SourceViewController::*source);
+        std::shared_ptr<const SourceText> SourceViewController::*source,
+        const QString& lossNote = {});
     void beginWork(Pane& pane, QObject* work, const QString& note);
     void endWork(Pane& pane, const QString& note);
     void cancelWork(Pane& pane);

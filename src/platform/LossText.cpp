@@ -164,3 +164,12 @@ QString lostObjectsSentence(qsizetype count)
     return LossText::tr("%1 objects of the document could not be read and are empty.")
         .arg(number(count));
 }
+
+QStringList missingSentences(
+    const PDFLosses& losses, qsizetype lostObjects, LossSubject subject, int most)
+{
+    QStringList sentences = lossSentences(losses, subject, most);
+    if (lostObjects > 0)
+        sentences << lostObjectsSentence(lostObjects);
+    return sentences;
+}

@@ -31,3 +31,8 @@ QString lossList(const PDFLosses& losses, LossSubject subject);
 
 /// A sentence on the objects of a document that a file lacks. Precondition: count > 0.
 QString lostObjectsSentence(qsizetype count);
+
+/// The same of a file that was written: with a sentence on the objects of the document that it
+/// lacks.
+QStringList missingSentences(
+    const PDFLosses& losses, qsizetype lostObjects, LossSubject subject, int most = 4);

@@ -40,7 +40,8 @@ struct PDFOutlineEntry
 struct PDFOutline
 {
     QList<PDFOutlineEntry> entries;
-    bool isCut = false; ///< entries beyond what the engine gives were left out
+    /// isCut where there are more entries than the engine gives, isDamaged where none can be read.
+    PDFLoss loss = PDFLoss::isNone;
 };
 
 /// A link on a page (ISO 32000-2, 12.5.6.5).

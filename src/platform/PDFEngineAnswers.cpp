@@ -284,7 +284,10 @@ std::optional<PDFOutline> readOutlineAnswer(PayloadReader& reader, int pageCount
 {
     constexpr std::size_t smallestEntry = 24;
     PDFOutline outline;
-    outline.isCut = reader.take<quint8>() != 0;
+    const std::optional<PDFLoss> loss = takeLoss(reader);
+    if (!loss)
+        return std::nullopt;
+    outline.loss = *loss;
     const auto count = reader.take<std::uint32_t>();
     if (count > maximumOutlineEntries || !reader.holds(count, smallestEntry))
         return std::nullopt;

@@ -41,6 +41,12 @@ QList<PDFLosses::Range> PDFLosses::ranges(PDFLoss loss) const
     return some;
 }
 
+bool PDFLosses::hasPartial() const
+{
+    return std::any_of(theRanges.begin(), theRanges.end(),
+        [](const Range& range) { return isPartial(range.loss); });
+}
+
 PDFLoss PDFLosses::of(int page) const
 {
     const auto range = std::lower_bound(theRanges.begin(), theRanges.end(), page,

@@ -50,6 +50,8 @@ public:
     const QList<Range>& ranges() const { return theRanges; }
     /// Those that are lost for one reason.
     QList<Range> ranges(PDFLoss loss) const;
+    /// Whether some of any of the pages is there all the same.
+    bool hasPartial() const;
     bool isEmpty() const { return theRanges.isEmpty(); }
     /// What is missing of a page.
     PDFLoss of(int page) const;

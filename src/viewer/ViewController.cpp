@@ -44,9 +44,16 @@ QString outlineNote(const PDFOutlineRequest& request)
     if (!request.succeeded())
         return ViewController::tr("The outline could not be read: %1.")
             .arg(failureReason(request.failure()));
-    if (request.outline().isCut)
+    switch (request.outline().loss) {
+    case PDFLoss::isNone:
+        return {};
+    case PDFLoss::isCut:
         return ViewController::tr("The outline has more entries than are shown here.");
-    return {};
+    case PDFLoss::isDamagedInPart:
+        return ViewController::tr("Parts of the outline are too damaged to be read.");
+    default:
+        return ViewController::tr("The outline is too damaged to be read.");
+    }
 }
 
 } // namespace
@@ -157,9 +164,9 @@ void ViewController::connectSideBar()
 /// A document without an outline has no tab for one; an outline that cannot be read has.
 void ViewController::showOutline(const PDFOutlineRequest& request)
 {
-    if (theOutline->rowCount() == 0 && request.succeeded())
-        return;
     const QString note = outlineNote(request);
+    if (theOutline->rowCount() == 0 && note.isEmpty())
+        return;
     ui->outlineNote->setText(note);
     ui->outlineNote->setVisible(!note.isEmpty());
     ui->sideTabs->addTab(ui->outlineTab, tr("Outline"));

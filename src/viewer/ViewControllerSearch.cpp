@@ -87,8 +87,9 @@ void ViewController::takeMatches(const QList<PDFSelection>& matches, const PDFLo
     ui->searchProgress->clear();
     if (!losses.isEmpty())
         ui->searchProgress->showMessage(
-            tr("Not searched: %1.").arg(pageNumbers(losses.ranges(), 2)), false,
-            lossSentences(losses, LossSubject::isSearch).join(u'\n'));
+            (losses.hasPartial() ? tr("Not searched in full: %1.") : tr("Not searched: %1."))
+                .arg(pageNumbers(losses.ranges(), 2)),
+            false, lossSentences(losses, LossSubject::isSearch).join(u'\n'));
     if (matches.isEmpty())
         theOutlets.searchField->setMatchText(tr("No matches"));
     else

@@ -2,6 +2,7 @@
 
 #include "document/Document.h"
 #include "inspector/SourceSummary.h"
+#include "support/LostPages.h"
 #include "support/PdfBuilder.h"
 #include "views/PlainTextView.h"
 
@@ -52,10 +53,12 @@ private slots:
     void readsTheFlagsAtEveryShowing();
     void saysSoWithoutADocument();
     void givesUpWhenAsked();
+    void saysWhatTheFlattenedDocumentLacks();
     void mayCloseWhileFilling();
 
 private:
     void open();
+    void open(const PdfBuilder& builder);
     std::unique_ptr<SourceViewController> shownInspector();
 
     WindowRegistry<Document> theRegistry;
@@ -76,6 +79,11 @@ void TestSourceViewController::open()
     PdfBuilder builder;
     builder.setInfo("<< /Title (Report) /Author (Me) >>");
     builder.addPage("One").addPage("Two").addUpdate(3, "<< /Type /Font >>");
+    open(builder);
+}
+
+void TestSourceViewController::open(const PdfBuilder& builder)
+{
     QSignalSpy opened(theDocument.get(), &Document::opened);
     theDocument->readFromData(FileBytes::copy(builder.bytes()).value());
     QTRY_COMPARE(opened.size(), 1);
@@ -167,6 +175,18 @@ void TestSourceViewController::givesUpWhenAsked()
     const QString bottom = textOf(inspector.bottomTextView());
     QVERIFY(!bottom.contains(u"Flattened PDF"_s));
     QVERIFY(bottom.contains(u"Source PDF file contains "_s));
+}
+
+void TestSourceViewController::saysWhatTheFlattenedDocumentLacks()
+{
+    open(LostPages::secondOfThree());
+    const auto inspector = shownInspector();
+    const auto* note = inspector->findChild<QLabel*>(u"upperNote"_s);
+    QVERIFY(note->isVisible());
+    QCOMPARE(note->text(), u"Page 2 was written empty: it is too damaged to be read."_s);
+    QVERIFY(
+        note->toolTip().endsWith(u"\n1 object of the document could not be read and is empty."_s));
+    QVERIFY(!inspector->findChild<QLabel*>(u"lowerNote"_s)->isVisible());
 }
 
 void TestSourceViewController::mayCloseWhileFilling()

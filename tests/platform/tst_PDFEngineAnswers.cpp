@@ -104,7 +104,7 @@ void TestPDFEngineAnswers::givesBothUnitsOfAPairOneQuad()
 void TestPDFEngineAnswers::leadsNowhereOutsideTheDocument()
 {
     PayloadWriter payload;
-    payload.put(quint8{1});
+    payload.put(static_cast<quint8>(EngineLoss::isCut));
     payload.put(quint32{2});
     for (const int page : {4, 5}) {
         payload.put(page * 100); // depths beyond what an outline can have
@@ -113,7 +113,7 @@ void TestPDFEngineAnswers::leadsNowhereOutsideTheDocument()
     }
     PayloadReader reader(payload.bytes());
     const auto outline = readOutlineAnswer(reader, 5);
-    QVERIFY(outline && outline->isCut);
+    QVERIFY(outline && outline->loss == PDFLoss::isCut);
     QCOMPARE(outline->entries.at(0).page, 4);
     QCOMPARE(outline->entries.at(0).point, QPointF(0, 5));
     QCOMPARE(outline->entries.at(0).depth, 0);

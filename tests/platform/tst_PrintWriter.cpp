@@ -1,6 +1,7 @@
 #include "platform/PDFDocument.h"
 #include "platform/PrintPagination.h"
 
+#include "support/LostPages.h"
 #include "support/PageContents.h"
 #include "support/PdfBuilder.h"
 
@@ -120,6 +121,7 @@ private slots:
     void leavesBehindWhatDoesNotShow();
     void sharesPages();
     void printsBesideDamage();
+    void namesThePagesThatLackSomething();
 };
 
 void TestPrintWriter::showsTheSame_data()
@@ -294,6 +296,32 @@ void TestPrintWriter::printsBesideDamage()
     for (int page = 0; page < 4; ++page)
         isInked.append(inkOf(wholeSheet(paper, page)) > 0);
     QCOMPARE(isInked, QList<bool>({true, false, true, false}));
+}
+
+/// Pages that share what cannot be read lack it each; a page that is not there lacks nothing.
+void TestPrintWriter::namesThePagesThatLackSomething()
+{
+    PdfBuilder builder;
+    const int broken = builder.addObject("<< /Length 5 /X ( >>");
+    const int sound = builder.addStream(drawing);
+    builder.addDrawing(drawing);
+    for (int page = 0; page < 2; ++page)
+        builder.addPage({}, "/Contents [ " + reference(sound) + " " + reference(broken) + " ]");
+    LostPages::addUnreadable(builder);
+    builder.addPage({}, "/Contents [ 99 0 R ]");
+    OpenedDocument document(builder.bytes());
+    QList<Sheet> sheets = sheetsOf(document);
+    sheets.append({77, {0, 0, 100, 100}, 1});
+    const PDFFlatRequest* const print = document->requestPrint(letter, sheets, document.get());
+    const PDFFlatRequest* const flat = document->requestFlat(document.get());
+    PDFLosses expected;
+    expected.add({1, 2, PDFLoss::isDamagedInPart});
+    expected.add(3, PDFLoss::isDamaged);
+    QVERIFY(OpenedDocument::waitFor(print) && OpenedDocument::waitFor(flat));
+    QCOMPARE(print->file().losses.ranges(), expected.ranges());
+    QCOMPARE(flat->file().losses.ranges(), expected.ranges());
+    QCOMPARE(flat->file().lostObjects, 2);
+    QCOMPARE(OpenedDocument(flat->file().bytes)->pageCount(), 5);
 }
 
 QTEST_GUILESS_MAIN(TestPrintWriter)

@@ -65,6 +65,8 @@ private slots:
     void pageFieldTakesLabelsAndNumbers();
     void zoomedPagesFitAgain();
     void outlineLeadsToItsPages();
+    void saysWhatTheOutlineLacks_data();
+    void saysWhatTheOutlineLacks();
     void commandsArePossibleOnlyWhereTheyDoSomething();
     void everyControlIsNamedAndReached();
     void controlsFitIntoNarrowWindows();
@@ -340,6 +342,37 @@ void TestViewController::outlineLeadsToItsPages()
     QCOMPARE(viewer.pages().currentPage(), 0);
     emit tree->activated(chapter);
     QCOMPARE(viewer.pages().currentPage(), 6);
+}
+
+void TestViewController::saysWhatTheOutlineLacks_data()
+{
+    QTest::addColumn<std::string>("outlines");
+    QTest::addColumn<int>("entries");
+    QTest::addColumn<QString>("note");
+    const auto row = [](const char* name, const char* outlines, int entries, const char* note) {
+        QTest::newRow(name) << std::string(outlines) << entries << QString::fromLatin1(note);
+    };
+    row("nothing", "<< /First 5 0 R >>", 1, "");
+    row("all of it", "<< /First 5 0 R /X ( >>", 0, "The outline is too damaged to be read.");
+    row("an entry", "<< /First 6 0 R >>", 2, "Parts of the outline are too damaged to be read.");
+}
+
+void TestViewController::saysWhatTheOutlineLacks()
+{
+    QFETCH(std::string, outlines);
+    PdfBuilder builder;
+    QCOMPARE(builder.addObject(outlines), 4);
+    builder.addObject("<< /Title (One) /Parent 4 0 R >>");
+    builder.addObject("<< /Title (Two) /Parent 4 0 R /Next 7 0 R >>");
+    builder.addObject("<< /Title (Three) /X ( >>");
+    builder.addPage("text");
+    builder.setCatalogEntries("/Outlines 4 0 R");
+    ViewerFixture viewer(builder, false);
+    const auto* const tabs = viewer.child<QTabWidget>("sideTabs");
+    QVERIFY(viewer.appear());
+    QTRY_COMPARE(tabs->count(), 1);
+    QTEST(viewer.child<QTreeView>("outlineView")->model()->rowCount(), "entries");
+    QTEST(viewer.child<QLabel>("outlineNote")->text(), "note");
 }
 
 void TestViewController::commandsArePossibleOnlyWhereTheyDoSomething()

@@ -2,8 +2,11 @@
 
 #include "platform/engine/Attempt.h"
 #include "platform/engine/PageGeometry.h"
+#include "platform/engine/UnreadObjects.h"
 
 #include <cmath>
+#include <set>
+#include <vector>
 
 namespace {
 
@@ -92,9 +95,11 @@ public:
                 theOutlineIsCut = true;
         }
     }
-    void write(PayloadWriter& result) const
+    /// @param damage of the outline, whatever was left out besides.
+    void write(EngineLoss damage, PayloadWriter& result) const
     {
-        result.put(static_cast<std::uint8_t>(theOutlineIsCut));
+        const bool isCutAlone = theOutlineIsCut && damage == EngineLoss::isNone;
+        result.put(static_cast<std::uint8_t>(isCutAlone ? EngineLoss::isCut : damage));
         result.put(theCount);
         result.putBytes(theEntries.bytes().data(), theEntries.bytes().size());
     }
@@ -142,6 +147,71 @@ int readLinks(const EngineDocument& document, int page, PayloadWriter& result)
     return FZ_ERROR_NONE;
 }
 
+namespace {
+
+/// Looks for entries that stand in the file but cannot be read: the library ends its list there.
+class OutlineCheck
+{
+public:
+    explicit OutlineCheck(const EngineDocument& document)
+        : theDocument(document)
+    {
+    }
+    bool isDamagedBelow(pdf_obj* outlines)
+    {
+        push(outlines, PDF_NAME(First));
+        while (!theNext.empty() && theSeen.size() < maximumOutlineEntries && !theDamageIsFound) {
+            pdf_obj* const entry = theNext.back();
+            theNext.pop_back();
+            push(entry, PDF_NAME(Next));
+            push(entry, PDF_NAME(First));
+        }
+        return theDamageIsFound;
+    }
+    /// What a key of a dictionary leads to, borrowed; null when that cannot be read, or is nothing.
+    pdf_obj* target(pdf_obj* dictionary, pdf_obj* key)
+    {
+        fz_context* const ctx = theDocument.context();
+        pdf_obj* value = nullptr;
+        bool isThere = false;
+        int number = 0;
+        const int error = attempt(ctx, [&] {
+            value = pdf_dict_get(ctx, dictionary, key);
+            number = pdf_to_num(ctx, value);
+            isThere = pdf_is_dict(ctx, value);
+        });
+        theDamageIsFound = theDamageIsFound || error || isUnreadable(theDocument, number);
+        return !error && isThere && theSeen.insert(number).second ? value : nullptr;
+    }
+    bool isDamageFound() const { return theDamageIsFound; }
+
+private:
+    void push(pdf_obj* entry, pdf_obj* key)
+    {
+        if (pdf_obj* const next = target(entry, key))
+            theNext.push_back(next);
+    }
+
+    const EngineDocument& theDocument;
+    std::set<int> theSeen;
+    std::vector<pdf_obj*> theNext;
+    bool theDamageIsFound = false;
+};
+
+EngineLoss outlineDamage(const EngineDocument& document)
+{
+    OutlineCheck check(document);
+    pdf_obj* const root
+        = trailerDictionary(document.context(), document.document(), PDF_NAME(Root));
+    pdf_obj* const outlines = check.target(root, PDF_NAME(Outlines));
+    if (check.isDamageFound())
+        return EngineLoss::isDamaged;
+    return outlines && check.isDamagedBelow(outlines) ? EngineLoss::isDamagedInPart
+                                                      : EngineLoss::isNone;
+}
+
+} // namespace
+
 int readOutline(const EngineDocument& document, PayloadWriter& result)
 {
     fz_context* const ctx = document.context();
@@ -151,7 +221,7 @@ int readOutline(const EngineDocument& document, PayloadWriter& result)
         return error;
     OutlineWriter writer(document);
     writer.add(outline);
-    writer.write(result);
+    writer.write(outlineDamage(document), result);
     fz_drop_outline(ctx, outline);
     return FZ_ERROR_NONE;
 }

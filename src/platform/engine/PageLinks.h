@@ -9,7 +9,7 @@
 /// @returns FZ_ERROR_NONE or what MuPDF threw.
 int readLinks(const EngineDocument& document, int page, PayloadWriter& result);
 
-/// Appends the outline in depth-first order: [byte whether it is cut, count, then for each: int
+/// Appends the outline in depth-first order: [byte EngineLoss of it, count, then for each: int
 /// depth, text title, target]. At most 100,000 entries and 64 levels; an entry that leads back to
 /// itself ends its branch.
 int readOutline(const EngineDocument& document, PayloadWriter& result);

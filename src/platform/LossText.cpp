@@ -144,6 +144,12 @@ QStringList lossSentences(const PDFLosses& losses, LossSubject subject, int most
     return sentences;
 }
 
+bool namesAllPages(const PDFLosses& losses, int most)
+{
+    return std::all_of(std::begin(allLosses), std::end(allLosses),
+        [&](PDFLoss loss) { return losses.ranges(loss).size() <= most; });
+}
+
 QString failureReason(PDFFailure failure)
 {
     return LossText::reason(LossSubject::isText, lossOf(failure), true);

@@ -22,6 +22,9 @@ QString pageNumbers(const QList<PDFLosses::Range>& ranges, int most);
 /// @param most ranges that each names. @returns an empty list without losses.
 QStringList lossSentences(const PDFLosses& losses, LossSubject subject, int most = 4);
 
+/// Whether they name every page.
+bool namesAllPages(const PDFLosses& losses, int most = 4);
+
 /// Why a request brought nothing, as a phrase: "it took longer than 20 seconds"; empty where there
 /// is nothing to say.
 QString failureReason(PDFFailure failure);

@@ -237,6 +237,7 @@ void PDFThumbnailView::paintEvent(QPaintEvent*)
         d->paintCell(painter, page);
     if (hasFocus()) {
         painter.setPen(palette().color(QPalette::Highlight));
+        painter.setBrush(Qt::NoBrush);
         painter.drawRect(viewport()->rect().adjusted(0, 0, -1, -1));
     }
 }

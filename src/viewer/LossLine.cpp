@@ -48,7 +48,7 @@ void LossLine::setLosses(const PDFLosses& losses, LossSubject subject)
     const QString text = lossSentences(losses, subject, mostRanges).join(u'\n');
     theLabel->setText(text.isEmpty() ? QString() : u"⚠ " % text);
     theLabel->setAccessibleName(text);
-    theListButton->setVisible(losses.ranges().size() > mostRanges);
+    theListButton->setVisible(!namesAllPages(losses, mostRanges));
     setVisible(!losses.isEmpty());
     if (losses.isEmpty())
         return;
@@ -65,7 +65,7 @@ void LossLine::showList()
 {
     auto* const dialog = new QDialog(this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setWindowTitle(tr("Missing"));
+    dialog->setWindowTitle(tr("Pages That Lack Something"));
     auto* const list = new PlainTextView(dialog);
     list->setAccessibleName(theListButton->accessibleName());
     list->setPlainText(lossList(theLosses, theSubject));

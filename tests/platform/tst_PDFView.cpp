@@ -381,6 +381,10 @@ void TestPDFView::thumbnailsFollowAndLead()
     strip.show();
     QTest::mouseClick(strip.viewport(), Qt::LeftButton, {}, strip.pageRect(1).center());
     QCOMPARE(shown.view.currentPage(), 1);
+    strip.setFocus();
+    QTRY_VERIFY(strip.hasFocus());
+    const QImage focused = strip.viewport()->grab().toImage();
+    QCOMPARE(focused.pixelColor(strip.pageRect(0).center()), QColor(Qt::white));
     QTest::keyClick(&strip, Qt::Key_Down);
     QCOMPARE(shown.view.currentPage(), 2);
     shown.view.goToPage(9);

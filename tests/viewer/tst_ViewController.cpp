@@ -1,7 +1,6 @@
 #include "ViewerFixture.h"
 
 #include "platform/PDFThumbnailView.h"
-#include "support/LostPages.h"
 #include "viewer/LossLine.h"
 #include "viewer/ProgressLine.h"
 #include "viewer/SearchField.h"
@@ -11,10 +10,8 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QComboBox>
-#include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
-#include <QScrollBar>
 #include <QSettings>
 #include <QSplitter>
 #include <QTabWidget>
@@ -58,15 +55,10 @@ private slots:
     void stripStaysClosedWithoutThumbnails();
     void textIsShownAndCounted();
     void cancelledTextCanBeFetchedAgain();
-    void saysWhereTextIsMissing();
-    void textGrowsBelowItsReader();
-    void listsEveryLostPage();
     void marksAreListedLatestFirst();
     void pageFieldTakesLabelsAndNumbers();
     void zoomedPagesFitAgain();
     void outlineLeadsToItsPages();
-    void saysWhatTheOutlineLacks_data();
-    void saysWhatTheOutlineLacks();
     void commandsArePossibleOnlyWhereTheyDoSomething();
     void everyControlIsNamedAndReached();
     void controlsFitIntoNarrowWindows();
@@ -162,65 +154,6 @@ void TestViewController::cancelledTextCanBeFetchedAgain()
     QTRY_VERIFY(viewer->countText()->text().startsWith(u"300  words  "_s));
     QVERIFY(!line->isVisible());
     QVERIFY(!viewer.child<LossLine>("lossLine")->isVisible());
-}
-
-/// The text, its counts and its copies are those of the pages that are there; what is not is said
-/// beside them.
-void TestViewController::saysWhereTextIsMissing()
-{
-    ViewerFixture viewer(LostPages::secondOfThree());
-    QVERIFY(viewer.appear());
-    const QString whole = viewer.text().text().string();
-    const QString note = u"No text from page 2: it is too damaged to be read."_s;
-    const LossLine* const line = viewer.child<LossLine>("lossLine");
-    QVERIFY(line->isVisible());
-    QCOMPARE(line->text(), note);
-    QCOMPARE(viewer->countText()->text(), u"4  words  %1  chars"_s.arg(whole.size()));
-    PlainTextView* const pane = viewer->theTextView();
-    QCOMPARE(linesOf(*pane->textStorage()).join(u'\n'), whole);
-    QCOMPARE(pane->gaps().size(), 1);
-    QCOMPARE(pane->gaps().first().note, note);
-    const QStringList lines = linesOf(*pane->textStorage());
-    QCOMPARE(pane->gaps().first().line, lines.indexOf(u"last page"_s));
-    pane->selectAll();
-    QCOMPARE(pane->selectedText(), whole);
-
-    auto* const list = line->findChild<QToolButton*>(u"lossListButton"_s);
-    QVERIFY2(list && !list->isVisible(), "the line names all pages");
-}
-
-/// Growing, the text stays where the reader is: at its beginning at first.
-void TestViewController::textGrowsBelowItsReader()
-{
-    PdfBuilder builder;
-    for (int page = 0; page < 14; ++page)
-        builder.addPage("one\ntwo\nthree\nfour\nfive\nsix\nseven\neight\nnine\nten\neleven");
-    ViewerFixture viewer(builder);
-    QVERIFY(viewer.appear());
-    const PlainTextView* const pane = viewer->theTextView();
-    QTRY_VERIFY(!viewer->countText()->text().isEmpty());
-    QCOMPARE(pane->verticalScrollBar()->value(), 0);
-    QCOMPARE(pane->positionAt({0, 0}).line, 0);
-}
-
-void TestViewController::listsEveryLostPage()
-{
-    PdfBuilder builder;
-    for (int page = 0; page < 6; ++page)
-        LostPages::addUnreadable(builder.addPage("text"));
-    ViewerFixture viewer(builder);
-    QVERIFY(viewer.appear());
-    auto* const line = viewer.child<LossLine>("lossLine");
-    QCOMPARE(line->text(),
-        u"No text from pages 2, 4, 6, 8 and 2 others: they are too damaged to be read."_s);
-    auto* const button = line->findChild<QToolButton*>(u"lossListButton"_s);
-    QVERIFY(button && button->isVisible());
-    button->click();
-    const auto* const dialog = line->findChild<QDialog*>();
-    const auto* const list = dialog->findChild<PlainTextView*>();
-    QCOMPARE(list->textStorage()->lineCount(), 7);
-    QCOMPARE(list->textStorage()->line(5).text,
-        u"No text from page 12: it is too damaged to be read."_s);
 }
 
 void TestViewController::marksAreListedLatestFirst()
@@ -342,37 +275,6 @@ void TestViewController::outlineLeadsToItsPages()
     QCOMPARE(viewer.pages().currentPage(), 0);
     emit tree->activated(chapter);
     QCOMPARE(viewer.pages().currentPage(), 6);
-}
-
-void TestViewController::saysWhatTheOutlineLacks_data()
-{
-    QTest::addColumn<std::string>("outlines");
-    QTest::addColumn<int>("entries");
-    QTest::addColumn<QString>("note");
-    const auto row = [](const char* name, const char* outlines, int entries, const char* note) {
-        QTest::newRow(name) << std::string(outlines) << entries << QString::fromLatin1(note);
-    };
-    row("nothing", "<< /First 5 0 R >>", 1, "");
-    row("all of it", "<< /First 5 0 R /X ( >>", 0, "The outline is too damaged to be read.");
-    row("an entry", "<< /First 6 0 R >>", 2, "Parts of the outline are too damaged to be read.");
-}
-
-void TestViewController::saysWhatTheOutlineLacks()
-{
-    QFETCH(std::string, outlines);
-    PdfBuilder builder;
-    QCOMPARE(builder.addObject(outlines), 4);
-    builder.addObject("<< /Title (One) /Parent 4 0 R >>");
-    builder.addObject("<< /Title (Two) /Parent 4 0 R /Next 7 0 R >>");
-    builder.addObject("<< /Title (Three) /X ( >>");
-    builder.addPage("text");
-    builder.setCatalogEntries("/Outlines 4 0 R");
-    ViewerFixture viewer(builder, false);
-    const auto* const tabs = viewer.child<QTabWidget>("sideTabs");
-    QVERIFY(viewer.appear());
-    QTRY_COMPARE(tabs->count(), 1);
-    QTEST(viewer.child<QTreeView>("outlineView")->model()->rowCount(), "entries");
-    QTEST(viewer.child<QLabel>("outlineNote")->text(), "note");
 }
 
 void TestViewController::commandsArePossibleOnlyWhereTheyDoSomething()

@@ -1,12 +1,10 @@
 #include "ViewerFixture.h"
 
-#include "support/LostPages.h"
 #include "viewer/SearchField.h"
 #include "viewer/SearchStepper.h"
 
 #include <QApplication>
 #include <QCheckBox>
-#include <QLabel>
 #include <QMenu>
 #include <QSettings>
 #include <QToolButton>
@@ -61,7 +59,6 @@ private slots:
     void waitsForTheText();
     void longTextsAreSearchedAside();
     void oldMatchesAreNotSteppedThrough();
-    void saysWhichPagesWereNotSearched();
     void closingEndsTheSearch();
     void recentSearchesAreRemembered();
     void keysSearchAndLeave();
@@ -222,20 +219,6 @@ void TestViewControllerSearch::oldMatchesAreNotSteppedThrough()
     QVERIFY(viewer->theFindList().isEmpty());
     QCOMPARE(viewer.pages().currentSelection(), shown);
     QVERIFY(!viewer->validateCommand(u"doFindNext"_s));
-}
-
-void TestViewControllerSearch::saysWhichPagesWereNotSearched()
-{
-    ViewerFixture viewer(LostPages::secondOfThree());
-    QVERIFY(viewer.appear());
-    const auto* const line = viewer.child<QWidget>("searchProgress");
-    const auto* const label = line->findChild<QLabel*>();
-    for (const char* word : {"last", "nothing"}) {
-        search(viewer, word);
-        QVERIFY(line->isVisible());
-        QCOMPARE(label->text(), u"Not searched: page 2."_s);
-        QCOMPARE(label->toolTip(), u"Page 2 was not searched: it is too damaged to be read."_s);
-    }
 }
 
 void TestViewControllerSearch::closingEndsTheSearch()

@@ -3,6 +3,7 @@
 #include "platform/PDFEngineAnswers.h"
 #include "platform/PDFEngineClient.h"
 
+#include <QElapsedTimer>
 #include <QHash>
 #include <QPointer>
 #include <QTimer>
@@ -23,8 +24,10 @@ constexpr int firstBatch = 100;
 constexpr int laterBatch = maximumMeasuredPages;
 /// Pages that keep ending the engine when they are measured keep the size that stood in for theirs.
 constexpr int maximumLostBatches = 3;
-/// A document whose pages keep ending the engine is given up, rather than waited for page by page.
-constexpr int maximumLostPages = 8;
+/// A document whose pages keep ending the engine is given up, rather than waited for page by page:
+/// when so many are lost, or when they have taken as long as so many that reach their time limit.
+constexpr int maximumLostPages = 100;
+constexpr int maximumSlowPages = 8;
 
 } // namespace
 
@@ -63,6 +66,8 @@ public:
         int first;
         int last;
         int lostPages = 0;
+        qint64 lostTime = 0; ///< milliseconds that the lost pages have taken
+        QElapsedTimer age = {}; ///< of the present page's request
     };
     void askText(const std::shared_ptr<TextRun>& run, int page);
     void deliverText(
@@ -351,6 +356,7 @@ void PDFDocument::Private::askText(const std::shared_ptr<TextRun>& run, int page
             [this, run, page, lost] { deliverText(run, page, lost, PDFFailure::isNone); });
         return;
     }
+    run->age.start();
     const auto text = std::make_shared<PDFPageText>();
     PayloadWriter payload;
     payload.put(page);
@@ -380,10 +386,13 @@ void PDFDocument::Private::deliverText(
     const QPointer<PDFTextRequest>& request = run->request;
     if (!request || request->isFinished())
         return;
-    const bool wasLost = failure != PDFFailure::isNone && failure != PDFFailure::isDamaged;
-    run->lostPages += wasLost ? 1 : 0;
-    if (wasLost && (textEngine()->isBroken() || run->lostPages > maximumLostPages))
-        return request->finish(failure);
+    if (failure != PDFFailure::isNone && failure != PDFFailure::isDamaged) {
+        run->lostPages += 1;
+        run->lostTime += run->age.elapsed();
+        if (textEngine()->isBroken() || run->lostPages > maximumLostPages
+            || run->lostTime > qint64{maximumSlowPages} * pdfPageTimeLimit)
+            return request->finish(failure);
+    }
     // The next page is read while this one is being looked at.
     if (page < run->last)
         askText(run, page + 1);

@@ -1,4 +1,5 @@
 #include "platform/PDFDocument.h"
+#include "platform/PDFDocumentText.h"
 #include "platform/PDFEngineClient.h"
 
 #include "support/LostPages.h"
@@ -73,6 +74,7 @@ private slots:
     void saysWhatIsMissingOfAPage_data();
     void saysWhatIsMissingOfAPage();
     void keepsTheReasonWhyAPageWasLost();
+    void readsOnBehindManyLostPages();
     void mayBeDestroyedAtWork();
 };
 
@@ -451,6 +453,7 @@ void TestPDFDocument::saysWhatIsMissingOfAPage()
     QFETCH(std::string, file);
     QFETCH(qsizetype, length);
     OpenedDocument document(file);
+    document->setPageTimeLimit(300'000); // a busy machine takes its time for the longest
     const PDFPageText text = PageContents::texts(document.get(), PDFTextDetail::isPlain).value(0);
     QTEST(text.loss, "loss");
     QCOMPARE(text.string.trimmed().size(), length);
@@ -471,6 +474,27 @@ void TestPDFDocument::keepsTheReasonWhyAPageWasLost()
     }
     for (int time = 0; time < 2; ++time)
         QVERIFY(endsWith(requestWholePage(document.get(), 1), PDFFailure::isTimedOut));
+}
+
+/// Pages that end the engine at once cost little: those behind them are read.
+void TestPDFDocument::readsOnBehindManyLostPages()
+{
+#ifdef TARNWICK_SANITIZED
+    QSKIP("its engine has no memory limit");
+#endif
+    PdfBuilder builder;
+    for (int page = 0; page < 12; ++page)
+        LostPages::addHuge(builder);
+    OpenedDocument document(builder.addPage("last").bytes());
+    PDFDocumentText text(document.get());
+    text.fetch();
+    QTRY_VERIFY_WITH_TIMEOUT(!text.isFetching(), 60'000);
+    QVERIFY(text.isWhole());
+    QCOMPARE(text.text().string().trimmed(), u"last"_s);
+    QCOMPARE(text.text().losses.ranges().size(), 1);
+    QCOMPARE(
+        text.text().losses.ranges().first(), (PDFLosses::Range{0, 11, PDFLoss::isOutOfMemory}));
+    QCOMPARE(text.text().gaps().size(), 1);
 }
 
 /// A window may close from within the very signal that tells it something.

@@ -74,6 +74,19 @@ PdfBuilder drawn()
     return builder;
 }
 
+/// Hebrew drawn from the left, "PDF" in its middle, and an emoji of two characters.
+PdfBuilder rightToLeft()
+{
+    PdfBuilder builder;
+    builder.addDrawing(
+        "BT /F1 12 Tf 72 720 Td (ABC DEF BA) Tj ET", "/Resources << /Font << /F1 6 0 R >> >>");
+    builder.addObject("<< /Type /Font /Subtype /Type1 /BaseFont /Courier /ToUnicode 7 0 R >>");
+    builder.addStream("1 begincodespacerange <00> <ff> endcodespacerange 6 beginbfchar "
+                      "<41> <05d0> <42> <05d1> <43> <05d205b7> <44> <0050> <45> <0044> "
+                      "<46> <d83ddc4dd83cdffd> endbfchar");
+    return builder;
+}
+
 Seeds documents()
 {
     const std::string plain = PdfBuilder().addPage("One").addSharedPage("/Rotate 270").bytes();
@@ -82,6 +95,7 @@ Seeds documents()
         structured().bytes(),
         structured().setXref(PdfBuilder::Xref::isStream).setVersion("2.0").bytes(),
         drawn().bytes(),
+        rightToLeft().bytes(),
         PdfBuilder().addPage("Old").addUpdate(3, "<< /Type /Font /Subtype /Type3 >>").bytes(),
         PdfBuilder()
             .setInfo("<< /Title (t) /Pages 2 0 R >>")
@@ -291,6 +305,26 @@ Seeds searches()
     };
 }
 
+/// Characters side by side, of 2.5 points each.
+Seeds lines()
+{
+    Seeds seeds;
+    for (const std::vector<int>& choices :
+        {std::vector{1, 0, 16, 7, 8, 9, 16, 2, 1, 0}, std::vector{3, 4, 5, 6, 13, 7, 14, 10, 11}}) {
+        PayloadWriter line;
+        line.put(std::uint16_t{0x0a01});
+        std::int16_t place = 0;
+        for (const int choice : choices) {
+            line.put(static_cast<std::uint8_t>(choice));
+            line.put(place);
+            line.put(std::uint8_t{10});
+            place = static_cast<std::int16_t>(place + 10);
+        }
+        seeds.push_back(line.bytes());
+    }
+    return seeds;
+}
+
 Seeds panes()
 {
     return {
@@ -322,6 +356,7 @@ int main(int argc, char** argv)
     write(folder / "engine_answers", answers());
     write(folder / "engine_requests", requests());
     write(folder / "engine_document", documents());
+    write(folder / "line_order", lines());
     write(folder / "panes", panes());
     write(folder / "rtf", texts());
     write(folder / "search", searches());

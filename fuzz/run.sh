@@ -19,8 +19,8 @@ targets=("$@")
 # Limits that differ from target to target: what a longer, slower or larger input would show.
 limits() {
     case "$1" in
-        engine_*) echo -timeout=20 -rss_limit_mb=4096 ;;
-        *) echo -timeout=5 -rss_limit_mb=1024 -malloc_limit_mb=64 ;;
+        engine_*) echo -timeout=60 -rss_limit_mb=4096 ;;
+        *) echo -timeout=60 -rss_limit_mb=1024 -malloc_limit_mb=64 ;;
     esac
 }
 

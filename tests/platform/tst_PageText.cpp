@@ -44,7 +44,7 @@ PDFPageText textOf(const std::string& content, const QStringList& characters)
 const QStringList letters = {u"א"_s, u"ב"_s, u"ג"_s, // A B C
     u"x"_s, u"y"_s, u"1"_s, u"2"_s, u" "_s, u"("_s, u")"_s, // D E F G H I J
     u"\u05b8"_s, u"\u0644\u0627"_s, u"\u0633"_s, u"\u0661"_s, // K mark, L ligature, M seen, N one
-    u"\U0001e900"_s, u"."_s, u"א x"_s}; // O P Q
+    u"\U0001e900"_s, u"."_s, u"א x"_s, u"\ufffd"_s}; // O P Q R
 
 double leftOf(const PDFPageText& text, qsizetype index)
 {
@@ -126,6 +126,8 @@ void TestPageText::ordersLines_data()
     row("a mark drawn before its letter", "[ (C) (K) 600 (BA) ] TJ", u"אב\u05b8ג"_s);
     row("a mark drawn behind its letter",
         "12 0 Td (A) Tj -6 0 Td (B) Tj 0 0 Td (K) Tj -6 0 Td (C) Tj", u"אב\u05b8ג"_s);
+    row("a mark before a letter that the file does not name", "[ (AH) (K) 600 (RA) ] TJ",
+        u"א\ufffd\u05b8 א"_s);
     row("a glyph that stands for two letters", "(MLM) Tj", u"\u0633\u0644\u0627\u0633"_s);
     row("a gap is a space", "[ (CB) -200 (A) ] TJ", u"א בג"_s);
     row("drawn twice, as for bold", "(CBA) Tj 0.3 0 Td (CBA) Tj", u"אבג\nאבג"_s);
@@ -136,6 +138,10 @@ void TestPageText::ordersLines_data()
     // Which of two words comes first, their own line cannot tell.
     row("a paragraph from the right", "(CBBA) Tj 0 -12 Td (BHDED) Tj", u"אבבג\nxyx ב"_s);
     row("a paragraph from the left", "(DEDEDEDE) Tj 0 -12 Td (BHDED) Tj", u"xyxyxyxy\nב xyx"_s);
+    row("a paragraph from the left on a page from the right",
+        "(ABHBAHCB) Tj 0 -99 Td (DEHBAHEDHD) Tj", u"בג אב בא\n\nxy אב yx x"_s);
+    row("a long Latin word in a paragraph from the right",
+        "(ABHBAHCB) Tj 0 -99 Td (DEDEDEDEHBA) Tj", u"בג אב בא\n\nאב xyxyxyxy"_s);
 }
 
 void TestPageText::ordersLines()

@@ -55,7 +55,8 @@ private:
         const LineUnit& before = theUnits.back();
         const DrawnCharacter& next = theLine[theNextLetter];
         const bool runsRight = (next.left + next.right) / 2 > before.middle();
-        return !runsRight || !isRightToLeftLetter(next.character);
+        return !runsRight || u_isWhitespace(static_cast<UChar32>(next.character))
+            || isLeftToRightLetter(theLine[before.base].character);
     }
 
     /// Looks at each character once, however many marks there are.

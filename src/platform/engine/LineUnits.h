@@ -35,6 +35,7 @@ bool isLeftToRightLetter(char32_t character);
 /// The units of a line in the order in which they were drawn; together they cover the line.
 ///
 /// A character without width where the glyph before it ends belongs to that glyph. A mark with a
-/// place of its own belongs to the letter drawn before it; but right-to-left letters that are drawn
-/// from left to right come after their marks, as everything then comes in reverse.
+/// place of its own belongs to the letter drawn before it; but what is drawn from left to right
+/// behind other than left-to-right letters comes after its marks, as everything there comes in
+/// reverse.
 std::vector<LineUnit> lineUnits(std::span<const DrawnCharacter> line);

@@ -109,16 +109,6 @@ TextLine withoutBridges(const TextLine& line)
 
 } // namespace
 
-void LetterCount::add(const TextLine& line)
-{
-    for (const TextCharacter& one : line) {
-        if (isRightToLeftLetter(one.character))
-            ++rightToLeft;
-        else if (isLeftToRightLetter(one.character))
-            ++leftToRight;
-    }
-}
-
 /// MuPDF joins a pair that is all that a glyph stands for. Of a glyph that stands for several
 /// characters it hands over UTF-16 units (ISO 32000-2, 9.10.3): the first as wide as the glyph, the
 /// others without width where the glyph ends.

@@ -24,16 +24,6 @@ struct TextCharacter
 
 using TextLine = std::vector<TextCharacter>;
 
-/// Which way the letters of a text run.
-struct LetterCount
-{
-    std::size_t rightToLeft = 0;
-    std::size_t leftToRight = 0;
-
-    void add(const TextLine& line);
-    bool prefersRight() const { return rightToLeft > leftToRight; }
-};
-
 /// Appends a line's characters in the order in which MuPDF has them, which is that of drawing.
 /// Halves of surrogate pairs are joined, over the place of both.
 void appendDrawn(const fz_stext_line& drawn, TextLine& line);

@@ -1,6 +1,7 @@
 #include "platform/engine/TextLines.h"
 
 #include "platform/engine/LogicalOrder.h"
+#include "platform/engine/ReadingDirection.h"
 
 #include <algorithm>
 #include <cmath>
@@ -109,9 +110,9 @@ bool mayHaveRightToLeft(const fz_stext_page& page)
     return result;
 }
 
-LetterCount lettersOf(const std::vector<JoinedLine>& lines)
+WordCount wordsOf(const std::vector<JoinedLine>& lines)
 {
-    LetterCount count;
+    WordCount count;
     for (const JoinedLine& line : lines)
         count.add(line.characters);
     return count;
@@ -131,19 +132,19 @@ void visitDrawn(const fz_stext_page& page, const TakeLine& take)
 
 void visitOrdered(const fz_stext_page& page, const TakeLine& take)
 {
-    LetterCount pageLetters;
-    visitBlocks(page, [&](const fz_stext_block& block) {
-        const LetterCount letters = lettersOf(linesOf(block));
-        pageLetters.rightToLeft += letters.rightToLeft;
-        pageLetters.leftToRight += letters.leftToRight;
-    });
+    WordCount pageWords;
+    visitBlocks(page,
+        [&pageWords](const fz_stext_block& block) { pageWords.add(wordsOf(linesOf(block))); });
     visitBlocks(page, [&](const fz_stext_block& block) {
         const std::vector<JoinedLine> lines = linesOf(block);
-        const bool readsFromRight = pageLetters.prefersRight() || lettersOf(lines).prefersRight();
+        if (lines.empty())
+            return;
+        const bool fromRight = readsFromRight(
+            pageWords, wordsOf(lines), lines.front().characters, lines.front().direction);
         bool beginsBlock = true;
         for (const JoinedLine& line : lines) {
             take(line.hasRightToLeft && !line.isVertical
-                    ? inLogicalOrder(line.characters, line.direction, readsFromRight)
+                    ? inLogicalOrder(line.characters, line.direction, fromRight)
                     : line.characters,
                 std::exchange(beginsBlock, false));
         }

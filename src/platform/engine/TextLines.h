@@ -11,6 +11,5 @@ using TakeLine = std::function<void(const TextLine& line, bool beginsBlock)>;
 ///
 /// MuPDF has characters in the order of drawing, and takes the parts of one line for several where
 /// letters of both directions were drawn in logical order. A line that holds right-to-left letters
-/// is put together from such parts and ordered here. It reads from the right where right-to-left
-/// letters prevail in its block or on its page. All other lines are MuPDF's.
+/// is put together from such parts and ordered here. All other lines are MuPDF's.
 void visitLines(const fz_stext_page& page, const TakeLine& take);

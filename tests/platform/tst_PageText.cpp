@@ -123,6 +123,10 @@ void TestPageText::ordersLines_data()
     row("a full stop", "(PCBA) Tj", u"אבג."_s);
     row("brackets named by what they do", "(JBIA) Tj", u"א(ב)"_s);
     row("brackets named by their shapes", "(IBJA) Tj", u"א(ב)"_s);
+    row("brackets of Latin text named for Hebrew", "(DJEIHA) Tj", u"x(y) א"_s);
+    row("blanks drawn before the words between them",
+        "42 0 Td (DE) Tj -42 0 Td (H) Tj 18 0 Td (H) Tj -12 0 Td (BA) Tj 18 0 Td (CB) Tj",
+        u"xy בג אב "_s);
     row("a mark drawn before its letter", "[ (C) (K) 600 (BA) ] TJ", u"אב\u05b8ג"_s);
     row("a mark drawn behind its letter",
         "12 0 Td (A) Tj -6 0 Td (B) Tj 0 0 Td (K) Tj -6 0 Td (C) Tj", u"אב\u05b8ג"_s);

@@ -129,11 +129,11 @@ public:
     void appendLogical(bool readsFromRight, std::vector<LogicalPlace>& result) const
     {
         const Inversion inversion = inverted(theProxies, readsFromRight);
-        const bool isByShape = bracketsAreByShape(inversion);
+        const bool areReversed[]
+            = {bracketsAreReversed(inversion, 0), bracketsAreReversed(inversion, 1)};
         for (const std::int32_t index : inversion.order) {
             const auto place = static_cast<std::size_t>(index);
-            const bool isMirrored = isByShape && inversion.levels[place] % 2 == 1;
-            append(thePieces[place], isMirrored, result);
+            append(thePieces[place], areReversed[inversion.levels[place] % 2], result);
         }
     }
 
@@ -157,8 +157,10 @@ private:
         theProxies += u' ';
     }
 
-    /// Whether more brackets of the right-to-left stretches find their partners when mirrored.
-    bool bracketsAreByShape(const Inversion& inversion) const
+    /// Whether more brackets of one direction find their partners when mirrored. A font has one
+    /// name for a glyph that opens in one direction and closes in the other.
+    /// @param direction 0 for what runs to the right, 1 to the left.
+    bool bracketsAreReversed(const Inversion& inversion, int direction) const
     {
         int lonely = 0;
         int lonelyIfMirrored = 0;
@@ -174,7 +176,7 @@ private:
         };
         for (const std::int32_t index : inversion.order) {
             const auto place = static_cast<std::size_t>(index);
-            if (!isBracket(theProxies[place]) || inversion.levels[place] % 2 == 0)
+            if (!isBracket(theProxies[place]) || inversion.levels[place] % 2 != direction)
                 continue;
             meet(isOpeningBracket(theProxies[place]), open, lonely);
             meet(!isOpeningBracket(theProxies[place]), openIfMirrored, lonelyIfMirrored);

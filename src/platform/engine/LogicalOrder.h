@@ -34,8 +34,9 @@ struct LogicalPlace
 /// the logical one by the inverted bidirectional algorithm. Each character occurs once.
 /// - The characters of one glyph, and a letter and its marks, stay together in logical order.
 /// - Gaps of smallestSpace and more become spaces.
-/// - Brackets that the file names by their shapes, so that they close before they open, are
-///   mirrored.
+/// - Brackets that the file names the wrong way round for their direction, so that they close
+/// before
+///   they open, are mirrored.
 ///
 /// Only lines with right-to-left letters need this. Time grows with n log n.
 /// @param size of the letters, in the unit of the places; positive.

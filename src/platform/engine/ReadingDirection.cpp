@@ -1,7 +1,9 @@
 #include "platform/engine/ReadingDirection.h"
 
-#include "platform/engine/LineUnits.h"
+#include "platform/engine/LogicalOrder.h"
 
+#include <algorithm>
+#include <cmath>
 #include <limits>
 
 namespace {
@@ -24,21 +26,40 @@ bool endsLeftToRight(const TextLine& line, const fz_point& direction)
     return result;
 }
 
+float distance(const fz_point& one, const fz_point& other)
+{
+    return std::hypot(other.x - one.x, other.y - one.y);
+}
+
+bool isSamePlace(const fz_point& one, const fz_point& other)
+{
+    return one.x == other.x && one.y == other.y;
+}
+
+/// Whether no space parts two characters that were drawn one after the other, from either side.
+bool areNeighbours(const TextCharacter& one, const TextCharacter& next)
+{
+    const float gap
+        = std::min(distance(one.quad.lr, next.quad.ll), distance(one.quad.ll, next.quad.lr));
+    return gap < static_cast<float>(smallestSpace) * next.style.size;
+}
+
 } // namespace
 
 void WordCount::add(const TextLine& line)
 {
+    const TextCharacter* before = nullptr;
     bool isInWord = false;
     for (const TextCharacter& one : line) {
-        if (one.character == U' ') {
-            isInWord = false;
-        } else if (!isInWord && isRightToLeftLetter(one.character)) {
-            ++rightToLeft;
-            isInWord = true;
-        } else if (!isInWord && isLeftToRightLetter(one.character)) {
-            ++leftToRight;
-            isInWord = true;
-        }
+        if (isSamePlace(one.quad.ll, one.quad.lr))
+            continue; // a mark, or what else a glyph stands for
+        isInWord = isInWord && one.character != U' ' && areNeighbours(*before, one);
+        before = &one;
+        const bool isRightToLeft = isRightToLeftLetter(one.character);
+        if (isInWord || !(isRightToLeft || isLeftToRightLetter(one.character)))
+            continue;
+        isInWord = true;
+        ++(isRightToLeft ? rightToLeft : leftToRight);
     }
 }
 

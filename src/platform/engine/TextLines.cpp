@@ -5,6 +5,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
+#include <limits>
+#include <numeric>
+#include <span>
 #include <utility>
 
 namespace {
@@ -22,9 +26,11 @@ struct JoinedLine
     float end = 0;
 };
 
+/// Hostile files place glyphs at infinity.
 float along(const fz_point& direction, const fz_point& point)
 {
-    return direction.x * point.x + direction.y * point.y;
+    const float place = direction.x * point.x + direction.y * point.y;
+    return std::isfinite(place) ? place : 0;
 }
 
 JoinedLine lineOf(const fz_stext_line& drawn)
@@ -49,18 +55,14 @@ JoinedLine lineOf(const fz_stext_line& drawn)
     return line;
 }
 
-/// Whether two lines stand side by side on one baseline, as close as the words of a line, and need
-/// a common order.
-bool belongTogether(const JoinedLine& one, const JoinedLine& next)
+/// Whether two lines have one baseline.
+bool areLevel(const JoinedLine& one, const JoinedLine& next)
 {
-    if (!(one.hasRightToLeft || next.hasRightToLeft) || one.isVertical || next.isVertical
-        || along(one.direction, next.direction) < 0.999F)
+    if (one.isVertical || next.isVertical || along(one.direction, next.direction) < 0.999F)
         return false;
     const float across = one.direction.x * (next.origin.y - one.origin.y)
         - one.direction.y * (next.origin.x - one.origin.x);
-    const float size = std::max(one.size, next.size);
-    const float gap = std::max(next.begin - one.end, one.begin - next.end);
-    return std::abs(across) < 0.3F * size && gap < 0.8F * size && gap > -0.5F * size;
+    return std::abs(across) < 0.3F * std::max(one.size, next.size);
 }
 
 void append(JoinedLine&& part, JoinedLine& line)
@@ -71,15 +73,65 @@ void append(JoinedLine&& part, JoinedLine& line)
     line.end = std::max(line.end, part.end);
 }
 
+/// Numbers for lines on one baseline, the same for those that stand no farther apart than the words
+/// of a line, or over each other: some programs draw all blanks of a line first, and fill the
+/// holes.
+std::vector<std::size_t> groups(std::span<const JoinedLine> lines)
+{
+    std::vector<std::size_t> order(lines.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::stable_sort(order.begin(), order.end(), [&lines](std::size_t one, std::size_t other) {
+        return lines[one].begin < lines[other].begin;
+    });
+    std::vector<std::size_t> result(lines.size());
+    std::size_t group = 0;
+    float end = lines[order.front()].end;
+    for (const std::size_t index : order) {
+        if (lines[index].begin - end > 0.8F * lines[index].size)
+            ++group;
+        result[index] = group;
+        end = std::max(end, lines[index].end);
+    }
+    return result;
+}
+
+/// Appends lines on one baseline, groups of them that need a common order as one.
+void appendJoined(std::span<JoinedLine> level, std::vector<JoinedLine>& result)
+{
+    const auto hasRightToLeft = [](const JoinedLine& line) { return line.hasRightToLeft; };
+    if (level.size() == 1 || std::none_of(level.begin(), level.end(), hasRightToLeft)) {
+        std::move(level.begin(), level.end(), std::back_inserter(result));
+        return;
+    }
+    const std::vector<std::size_t> groupOf = groups(level);
+    std::vector<bool> needsOrder(level.size());
+    for (std::size_t index = 0; index < level.size(); ++index)
+        needsOrder[groupOf[index]] = needsOrder[groupOf[index]] || level[index].hasRightToLeft;
+    constexpr std::size_t none = std::numeric_limits<std::size_t>::max();
+    std::vector<std::size_t> placeOf(level.size(), none); // of a group in the result
+    for (std::size_t index = 0; index < level.size(); ++index) {
+        std::size_t& place = placeOf[groupOf[index]];
+        if (needsOrder[groupOf[index]] && place != none) {
+            append(std::move(level[index]), result[place]);
+        } else {
+            place = result.size();
+            result.push_back(std::move(level[index]));
+        }
+    }
+}
+
 std::vector<JoinedLine> linesOf(const fz_stext_block& block)
 {
+    std::vector<JoinedLine> drawn;
+    for (const fz_stext_line* line = block.u.t.first_line; line; line = line->next)
+        drawn.push_back(lineOf(*line));
     std::vector<JoinedLine> lines;
-    for (const fz_stext_line* drawn = block.u.t.first_line; drawn; drawn = drawn->next) {
-        JoinedLine line = lineOf(*drawn);
-        if (!lines.empty() && belongTogether(lines.back(), line))
-            append(std::move(line), lines.back());
-        else
-            lines.push_back(std::move(line));
+    for (std::size_t begin = 0; begin < drawn.size();) {
+        std::size_t end = begin + 1;
+        while (end < drawn.size() && areLevel(drawn[end - 1], drawn[end]))
+            ++end;
+        appendJoined(std::span(drawn).subspan(begin, end - begin), lines);
+        begin = end;
     }
     return lines;
 }

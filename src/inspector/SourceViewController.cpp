@@ -42,10 +42,17 @@ QString failureNote(PDFFailure failure)
     return {};
 }
 
-/// What the flattened document lacks; empty when it is whole.
+/// What the flattened document lacks, shortly in the first line; empty when it is whole.
 QString lossNote(const PDFWrittenFile& file)
 {
-    return missingSentences(file.losses, file.lostObjects, LossSubject::isFile).join(u'\n');
+    if (file.isWhole())
+        return {};
+    const QString pages = pageNumbers(file.losses.ranges(), 2);
+    const QString brief = pages.isEmpty() ? SourceViewController::tr("Incomplete")
+                                          : SourceViewController::tr("Incomplete: %1").arg(pages);
+    const QStringList sentences
+        = missingSentences(file.losses, file.lostObjects, LossSubject::isFile);
+    return brief % u'\n' % sentences.join(u'\n');
 }
 
 SharedBytes shared(const FileBytes& bytes)
@@ -222,7 +229,9 @@ void SourceViewController::beginWork(Pane& pane, QObject* work, const QString& n
     endWork(pane, QString());
     pane.work = work;
     pane.note->setText(note);
-    QTimer::singleShot(notePatience, work, [&pane] {
+    QTimer::singleShot(notePatience, work, [&pane, work] {
+        if (pane.work != work) // it has ended and only waits to be deleted
+            return;
         pane.note->show();
         pane.cancel->show();
     });
@@ -238,7 +247,7 @@ void SourceViewController::endWork(Pane& pane, const QString& note)
             request->cancel();
         pane.work.clear();
     }
-    // Of several sentences the first stands there; all of them are in the tool tip.
+    // The first line stands there; all of it is in the tool tip.
     pane.note->setText(note.section(u'\n', 0, 0));
     pane.note->setToolTip(note);
     pane.note->setAccessibleName(note);

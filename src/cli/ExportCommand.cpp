@@ -4,14 +4,13 @@
 #include "cli/MissingReport.h"
 #include "cli/Password.h"
 #include "document/ExportTarget.h"
-#include "platform/WholeFile.h"
+#include "platform/OpenedFiles.h"
+#include "platform/StraightFile.h"
 
 #include <QCoreApplication>
 #include <QFile>
 
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <memory>
 
 #include <unistd.h>
@@ -48,6 +47,23 @@ std::optional<FileBytes> readShared(const std::string& path, std::string& reason
         return std::nullopt;
     reason = "Not enough memory";
     return FileBytes::copy(bytes->view);
+}
+
+std::unique_ptr<OutputFile> outputOf(const std::string& output)
+{
+    if (output == "-")
+        return std::make_unique<StraightFile>(STDOUT_FILENO);
+    return outputFileFor(output);
+}
+
+std::string shownOutput(const std::string& output)
+{
+    return output == "-" ? "standard output" : output;
+}
+
+bool leadsToInput(const std::string& output)
+{
+    return output == "-" ? OpenedFiles::contains(STDOUT_FILENO) : OpenedFiles::contains(output);
 }
 
 /// One export, from the engine's start to the file.
@@ -95,30 +111,21 @@ private:
         source.text = theText.get();
         theContent = ExportContent::make(kindOf(theArguments.command), source);
         if (!theContent)
-            return end(theArguments.file, QStringLiteral("The document has no pages"));
+            return end(theArguments.file, QStringLiteral("The document is not open"));
         connect(theContent.get(), &ExportContent::taken, this, &EngineExport::write);
         connect(theContent.get(), &ExportContent::failed, this,
-            [this](PDFFailure failure) { end(theArguments.file, exportFailureText(failure)); });
+            [this](const QString& reason) { end(theArguments.file, reason); });
         theContent->take();
     }
 
     void write()
     {
         const auto goOn = [](quint64, quint64) { return true; };
-        const std::string& output = *theArguments.output;
-        if (output == "-") {
-            const auto sink = [](std::string_view bytes) {
-                return std::fwrite(bytes.data(), 1, bytes.size(), stdout) == bytes.size();
-            };
-            if (theContent->write(sink, goOn) && std::fflush(stdout) == 0)
-                return end(reportMissing(*theContent, theArguments));
-            return end("standard output", QString::fromLocal8Bit(std::strerror(errno)));
-        }
-        const ExportOutcome outcome = writeExport(
-            kindOf(theArguments.command), *theContent, QFile::decodeName(output.c_str()), goOn);
+        const std::unique_ptr<OutputFile> file = outputOf(*theArguments.output);
+        const ExportOutcome outcome = writeExport(*theContent, *file, goOn);
         if (outcome.isWritten)
             return end(reportMissing(*theContent, theArguments));
-        end(output, outcome.reason);
+        end(shownOutput(*theArguments.output), outcome.reason);
     }
 
     const Arguments& theArguments;
@@ -128,18 +135,10 @@ private:
     int theAttempts = 0;
 };
 
-bool isInput(const std::string& output, const std::string& input)
-{
-    const auto identity = input == "-" ? fileIdentity(STDIN_FILENO) : fileIdentity(input);
-    return output != "-" && identity && identity == fileIdentity(output);
-}
-
 } // namespace
 
 ExitStatus exportCommand(const Arguments& arguments)
 {
-    if (isInput(*arguments.output, arguments.file))
-        return fail(*arguments.output, "This is the file that is being exported");
     int count = 1;
     char name[] = "tarnwick-inspect";
     char* words[] = {name, nullptr};
@@ -148,6 +147,11 @@ ExitStatus exportCommand(const Arguments& arguments)
     const std::optional<FileBytes> bytes = readShared(arguments.file, reason);
     if (!bytes)
         return fail(arguments.file, reason);
+    if (arguments.passwordFile)
+        neverWrite(*arguments.passwordFile);
+    // Said before the work; the file itself is asked again when it is written.
+    if (leadsToInput(*arguments.output))
+        return fail(shownOutput(*arguments.output), "This is the file that is being exported");
     const EngineExport run(arguments, *bytes);
     return static_cast<ExitStatus>(QCoreApplication::exec());
 }

@@ -1,12 +1,14 @@
 #include "cli/FileInput.h"
 
 #include "platform/LargePages.h"
+#include "platform/OpenedFiles.h"
 
 #include <cerrno>
 #include <cstddef>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <vector>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -82,10 +84,28 @@ int readAll(int input, GrowingBuffer& buffer)
 
 } // namespace
 
+void neverWrite(int input, const std::string& path)
+{
+    static auto& entries = *new std::vector<OpenedFiles::Entry>; // kept to the end of the program
+    entries.push_back(OpenedFiles::add(input, path));
+}
+
+void neverWrite(const std::string& path)
+{
+    // Not for reading: a pipe's writer would find its reader gone afterwards.
+    const int file = ::open(path.c_str(), O_PATH | O_CLOEXEC);
+    if (file < 0)
+        return;
+    neverWrite(file, path);
+    ::close(file);
+}
+
 std::optional<SharedBytes> readInput(const std::string& path, std::string& reason)
 {
     const bool isStandardInput = path == "-";
     const int input = isStandardInput ? STDIN_FILENO : ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (input >= 0)
+        neverWrite(input, isStandardInput ? std::string() : path);
     GrowingBuffer buffer;
     const int error = input < 0 ? errno : readAll(input, buffer);
     if (input >= 0 && !isStandardInput)

@@ -50,8 +50,7 @@ ExitStatus exportVersions(
 {
     const bool isInput = arguments.file == "-";
     const FileNameParts parts = fileNameParts(isInput ? "stdin" : arguments.file);
-    VersionWriter writer(bytes, parts.base, versionExtension(parts));
-    writer.setOpenedFile(isInput ? fileIdentity(STDIN_FILENO) : fileIdentity(arguments.file));
+    const VersionWriter writer(bytes, parts.base, versionExtension(parts));
     const VersionResult result = writer.write(*arguments.exportFolder, cuts);
     if (result.outcome == VersionResult::Outcome::isDone)
         return ExitStatus::isDone;

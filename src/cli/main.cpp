@@ -4,11 +4,14 @@
 #include "cli/FileInput.h"
 #include "cli/VersionsCommand.h"
 #include "platform/LargePages.h"
+#include "platform/OpenedFiles.h"
 
 #include <csignal>
 #include <cstdio>
 #include <string>
 #include <vector>
+
+#include <unistd.h>
 
 namespace {
 
@@ -54,6 +57,8 @@ ExitStatus run(const Arguments& arguments)
     const std::optional<SharedBytes> bytes = readInput(arguments.file, reason);
     if (!bytes)
         return fail(ExitStatus::isFailed, arguments.file + ": " + reason);
+    if (OpenedFiles::contains(STDOUT_FILENO))
+        return fail(ExitStatus::isFailed, "standard output: This is the file that is being read");
     if (arguments.command == "listing")
         return listingCommand(arguments, *bytes);
     if (arguments.command == "objects")

@@ -73,10 +73,10 @@ void Document::showNewWindow(const QString& identifier)
         window->show();
 }
 
-ExportSource Document::exportSource() const
+ExportSource Document::exportSource()
 {
     return {fileURL().toLocalFile(), displayName(), theBytes, theRenderedDocument.get(),
-        theText.get(), windowForSheet()};
+        theText.get(), windowForSheet(), this};
 }
 
 void Document::exportPDFversions()

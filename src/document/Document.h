@@ -54,7 +54,7 @@ public slots:
     void exportRichText();
 
 private:
-    ExportSource exportSource() const;
+    ExportSource exportSource();
     void showNewWindow(const QString& identifier);
     void finishOpening();
 

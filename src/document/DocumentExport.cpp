@@ -1,7 +1,11 @@
 #include "document/DocumentExport.h"
 
 #include "document/ExportPanel.h"
+#include "platform/WholeFile.h"
+#include "platform/frame/Notice.h"
 
+#include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 using namespace Qt::StringLiterals;
@@ -54,8 +58,8 @@ DocumentExport::DocumentExport(
 {
     connect(source.document, &QObject::destroyed, this, &DocumentExport::documentClosed);
     connect(theContent.get(), &ExportContent::taken, this, &DocumentExport::goOn);
-    connect(theContent.get(), &ExportContent::failed, this, [this](PDFFailure failure) {
-        theFailure = failure;
+    connect(theContent.get(), &ExportContent::failed, this, [this](const QString& reason) {
+        theFailure = reason;
         goOn();
     });
 }
@@ -89,13 +93,6 @@ void DocumentExport::panelConfirmed()
         end();
         return;
     }
-    if (isSameFile(thePath, theSource.filePath)) {
-        alert(tr("“%1” is the opened document.").arg(QFileInfo(thePath).fileName()),
-            tr("An export never replaces the file that it is made from. Choose another name."),
-            theSource.window);
-        end();
-        return;
-    }
     showProgress(QFileInfo(thePath).fileName());
     connect(theContent.get(), &ExportContent::progressed, progress(), &ExportProgress::show);
     if (theContentIsAskedFor) {
@@ -103,7 +100,7 @@ void DocumentExport::panelConfirmed()
         return;
     }
     if (!theSource.document) {
-        end();
+        documentClosed();
         return;
     }
     theContentIsAskedFor = true;
@@ -114,21 +111,44 @@ void DocumentExport::goOn()
 {
     if (thePath.isEmpty() || isWriting())
         return;
-    if (theFailure) {
-        if (const QString reason = exportFailureText(*theFailure); !reason.isEmpty())
-            alert(tr("“%1” could not be exported.").arg(QFileInfo(thePath).fileName()), reason,
-                theSource.window);
-        end();
-    } else if (theContent->isTaken()) {
+    if (theFailure)
+        giveUp(*theFailure);
+    else if (theContent->isTaken())
         write();
-    }
 }
 
 void DocumentExport::write()
 {
     startWriting([this](const BackgroundWork::Progress& progress) {
-        writeExport(theKind, *theContent, thePath, progress);
+        WholeFile file(QFile::encodeName(thePath).toStdString());
+        theOutcome = writeExport(*theContent, file, progress);
     });
+}
+
+void DocumentExport::finishWriting()
+{
+    if (!theOutcome.isWritten) {
+        giveUp(theOutcome.reason);
+        return;
+    }
+    const QString folder = QDir::toNativeSeparators(QFileInfo(thePath).absolutePath());
+    QString text = tr("%1 has been written to “%2”.").arg(shownName(thePath), folder);
+    const bool isWhole = theContent->isWhole();
+    if (!isWhole)
+        text.prepend(theContent->missing().join(u' ') + u' ');
+    tellUser({isWhole ? Notice::Kind::isDone : Notice::Kind::isIncomplete, text}, theSource.window,
+        theSource.frame);
+    end();
+}
+
+/// @param reason empty where the user knows it.
+void DocumentExport::giveUp(const QString& reason)
+{
+    if (!reason.isEmpty())
+        tellUser({Notice::Kind::isFailure,
+                     tr("%1 has not been written: %2").arg(shownName(thePath), asSentence(reason))},
+            theSource.window, theSource.frame);
+    end();
 }
 
 void DocumentExport::documentClosed()
@@ -136,5 +156,5 @@ void DocumentExport::documentClosed()
     // What has been taken can still be written; nothing more will come.
     if (theContent->isTaken())
         return;
-    end();
+    giveUp(thePath.isEmpty() ? QString() : tr("The document has been closed before."));
 }

@@ -20,9 +20,8 @@ QString proposedExportName(ExportKind kind, const QString& displayName);
 /// its own, then one file.
 ///
 /// Flat PDF and plain text are asked for when the command runs, rich text when the panel is
-/// confirmed; where the engine is slower than the user, progress with cancel is shown. A file that
-/// cannot be written is passed over in silence, one that must not be (the opened file itself) and
-/// an engine that fails are told. Several may run at once.
+/// confirmed; where the engine is slower than the user, progress with cancel is shown. No alert
+/// comes: a notice says what was written and where, or why not. Several may run at once.
 class DocumentExport : public ExportJob
 {
     Q_OBJECT
@@ -40,13 +39,16 @@ private:
     void panelConfirmed();
     void goOn();
     void write();
+    void finishWriting() override;
+    void giveUp(const QString& reason);
     void documentClosed();
 
     ExportKind theKind;
     ExportSource theSource;
     std::unique_ptr<ExportContent> theContent;
     bool theContentIsAskedFor = false;
-    std::optional<PDFFailure> theFailure;
+    std::optional<QString> theFailure; ///< of taking the content
+    ExportOutcome theOutcome; ///< of the writing, once it is finished
     QPointer<ExportPanel> thePanel;
     QString thePath; ///< empty until the panel is confirmed
 };

@@ -30,7 +30,7 @@ public:
         connect(request, &PDFRequest::progressed, this, &ExportContent::progressed);
         connect(request, &PDFRequest::finished, this, [this, request] {
             if (!request->succeeded()) {
-                emit failed(request->failure());
+                emit failed(exportFailureText(request->failure()));
                 return;
             }
             const PDFWrittenFile& file = request->file();
@@ -100,7 +100,7 @@ private:
         if (failure == PDFFailure::isCancelled)
             QMetaObject::invokeMethod(theText, &PDFDocumentText::fetch, Qt::QueuedConnection);
         else if (theText->arrivedCount() == 0)
-            emit failed(failure);
+            emit failed(exportFailureText(failure));
         else
             keep(); // a beginning, and word of what is missing, beat nothing
     }
@@ -122,6 +122,10 @@ public:
     void take() override
     {
         const int count = theDocument->pageCount();
+        if (count < 1) {
+            emit failed(QCoreApplication::translate("ExportContent", "The document has no pages."));
+            return;
+        }
         PDFTextRequest* const request
             = theDocument->requestText(0, count - 1, PDFTextDetail::isWithAttributes, this);
         connect(request, &PDFTextRequest::pageReady, this,
@@ -133,7 +137,7 @@ public:
             });
         connect(request, &PDFRequest::finished, this, [this, request, count] {
             if (theNextPage == 0) {
-                emit failed(request->failure());
+                emit failed(exportFailureText(request->failure()));
                 return;
             }
             theTextLosses.add({theNextPage, count - 1, PDFLoss::isNotRead});
@@ -172,7 +176,7 @@ std::unique_ptr<ExportContent> ExportContent::make(ExportKind kind, const Export
         return std::make_unique<FlatContent>(document);
     if (kind == ExportKind::isPlainText)
         return source.text ? std::make_unique<TextContent>(source.text) : nullptr;
-    return document->pageCount() > 0 ? std::make_unique<RichContent>(document) : nullptr;
+    return std::make_unique<RichContent>(document);
 }
 
 bool writeUtf8(

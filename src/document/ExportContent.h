@@ -29,8 +29,7 @@ public:
     /// Takes the next bytes. @returns false when it cannot.
     using Sink = std::function<bool(std::string_view bytes)>;
 
-    /// @returns null when the document cannot give it: there is no document, or it is not open; for
-    ///   rich text also when it has no pages.
+    /// @returns null when the document cannot give it: there is no document, or it is not open.
     static std::unique_ptr<ExportContent> make(ExportKind kind, const ExportSource& source);
 
     /// Asks the engine for it. One of taken() and failed() follows, at once where it is there
@@ -54,7 +53,8 @@ signals:
     /// @param total 0 while it is unknown.
     void progressed(int done, int total);
     void taken();
-    void failed(PDFFailure failure);
+    /// @param reason a sentence for the user.
+    void failed(const QString& reason);
 
 protected:
     /// @param subject of missing().

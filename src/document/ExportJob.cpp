@@ -1,7 +1,6 @@
 #include "document/ExportJob.h"
 
 #include <QCoreApplication>
-#include <QMessageBox>
 
 ExportJob::ExportJob(const QString& title)
     : QObject(QCoreApplication::instance())
@@ -55,13 +54,4 @@ void ExportJob::end()
 {
     theProgress.reset();
     deleteLater();
-}
-
-void ExportJob::alert(const QString& text, const QString& detail, QWidget* window) const
-{
-    auto* const box
-        = new QMessageBox(QMessageBox::Warning, theTitle, text, QMessageBox::Ok, window);
-    box->setInformativeText(detail);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->open();
 }

@@ -9,8 +9,6 @@
 
 #include <memory>
 
-class QWidget;
-
 /// One run of an export command, from its panel to its last file.
 ///
 /// It belongs to the application, so that windows and documents may close meanwhile, and destroys
@@ -24,7 +22,7 @@ public:
     static QList<ExportJob*> writing();
 
 protected:
-    /// @param title of the job's panels and alerts.
+    /// @param title of the job's panels.
     explicit ExportJob(const QString& title);
     ~ExportJob() override;
 
@@ -47,9 +45,6 @@ protected:
     /// Gives up: at once, or as soon as the writing has stopped.
     void cancel();
     void end();
-
-    /// Tells the user, without waiting for the answer. @param window for the alert, or null.
-    void alert(const QString& text, const QString& detail, QWidget* window) const;
 
 private:
     QString theTitle;

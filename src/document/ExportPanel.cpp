@@ -1,7 +1,12 @@
 #include "document/ExportPanel.h"
 
+#include "platform/OpenedFiles.h"
+#include "platform/OutputNaming.h"
+#include "platform/frame/Notice.h"
+
 #include <QDialogButtonBox>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QGridLayout>
 #include <QLabel>
@@ -37,23 +42,34 @@ void insertRow(QGridLayout& grid, int row)
             place.item->alignment());
 }
 
+QString refusalOfOpened(const QString& path)
+{
+    if (!OpenedFiles::contains(QFile::encodeName(path).toStdString()))
+        return {};
+    return ExportPanel::tr("%1 is open, and an opened file is never written. Enter another name.")
+        .arg(shownName(path));
+}
+
 } // namespace
 
 ExportPanel::ExportPanel(
     const QString& title, const QStringList& types, const QString& typesTitle, QWidget* parent)
     : QFileDialog(parent, title)
+    , theTypes(types)
+    , theRefusal(refusalOfOpened)
 {
     setAttribute(Qt::WA_DeleteOnClose);
+    setOption(QFileDialog::DontUseNativeDialog);
     setAcceptMode(QFileDialog::AcceptSave);
     setFileMode(QFileDialog::AnyFile);
     setNameFilter(typesTitle + u" (*." + types.join(u" *."_s) + u')');
-    setDefaultSuffix(types.first());
 }
 
 ExportPanel::ExportPanel(
     const QString& title, const QString& prompt, const QString& message, QWidget* parent)
     : QFileDialog(parent, title)
     , isForFolder(true)
+    , theRefusal(refusalOfOpened)
 {
     setAttribute(Qt::WA_DeleteOnClose);
     setOption(QFileDialog::DontUseNativeDialog);
@@ -100,9 +116,10 @@ void ExportPanel::propose(const QString& folder, const QString& name)
 {
     const QString fallback = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
     setDirectory(QFileInfo(folder).isDir() ? folder : fallback);
-    selectFile(name);
+    const QString proposed = nameOfNoOpenedFile(directory().absolutePath(), name);
+    selectFile(proposed);
     if (nameField()) {
-        nameField()->setText(name); // selectFile() reads a slash or a quote in it
+        nameField()->setText(proposed); // selectFile() reads a slash or a quote in it
         nameField()->selectAll();
         nameField()->setFocus();
     }
@@ -110,10 +127,7 @@ void ExportPanel::propose(const QString& folder, const QString& name)
 
 QString ExportPanel::chosenPath() const
 {
-    if (!theTypedPath.isEmpty())
-        return theTypedPath;
-    const QStringList files = selectedFiles();
-    return files.isEmpty() ? QString() : files.first();
+    return theChosenPath;
 }
 
 QLineEdit* ExportPanel::nameField() const
@@ -121,48 +135,61 @@ QLineEdit* ExportPanel::nameField() const
     return findChild<QLineEdit*>(u"fileNameEdit"_s);
 }
 
-void ExportPanel::accept()
-{
-    // Qt takes quotes in a typed name for those around several names, and opens a typed folder.
-    const bool readsTheName = nameField() && (isForFolder || nameField()->text().contains(u'"'));
-    if (readsTheName)
-        acceptTypedName();
-    else
-        QFileDialog::accept();
-}
-
-void ExportPanel::acceptTypedName()
+/// The path that the name field gives. Qt would read quotes in it as those around several names.
+QString ExportPanel::typedPath() const
 {
     const QString name = nameField()->text();
-    if (name.trimmed().isEmpty())
+    const bool isOfHome = name == u'~' || name.startsWith(u"~/"_s);
+    const QString path = isOfHome && !QFileInfo::exists(directory().filePath(name))
+        ? QDir::homePath() + name.mid(1)
+        : directory().filePath(name);
+    return QDir::cleanPath(path);
+}
+
+void ExportPanel::accept()
+{
+    if (nameField()->text().trimmed().isEmpty())
         return;
-    QString path = QDir::cleanPath(directory().filePath(name));
-    if (!isForFolder && QFileInfo(name).suffix().isEmpty())
-        path += u'.' + defaultSuffix();
+    QString path = typedPath();
+    // A folder's name opens it, unless it is a folder that is asked for.
+    if (!isForFolder && QFileInfo(path).isDir()) {
+        QFileDialog::accept();
+        return;
+    }
+    if (!isForFolder)
+        path = withAllowedType(path, theTypes);
     if (!confirmsUseOf(path))
         return;
-    theTypedPath = path;
+    theChosenPath = path;
     QDialog::accept();
+}
+
+bool ExportPanel::warn(const QString& text)
+{
+    QMessageBox::warning(this, windowTitle(), text);
+    return false;
 }
 
 bool ExportPanel::confirmsUseOf(const QString& path)
 {
+    if (const QString refused = theRefusal(path); !refused.isEmpty())
+        return warn(refused);
     const QFileInfo info(path);
     if (!info.exists() || (isForFolder && info.isDir() && QDir(path).isEmpty()))
         return true;
-    if (isForFolder != info.isDir()) {
-        QMessageBox::warning(this, windowTitle(),
-            isForFolder ? tr("“%1” is a file. Enter another name.").arg(info.fileName())
-                        : tr("“%1” is a folder. Enter another name.").arg(info.fileName()));
-        return false;
-    }
+    if (isForFolder != info.isDir())
+        return warn((isForFolder ? tr("%1 is a file. Enter another name.")
+                                 : tr("%1 is a folder. Enter another name."))
+                        .arg(shownName(path)));
+    if (!isForFolder && !info.isFile())
+        return warn(tr("%1 is a device or a pipe. Enter another name.").arg(shownName(path)));
     const QString question = isForFolder
-        ? tr("The folder “%1” already exists. Files in it that have the name of a version will be "
+        ? tr("The folder %1 already exists. Files in it that have the name of a version will be "
              "replaced.")
-        : tr("“%1” already exists. Do you want to replace it?");
+        : tr("%1 already exists. Do you want to replace it?");
     // The document may close, and this panel with it, while the question stands.
     const QPointer<QWidget> self = this;
-    const auto answer = QMessageBox::warning(this, windowTitle(), question.arg(info.fileName()),
+    const auto answer = QMessageBox::warning(this, windowTitle(), question.arg(shownName(path)),
         QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
     return self && answer == QMessageBox::Yes;
 }

@@ -1,20 +1,23 @@
 #pragma once
 
-#include <QCoreApplication>
 #include <QFileDialog>
+
+#include <functional>
 
 /// A panel that asks where an export goes.
 ///
-/// One for a file is the platform's own where there is one. One for a folder is always Qt's: those
-/// of platforms either take an existing folder or make one, and this one does both.
+/// It is always Qt's own. Those of platforms either take an existing folder or make one, and this
+/// one does both; and they ask whether to replace a file before a name has got its ending, and
+/// before the opened file can be refused.
 class ExportPanel : public QFileDialog
 {
-    // Without Q_OBJECT: Qt replaces only its own class by the platform's panel.
-    Q_DECLARE_TR_FUNCTIONS(ExportPanel)
+    Q_OBJECT
 
 public:
-    /// For a file. @param types allowed suffixes without dot, the first given to a name without
-    /// any.
+    /// Says why a place cannot be used, as a sentence for the user; empty when it can.
+    using Refusal = std::function<QString(const QString& path)>;
+
+    /// For a file. @param types allowed endings without dot (withAllowedType()).
     /// @param typesTitle of them for the user, "RTF documents".
     ExportPanel(const QString& title, const QStringList& types, const QString& typesTitle,
         QWidget* parent = nullptr);
@@ -23,7 +26,11 @@ public:
     ExportPanel(const QString& title, const QString& prompt, const QString& message,
         QWidget* parent = nullptr);
 
-    /// Proposes a name, in a folder where that exists.
+    /// Asked about each place that the user confirms, before the question whether to replace. At
+    /// first it refuses every opened file.
+    void setRefusal(Refusal refusal) { theRefusal = std::move(refusal); }
+
+    /// Proposes a name, in a folder where that exists; another one where that file is opened.
     void propose(const QString& folder, const QString& name);
 
     /// The chosen place; empty when there is none. Valid once accepted.
@@ -35,9 +42,12 @@ protected:
 private:
     class QLineEdit* nameField() const;
     void showMessage(const QString& message);
-    void acceptTypedName();
+    QString typedPath() const;
     bool confirmsUseOf(const QString& path);
+    bool warn(const QString& text);
 
     bool isForFolder = false;
-    QString theTypedPath; ///< what was typed, where this class and not Qt has read it
+    QStringList theTypes;
+    Refusal theRefusal;
+    QString theChosenPath;
 };

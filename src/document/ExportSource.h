@@ -3,6 +3,7 @@
 #include "platform/FileBytes.h"
 #include "platform/PDFDocument.h"
 #include "platform/PDFDocumentText.h"
+#include "platform/frame/FrameDocument.h"
 
 #include <QPointer>
 #include <QString>
@@ -12,10 +13,11 @@
 /// its bytes stay, the rest is then null.
 struct ExportSource
 {
-    QString filePath; ///< the opened file, which no export may write; empty without one
+    QString filePath; ///< the opened file; empty without one
     QString displayName; ///< as windows show it; may be empty
     FileBytes bytes; ///< the file as it was read
     QPointer<PDFDocument> document; ///< open, or null
     QPointer<PDFDocumentText> text; ///< of that document, or null
-    QPointer<QWidget> window; ///< for sheets
+    QPointer<QWidget> window; ///< for sheets and notices
+    QPointer<FrameDocument> frame; ///< whose other windows take the notices, or null
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "document/ExportContent.h"
+#include "platform/OutputFile.h"
 
 #include <QString>
 
@@ -11,12 +12,8 @@ struct ExportOutcome
     QString reason; ///< why not, as a phrase for the user; empty when progress said no
 };
 
-/// Two paths that lead to one file, be it through links; false when one of them leads to none.
-bool isSameFile(const QString& path, const QString& other);
-
-/// Writes an export's file. A flattened PDF appears whole or not at all; texts are written in
-/// place, and one that cannot be finished is removed.
+/// Writes an export into a file, from its opening to its commit.
 ///
-/// Any thread. Precondition: content.isTaken(), and path is not the opened file (isSameFile()).
-ExportOutcome writeExport(ExportKind kind, const ExportContent& content, const QString& path,
-    const ExportContent::Progress& progress);
+/// Any thread. Precondition: content.isTaken().
+ExportOutcome writeExport(
+    const ExportContent& content, OutputFile& file, const ExportContent::Progress& progress);

@@ -3,7 +3,10 @@
 #include "document/ExportPanel.h"
 #include "document/VersionCuts.h"
 #include "document/VersionNaming.h"
+#include "platform/OpenedFiles.h"
+#include "platform/frame/Notice.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
@@ -50,6 +53,7 @@ void VersionExport::openPanel()
         tr("Enter the name of a new folder to contain versions"), theSource.window);
     thePanel->propose(QFileInfo(theSource.filePath).path(),
         QFile::decodeName(QByteArray::fromStdString(theFolderName)));
+    thePanel->setRefusal([this](const QString& folder) { return refusal(folder); });
     connect(thePanel, &QDialog::accepted, this, &VersionExport::panelConfirmed);
     connect(thePanel, &QDialog::rejected, this, &VersionExport::end);
     // The window that the sheet belongs to may close, and the sheet with it, unanswered.
@@ -62,32 +66,59 @@ void VersionExport::openPanel()
 
 void VersionExport::panelConfirmed()
 {
-    const QString folder = thePanel->chosenPath();
-    if (folder.isEmpty()) {
+    theFolder = thePanel->chosenPath();
+    if (theFolder.isEmpty()) {
         end();
         return;
     }
-    showProgress(QFileInfo(folder).fileName());
-    write(QFile::encodeName(folder).toStdString());
+    showProgress(QFileInfo(theFolder).fileName());
+    write(QFile::encodeName(theFolder).toStdString());
 }
 
 void VersionExport::write(const std::string& folder)
 {
     startWriting([this, folder](const BackgroundWork::Progress& progress) {
-        VersionWriter writer(theSource.bytes.view(), theBase, theExtension);
-        writer.setOpenedFile(fileIdentity(QFile::encodeName(theSource.filePath).toStdString()));
+        const VersionWriter writer(theSource.bytes.view(), theBase, theExtension);
         theResult = writer.write(folder, versionCuts(theSource.bytes.view()), progress);
     });
 }
 
+/// Why no versions may be put into a folder that exists; empty when they may.
+QString VersionExport::refusal(const QString& folder) const
+{
+    const QDir existing(folder);
+    const QString base = QFile::decodeName(QByteArray::fromStdString(theBase)) + u'-';
+    const QStringList names = existing.exists()
+        ? existing.entryList(QDir::Files | QDir::Hidden | QDir::System)
+        : QStringList();
+    for (const QString& name : names) {
+        if (name.startsWith(base)
+            && OpenedFiles::contains(QFile::encodeName(existing.filePath(name)).toStdString()))
+            return tr("%1 in this folder is open, and an opened file is never written. Choose "
+                      "another folder.")
+                .arg(shownName(name));
+    }
+    return {};
+}
+
 void VersionExport::finishWriting()
 {
-    if (theResult.outcome == VersionResult::Outcome::isRefused) {
+    using Outcome = VersionResult::Outcome;
+    const auto count = static_cast<int>(theResult.filesWritten);
+    const QString counted = count == 1 ? tr("1 version has been written to “%1”.")
+                                       : tr("%L1 versions have been written to “%2”.").arg(count);
+    const QString written = counted.arg(theFolder);
+    Notice notice{Notice::Kind::isDone, written};
+    if (theResult.outcome == Outcome::isFailed) {
         const QString path = QFile::decodeName(QByteArray::fromStdString(theResult.path));
-        alert(tr("“%1” is the opened document.").arg(QFileInfo(path).fileName()),
-            tr("An export never replaces the file that it is made from. The versions before this "
-               "one have been written. Choose another folder for all of them."),
-            theSource.window);
+        notice.kind = Notice::Kind::isFailure;
+        notice.text = tr("%1 has not been written: %2.")
+                          .arg(shownName(path), QString::fromStdString(theResult.reason))
+            + u' ' + written;
+    } else if (theResult.outcome == Outcome::isCancelled) {
+        notice.kind = Notice::Kind::isIncomplete;
+        notice.text = tr("The export has been cancelled.") + u' ' + written;
     }
+    tellUser(notice, theSource.window, theSource.frame);
     end();
 }

@@ -13,8 +13,8 @@ class ExportPanel;
 /// One run of the command that exports the saved versions of a document: a sheet that names a
 /// folder, then one file in it for each version.
 ///
-/// What cannot be written ends the export in silence; the versions before it stay. A file that
-/// leads to the opened one is never replaced, and that is told.
+/// What cannot be written ends the export without an alert; the versions before it stay. A notice
+/// says what was written and where, and why the rest was not.
 class VersionExport : public ExportJob
 {
     Q_OBJECT
@@ -30,6 +30,7 @@ private:
 
     void openPanel();
     void panelConfirmed();
+    QString refusal(const QString& folder) const;
     void write(const std::string& folder);
     void finishWriting() override;
 
@@ -38,5 +39,6 @@ private:
     std::string theExtension; ///< with its dot, or empty
     std::string theFolderName; ///< to propose
     QPointer<ExportPanel> thePanel;
+    QString theFolder; ///< empty until the panel is confirmed
     VersionResult theResult; ///< of the writing, once it is finished
 };

@@ -1,6 +1,7 @@
 #include "document/VersionWriter.h"
 
 #include "document/VersionNaming.h"
+#include "platform/WholeFile.h"
 
 #include <cerrno>
 #include <fcntl.h>
@@ -14,11 +15,6 @@ namespace {
 
 /// Small enough that a cancel is heard at once on a slow disk.
 constexpr std::size_t sliceSize = 4U << 20U;
-
-std::string reasonOf(int error)
-{
-    return std::generic_category().message(error);
-}
 
 VersionResult failure(std::size_t filesWritten, const std::string& path, std::string reason)
 {
@@ -162,24 +158,21 @@ VersionResult VersionWriter::write(
     const std::string& folder, const std::vector<std::size_t>& cuts, const Progress& progress) const
 {
     if (const int error = makeFolders(folder))
-        return failure(0, folder, reasonOf(error));
+        return failure(0, folder, outputErrorText(error));
     const Folder opened(folder);
     if (opened.descriptor() < 0)
-        return failure(0, folder, reasonOf(errno));
+        return failure(0, folder, outputErrorText(errno));
 
     Meter meter(progress, std::accumulate(cuts.begin(), cuts.end(), std::uint64_t{0}));
     WrittenVersion last;
     for (std::size_t i = 0; i < cuts.size(); ++i) {
         const std::string name = versionFileName(theBase, i + 1, theExtension);
         auto file = std::make_unique<WholeFile>(opened.descriptor(), name);
-        int error = file->open(theOpenedFile);
-        if (error == EEXIST)
-            return {VersionResult::Outcome::isRefused, i, folder + "/" + name,
-                "This is the opened file"};
+        int error = file->open();
         const std::string_view bytes = theBytes.substr(0, cuts[i]);
         const Step step = error == 0 ? writeOne(*file, bytes, last, meter, error) : Step::isFailed;
         if (step == Step::isFailed)
-            return failure(i, folder + "/" + name, reasonOf(error));
+            return failure(i, folder + "/" + name, outputErrorText(error));
         if (step == Step::isCancelled)
             return {VersionResult::Outcome::isCancelled, i, {}, {}};
         const int descriptor = file->descriptor();

@@ -1,11 +1,8 @@
 #pragma once
 
-#include "platform/WholeFile.h"
-
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,21 +15,20 @@ struct VersionResult
         isDone, ///< every version is written
         isCancelled, ///< the caller asked for it
         isFailed, ///< path could not be written, for reason
-        isRefused, ///< path leads to the opened file, which is never replaced
     };
 
     Outcome outcome = Outcome::isDone;
     std::size_t filesWritten = 0; ///< versions 1 to this one are in the folder, whole
-    std::string path; ///< the folder or file that failed or was refused
+    std::string path; ///< the folder or file that failed
     std::string reason; ///< as a phrase for the user ("No space left on device")
 };
 
 /// Writes the saved versions of a file into a folder, one numbered file for each.
 ///
 /// Each file is whole or not there; the export stops at the first that cannot be written and leaves
-/// those before it. A file of the same name is replaced. No memory is needed besides the bytes
-/// themselves, and where the file system can share blocks between files, each version shares those
-/// of the version before and only its own save is written.
+/// those before it. A file of the same name is replaced, unless it is opened (WholeFile). No memory
+/// is needed besides the bytes themselves, and where the file system can share blocks between
+/// files, each version shares those of the version before and only its own save is written.
 ///
 /// Usable from any thread, one export at a time on one object.
 class VersionWriter
@@ -45,9 +41,6 @@ public:
     /// @param base, extension as versionFileName() takes them; bytes of the file system.
     VersionWriter(std::string_view bytes, std::string base, std::string extension);
 
-    /// The opened file's identity: it is never replaced, the export stops before it.
-    void setOpenedFile(const std::optional<FileIdentity>& identity) { theOpenedFile = identity; }
-
     /// Creates the folder and those above it where they are missing, and writes the versions.
     /// @param cuts of the bytes (versionCuts()), in order.
     /// @param progress called before the first byte and after every few megabytes; may be empty.
@@ -58,5 +51,4 @@ private:
     std::string_view theBytes;
     std::string theBase;
     std::string theExtension;
-    std::optional<FileIdentity> theOpenedFile;
 };

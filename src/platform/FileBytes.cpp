@@ -1,5 +1,7 @@
 #include "platform/FileBytes.h"
 
+#include "platform/OpenedFiles.h"
+
 #include <QCoreApplication>
 #include <QFile>
 
@@ -88,10 +90,11 @@ Descriptor newSharedMemory()
 class FileBytes::Mapping
 {
 public:
-    Mapping(int descriptor, void* address, std::size_t size)
+    Mapping(int descriptor, void* address, std::size_t size, OpenedFiles::Entry entry)
         : theDescriptor(descriptor)
         , theAddress(address)
         , theSize(size)
+        , theEntry(std::move(entry))
     {
     }
     Mapping(const Mapping&) = delete;
@@ -109,6 +112,7 @@ private:
     int theDescriptor;
     void* theAddress; ///< null for no bytes: an empty mapping does not exist
     std::size_t theSize;
+    OpenedFiles::Entry theEntry; ///< of the file that was read
 };
 
 std::optional<FileBytes> FileBytes::read(const QString& path, QString* reason)
@@ -133,11 +137,14 @@ std::optional<FileBytes> FileBytes::read(const QString& path, QString* reason)
             *reason = QCoreApplication::translate("FileBytes", "Not a regular file");
         return std::nullopt;
     }
+    // Before the reading, so that nobody here writes the file meanwhile.
+    OpenedFiles::Entry entry
+        = OpenedFiles::add(file.number(), QFile::encodeName(path).toStdString());
     Descriptor memory = newSharedMemory();
     if (!memory.isValid() || !copyAll(file.number(), memory.number()))
         return fail(errno);
     const std::size_t size = sizeOf(memory.number());
-    std::optional<FileBytes> bytes = adopt(memory.release(), size);
+    std::optional<FileBytes> bytes = adopt(memory.release(), size, std::move(entry));
     return bytes ? bytes : fail(ENOMEM);
 }
 
@@ -151,6 +158,12 @@ std::optional<FileBytes> FileBytes::copy(std::string_view bytes)
 
 std::optional<FileBytes> FileBytes::adopt(int descriptor, std::size_t size)
 {
+    return adopt(descriptor, size, nullptr);
+}
+
+std::optional<FileBytes> FileBytes::adopt(
+    int descriptor, std::size_t size, std::shared_ptr<const void> entry)
+{
     Descriptor memory(descriptor);
     // What the other process does meanwhile comes out once the size cannot change any more.
     if (sizeOf(descriptor) < size || ::ftruncate(descriptor, static_cast<off_t>(size)) != 0
@@ -163,7 +176,8 @@ std::optional<FileBytes> FileBytes::adopt(int descriptor, std::size_t size)
             return std::nullopt;
     }
     FileBytes bytes;
-    bytes.theMapping = std::make_shared<const Mapping>(memory.release(), address, size);
+    bytes.theMapping
+        = std::make_shared<const Mapping>(memory.release(), address, size, std::move(entry));
     return bytes;
 }
 

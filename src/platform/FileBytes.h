@@ -11,7 +11,8 @@
 ///
 /// They lie in sealed shared memory (memfd with F_SEAL_WRITE), so that the PDF engine's processes
 /// read them in place and nobody, the engine included, can change them. Copies share the memory; it
-/// lives as long as the last copy or the last owner() handed out. Any thread may read.
+/// lives as long as the last copy or the last owner() handed out, and so long the file that was
+/// read counts as opened (OpenedFiles) and is not written. Any thread may read.
 class FileBytes
 {
 public:
@@ -47,5 +48,8 @@ public:
 
 private:
     class Mapping;
+    static std::optional<FileBytes> adopt(
+        int descriptor, std::size_t size, std::shared_ptr<const void> entry);
+
     std::shared_ptr<const Mapping> theMapping;
 };

@@ -120,8 +120,17 @@ void PagePrintJob::takeBand()
     startBand();
 }
 
+PDFLosses PagePrintJob::losses() const
+{
+    PDFLosses losses;
+    for (const auto& [page, loss] : theLostPages)
+        losses.add(page, loss);
+    return losses;
+}
+
 void PagePrintJob::paintFailure()
 {
+    theLostPages.insert({thePages.at(theIndex), lossOf(theRequest->failure())});
     QFont font;
     font.setPointSizeF(11);
     thePainter.setFont(font);

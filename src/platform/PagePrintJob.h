@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/PDFLosses.h"
 #include "platform/PrintPagination.h"
 
 #include <QList>
@@ -7,6 +8,7 @@
 #include <QPainter>
 #include <QPointer>
 
+#include <map>
 #include <memory>
 
 class PDFDocument;
@@ -31,6 +33,8 @@ public:
     void start();
     /// Stops without printing; finished() does not follow.
     void cancel();
+    /// The pages that could not be drawn, whose sheets say so.
+    PDFLosses losses() const;
 
 signals:
     /// @param done pages of total that are on paper.
@@ -58,4 +62,5 @@ private:
     QRect theSheetArea; ///< the sheet's pixels on the page
     QRect theBand;
     QPointer<PDFTileRequest> theRequest;
+    std::map<int, PDFLoss> theLostPages;
 };

@@ -3,10 +3,10 @@
 #include "platform/PDFDocument.h"
 #include "platform/PDFView.h"
 #include "platform/PagePrinting.h"
+#include "platform/PrintPanel.h"
 #include "platform/PrintSettings.h"
 
 #include <QPointer>
-#include <QPrintDialog>
 #include <QPrinter>
 
 #include <algorithm>
@@ -15,11 +15,8 @@ void PagePrinter::printAsSheet(PDFDocument* document, const QString& title, QWid
 {
     std::unique_ptr<QPrinter> printer = PrintSettings::makePrinter();
     printer->setDocName(title);
-    auto* const dialog = new QPrintDialog(printer.get(), window);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    auto* const dialog = new PrintPanel(printer.get(), window);
     dialog->setWindowModality(Qt::WindowModal);
-    dialog->setOption(QAbstractPrintDialog::PrintPageRange);
-    dialog->setOption(QAbstractPrintDialog::PrintToFile);
     dialog->setMinMax(1, std::max(1, document->pageCount()));
     QObject::connect(document, &QObject::destroyed, dialog, &QDialog::reject);
     // The dialog works on the printer to its end: printing takes it over after that.

@@ -1,17 +1,13 @@
 #include "platform/PagePrinting.h"
 
 #include "platform/CupsSubmission.h"
+#include "platform/LossText.h"
 #include "platform/PDFDocument.h"
 #include "platform/PagePrintJob.h"
 #include "platform/PrintPagination.h"
 #include "platform/PrintSettings.h"
 #include "platform/PrintedFile.h"
-#include "platform/WholeFile.h"
-#include "platform/frame/DocumentWindow.h"
-#include "platform/frame/FrameDocument.h"
 
-#include <QFile>
-#include <QMessageBox>
 #include <QPrinter>
 
 #include <algorithm>
@@ -53,12 +49,6 @@ QList<int> withCopies(const QPrinter& printer, const QList<int>& pages)
     return all;
 }
 
-bool isSameFile(const QString& one, const QString& other)
-{
-    const auto identity = fileIdentity(QFile::encodeName(one).toStdString());
-    return identity && identity == fileIdentity(QFile::encodeName(other).toStdString());
-}
-
 } // namespace
 
 PagePrinting::PagePrinting(
@@ -66,6 +56,7 @@ PagePrinting::PagePrinting(
     : QObject(window)
     , theDocument(document)
     , thePrinter(std::move(printer))
+    , theJob{thePrinter->docName(), {}, thePrinter->printerName()}
     , theProgress(tr("Printing…"), tr("Cancel"), 0, 0, window)
 {
     theProgress.setWindowModality(Qt::WindowModal);
@@ -89,13 +80,6 @@ void PagePrinting::start()
         printOnPaper();
 }
 
-QString PagePrinting::openedPath() const
-{
-    const DocumentWindow* const frame = DocumentWindow::of(theProgress.parentWidget());
-    const FrameDocument* const document = frame ? frame->document() : nullptr;
-    return document ? document->fileURL().toLocalFile() : QString();
-}
-
 /// Whether the file itself prints as it is: all of it, no page over two sheets.
 bool PagePrinting::isUnchanged(const QList<int>& pages) const
 {
@@ -110,12 +94,8 @@ bool PagePrinting::isUnchanged(const QList<int>& pages) const
 
 void PagePrinting::printIntoFile()
 {
-    const QString path = thePrinter->outputFileName();
-    // The print dialog proposes the document's own name in the user's folder.
-    if (isSameFile(path, openedPath()))
-        return end(tr("The file would replace the one that is open, which is never written. "
-                      "Choose another name."));
-    theFile = new PrintedFile(path, openedPath(), this);
+    theJob.path = thePrinter->outputFileName();
+    theFile = new PrintedFile(theJob.path, this);
     if (const QString reason = theFile->open(); !reason.isEmpty())
         return end(reason);
     connect(theFile, &PrintedFile::finished, this, &PagePrinting::end);
@@ -165,6 +145,9 @@ void PagePrinting::await(PDFFlatRequest* request, const QList<int>& pages,
         if (!request->succeeded())
             return paint(pages);
         showProgress(0, 0);
+        theJob.missing = lossSentences(request->file().losses, LossSubject::isPrint);
+        if (theJob.missing.isEmpty() && !request->file().isWhole())
+            theJob.missing << lostObjectsSentence(request->file().lostObjects);
         handOn(request);
     });
 }
@@ -181,10 +164,11 @@ void PagePrinting::paint(const QList<int>& pages)
         theProgress.setLabelText(
             tr("Printing page %1 of %2…").arg(std::min(done + 1, total)).arg(total));
     });
-    connect(job, &PagePrintJob::finished, this, [this](bool ok) {
+    connect(job, &PagePrintJob::finished, this, [this, job](bool ok) {
+        theJob.missing = lossSentences(job->losses(), LossSubject::isPrint);
         if (ok && theFile)
-            return theFile->complete();
-        end(ok ? QString() : tr("The printer or the file cannot be written to."));
+            return theFile->completePainted();
+        end(ok ? QString() : tr("The printer or the file cannot be written to"));
     });
     job->start();
 }
@@ -201,12 +185,6 @@ void PagePrinting::end(const QString& reason)
     theProgress.disconnect(this);
     theProgress.reset();
     deleteLater();
-    if (!reason.isEmpty()) {
-        auto* const box = new QMessageBox(QMessageBox::Warning, tr("Print"),
-            tr("The document could not be printed."), QMessageBox::Ok, theProgress.parentWidget());
-        box->setInformativeText(reason);
-        box->setAttribute(Qt::WA_DeleteOnClose);
-        box->open();
-    }
+    tellUser(printNotice(theJob, reason), theProgress.parentWidget());
     emit ended(reason);
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/PrintNotice.h"
+
 #include <QList>
 #include <QObject>
 #include <QProgressDialog>
@@ -13,7 +15,8 @@ class PrintedFile;
 class QPrinter;
 
 /// One printing of a document's pages, from the dialog's end to the job's. Destroys itself at its
-/// end, when it is cancelled, and when the document goes.
+/// end, when it is cancelled, and when the document goes. No alert comes at its end but a notice:
+/// where the pages have gone, or why not.
 ///
 /// What is printed is a PDF file of the engine's, so that text stays text: the flattened document
 /// where it prints as it is, else sheets of paper (PDFDocument::requestPrint()). What the engine
@@ -25,7 +28,7 @@ class PagePrinting : public QObject
 public:
     /// @param document open, borrowed.
     /// @param printer as the user has set it up.
-    /// @param window that progress and failures are shown in front of, borrowed.
+    /// @param window that progress is shown in front of and the notice in, borrowed.
     PagePrinting(PDFDocument* document, std::unique_ptr<QPrinter> printer, QWidget* window);
     ~PagePrinting() override;
 
@@ -33,11 +36,10 @@ public:
     void start();
 
 signals:
-    /// @param reason why nothing was printed, as a sentence for the user; empty when it was.
+    /// @param reason why nothing was printed, as a phrase for the user; empty when it was.
     void ended(const QString& reason);
 
 private:
-    QString openedPath() const;
     bool isUnchanged(const QList<int>& pages) const;
     void printIntoFile();
     void printOnPaper();
@@ -50,7 +52,8 @@ private:
     void end(const QString& reason);
 
     PDFDocument* theDocument;
-    std::unique_ptr<QPrinter> thePrinter;
+    std::unique_ptr<QPrinter> thePrinter; ///< null once the pages are painted on it
+    PrintedJob theJob;
     PrintedFile* theFile = nullptr; ///< set while printing into one
     QProgressDialog theProgress;
 };

@@ -3,15 +3,17 @@
 #include "platform/WholeFile.h"
 
 #include <QFile>
-#include <QFileInfo>
 #include <QThread>
 
+#include <algorithm>
+#include <array>
 #include <atomic>
 #include <cerrno>
-#include <cstring>
+#include <charconv>
 #include <optional>
+#include <string_view>
 
-#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -21,47 +23,65 @@ constexpr std::size_t piece = 8u << 20;
 
 QString phrase(int error)
 {
-    return error == 0 ? QString() : QString::fromLocal8Bit(std::strerror(error));
+    return error == 0 ? QString() : QString::fromStdString(outputErrorText(error));
+}
+
+std::string_view readAt(int file, off_t offset, char* buffer, std::size_t size)
+{
+    const ssize_t got = offset < 0 ? -1 : ::pread(file, buffer, size, offset);
+    return {buffer, static_cast<std::size_t>(std::max<ssize_t>(0, got))};
+}
+
+/// Whether a painted PDF file ends as it should and its cross-reference table stands where the end
+/// says: a stretch that was not written would have moved it.
+bool isWholePdf(int file)
+{
+    struct stat status = {};
+    std::array<char, 64> buffer = {};
+    if (::fstat(file, &status) != 0)
+        return false;
+    const off_t start = std::max<off_t>(0, status.st_size - static_cast<off_t>(buffer.size()));
+    const std::string_view end = readAt(file, start, buffer.data(), buffer.size());
+    constexpr std::string_view keyword = "startxref\n";
+    const std::size_t place = end.rfind(keyword);
+    if (place == std::string_view::npos || end.find("%%EOF", place) == std::string_view::npos)
+        return false;
+    long long offset = -1;
+    std::from_chars(end.data() + place + keyword.size(), end.data() + end.size(), offset);
+    std::array<char, 4> table = {};
+    return readAt(file, offset, table.data(), table.size()) == "xref";
 }
 
 } // namespace
 
 struct PrintedFile::Work
 {
-    Work() = default;
-    Work(const Work&) = delete;
-    Work& operator=(const Work&) = delete;
-    ~Work()
+    /// Gives a file that is filled its name, unless it is no longer wanted.
+    int commit(WholeFile& filled)
     {
-        file.reset();
-        if (folder >= 0)
-            ::close(folder);
+        // The flush is what takes long: after it, giving the name is a matter of a moment.
+        if (!isGivenUp && ::fsync(filled.descriptor()) != 0)
+            return errno;
+        return isGivenUp ? ECANCELED : filled.commit();
     }
-    int complete(std::string_view bytes)
+    int write(std::string_view bytes)
     {
         int error = 0;
         while (error == 0 && !bytes.empty() && !isGivenUp) {
             error = file->append(bytes.substr(0, piece));
             bytes.remove_prefix(std::min(piece, bytes.size()));
         }
-        // The flush is what takes long: after it, giving the name is a matter of a moment.
-        if (error == 0 && !isGivenUp && ::fsync(file->descriptor()) != 0)
-            error = errno;
-        if (error == 0)
-            error = isGivenUp ? ECANCELED : file->commit();
-        return error;
+        return error == 0 ? commit(*file) : error;
     }
 
-    int folder = -1;
     std::optional<WholeFile> file;
     std::atomic<bool> isGivenUp = false;
 };
 
-PrintedFile::PrintedFile(const QString& path, const QString& opened, QObject* parent)
+PrintedFile::PrintedFile(const QString& path, QObject* parent)
     : QObject(parent)
     , theWork(std::make_shared<Work>())
     , thePath(path)
-    , theOpened(opened)
 {
 }
 
@@ -72,18 +92,8 @@ PrintedFile::~PrintedFile()
 
 QString PrintedFile::open()
 {
-    const QFileInfo info(thePath);
-    // A device that is named is not to be replaced by a file.
-    if (info.exists() && !info.isFile())
-        return info.isDir() ? phrase(EISDIR) : tr("Not a regular file");
-    theWork->folder
-        = ::open(QFile::encodeName(info.path()).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (theWork->folder < 0)
-        return phrase(errno);
-    theWork->file.emplace(theWork->folder, QFile::encodeName(info.fileName()).toStdString());
-    return phrase(theWork->file->open(theOpened.isEmpty()
-            ? std::nullopt
-            : fileIdentity(QFile::encodeName(theOpened).toStdString())));
+    theWork->file.emplace(QFile::encodeName(thePath).toStdString());
+    return phrase(theWork->file->open());
 }
 
 QString PrintedFile::unfinishedPath() const
@@ -93,9 +103,21 @@ QString PrintedFile::unfinishedPath() const
 
 void PrintedFile::complete(const FileBytes& bytes)
 {
+    finishOnThread([bytes](Work& work) { return work.write(bytes.view()); });
+}
+
+void PrintedFile::completePainted()
+{
+    finishOnThread([](Work& work) {
+        // What keeps the painter's bytes from the file is a full disk, if anything.
+        return isWholePdf(work.file->descriptor()) ? work.commit(*work.file) : ENOSPC;
+    });
+}
+
+void PrintedFile::finishOnThread(const std::function<int(Work&)>& part)
+{
     const auto error = std::make_shared<int>(0);
-    auto* const thread = QThread::create(
-        [work = theWork, bytes, error] { *error = work->complete(bytes.view()); });
+    auto* const thread = QThread::create([work = theWork, part, error] { *error = part(*work); });
     connect(thread, &QThread::finished, this, [this, error] { emit finished(phrase(*error)); });
     connect(thread, &QThread::finished, thread, &QObject::deleteLater);
     thread->start();

@@ -1,9 +1,11 @@
 #include "platform/WholeFile.h"
 
 #include "platform/FileSizeSignalBlock.h"
+#include "platform/OpenedFiles.h"
 
 #include <atomic>
 #include <cerrno>
+#include <cstdio>
 #include <fcntl.h>
 #include <linux/fs.h>
 #include <sys/ioctl.h>
@@ -26,25 +28,14 @@ bool isWithoutUnnamedFiles(int error)
 
 } // namespace
 
-std::optional<FileIdentity> fileIdentity(const std::string& path)
+WholeFile::WholeFile(int folder, std::string path)
+    : theBase(folder)
+    , thePath(std::move(path))
 {
-    struct stat status = {};
-    if (::stat(path.c_str(), &status) != 0)
-        return std::nullopt;
-    return FileIdentity{status.st_dev, status.st_ino};
 }
 
-std::optional<FileIdentity> fileIdentity(int descriptor)
-{
-    struct stat status = {};
-    if (::fstat(descriptor, &status) != 0)
-        return std::nullopt;
-    return FileIdentity{status.st_dev, status.st_ino};
-}
-
-WholeFile::WholeFile(int folder, std::string name)
-    : theFolder(folder)
-    , theName(std::move(name))
+WholeFile::WholeFile(std::string path)
+    : WholeFile(AT_FDCWD, std::move(path))
 {
 }
 
@@ -53,22 +44,33 @@ WholeFile::~WholeFile()
     if (theDescriptor >= 0)
         ::close(theDescriptor);
     if (!theTemporaryName.empty())
-        ::unlinkat(theFolder, theTemporaryName.c_str(), 0);
+        ::unlinkat(thePlace.folder(), theTemporaryName.c_str(), 0);
 }
 
-int WholeFile::open(const std::optional<FileIdentity>& forbidden)
+int WholeFile::open()
 {
-    struct stat status = {};
-    if (::fstatat(theFolder, theName.c_str(), &status, 0) == 0) {
-        if (forbidden == FileIdentity{status.st_dev, status.st_ino})
-            return EEXIST;
-        if (S_ISDIR(status.st_mode))
-            return EISDIR;
-    } else if (errno == ENAMETOOLONG) {
-        // Better said now than after a gigabyte has been written.
-        return ENAMETOOLONG;
-    }
+    // Better said now than after a gigabyte has been written.
+    if (const int error = thePlace.find(theBase, thePath))
+        return error;
+    if (const int error = check())
+        return error;
     return openTemporary();
+}
+
+/// Whether the name may be given to a file of ours.
+int WholeFile::check() const
+{
+    if (OpenedFiles::contains(thePlace.folder(), thePlace.name()))
+        return isOpenedFile;
+    if (!thePlace.standing())
+        return 0;
+    if (S_ISDIR(thePlace.standing()->st_mode))
+        return EISDIR;
+    if (!S_ISREG(thePlace.standing()->st_mode) || thePlace.isOfProcess())
+        return isNoRegularFile;
+    const bool mayWrite
+        = ::faccessat(thePlace.folder(), thePlace.name().c_str(), W_OK, AT_EACCESS) == 0;
+    return mayWrite ? 0 : errno;
 }
 
 int WholeFile::openTemporary()
@@ -76,14 +78,15 @@ int WholeFile::openTemporary()
     constexpr mode_t mode = 0666;
     // Without /proc an unnamed file could never be given a name.
     if (::access("/proc/self/fd", X_OK) == 0) {
-        theDescriptor = ::openat(theFolder, ".", O_TMPFILE | O_RDWR | O_CLOEXEC, mode);
+        theDescriptor = ::openat(thePlace.folder(), ".", O_TMPFILE | O_RDWR | O_CLOEXEC, mode);
         if (theDescriptor >= 0)
             return 0;
         if (!isWithoutUnnamedFiles(errno))
             return errno;
     }
     const std::string name = nextTemporaryName();
-    theDescriptor = ::openat(theFolder, name.c_str(), O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC, mode);
+    theDescriptor
+        = ::openat(thePlace.folder(), name.c_str(), O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC, mode);
     if (theDescriptor < 0)
         return errno;
     theTemporaryName = name;
@@ -139,15 +142,61 @@ int WholeFile::restart()
 
 int WholeFile::commit()
 {
+    if (thePlace.standing())
+        takeOverPermissions();
     // The bytes have to be on the disk before the name leads to them; a file system may put the two
     // in any order, and a full disk may show only now.
     if (::fsync(theDescriptor) != 0)
         return errno;
+    // The file may have been opened, and links have been made, since open().
+    if (OpenedFiles::contains(thePlace.folder(), thePlace.name()))
+        return isOpenedFile;
+    return thePlace.standing() ? replace() : nameNewFile();
+}
+
+void WholeFile::takeOverPermissions() const
+{
+    const struct stat& old = *thePlace.standing();
+    struct stat own = {};
+    if (::fstat(theDescriptor, &own) != 0)
+        return;
+    mode_t mode = old.st_mode & (S_IRWXU | S_IRWXG | S_IRWXO);
+    if (own.st_uid != old.st_uid)
+        ::fchown(theDescriptor, old.st_uid, static_cast<gid_t>(-1));
+    // What the old group was allowed is not for another one.
+    if (own.st_gid != old.st_gid
+        && ::fchown(theDescriptor, static_cast<uid_t>(-1), old.st_gid) != 0)
+        mode = (mode & ~static_cast<mode_t>(S_IRWXG)) | (mode & S_IRWXO) << 3U;
+    ::fchmod(theDescriptor, mode);
+}
+
+/// Gives the file the name that nobody had, without replacing one that has it by now.
+int WholeFile::nameNewFile()
+{
+    const char* const name = thePlace.name().c_str();
+    const int folder = thePlace.folder();
+    if (theTemporaryName.empty()) {
+        const std::string self = "/proc/self/fd/" + std::to_string(theDescriptor);
+        return ::linkat(AT_FDCWD, self.c_str(), folder, name, AT_SYMLINK_FOLLOW) == 0 ? 0 : errno;
+    }
+    if (::renameat2(folder, theTemporaryName.c_str(), folder, name, RENAME_NOREPLACE) == 0) {
+        theTemporaryName.clear();
+        return 0;
+    }
+    if (errno != EINVAL && errno != ENOSYS)
+        return errno;
+    // Where the file system cannot, nothing is surer than a last look.
+    return ::faccessat(folder, name, F_OK, AT_SYMLINK_NOFOLLOW) == 0 ? EEXIST : replace();
+}
+
+int WholeFile::replace()
+{
     if (theTemporaryName.empty()) {
         if (const int error = giveTemporaryName())
             return error;
     }
-    if (::renameat(theFolder, theTemporaryName.c_str(), theFolder, theName.c_str()) != 0)
+    const int folder = thePlace.folder();
+    if (::renameat(folder, theTemporaryName.c_str(), folder, thePlace.name().c_str()) != 0)
         return errno;
     theTemporaryName.clear();
     return 0;
@@ -158,7 +207,7 @@ int WholeFile::giveTemporaryName()
     // linkat() does not replace, so the file gets its own name by way of a temporary one.
     const std::string self = "/proc/self/fd/" + std::to_string(theDescriptor);
     const std::string name = nextTemporaryName();
-    if (::linkat(AT_FDCWD, self.c_str(), theFolder, name.c_str(), AT_SYMLINK_FOLLOW) != 0)
+    if (::linkat(AT_FDCWD, self.c_str(), thePlace.folder(), name.c_str(), AT_SYMLINK_FOLLOW) != 0)
         return errno;
     theTemporaryName = name;
     return 0;

@@ -1,51 +1,37 @@
 #pragma once
 
-#include <sys/stat.h>
+#include "platform/OutputFile.h"
+#include "platform/OutputPlace.h"
 
 #include <cstddef>
-#include <optional>
 #include <string>
 #include <string_view>
-
-/// Which file a name leads to: two names with the same identity are one file, be it through a hard
-/// or a symbolic link.
-struct FileIdentity
-{
-    dev_t device = 0;
-    ino_t inode = 0;
-
-    bool operator==(const FileIdentity&) const = default;
-};
-
-/// @returns nothing when the path leads to no file.
-std::optional<FileIdentity> fileIdentity(const std::string& path);
-std::optional<FileIdentity> fileIdentity(int descriptor);
 
 /// A file that appears in its folder whole or not at all.
 ///
 /// It is written without a name where the file system allows that, else under a hidden temporary
-/// name, flushed to the disk, and only then given its own name, in place of a file that had it. One
-/// that is destroyed before commit() leaves nothing behind.
+/// name, flushed to the disk, and only then given its own name, in place of a file that had it at
+/// open(): one that has appeared since stays. One that is destroyed before commit() leaves nothing
+/// behind, and what stood there as it was.
 ///
-/// Operations return 0 or the errno of what failed; after a failure only destruction makes sense.
-/// Any one thread at a time.
-class WholeFile
+/// Where the name is a link, the file that it leads to is replaced and the link stays. A replaced
+/// file's permissions and, where that is allowed, its group and owner are those of the new one; a
+/// file that may not be written is not replaced.
+class WholeFile : public OutputFile
 {
 public:
-    /// @param folder descriptor of the folder, borrowed for this object's life.
-    /// @param name the file's name in it, without slash.
-    WholeFile(int folder, std::string name);
-    ~WholeFile();
-    WholeFile(const WholeFile&) = delete;
-    WholeFile& operator=(const WholeFile&) = delete;
+    /// @param folder descriptor that a relative path starts from, borrowed until open(); AT_FDCWD
+    ///   for the working folder.
+    WholeFile(int folder, std::string path);
+    explicit WholeFile(std::string path);
+    ~WholeFile() override;
 
-    /// Opens the file and sees that its name can be used.
-    /// @param forbidden the one file that must not be replaced: EEXIST when the name leads to it.
-    int open(const std::optional<FileIdentity>& forbidden);
-
+    int open() override;
     /// Appends bytes and has the disk start on them at once, so that commit() has little to wait
     /// for.
-    int append(std::string_view bytes);
+    int append(std::string_view bytes) override;
+    /// Flushes the file and gives it its name, unless that leads to an opened file by now.
+    int commit() override;
 
     /// Shares the first bytes of another open file instead of writing them, where the file system
     /// can (btrfs, XFS and others). Precondition: nothing has been appended.
@@ -55,18 +41,20 @@ public:
     /// Gives up what is in the file so far.
     int restart();
 
-    /// Flushes the file and gives it its name.
-    int commit();
-
     /// The open file, readable and writable, or -1; owned by this object.
     int descriptor() const { return theDescriptor; }
 
 private:
+    int check() const;
     int openTemporary();
+    void takeOverPermissions() const;
+    int nameNewFile();
+    int replace();
     int giveTemporaryName();
 
-    int theFolder;
-    std::string theName;
+    int theBase;
+    std::string thePath;
+    OutputPlace thePlace;
     int theDescriptor = -1;
     std::string theTemporaryName; ///< empty while the file has no name
     std::size_t theLength = 0;

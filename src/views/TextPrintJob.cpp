@@ -1,12 +1,12 @@
 #include "views/TextPrintJob.h"
 
+#include "platform/PrintNotice.h"
+#include "platform/PrintPanel.h"
 #include "platform/PrintSettings.h"
+#include "platform/PrintedFile.h"
 #include "views/TextPrinter.h"
 
-#include <QFile>
-#include <QMessageBox>
 #include <QPageRanges>
-#include <QPrintDialog>
 #include <QPrinter>
 #include <QProgressDialog>
 
@@ -27,14 +27,12 @@ TextPrintJob::TextPrintJob(std::shared_ptr<const TextStorage> storage, const QFo
     , theStorage(std::move(storage))
     , theFont(font)
     , theWindow(window)
+    , theName(name)
     , thePrinter(PrintSettings::makePrinter())
 {
     thePrinter->setDocName(name);
     connect(&theTimer, &QTimer::timeout, this, &TextPrintJob::goOn);
-    auto* dialog = new QPrintDialog(thePrinter.get(), window);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setOption(QAbstractPrintDialog::PrintPageRange);
-    dialog->setOption(QAbstractPrintDialog::PrintShowPageSize);
+    auto* dialog = new PrintPanel(thePrinter.get(), window);
     connect(this, &QObject::destroyed, dialog, &QObject::deleteLater);
     connect(dialog, &QDialog::accepted, this, &TextPrintJob::begin);
     connect(dialog, &QDialog::rejected, this, &QObject::deleteLater);
@@ -46,6 +44,8 @@ TextPrintJob::~TextPrintJob() = default;
 void TextPrintJob::begin()
 {
     PrintSettings::applyTo(*thePrinter);
+    if (thePrinter->outputFormat() == QPrinter::PdfFormat && !openFile())
+        return;
     theProgress = new QProgressDialog(tr("Printing…"), tr("Cancel"), 0, progressSteps, theWindow);
     theProgress->setWindowModality(Qt::WindowModal);
     theProgress->setWindowTitle(tr("Print"));
@@ -65,6 +65,20 @@ void TextPrintJob::begin()
     theTimer.start();
 }
 
+/// @returns false when the job has ended without a file.
+bool TextPrintJob::openFile()
+{
+    thePath = thePrinter->outputFileName();
+    theFile = new PrintedFile(thePath, this);
+    connect(theFile, &PrintedFile::finished, this, &TextPrintJob::end);
+    if (const QString reason = theFile->open(); !reason.isEmpty()) {
+        end(reason);
+        return false;
+    }
+    thePrinter->setOutputFileName(theFile->unfinishedPath());
+    return true;
+}
+
 void TextPrintJob::goOn()
 {
     const bool isMore = theText->advance(QDeadlineTimer(8ms));
@@ -78,10 +92,14 @@ void TextPrintJob::goOn()
 void TextPrintJob::finish()
 {
     theTimer.stop();
-    theProgress->reset();
-    if (theText->hasFailed())
-        reportFailure();
-    deleteLater();
+    const bool hasFailed = theText->hasFailed();
+    theText.reset(); // the painter writes its last bytes
+    if (hasFailed)
+        end(tr("The printer or the file cannot be written to"));
+    else if (theFile)
+        theFile->completePainted();
+    else
+        end({});
 }
 
 void TextPrintJob::cancel()
@@ -89,20 +107,15 @@ void TextPrintJob::cancel()
     theTimer.stop();
     thePrinter->abort();
     theText.reset();
-    // Half a document must not be taken for a whole one.
-    if (!thePrinter->outputFileName().isEmpty())
-        QFile::remove(thePrinter->outputFileName());
     deleteLater();
 }
 
-void TextPrintJob::reportFailure()
+void TextPrintJob::end(const QString& reason)
 {
-    auto* box = new QMessageBox(QMessageBox::Warning, tr("Print"),
-        tr("“%1” could not be printed.").arg(thePrinter->docName()), QMessageBox::Ok, theWindow);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    const QString file = thePrinter->outputFileName();
-    box->setInformativeText(file.isEmpty()
-            ? tr("The printer “%1” did not take the pages.").arg(thePrinter->printerName())
-            : tr("The file “%1” could not be written.").arg(file));
-    box->open();
+    if (theProgress) {
+        theProgress->disconnect(this);
+        theProgress->reset();
+    }
+    deleteLater();
+    tellUser(printNotice({theName, thePath, thePrinter->printerName()}, reason), theWindow);
 }

@@ -8,6 +8,7 @@
 
 #include <memory>
 
+class PrintedFile;
 class QPrinter;
 class QProgressDialog;
 class QWidget;
@@ -16,7 +17,9 @@ class TextPrinter;
 /// One print command for a text: the print dialog as a sheet on the window, then the printing in
 /// slices of the event loop, with a progress dialog that cancels it where it takes long.
 ///
-/// Ends and deletes itself when the text is printed or the user cancels.
+/// A file that is printed into appears whole or not at all and is never an opened one
+/// (PrintedFile). Ends and deletes itself when the text is printed or the user cancels; no alert
+/// comes at its end but a notice in the window.
 class TextPrintJob : public QObject
 {
     Q_OBJECT
@@ -32,11 +35,15 @@ private:
     void goOn();
     void finish();
     void cancel();
-    void reportFailure();
+    void end(const QString& reason);
+    bool openFile();
 
     std::shared_ptr<const TextStorage> theStorage;
     QFont theFont;
     QWidget* theWindow;
+    QString theName;
+    QString thePath; ///< of the file that is printed into
+    PrintedFile* theFile = nullptr; ///< set while printing into one
     std::unique_ptr<QPrinter> thePrinter;
     std::unique_ptr<TextPrinter> theText;
     QProgressDialog* theProgress = nullptr;

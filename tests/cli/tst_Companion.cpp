@@ -175,7 +175,7 @@ void TestCompanion::saysWhyVersionsFailed()
     QVERIFY(QFile::link(u"../a.pdf"_s, path(u"linked/a-001.pdf"_s)));
     const std::pair<QString, QByteArray> folders[] = {
         {u"file"_s, "Not a directory"},
-        {u"linked"_s, "This is the opened file"},
+        {u"linked"_s, "an opened file is never written"},
         {u"/proc/none"_s, "No such file"},
     };
     for (const auto& [folder, reason] : folders) {

@@ -14,6 +14,8 @@
 
 #include <tuple>
 
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -38,6 +40,8 @@ private slots:
     void writesWhatTheEngineMakes();
     void replacesTheOutput();
     void failsOnAFullDevice();
+    void writesStraightIntoAPipe();
+    void neverWritesItsInput();
     void saysWhyItFailed();
     void asksForThePassword();
     void findsItsHelpersWhereTheInstallationHasThem();
@@ -97,12 +101,56 @@ void TestEngineCommands::replacesTheOutput()
 void TestEngineCommands::failsOnAFullDevice()
 {
     QVERIFY(QFile::link(u"/dev/full"_s, path(u"full"_s)));
-    for (const QString& command : {u"text"_s, u"rtf"_s}) {
+    for (const QString& command : {u"flat"_s, u"text"_s, u"rtf"_s}) {
         const CompanionRun result = run({command, u"a.pdf"_s, u"-o"_s, u"full"_s});
         QCOMPARE(result.status, 1);
         QVERIFY2(result.errors.contains("full: No space left"), result.errors.constData());
     }
     QCOMPARE(names().size(), 2);
+}
+
+void TestEngineCommands::writesStraightIntoAPipe()
+{
+    QCOMPARE(::mkfifo(qPrintable(path(u"pipe"_s)), 0600), 0);
+    QProcess reader;
+    reader.start(u"cat"_s, {path(u"pipe"_s)});
+    QCOMPARE(run({u"text"_s, u"a.pdf"_s, u"-o"_s, u"pipe"_s}).status, 0);
+    QVERIFY(reader.waitForFinished());
+    QVERIFY(reader.readAllStandardOutput().startsWith("First page\n"));
+    QCOMPARE(run({u"text"_s, u"a.pdf"_s, u"-o"_s, u"/dev/stdout"_s}).output.left(11),
+        QByteArray("First page\n"));
+    QCOMPARE(names().size(), 2);
+}
+
+void TestEngineCommands::neverWritesItsInput()
+{
+    const std::string file = path(u"a.pdf"_s).toStdString();
+    // With the file as standard input and, open at its end, as standard output.
+    const auto inAndOut = [&file] {
+        ::dup2(::open(file.c_str(), O_RDONLY), STDIN_FILENO);
+        ::dup2(::open(file.c_str(), O_WRONLY | O_APPEND), STDOUT_FILENO);
+    };
+    QVERIFY(QFile::link(u"a.pdf"_s, path(u"link.pdf"_s)));
+    writeFile(path(u"password"_s), "geheim\n");
+    const QStringList commands[] = {
+        {u"flat"_s, u"/dev/stdin"_s, u"-o"_s, u"a.pdf"_s},
+        {u"flat"_s, u"-"_s, u"-o"_s, u"link.pdf"_s},
+        {u"text"_s, u"/proc/self/fd/0"_s, u"-o"_s, u"./a.pdf"_s},
+        {u"rtf"_s, u"link.pdf"_s, u"-o"_s, u"a.pdf"_s},
+        {u"text"_s, u"a.pdf"_s, u"-o"_s, u"-"_s},
+        {u"flat"_s, u"a.pdf"_s, u"-o"_s, u"/dev/stdout"_s},
+        {u"flat"_s, u"a.pdf"_s, u"-o"_s, u"password"_s, u"--password-file"_s, u"password"_s},
+        {u"listing"_s, u"a.pdf"_s},
+        {u"versions"_s, u"-"_s},
+    };
+    for (const QStringList& words : commands) {
+        const CompanionRun result = runCompanion(words, {theHome->path(), {}, {}, inAndOut});
+        QVERIFY2(result.status == 1, qPrintable(words.join(u' ')));
+        QVERIFY2(result.errors.contains("This is the file"), result.errors.constData());
+        QCOMPARE(contentOf(path(u"a.pdf"_s)), twoPages());
+        QCOMPARE(contentOf(path(u"password"_s)), QByteArray("geheim\n"));
+    }
+    QCOMPARE(names(), QStringList({u"a.pdf"_s, u"link.pdf"_s, u"password"_s}));
 }
 
 void TestEngineCommands::saysWhyItFailed()

@@ -1,6 +1,9 @@
 #include "document/DocumentExport.h"
 #include "document/ExportPanel.h"
+#include "platform/frame/DocumentWindow.h"
+#include "platform/frame/NoticeLine.h"
 
+#include "support/FileSizeLimit.h"
 #include "support/Files.h"
 #include "support/Panels.h"
 #include "support/PdfBuilder.h"
@@ -10,6 +13,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <csignal>
 #include <tuple>
 
 using namespace Qt::StringLiterals;
@@ -19,17 +23,24 @@ class TestDocumentExport : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
+    void initTestCase()
+    {
+        QApplication::setQuitOnLastWindowClosed(false);
+        std::signal(SIGXFSZ, SIG_IGN); // as the program does
+    }
     void init();
     void cleanup();
     void proposesTheDisplayName();
     void panelOffersItsTypes();
     void severalPanelsWriteTheirOwnFiles();
-    void takesANameWithQuotes();
+    void addsTheEndingBeforeItAsks_data();
+    void addsTheEndingBeforeItAsks();
     void writesLoneSurrogatesAndPairsAsUtf8();
     void nothingHappensWithoutAnOpenDocument();
-    void neverWritesTheOpenedFile();
-    void aFileThatCannotBeWrittenIsPassedOver();
+    void asksForADocumentWithoutPages();
+    void refusesTheOpenedFileBeforeItAsks();
+    void proposesNoOpenedFile();
+    void aFailedExportKeepsWhatStoodThere();
     void panelGoesWithADocumentThatIsStillWanted();
     void whatWasTakenOutlivesTheDocument();
 
@@ -41,6 +52,7 @@ private:
         source.displayName = u"a.pdf"_s;
         source.document = theDocument.get();
         source.text = theText.get();
+        source.window = theWindow.get();
         const QList<ExportPanel*> before = allShown<ExportPanel>();
         DocumentExport::begin(kind, source);
         for (ExportPanel* panel : allShown<ExportPanel>()) {
@@ -58,9 +70,17 @@ private:
     {
         return QDir(theHome->path()).entryList(QDir::Files | QDir::Hidden);
     }
+    /// What the window says, and forgets then.
+    QString notice()
+    {
+        const QList<Notice> unread = theWindow->noticeLine()->unread();
+        theWindow->noticeLine()->closeAll();
+        return unread.size() == 1 ? unread.first().text : QString::number(unread.size());
+    }
     static bool isIdle() { return qApp->findChildren<DocumentExport*>().isEmpty(); }
 
     std::unique_ptr<QTemporaryDir> theHome;
+    std::unique_ptr<DocumentWindow> theWindow;
     std::unique_ptr<PDFDocument> theDocument;
     std::unique_ptr<PDFDocumentText> theText;
 };
@@ -75,6 +95,8 @@ void TestDocumentExport::init()
     QSignalSpy opened(theDocument.get(), &PDFDocument::opened);
     QVERIFY(opened.wait(20'000));
     theText = std::make_unique<PDFDocumentText>(theDocument.get());
+    theWindow = std::make_unique<DocumentWindow>(u"Test Window"_s);
+    theWindow->show();
     writeFile(path(u"a.pdf"_s), "the opened file");
 }
 
@@ -128,13 +150,42 @@ void TestDocumentExport::severalPanelsWriteTheirOwnFiles()
     QCOMPARE(names().size(), 4);
 }
 
-void TestDocumentExport::takesANameWithQuotes()
+void TestDocumentExport::addsTheEndingBeforeItAsks_data()
 {
-    ExportPanel* const panel = begin(ExportKind::isPlainText);
-    nameField(panel)->setText(u"x \"y\" z"_s);
+    QTest::addColumn<ExportKind>("kind");
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("written");
+    const auto row
+        = [](const char* name, ExportKind kind, const QString& typed, const QString& written) {
+              QTest::newRow(name) << kind << typed << written;
+          };
+    row("none", ExportKind::isPlainText, u"x"_s, u"x.text"_s);
+    row("another's", ExportKind::isPlainText, u"p3.doc"_s, u"p3.doc.text"_s);
+    row("its own second", ExportKind::isPlainText, u"p.txt"_s, u"p.txt"_s);
+    row("in other letters", ExportKind::isPlainText, u"P.TXT"_s, u"P.TXT"_s);
+    row("another's on rich text", ExportKind::isRichText, u"r.odt"_s, u"r.odt.rtf"_s);
+    row("a number", ExportKind::isFlatPDF, u"v1.2"_s, u"v1.2.pdf"_s);
+    row("nothing but an ending", ExportKind::isFlatPDF, u".pdf"_s, u".pdf.pdf"_s);
+    row("quotes", ExportKind::isPlainText, u"x \"y\" z"_s, u"x \"y\" z.text"_s);
+}
+
+void TestDocumentExport::addsTheEndingBeforeItAsks()
+{
+    QFETCH(const ExportKind, kind);
+    QFETCH(const QString, typed);
+    QFETCH(const QString, written);
+    writeFile(path(written), "older");
+    ExportPanel* const panel = begin(kind);
+    nameField(panel)->setText(typed);
+    answerNext(QMessageBox::No);
+    confirm(panel);
+    QVERIFY(panel->isVisible());
+    answerNext(QMessageBox::Yes);
     confirm(panel);
     QTRY_VERIFY(isIdle());
-    QVERIFY(names().contains(u"x \"y\" z.text"_s));
+    QVERIFY(contentOf(path(written)) != "older");
+    QCOMPARE(names().size(), 2);
+    QCOMPARE(notice(), u"“%1” has been written to “%2”."_s.arg(written, theHome->path()));
 }
 
 void TestDocumentExport::writesLoneSurrogatesAndPairsAsUtf8()
@@ -163,28 +214,68 @@ void TestDocumentExport::nothingHappensWithoutAnOpenDocument()
     QVERIFY(!begin(ExportKind::isRichText));
 }
 
-void TestDocumentExport::neverWritesTheOpenedFile()
+void TestDocumentExport::asksForADocumentWithoutPages()
 {
+    theText.reset();
+    theDocument = std::make_unique<PDFDocument>(*FileBytes::copy(PdfBuilder().bytes()));
+    QSignalSpy opened(theDocument.get(), &PDFDocument::opened);
+    QVERIFY(opened.wait(20'000));
+    QCOMPARE(theDocument->pageCount(), 0);
+    ExportPanel* const panel = begin(ExportKind::isRichText);
+    QVERIFY(panel);
+    confirm(panel);
+    QTRY_VERIFY(isIdle());
+    QCOMPARE(names(), QStringList(u"a.pdf"_s));
+    QCOMPARE(notice(), u"“a.pdf.rtf” has not been written: The document has no pages."_s);
+}
+
+void TestDocumentExport::refusesTheOpenedFileBeforeItAsks()
+{
+    const auto bytes = FileBytes::read(path(u"a.pdf"_s));
     QVERIFY(QFile::link(path(u"a.pdf"_s), path(u"link.rtf"_s)));
     ExportPanel* const panel = begin(ExportKind::isRichText);
-    answerNext(QMessageBox::Yes); // whether to replace the file
     nameField(panel)->setText(u"link.rtf"_s);
+    QString said;
+    QTimer::singleShot(0, qApp, [&said] {
+        if (auto* const box = shown<QMessageBox>()) {
+            said = box->text();
+            box->reject();
+        }
+    });
     confirm(panel);
-    QTRY_VERIFY(shown<QMessageBox>());
-    QVERIFY(shown<QMessageBox>()->text().contains(u"link.rtf"_s));
-    shown<QMessageBox>()->accept();
+    QVERIFY2(said.contains(u"link.rtf” is open"_s), qPrintable(said));
+    QVERIFY(panel->isVisible());
+    panel->reject();
     QCOMPARE(contentOf(path(u"a.pdf"_s)), QByteArray("the opened file"));
 }
 
-void TestDocumentExport::aFileThatCannotBeWrittenIsPassedOver()
+void TestDocumentExport::proposesNoOpenedFile()
 {
-    QVERIFY(QFile::link(u"/proc/none"_s, path(u"link.rtf"_s)));
-    ExportPanel* const panel = begin(ExportKind::isRichText);
-    nameField(panel)->setText(u"link.rtf"_s);
-    confirm(panel);
-    QTRY_VERIFY(isIdle());
-    QVERIFY(!shown<QDialog>());
-    QCOMPARE(names().size(), 1);
+    writeFile(path(u"a.pdf-flat.pdf"_s), "of another window");
+    const auto bytes = FileBytes::read(path(u"a.pdf-flat.pdf"_s));
+    ExportPanel* const panel = begin(ExportKind::isFlatPDF);
+    QCOMPARE(nameField(panel)->text(), u"a.pdf-flat-2.pdf"_s);
+    panel->reject();
+}
+
+void TestDocumentExport::aFailedExportKeepsWhatStoodThere()
+{
+    for (const auto& [kind, name] : {std::pair{ExportKind::isPlainText, u"a.pdf.text"_s},
+             {ExportKind::isRichText, u"a.pdf.rtf"_s},
+             {ExportKind::isFlatPDF, u"a.pdf-flat.pdf"_s}}) {
+        writeFile(path(name), "older");
+        ExportPanel* const panel = begin(kind);
+        answerNext(QMessageBox::Yes);
+        {
+            const FileSizeLimit full(10);
+            confirm(panel);
+            QTRY_VERIFY(isIdle());
+        }
+        QVERIFY(!shown<QDialog>());
+        QCOMPARE(contentOf(path(name)), QByteArray("older"));
+        QCOMPARE(notice(), u"“%1” has not been written: File too large."_s.arg(name));
+    }
+    QCOMPARE(names().size(), 4);
 }
 
 void TestDocumentExport::panelGoesWithADocumentThatIsStillWanted()

@@ -1,6 +1,9 @@
 #include "document/ExportPanel.h"
 #include "document/VersionExport.h"
 
+#include "platform/frame/DocumentWindow.h"
+#include "platform/frame/NoticeLine.h"
+
 #include "support/Files.h"
 #include "support/Panels.h"
 
@@ -34,7 +37,8 @@ private slots:
     void nothingHappensWithoutBytes();
     void asksBeforeItUsesAFolderWithFiles();
     void staysOpenForTheNameOfAFile();
-    void tellsThatTheOpenedFileIsKept();
+    void refusesAFolderWithTheOpenedFile();
+    void saysWhatWasWritten();
     void endsWithItsWindow();
 
 private:
@@ -55,7 +59,7 @@ private:
     }
 
     std::unique_ptr<QTemporaryDir> theHome;
-    std::unique_ptr<QWidget> theWindow;
+    std::unique_ptr<DocumentWindow> theWindow;
 };
 
 void TestVersionExport::init()
@@ -63,7 +67,7 @@ void TestVersionExport::init()
     QApplication::setQuitOnLastWindowClosed(false);
     theHome = std::make_unique<QTemporaryDir>();
     QVERIFY(theHome->isValid());
-    theWindow = std::make_unique<QWidget>();
+    theWindow = std::make_unique<DocumentWindow>(u"Test Window"_s);
     theWindow->show();
 }
 
@@ -146,23 +150,45 @@ void TestVersionExport::staysOpenForTheNameOfAFile()
     panel->reject();
 }
 
-void TestVersionExport::tellsThatTheOpenedFileIsKept()
+void TestVersionExport::refusesAFolderWithTheOpenedFile()
 {
     const QString opened = path(u"report.pdf"_s);
     writeFile(opened, file);
-    QVERIFY(QDir(theHome->path()).mkpath(u"versions"_s));
+    const auto bytes = FileBytes::read(opened);
+    QVERIFY(QDir(theHome->path()).mkdir(u"versions"_s));
     QVERIFY(QFile::link(opened, path(u"versions/report-002.pdf"_s)));
-
     ExportPanel* const panel = open(opened);
-    QLineEdit* const edit = nameField(panel);
-    edit->setText(u"versions"_s);
-    answerNext(QMessageBox::Yes);
-    QTest::keyClick(edit, Qt::Key_Return);
-    QTRY_VERIFY(shown<QMessageBox>());
-    QVERIFY(shown<QMessageBox>()->text().contains(u"report-002.pdf"_s));
-    shown<QMessageBox>()->accept();
+    nameField(panel)->setText(u"versions"_s);
+    answerNext(QMessageBox::Ok);
+    QTest::keyClick(nameField(panel), Qt::Key_Return);
+    QVERIFY(panel->isVisible());
+    panel->reject();
+    QCOMPARE(names(u"versions"_s), QStringList(u"report-002.pdf"_s));
     QCOMPARE(contentOf(opened), file);
-    QCOMPARE(names(u"versions"_s).size(), 2);
+}
+
+void TestVersionExport::saysWhatWasWritten()
+{
+    const auto exported = [this](const QString& folder) {
+        ExportPanel* const panel = open(path(u"report.pdf"_s));
+        nameField(panel)->setText(folder);
+        QTest::keyClick(nameField(panel), Qt::Key_Return);
+        const auto& unread = theWindow->noticeLine()->unread();
+        const bool isTold = QTest::qWaitFor([&unread] { return !unread.isEmpty(); });
+        const QString text = isTold ? unread.first().text : u"nothing"_s;
+        theWindow->noticeLine()->closeAll();
+        return text;
+    };
+    const QString whole = path(u"new"_s);
+    QCOMPARE(exported(whole), u"3 versions have been written to “%1”."_s.arg(whole));
+    const QString part = path(u"part"_s);
+    QVERIFY(QDir().mkpath(part + u"/report-002.pdf"));
+    answerNext(QMessageBox::Yes);
+    QCOMPARE(exported(part),
+        u"“report-002.pdf” has not been written: Is a directory. 1 version has been written to "
+        u"“%1”."_s.arg(part));
+    QVERIFY(!shown<QDialog>());
+    QCOMPARE(names(u"part"_s), QStringList(u"report-001.pdf"_s));
 }
 
 void TestVersionExport::endsWithItsWindow()

@@ -1,5 +1,9 @@
 #include "document/VersionCuts.h"
 #include "document/VersionWriter.h"
+#include "platform/FileIdentity.h"
+#include "platform/OpenedFiles.h"
+#include "platform/OutputFile.h"
+#include "support/FileSizeLimit.h"
 #include "support/Files.h"
 
 #include <QDir>
@@ -8,7 +12,7 @@
 
 #include <utility>
 
-#include <sys/resource.h>
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace {
@@ -24,22 +28,6 @@ std::string_view viewOf(const QByteArray& bytes)
 {
     return {bytes.constData(), static_cast<std::size_t>(bytes.size())};
 }
-
-/// As if the disk were full once a file has this many bytes.
-class FileSizeLimit
-{
-public:
-    explicit FileSizeLimit(rlim_t bytes)
-    {
-        getrlimit(RLIMIT_FSIZE, &theOld);
-        const rlimit limit = {bytes, theOld.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &theOld); }
-
-private:
-    rlimit theOld = {};
-};
 
 } // namespace
 
@@ -157,15 +145,16 @@ void TestVersionWriter::neverReplacesTheOpenedFile()
     QVERIFY(QDir().mkpath(theFolder));
     const std::string opened = theHome->filePath(QStringLiteral("opened.pdf")).toStdString();
     writeFile(QString::fromStdString(opened), theFile);
+    const int file = ::open(opened.c_str(), O_RDONLY | O_CLOEXEC);
+    const OpenedFiles::Entry entry = OpenedFiles::add(file, opened);
+    ::close(file);
     const std::string second = theFolder.toStdString() + "/r-002.pdf";
     for (const auto makeLink : {::symlink, ::link}) {
         QFile::remove(QString::fromStdString(second));
         QCOMPARE(makeLink(opened.c_str(), second.c_str()), 0);
-        VersionWriter writer(viewOf(theFile), "r", ".pdf");
-        writer.setOpenedFile(fileIdentity(opened));
-        const VersionResult result
-            = writer.write(theFolder.toStdString(), versionCuts(viewOf(theFile)));
-        QCOMPARE(result.outcome, VersionResult::Outcome::isRefused);
+        const VersionResult result = write();
+        QCOMPARE(result.outcome, VersionResult::Outcome::isFailed);
+        QCOMPARE(result.reason, outputErrorText(OutputFile::isOpenedFile));
         QCOMPARE(result.filesWritten, 1U);
         QCOMPARE(fileIdentity(second), fileIdentity(opened));
         QVERIFY(contentOf(QString::fromStdString(opened)) == theFile);

@@ -1,6 +1,7 @@
 #include "platform/frame/FileOpening.h"
 
 #include "platform/frame/FrameDocument.h"
+#include "platform/frame/Notice.h"
 #include "platform/frame/PasswordPrompt.h"
 
 #include <QFileInfo>
@@ -38,11 +39,6 @@ QString obviousFault(const QString& path)
     if (!info.isReadable())
         return FileOpening::tr("You do not have the permission to read it.");
     return {};
-}
-
-QString asSentence(const QString& reason)
-{
-    return reason.endsWith(QLatin1Char('.')) ? reason : reason + QLatin1Char('.');
 }
 
 } // namespace

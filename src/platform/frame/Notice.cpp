@@ -47,6 +47,11 @@ QString shownName(const QString& path)
     return u'\u201C' + name + u'\u201D';
 }
 
+QString asSentence(const QString& phrase)
+{
+    return phrase.endsWith(u'.') ? phrase : phrase + u'.';
+}
+
 void tellUser(const Notice& notice, const QWidget* near, const FrameDocument* document)
 {
     if (DocumentWindow* const window = windowFor(near, document))

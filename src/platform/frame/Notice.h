@@ -27,6 +27,9 @@ struct Notice
 /// notice says behind it is still seen.
 QString shownName(const QString& path);
 
+/// The phrase with a full stop, unless it has one.
+QString asSentence(const QString& phrase);
+
 /// Shows a notice until it is read: in the window of a widget, else in another window of the
 /// document, else in any document window that shows. Only a program that shows none any more says
 /// it on standard error.

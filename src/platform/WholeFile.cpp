@@ -161,8 +161,9 @@ void WholeFile::takeOverPermissions() const
     if (::fstat(theDescriptor, &own) != 0)
         return;
     mode_t mode = old.st_mode & (S_IRWXU | S_IRWXG | S_IRWXO);
-    if (own.st_uid != old.st_uid)
-        ::fchown(theDescriptor, old.st_uid, static_cast<gid_t>(-1));
+    // Only the system's owner may give a file away: the user's stays the user's.
+    if (own.st_uid != old.st_uid) [[maybe_unused]]
+        const int error = ::fchown(theDescriptor, old.st_uid, static_cast<gid_t>(-1));
     // What the old group was allowed is not for another one.
     if (own.st_gid != old.st_gid
         && ::fchown(theDescriptor, static_cast<uid_t>(-1), old.st_gid) != 0)

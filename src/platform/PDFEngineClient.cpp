@@ -309,9 +309,7 @@ void PDFEngineClient::failWaitingJobs()
 
 std::optional<FileBytes> PDFEngineClient::takeFlat(std::size_t size)
 {
-    // Memory that is a hole takes room as soon as somebody reads it.
-    const bool isSound = theEngine && size <= largestWrittenFile(theBytes.size());
-    return isSound ? theEngine->takeFlat(size) : std::nullopt;
+    return theEngine ? theEngine->takeFlat(size) : std::nullopt;
 }
 
 qint64 PDFEngineClient::engineProcessId() const

@@ -2,6 +2,7 @@
 
 #include "platform/HelperProgram.h"
 #include "platform/ProcessorTime.h"
+#include "platform/engine/EngineLimits.h"
 
 #include <QFile>
 #include <QPointer>
@@ -27,10 +28,6 @@ constexpr std::size_t portion = 256 * 1024;
 /// bytes, and reports without end.
 constexpr std::size_t leastCost = 512;
 
-/// Room for a written document. A million sheets of paper take 300 MB, and the tags of a file that
-/// holds little else grow to twelve times their size when they are unpacked.
-constexpr std::size_t leastFlatSize = std::size_t{512} << 20;
-constexpr std::size_t flatSizeOfFile = 8;
 constexpr int processorTimeAtStart = 10'000; ///< milliseconds, for what comes before a request
 constexpr int processorTimeAtRest = 0;
 
@@ -121,7 +118,7 @@ bool PDFEngineProcess::makeFlat(std::size_t fileSize)
     rlimit limit = {};
     if (theFlatDescriptor < 0 || ::getrlimit(RLIMIT_FSIZE, &limit) != 0)
         return false;
-    const rlim_t size = std::min(limit.rlim_cur, rlim_t{leastFlatSize + flatSizeOfFile * fileSize});
+    const rlim_t size = std::min(limit.rlim_cur, rlim_t{largestWrittenFile(fileSize)});
     return ::ftruncate(theFlatDescriptor, static_cast<off_t>(size)) == 0
         && ::fcntl(theFlatDescriptor, F_ADD_SEALS, F_SEAL_GROW) == 0;
 }

@@ -35,7 +35,7 @@ public:
     /// Starts the engine on a file. It gets nothing of the program's environment.
     /// @param writesFlat it also gets shared memory to write the flattened or printed document
     /// into:
-    ///   512 MiB and eight times the file's size, which nothing can make larger. @returns false
+    ///   of the size of largestWrittenFile(), which nothing can make larger. @returns false
     ///   when the system does not let it start.
     bool start(const FileBytes& bytes, bool writesFlat);
 

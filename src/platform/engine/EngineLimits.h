@@ -38,8 +38,10 @@ constexpr std::size_t longestReason = 500; ///< bytes
 /// Reports of how far a request is. A flattened document has one for each 500 objects.
 constexpr std::uint32_t maximumProgressReports = 1'000'000;
 
-/// Bytes of a file that the engine writes: flattened or printed.
+/// Bytes of a file that the engine writes, flattened or printed; the program gives it memory of
+/// this size. A million sheets of paper take 300 MB, and a file that holds tags and little else
+/// grows to twelve times its size when they are unpacked.
 constexpr std::uint64_t largestWrittenFile(std::uint64_t fileSize)
 {
-    return (std::uint64_t{4} << 30) + 16 * fileSize;
+    return (std::uint64_t{512} << 20) + 8 * fileSize;
 }

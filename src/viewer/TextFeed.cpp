@@ -121,7 +121,7 @@ QString TextFeed::show()
             gaps.append({storage->lineAt(gap.position),
                 lossSentences(gap.losses, LossSubject::isText).join(u' ')});
     }
-    theView->setGaps(gaps);
+    theView->setGaps(gaps, lossSentences(text.losses, LossSubject::isText));
     return whole;
 }
 

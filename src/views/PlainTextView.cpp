@@ -62,6 +62,7 @@ void PlainTextView::setTextStorage(std::shared_ptr<const TextStorage> storage)
     theStorage = storage ? std::move(storage) : std::make_shared<PlainTextStorage>();
     theLayout.setStorage(theStorage);
     theGaps.clear();
+    theMissing.clear();
     theIsDragging = false;
     theAutoScrollTimer.stop();
     theAnchor = theCaret = {};

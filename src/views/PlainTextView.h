@@ -48,8 +48,9 @@ public:
         QString note;
     };
     /// @param gaps in the order of their lines; notes for one line are joined. A new storage has
-    /// none.
-    void setGaps(const QList<Gap>& gaps);
+    /// none. @param missing all that is missing, in some sentences, which printing tells at its
+    /// end.
+    void setGaps(const QList<Gap>& gaps, const QStringList& missing = {});
     const QList<Gap>& gaps() const { return theGaps; }
     /// The note at a point of the viewport; empty where there is none.
     QString gapNoteAt(const QPointF& viewportPoint) const;
@@ -185,6 +186,7 @@ private:
 
     std::shared_ptr<const TextStorage> theStorage;
     QList<Gap> theGaps;
+    QStringList theMissing;
     TextViewLayout theLayout;
     TextPalette theColours;
     QFont theTextFont;

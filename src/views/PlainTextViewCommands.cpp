@@ -86,7 +86,7 @@ void PlainTextView::toggleWrap()
 void PlainTextView::print()
 {
     const QString name = thePrintName.isEmpty() ? window()->windowTitle() : thePrintName;
-    new TextPrintJob(theStorage, theTextFont, name, window());
+    new TextPrintJob(theStorage, theTextFont, name, theMissing, window());
 }
 
 void PlainTextView::contextMenuEvent(QContextMenuEvent* event)

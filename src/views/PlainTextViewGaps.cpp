@@ -7,9 +7,10 @@
 
 #include <algorithm>
 
-void PlainTextView::setGaps(const QList<Gap>& gaps)
+void PlainTextView::setGaps(const QList<Gap>& gaps, const QStringList& missing)
 {
     theGaps.clear();
+    theMissing = missing;
     std::vector<qsizetype> lines;
     for (const Gap& gap : gaps) {
         if (!lines.empty() && lines.back() == gap.line) {

@@ -22,12 +22,13 @@ constexpr int progressSteps = 1000;
 } // namespace
 
 TextPrintJob::TextPrintJob(std::shared_ptr<const TextStorage> storage, const QFont& font,
-    const QString& name, QWidget* window)
+    const QString& name, const QStringList& missing, QWidget* window)
     : QObject(window)
     , theStorage(std::move(storage))
     , theFont(font)
     , theWindow(window)
     , theName(name)
+    , theMissing(missing)
     , thePrinter(PrintSettings::makePrinter())
 {
     thePrinter->setDocName(name);
@@ -117,5 +118,6 @@ void TextPrintJob::end(const QString& reason)
         theProgress->reset();
     }
     deleteLater();
-    tellUser(printNotice({theName, thePath, thePrinter->printerName()}, reason), theWindow);
+    tellUser(
+        printNotice({theName, thePath, thePrinter->printerName(), theMissing}, reason), theWindow);
 }

@@ -4,6 +4,7 @@
 
 #include <QFont>
 #include <QObject>
+#include <QStringList>
 #include <QTimer>
 
 #include <memory>
@@ -25,9 +26,11 @@ class TextPrintJob : public QObject
     Q_OBJECT
 
 public:
-    /// @param window owns the job. @param name of the job and of a PDF file.
+    /// @param window owns the job. @param name of the job and of a PDF file. @param missing what
+    /// the
+    ///   text lacks, in sentences, to be told at the end.
     TextPrintJob(std::shared_ptr<const TextStorage> storage, const QFont& font, const QString& name,
-        QWidget* window);
+        const QStringList& missing, QWidget* window);
     ~TextPrintJob() override;
 
 private:
@@ -42,6 +45,7 @@ private:
     QFont theFont;
     QWidget* theWindow;
     QString theName;
+    QStringList theMissing;
     QString thePath; ///< of the file that is printed into
     PrintedFile* theFile = nullptr; ///< set while printing into one
     std::unique_ptr<QPrinter> thePrinter;

@@ -5,6 +5,7 @@
 
 #include "support/FileSizeLimit.h"
 #include "support/Files.h"
+#include "support/LostPages.h"
 #include "support/Panels.h"
 #include "support/PdfBuilder.h"
 
@@ -41,10 +42,12 @@ private slots:
     void refusesTheOpenedFileBeforeItAsks();
     void proposesNoOpenedFile();
     void aFailedExportKeepsWhatStoodThere();
+    void saysWhatIsMissing();
     void panelGoesWithADocumentThatIsStillWanted();
     void whatWasTakenOutlivesTheDocument();
 
 private:
+    void open(const PdfBuilder& builder);
     ExportPanel* begin(ExportKind kind)
     {
         ExportSource source;
@@ -90,14 +93,19 @@ void TestDocumentExport::init()
     theHome = std::make_unique<QTemporaryDir>();
     QVERIFY(theHome->isValid());
     PdfBuilder builder;
-    builder.addPage("First page").addPage("Second\nline");
+    open(builder.addPage("First page").addPage("Second\nline"));
+    theWindow = std::make_unique<DocumentWindow>(u"Test Window"_s);
+    theWindow->show();
+    writeFile(path(u"a.pdf"_s), "the opened file");
+}
+
+void TestDocumentExport::open(const PdfBuilder& builder)
+{
+    theText.reset();
     theDocument = std::make_unique<PDFDocument>(*FileBytes::copy(builder.bytes()));
     QSignalSpy opened(theDocument.get(), &PDFDocument::opened);
     QVERIFY(opened.wait(20'000));
     theText = std::make_unique<PDFDocumentText>(theDocument.get());
-    theWindow = std::make_unique<DocumentWindow>(u"Test Window"_s);
-    theWindow->show();
-    writeFile(path(u"a.pdf"_s), "the opened file");
 }
 
 void TestDocumentExport::cleanup()
@@ -276,6 +284,26 @@ void TestDocumentExport::aFailedExportKeepsWhatStoodThere()
         QCOMPARE(notice(), u"“%1” has not been written: File too large."_s.arg(name));
     }
     QCOMPARE(names().size(), 4);
+}
+
+/// What there is, is written; what is missing from it is said with the success.
+void TestDocumentExport::saysWhatIsMissing()
+{
+    open(LostPages::secondOfThree());
+    const std::tuple<ExportKind, QString, QString> kinds[] = {
+        {ExportKind::isFlatPDF, u"a.pdf-flat.pdf"_s, u"Page 2 was written empty: "_s},
+        {ExportKind::isPlainText, u"a.pdf.text"_s, u"No text from page 2: "_s},
+        {ExportKind::isRichText, u"a.pdf.rtf"_s, u"No text from page 2: "_s},
+    };
+    for (const auto& [kind, name, sentence] : kinds) {
+        confirm(begin(kind));
+        QTRY_VERIFY(isIdle());
+        QVERIFY(names().contains(name));
+        QCOMPARE(theWindow->noticeLine()->unread().value(0).kind, Notice::Kind::isIncomplete);
+        const QString said = notice();
+        QVERIFY2(said.startsWith(sentence), qPrintable(said));
+        QVERIFY2(said.contains(u"“%1” has been written"_s.arg(name)), qPrintable(said));
+    }
 }
 
 void TestDocumentExport::panelGoesWithADocumentThatIsStillWanted()

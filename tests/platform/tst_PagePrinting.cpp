@@ -3,7 +3,10 @@
 #include "platform/PagePrintJob.h"
 #include "platform/PagePrinting.h"
 #include "platform/PrintSettings.h"
+#include "platform/frame/DocumentWindow.h"
+#include "platform/frame/NoticeLine.h"
 
+#include "support/LostPages.h"
 #include "support/PageContents.h"
 #include "support/PdfBuilder.h"
 
@@ -15,7 +18,6 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QWidget>
 
 #include <csignal>
 
@@ -73,7 +75,7 @@ public:
     QTemporaryDir folder;
     QString path;
     std::unique_ptr<QPrinter> printer;
-    QWidget window;
+    DocumentWindow window{QStringLiteral("Test Window")};
     QStringList ends;
 };
 
@@ -86,6 +88,7 @@ class TestPagePrinting : public QObject
 private slots:
     void printsTheChosenPages();
     void paintsWhatTheEngineCannotWrite();
+    void saysWhatThePaperLacks();
     void leavesNothingWhenCancelled();
     void neverReplacesTheOpenedFile();
     void saysWhyThereIsNoFile();
@@ -148,6 +151,25 @@ void TestPagePrinting::paintsWhatTheEngineCannotWrite()
     QCOMPARE(colour(2, {300, 718}), QColor(Qt::green));
     QCOMPARE(colour(3, {300, 72 + 104}), QColor(Qt::green));
     QCOMPARE(colour(3, {300, 72 + 112}), QColor(Qt::white));
+}
+
+/// Written or painted, the paper lacks the same.
+void TestPagePrinting::saysWhatThePaperLacks()
+{
+    for (const bool isPainting : {false, true}) {
+        Fixture fixture(LostPages::secondOfThree());
+        fixture.window.show();
+        fixture.start();
+        if (isPainting)
+            fixture.loseEngine();
+        QTRY_COMPARE_WITH_TIMEOUT(fixture.ends, QStringList{QString()}, 60'000);
+        QCOMPARE(OpenedDocument(fixture.written().toStdString())->pageCount(), 3);
+        const Notice notice = fixture.window.noticeLine()->unread().value(0);
+        QCOMPARE(notice.kind, Notice::Kind::isIncomplete);
+        QVERIFY2(notice.text.startsWith(
+                     QStringLiteral("Page 2 was printed empty: it is too damaged to be read. ")),
+            qPrintable(notice.text));
+    }
 }
 
 void TestPagePrinting::leavesNothingWhenCancelled()

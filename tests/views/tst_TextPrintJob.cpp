@@ -32,6 +32,7 @@ private slots:
     void initTestCase();
     void init();
     void printsIntoAFile();
+    void saysWhatTheTextLacks();
     void proposesNoOpenedFile();
     void refusesTheOpenedFileBeforeItAsks();
     void aCancelledJobKeepsWhatStoodThere();
@@ -39,10 +40,10 @@ private slots:
 
 private:
     /// The dialog of a job that has just been begun.
-    QPrintDialog* begin(qsizetype lines = 3)
+    QPrintDialog* begin(qsizetype lines = 3, const QStringList& missing = {})
     {
         const auto text = std::make_shared<PlainTextStorage>(u"line\n"_s.repeated(lines));
-        theJob = new TextPrintJob(text, QFont(), u"report.pdf"_s, theWindow.get());
+        theJob = new TextPrintJob(text, QFont(), u"report.pdf"_s, missing, theWindow.get());
         return shown<QPrintDialog>();
     }
     static QLineEdit* field(const QPrintDialog* dialog)
@@ -95,6 +96,17 @@ void TestTextPrintJob::printsIntoAFile()
     QVERIFY(contentOf(path(u"report.pdf"_s)).startsWith("%PDF-"));
     QCOMPARE(notice(),
         u"“report.pdf” has been printed into “report.pdf” in “%1”."_s.arg(theHome->path()));
+}
+
+void TestTextPrintJob::saysWhatTheTextLacks()
+{
+    const QPrintDialog* const dialog = begin(3, {u"No text from page 2."_s});
+    answerNext(QMessageBox::Yes);
+    confirm(dialog);
+    QTRY_VERIFY(!theJob);
+    QVERIFY2(notice().startsWith(u"No text from page 2. “report.pdf” has been printed"_s),
+        qPrintable(notice()));
+    QCOMPARE(theWindow->noticeLine()->unread().first().kind, Notice::Kind::isIncomplete);
 }
 
 void TestTextPrintJob::proposesNoOpenedFile()

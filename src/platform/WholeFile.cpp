@@ -162,8 +162,9 @@ void WholeFile::takeOverPermissions() const
         return;
     mode_t mode = old.st_mode & (S_IRWXU | S_IRWXG | S_IRWXO);
     // Only the system's owner may give a file away: the user's stays the user's.
-    if (own.st_uid != old.st_uid) [[maybe_unused]]
-        const int error = ::fchown(theDescriptor, old.st_uid, static_cast<gid_t>(-1));
+    const bool isOther = own.st_uid != old.st_uid;
+    [[maybe_unused]] const int kept
+        = isOther ? ::fchown(theDescriptor, old.st_uid, static_cast<gid_t>(-1)) : 0;
     // What the old group was allowed is not for another one.
     if (own.st_gid != old.st_gid
         && ::fchown(theDescriptor, static_cast<uid_t>(-1), old.st_gid) != 0)

@@ -4,6 +4,7 @@
 #include "platform/PDFDocument.h"
 #include "platform/PDFView.h"
 #include "platform/PagePainter.h"
+#include "platform/ThumbnailPainter.h"
 #include "platform/TileLoader.h"
 
 #include <QHelpEvent>
@@ -80,8 +81,6 @@ public:
     QString title(int page) const;
     QString tip(int page) const;
     void describeFailures();
-    void paintLabel(QPainter& painter, int page, const QRect& area, bool isCurrent);
-    void paintMark(QPainter& painter, const QRect& paper);
 
     PDFThumbnailView* q;
     QPointer<PDFView> theView;
@@ -266,8 +265,8 @@ void PDFThumbnailView::Private::paintCell(QPainter& painter, int page)
         painter.drawRect(paper.adjusted(-3, -3, 2, 2));
     }
     if (theMarks.contains(page))
-        paintMark(painter, paper);
-    paintLabel(painter, page,
+        ThumbnailPainter::paintMark(painter, paper);
+    ThumbnailPainter::paintLabel(painter, *q, title(page),
         {area.left(), area.bottom() + 1 - labelHeight(), area.width(), labelHeight()}, isCurrent);
 }
 
@@ -276,46 +275,6 @@ QString PDFThumbnailView::Private::title(int page) const
 {
     const QString label = theDocument->pageLabel(page).simplified();
     return label.isEmpty() ? QString::number(page + 1) : label;
-}
-
-void PDFThumbnailView::Private::paintLabel(
-    QPainter& painter, int page, const QRect& area, bool isCurrent)
-{
-    const QString whole = title(page);
-    const QFontMetrics metrics = q->fontMetrics();
-    const QString label = metrics.elidedText(whole, Qt::ElideMiddle, area.width() - 8);
-    QRect pill = metrics.boundingRect(label).adjusted(-6, 0, 6, 0);
-    pill.setHeight(metrics.height());
-    pill.setWidth(metrics.horizontalAdvance(label) + 12);
-    pill.moveCenter(area.center());
-    if (isCurrent) {
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(q->palette().color(QPalette::Highlight));
-        painter.drawRoundedRect(pill, pill.height() / 2.0, pill.height() / 2.0);
-        painter.setRenderHint(QPainter::Antialiasing, false);
-    }
-    painter.setPen(
-        q->palette().color(isCurrent ? QPalette::HighlightedText : QPalette::WindowText));
-    painter.drawText(area, Qt::AlignCenter, label);
-}
-
-/// A ribbon that hangs over the upper edge.
-void PDFThumbnailView::Private::paintMark(QPainter& painter, const QRect& paper)
-{
-    const double width = std::clamp(paper.width() / 7.0, 6.0, 16.0);
-    const double left = paper.right() - 1.6 * width;
-    const double top = paper.top() - 2;
-    const double height = 1.7 * width;
-    const QPolygonF ribbon{
-        QList<QPointF>{{left, top}, {left + width, top}, {left + width, top + height},
-            {left + width / 2, top + height - width / 2}, {left, top + height}}};
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(QColor(120, 20, 20), 1));
-    painter.setBrush(QColor(214, 48, 49));
-    painter.drawPolygon(ribbon);
-    painter.restore();
 }
 
 void PDFThumbnailView::resizeEvent(QResizeEvent* event)

@@ -48,6 +48,14 @@ public:
         printer->setOutputFormat(QPrinter::PdfFormat);
         printer->setOutputFileName(path);
         printer->setPageSize(QPageSize(QPageSize::A4));
+        printer->setDocName(QStringLiteral("job"));
+        window.show();
+    }
+    /// What the user is told at the end.
+    QString notice() const
+    {
+        const QList<Notice> unread = window.noticeLine()->unread();
+        return unread.size() == 1 ? unread.first().text : QString::number(unread.size());
     }
     PagePrinting* start()
     {
@@ -92,6 +100,7 @@ private slots:
     void leavesNothingWhenCancelled();
     void neverReplacesTheOpenedFile();
     void saysWhyThereIsNoFile();
+    void saysWhereThePagesAreAndWhatIsMissing();
     void tellsTheQueueHowPagesLie();
 };
 
@@ -206,6 +215,22 @@ void TestPagePrinting::saysWhyThereIsNoFile()
     fixture.start();
     QCOMPARE(fixture.ends.size(), 1);
     QVERIFY(!fixture.ends.first().isEmpty());
+    QCOMPARE(
+        fixture.notice(), QStringLiteral("“job” has not been printed: No such file or directory."));
+}
+
+void TestPagePrinting::saysWhereThePagesAreAndWhatIsMissing()
+{
+    for (const bool isWhole : {true, false}) {
+        Fixture fixture(isWhole ? threePages() : LostPages::secondOfThree());
+        fixture.start();
+        QTRY_COMPARE(fixture.ends, QStringList{QString()});
+        const QString where = QStringLiteral("“job” has been printed into “printed.pdf” in “%1”.")
+                                  .arg(fixture.folder.path());
+        QVERIFY(fixture.notice().endsWith(where));
+        QCOMPARE(fixture.notice() == where, isWhole);
+        QVERIFY(isWhole || fixture.notice().startsWith(QStringLiteral("Page 2 ")));
+    }
 }
 
 void TestPagePrinting::tellsTheQueueHowPagesLie()

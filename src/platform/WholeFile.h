@@ -15,8 +15,9 @@
 /// behind, and what stood there as it was.
 ///
 /// Where the name is a link, the file that it leads to is replaced and the link stays. A replaced
-/// file's permissions and, where that is allowed, its group and owner are those of the new one; a
-/// file that may not be written is not replaced.
+/// file's permissions and, where that is allowed, its group and owner are those of the new one:
+/// as with any file that is renamed over another, write protection does not keep it from being
+/// replaced.
 class WholeFile : public OutputFile
 {
 public:

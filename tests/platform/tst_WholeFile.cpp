@@ -183,15 +183,13 @@ void TestWholeFile::replacesBehindALink()
 void TestWholeFile::keepsPermissions()
 {
     const QByteArray name = path(u"a.pdf"_s).toLocal8Bit();
-    QCOMPARE(::chmod(name.constData(), 0640), 0);
-    QCOMPARE(writeWhole(path(u"a.pdf"_s)), 0);
-    struct stat status = {};
-    QCOMPARE(::stat(name.constData(), &status), 0);
-    QCOMPARE(status.st_mode & 07777U, 0640U);
-    if (::geteuid() == 0)
-        return; // may write anything
-    QCOMPARE(::chmod(name.constData(), 0440), 0);
-    QCOMPARE(writeWhole(path(u"a.pdf"_s)), EACCES);
+    for (const mode_t mode : {0640U, 0440U}) {
+        QCOMPARE(::chmod(name.constData(), mode), 0);
+        QCOMPARE(writeWhole(path(u"a.pdf"_s)), 0);
+        struct stat status = {};
+        QCOMPARE(::stat(name.constData(), &status), 0);
+        QCOMPARE(status.st_mode & 07777U, mode);
+    }
 }
 
 void TestWholeFile::refusesWhatIsNoFile()

@@ -59,8 +59,8 @@ bool isSound(const PDFPageText& text, PDFTextDetail detail)
     if (detail != PDFTextDetail::isWithQuads)
         return true;
     require(text.quads.size() == text.string.size(), "a quad for each unit");
-    for (const QPolygonF& quad : text.quads)
-        for (const QPointF& corner : quad)
+    for (const PDFQuad& quad : text.quads)
+        for (const QPointF& corner : QPolygonF(quad))
             checkPoint(corner);
     return true;
 }

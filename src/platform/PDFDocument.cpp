@@ -68,6 +68,7 @@ public:
         int lostPages = 0;
         qint64 lostTime = 0; ///< milliseconds that the lost pages have taken
         QElapsedTimer age = {}; ///< of the present page's request
+        std::uint64_t characters = 0;
     };
     void askText(const std::shared_ptr<TextRun>& run, int page);
     void deliverText(
@@ -213,7 +214,7 @@ void PDFDocument::Private::measureFrom(int first)
     job.kind = EngineRequest::isMeasure;
     job.priority = PDFEngineJob::Priority::isBackground;
     job.payload = payload.bytes();
-    job.accept = [measures, count](PayloadReader& reader, const QByteArray&) {
+    job.decode = [measures, count](PayloadReader& reader) {
         const auto answer = readMeasureAnswer(reader, count);
         *measures = answer.value_or(QList<PDFPageMeasure>());
         return answer.has_value();
@@ -365,7 +366,7 @@ void PDFDocument::Private::askText(const std::shared_ptr<TextRun>& run, int page
     job.kind = EngineRequest::isText;
     job.timeLimit = thePageTimeLimit;
     job.payload = payload.bytes();
-    job.accept = [text, detail = run->detail](PayloadReader& reader, const QByteArray&) {
+    job.decode = [text, detail = run->detail](PayloadReader& reader) {
         auto answer = readTextAnswer(reader, detail);
         *text = std::move(answer).value_or(PDFPageText());
         return answer.has_value();
@@ -393,6 +394,9 @@ void PDFDocument::Private::deliverText(
             || run->lostTime > qint64{maximumSlowPages} * pdfPageTimeLimit)
             return request->finish(failure);
     }
+    run->characters += static_cast<std::uint64_t>(text.string.size());
+    if (run->characters > maximumDocumentCharacters(theBytes.size()))
+        return request->finish(PDFFailure::isOutOfMemory);
     // The next page is read while this one is being looked at.
     if (page < run->last)
         askText(run, page + 1);
@@ -435,10 +439,15 @@ PDFLinksRequest* PDFDocument::requestLinks(int page, QObject* parent)
     PDFEngineJob job;
     job.kind = EngineRequest::isLinks;
     job.payload = payload.bytes();
-    job.accept = [request, count = pageCount()](PayloadReader& reader, const QByteArray&) {
-        const auto links = readLinksAnswer(reader, count);
-        request->theLinks = links.value_or(QList<PDFLink>());
-        return links.has_value();
+    const auto links = std::make_shared<QList<PDFLink>>();
+    job.decode = [links, count = pageCount()](PayloadReader& reader) {
+        auto answer = readLinksAnswer(reader, count);
+        *links = std::move(answer).value_or(QList<PDFLink>());
+        return answer.has_value();
+    };
+    job.accept = [request, links](PayloadReader&, const QByteArray&) {
+        request->theLinks = std::move(*links);
+        return true;
     };
     d->submitForPage(d->thePages, request, std::move(job), page);
     return request;
@@ -449,10 +458,15 @@ PDFOutlineRequest* PDFDocument::requestOutline(QObject* parent)
     auto* const request = new PDFOutlineRequest(parent);
     PDFEngineJob job;
     job.kind = EngineRequest::isOutline;
-    job.accept = [request, count = pageCount()](PayloadReader& reader, const QByteArray&) {
-        const auto outline = readOutlineAnswer(reader, count);
-        request->theOutline = outline.value_or(PDFOutline());
-        return outline.has_value();
+    const auto outline = std::make_shared<PDFOutline>();
+    job.decode = [outline, count = pageCount()](PayloadReader& reader) {
+        auto answer = readOutlineAnswer(reader, count);
+        *outline = std::move(answer).value_or(PDFOutline());
+        return answer.has_value();
+    };
+    job.accept = [request, outline](PayloadReader&, const QByteArray&) {
+        request->theOutline = std::move(*outline);
+        return true;
     };
     d->submit(d->thePages, request, std::move(job));
     return request;

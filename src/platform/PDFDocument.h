@@ -199,7 +199,8 @@ public:
     void setPageTimeLimit(int milliseconds);
 
     /// Texts of the pages from first to last, both included, in that order. Fails when the
-    /// document cannot be opened again, or when pages keep ending the engine.
+    /// document cannot be opened again, when pages keep ending the engine, or when there is more
+    /// text than a document may have (maximumDocumentCharacters()).
     PDFTextRequest* requestText(int first, int last, PDFTextDetail detail, QObject* parent);
 
     /// A part of a page, painted on white with annotations and form fields.

@@ -1,8 +1,10 @@
 #include "platform/PDFEngineAnswers.h"
 
 #include "platform/PDFFontName.h"
+#include "platform/PageTextGeometry.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 
@@ -133,21 +135,25 @@ QString takeString(PayloadReader& reader, std::uint32_t count)
     return string;
 }
 
-/// One polygon for each UTF-16 unit; the engine sends one for each code point.
-QList<QPolygonF> takeQuads(PayloadReader& reader, std::uint32_t count, const QString& string)
+PDFQuad takeQuad(PayloadReader& reader)
 {
-    QList<QPolygonF> quads;
+    std::array<QPointF, 4> corners;
+    for (QPointF& corner : corners)
+        corner = takePoint(reader);
+    return PDFQuad(corners);
+}
+
+/// One quad for each UTF-16 unit; the engine sends one for each code point.
+QList<PDFQuad> takeQuads(PayloadReader& reader, std::uint32_t count, const QString& string)
+{
+    QList<PDFQuad> quads;
     if (!reader.holds(count, 8 * sizeof(float)))
         return quads;
     quads.reserve(string.size());
     while (quads.size() < string.size()) {
         const QChar unit = string.at(quads.size());
-        QPolygonF quad(4);
-        for (QPointF& corner : quad)
-            corner = takePoint(reader);
-        if (unit == u'\n')
-            quad.clear();
-        quads.append(quad);
+        const PDFQuad quad = takeQuad(reader);
+        quads.append(unit == u'\n' ? PDFQuad() : quad);
         if (unit.isHighSurrogate())
             quads.append(quad);
     }
@@ -206,8 +212,10 @@ std::optional<PDFPageText> readTextAnswer(PayloadReader& reader, PDFTextDetail d
     if (count > maximumPageCharacters)
         return std::nullopt;
     text.string = takeString(reader, count);
-    if (detail == PDFTextDetail::isWithQuads)
+    if (detail == PDFTextDetail::isWithQuads) {
         text.quads = takeQuads(reader, count, text.string);
+        text.blocks = PageTextGeometry::blocksOf(text.quads);
+    }
     if (detail == PDFTextDetail::isWithAttributes && !takeRuns(reader, text.string, text.runs))
         return std::nullopt;
     if (!reader.isDone())

@@ -3,7 +3,10 @@
 #include "platform/PDFEngineAnswers.h"
 #include "platform/PDFEngineProcess.h"
 
+#include <QFuture>
 #include <QPointer>
+#include <QPromise>
+#include <QThreadPool>
 
 namespace {
 
@@ -16,6 +19,14 @@ constexpr int graceForGivenUp = 250; ///< milliseconds
 constexpr int maximumFailedStarts = 2;
 constexpr int maximumNonsenses = 3;
 constexpr qint64 millisecondsBetweenProgress = 50;
+constexpr qsizetype longestResultReadAtOnce = 64 * 1024; ///< bytes
+
+/// Threads for results; a scan may keep the program's other pool busy for a while.
+QThreadPool& readers()
+{
+    static QThreadPool pool;
+    return pool;
+}
 
 PayloadReader readerOf(const QByteArray& payload)
 {
@@ -107,7 +118,7 @@ PDFEngineClient::Number PDFEngineClient::submit(PDFEngineJob job)
     const Key key{job.priority, isLatestFirst ? -qint64{number} : qint64{number}};
     theKeys.emplace(number, key);
     theQueue.emplace(key, std::make_pair(number, std::move(job)));
-    if (theState == State::isOff)
+    if (theState == State::isOff && !theJob)
         startEngine();
     else if (theState == State::isBroken)
         QMetaObject::invokeMethod(this, &PDFEngineClient::failWaitingJobs, Qt::QueuedConnection);
@@ -121,17 +132,19 @@ void PDFEngineClient::giveUp(Number number)
     if (const auto place = theKeys.find(number); place != theKeys.end()) {
         theQueue.erase(place->second);
         theKeys.erase(place);
-    } else if (theJob && theJob->first == number && theState == State::isBusy) {
+    } else if (theJob && theJob->first == number
+        && (theState == State::isBusy || theResultIsBeingRead)) {
         theJob->second.finish = nullptr;
         theJob->second.progress = nullptr;
         theJob->second.accept = nullptr;
-        theLimit.start(graceForGivenUp);
+        if (!theResultIsBeingRead)
+            theLimit.start(graceForGivenUp);
     }
 }
 
 void PDFEngineClient::startNextJob()
 {
-    if (theState != State::isIdle || theQueue.empty())
+    if (theState != State::isIdle || theQueue.empty() || theJob)
         return;
     auto entry = theQueue.extract(theQueue.begin());
     theJob = std::move(entry.mapped());
@@ -205,18 +218,48 @@ void PDFEngineClient::takeJobAnswer(EngineAnswer kind, const QByteArray& payload
     PayloadReader reader = readerOf(payload);
     if (kind == EngineAnswer::isProgress)
         return takeProgress(payload);
-    if (kind == EngineAnswer::isDone) {
-        const auto& accept = theJob->second.accept;
-        if (accept && (!accept(reader, payload) || !reader.isDone()))
-            return distrustEngine();
-        return endJob(PDFFailure::isNone);
-    }
+    if (kind == EngineAnswer::isDone)
+        return takeResult(payload);
     const auto fault = static_cast<EngineFault>(reader.take<quint8>());
     if (kind != EngineAnswer::isFailed || !reader.isDone())
         return distrustEngine();
     if (fault == EngineFault::isOutOfMemory)
         return loseEngine(PDFFailure::isOutOfMemory);
     endJob(PDFFailure::isDamaged);
+}
+
+void PDFEngineClient::takeResult(const QByteArray& payload)
+{
+    theLimit.stop();
+    const auto& decode = theJob->second.decode;
+    if (decode && payload.size() > longestResultReadAtOnce)
+        return readElsewhere(payload);
+    PayloadReader reader = readerOf(payload);
+    finishResult(payload, !decode || decode(reader));
+}
+
+void PDFEngineClient::readElsewhere(const QByteArray& payload)
+{
+    theResultIsBeingRead = true;
+    const auto promise = std::make_shared<QPromise<bool>>();
+    promise->start();
+    promise->future().then(this, [this, payload](bool isSound) { finishResult(payload, isSound); });
+    readers().start([promise, payload, decode = theJob->second.decode] {
+        PayloadReader reader = readerOf(payload);
+        promise->addResult(decode(reader));
+        promise->finish();
+    });
+}
+
+void PDFEngineClient::finishResult(const QByteArray& payload, bool isSound)
+{
+    theResultIsBeingRead = false;
+    const auto& accept = theJob->second.accept;
+    PayloadReader reader = readerOf(payload);
+    const bool isWhole = theJob->second.decode != nullptr; // which has read it to its end
+    if (!isSound || (accept && (!accept(reader, payload) || (!isWhole && !reader.isDone()))))
+        return distrustEngine();
+    endJob(PDFFailure::isNone);
 }
 
 /// Of many reports a second, which would hold up the event loop, a few are passed on.
@@ -259,6 +302,8 @@ void PDFEngineClient::loseEngine(PDFFailure failure)
     const bool wasOpening = theState == State::isOpening;
     const bool isMissing = theEngine && !theEngine->hasStarted();
     stopEngine();
+    if (theResultIsBeingRead)
+        return; // the engine had sent it whole
     if (!wasOpening && theNonsenses > maximumNonsenses) {
         theState = State::isBroken;
         theBreakage = failure;

@@ -37,8 +37,13 @@ struct PDFEngineJob
     int timeLimit = pdfPageTimeLimit; ///< milliseconds from when the engine starts on it
     std::string payload;
     std::uint32_t largestResult = 0; ///< bytes; 0 for what the kind of request may bring at most
-    /// Takes the result, of which the reader is at the start. @returns false when it makes no
-    /// sense: the engine is then replaced and the job has failed.
+    /// Reads the result, of which the reader is at the start, into values that this function and
+    /// finish share. Long results are read in a thread of the pool. May be empty. @returns false
+    /// when the result makes no sense, as accept does.
+    std::function<bool(PayloadReader&)> decode;
+    /// Takes the result in the main thread, behind decode; the reader is at its start. May be
+    /// empty. @returns false when it makes no sense: the engine is then replaced and the job has
+    /// failed.
     std::function<bool(PayloadReader&, const QByteArray& payload)> accept;
     std::function<void(int done, int total)> progress; ///< may be empty
     std::function<void(PDFFailure)> finish; ///< called once, last of all; not after giveUp()
@@ -121,6 +126,10 @@ private:
     void takeFacts(const QByteArray& payload);
     void takeLock(const QByteArray& payload);
     void takeProgress(const QByteArray& payload);
+    void takeResult(const QByteArray& payload);
+    void readElsewhere(const QByteArray& payload);
+    /// @param isSound what decode made of the result.
+    void finishResult(const QByteArray& payload, bool isSound);
     void loseEngine(PDFFailure failure);
     /// Ends an engine that has sent what no engine sends.
     void distrustEngine();
@@ -140,6 +149,7 @@ private:
     int theFailedStarts = 0;
     int theNonsenses = 0;
     std::uint32_t theProgressReports = 0; ///< of the present job
+    bool theResultIsBeingRead = false; ///< by a thread; the engine may be gone meanwhile
     QElapsedTimer theSinceProgress;
     PDFFailure theBreakage = PDFFailure::isEngineDead; ///< what every job fails with when broken
     QTimer theLimit;

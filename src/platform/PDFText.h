@@ -2,9 +2,10 @@
 
 #include "platform/PDFLosses.h"
 
+#include "platform/PDFQuad.h"
+
 #include <QColor>
 #include <QList>
-#include <QPolygonF>
 #include <QString>
 
 /// A stretch of a page's text in one font, size and colour.
@@ -29,8 +30,12 @@ struct PDFPageText
     /// Where each UTF-16 unit of string stands: four corners (upper left, upper right, lower right,
     /// lower left) in page space: points of 1/72 inch, origin in the upper left corner of the page
     /// as shown unrotated by the viewer, y downwards. Both units of a surrogate pair share one;
-    /// line ends have an empty polygon. Empty unless quads were asked for.
-    QList<QPolygonF> quads;
+    /// line ends have none. Empty unless quads were asked for.
+    QList<PDFQuad> quads;
+    /// What each quadBlock quads of quads reach over, one after the other; with them the characters
+    /// of one place are found among millions. Empty where that has not been worked out.
+    QList<QRectF> blocks;
+    static constexpr qsizetype quadBlock = 256;
     /// Covers string without gaps, in order. Empty unless attributes were asked for.
     QList<PDFTextRun> runs;
     PDFLoss loss = PDFLoss::isNone; ///< what is missing of the text, and why

@@ -3,9 +3,12 @@
 #include "platform/PDFViewAccessible.h"
 #include "platform/PDFViewPrivate.h"
 #include "platform/PagePainter.h"
+#include "platform/ReleaseElsewhere.h"
 
 #include <QAccessible>
 #include <QScrollBar>
+
+#include <utility>
 
 namespace {
 
@@ -58,7 +61,10 @@ PDFView::PDFView(QWidget* parent)
     viewport()->grabGesture(Qt::PinchGesture);
 }
 
-PDFView::~PDFView() = default;
+PDFView::~PDFView()
+{
+    releaseElsewhere(std::exchange(d->theHighlights, {}));
+}
 
 void PDFView::setDocument(PDFDocument* document, PDFDocumentText* text)
 {

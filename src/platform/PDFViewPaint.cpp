@@ -1,6 +1,7 @@
 #include "platform/PDFViewPrivate.h"
 
 #include "platform/PagePainter.h"
+#include "platform/TextMarker.h"
 
 #include <QPaintEvent>
 #include <QPainter>
@@ -119,7 +120,7 @@ void PDFView::Private::paint(QPainter& painter, const QRect& exposed)
                 theTiles.failure(page), ratio},
             deviceOrigin(page), clip.toAlignedRect(), theTiles.cache());
         painter.restore();
-        paintOverlays(painter, page);
+        paintOverlays(painter, page, exposed);
     }
     if (q->hasFocus()) {
         painter.setPen(q->palette().color(QPalette::Highlight));
@@ -136,54 +137,32 @@ QPolygonF PDFView::Private::polygonInView(int page, const QPolygonF& polygon) co
     return shown;
 }
 
-QList<PDFSelection::Range> PDFView::Private::highlightsOn(int page) const
-{
-    const auto startsBefore = [](const PDFSelection& match, int wanted) {
-        return match.isEmpty() || match.ranges().last().page < wanted;
-    };
-    QList<PDFSelection::Range> ranges;
-    for (auto match
-         = std::lower_bound(theHighlights.begin(), theHighlights.end(), page, startsBefore);
-         match != theHighlights.end() && !match->isEmpty() && match->ranges().first().page <= page;
-         ++match) {
-        for (const PDFSelection::Range& range : match->ranges()) {
-            if (range.page == page)
-                ranges.append(range);
-        }
-    }
-    return ranges;
-}
-
-void PDFView::Private::paintOverlays(QPainter& painter, int page)
+void PDFView::Private::paintOverlays(QPainter& painter, int page, const QRect& exposed)
 {
     const PDFPageText* const text = theDetails.text(page);
-    if (!text)
+    if (!text || (theHighlights.isEmpty() && theSelection.isEmpty()))
         return;
-    const auto fill = [&](const PDFSelection::Range& range, const QColor& colour) {
-        painter.setBrush(colour);
-        for (const QPolygonF& outline :
-            PageTextGeometry::outlines(*text, range.start, range.length))
-            painter.drawPolygon(polygonInView(page, outline));
-    };
+    TextMarker marker(painter, *text,
+        theGeometry.pageArea(page, QRectF(exposed).translated(theOrigin)),
+        [this, page](const QPolygonF& polygon) { return polygonInView(page, polygon); });
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setCompositionMode(QPainter::CompositionMode_Multiply);
     painter.setPen(Qt::NoPen);
-    for (const PDFSelection::Range& range : highlightsOn(page))
-        fill(range, highlightColour);
+    marker.fillMatches(theHighlights, page, highlightColour);
     // Ranges are in document order: a whole book may be selected.
     const auto& ranges = theSelection.ranges();
     auto range = std::lower_bound(ranges.begin(), ranges.end(), page,
         [](const PDFSelection::Range& one, int wanted) { return one.page < wanted; });
     const bool isPulsing = thePulse.state() == QAbstractAnimation::Running;
     for (; range != ranges.end() && range->page == page; ++range) {
-        fill(*range, selectionColour(q->palette()));
+        marker.fill(*range, selectionColour(q->palette()));
         if (!isPulsing)
             continue;
         const double strength = thePulse.currentValue().toDouble();
         painter.setPen(
             QPen(pulseColour, 14 * strength, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-        fill(*range, pulseColour);
+        marker.fill(*range, pulseColour);
         painter.setPen(Qt::NoPen);
     }
     painter.restore();

@@ -86,9 +86,8 @@ public:
     void wantTiles();
     QList<TileKey> tilesToWant(const PageGeometry::PageRange& shown) const;
     void paint(QPainter& painter, const QRect& exposed);
-    void paintOverlays(QPainter& painter, int page);
+    void paintOverlays(QPainter& painter, int page, const QRect& exposed);
     QPolygonF polygonInView(int page, const QPolygonF& polygon) const;
-    QList<PDFSelection::Range> highlightsOn(int page) const;
 
     // Selection (PDFViewSelection.cpp)
     void setEnds(const PDFTextPosition& anchor, const PDFTextPosition& focus);

@@ -1,10 +1,13 @@
 #include "platform/PDFViewPrivate.h"
 
+#include "platform/ReleaseElsewhere.h"
+
 #include <QApplication>
 #include <QClipboard>
 #include <QStyle>
 
 #include <algorithm>
+#include <utility>
 
 qsizetype PDFView::Private::lengthOfPage(int page) const
 {
@@ -80,7 +83,7 @@ void PDFView::Private::animateSelection()
 
 void PDFView::setHighlights(const QList<PDFSelection>& matches)
 {
-    d->theHighlights = matches;
+    releaseElsewhere(std::exchange(d->theHighlights, matches));
     viewport()->update();
 }
 
@@ -108,7 +111,8 @@ void PDFView::Private::reveal()
         theDetails.want(shownPages());
         return;
     }
-    const QList<QPolygonF> outlines = PageTextGeometry::outlines(*text, range.start, range.length);
+    const QList<QPolygonF> outlines = PageTextGeometry::outlines(
+        *text, range.start, std::min<qsizetype>(range.length, PDFPageText::quadBlock));
     if (outlines.isEmpty())
         return showPage(range.page);
     const QRectF target = polygonInView(range.page, outlines.first()).boundingRect();

@@ -4,9 +4,14 @@
 
 namespace {
 
-/// A character with its quad takes about 150 bytes: 30 MB.
-constexpr qsizetype mostCharacters = 200'000;
+/// A character with its quad takes 38 bytes. Beyond these the pages that do not show are forgotten.
+constexpr qsizetype mostCharacters = 400'000;
 constexpr qsizetype mostPagesOfLinks = 200;
+constexpr qsizetype mostLinks = 40'000;
+/// Beyond these nothing more is fetched, even for pages that show: at the smallest scale hundreds
+/// may, and each may hold all that a page can.
+constexpr qsizetype mostShownCharacters = 6'000'000;
+constexpr qsizetype mostShownLinks = 200'000;
 
 template<class Request> void giveUp(QPointer<Request>& request)
 {
@@ -37,6 +42,7 @@ void PageDetails::setDocument(PDFDocument* document)
 void PageDetails::want(const PageGeometry::PageRange& pages)
 {
     theWanted = pages;
+    forgetFarTexts();
     if (theTextRequest && !pages.contains(theTextPage))
         giveUp(theTextRequest);
     if (theLinksRequest && !pages.contains(theLinksPage))
@@ -63,7 +69,7 @@ int PageDetails::firstMissing(bool ofText) const
 void PageDetails::fetchText()
 {
     const int page = firstMissing(true);
-    if (page < 0 || theTextRequest || !theDocument)
+    if (page < 0 || theTextRequest || !theDocument || characters() > mostShownCharacters)
         return;
     theTextPage = page;
     theTextRequest = theDocument->requestText(page, page, PDFTextDetail::isWithQuads, this);
@@ -84,12 +90,17 @@ void PageDetails::takeText(int page, const PDFPageText& text)
     emit pageChanged(page);
 }
 
-void PageDetails::forgetFarTexts()
+qsizetype PageDetails::characters() const
 {
     qsizetype total = 0;
-    for (const PDFPageText& text : std::as_const(theTexts))
+    for (const PDFPageText& text : theTexts)
         total += text.string.size();
-    if (total < mostCharacters && theTexts.size() < mostPagesOfLinks)
+    return total;
+}
+
+void PageDetails::forgetFarTexts()
+{
+    if (characters() < mostCharacters && theTexts.size() < mostPagesOfLinks)
         return;
     theTexts.removeIf([this](const auto& entry) { return !theWanted.contains(entry.key()); });
 }
@@ -99,8 +110,13 @@ void PageDetails::fetchLinks()
     const int page = firstMissing(false);
     if (page < 0 || theLinksRequest || !theDocument)
         return;
-    if (theLinks.size() >= mostPagesOfLinks)
+    qsizetype total = 0;
+    for (const QList<PDFLink>& links : std::as_const(theLinks))
+        total += links.size();
+    if (theLinks.size() >= mostPagesOfLinks || total >= mostLinks)
         theLinks.removeIf([this](const auto& entry) { return !theWanted.contains(entry.key()); });
+    if (total > mostShownLinks)
+        return;
     theLinksPage = page;
     theLinksRequest = theDocument->requestLinks(page, this);
     connect(theLinksRequest, &PDFRequest::finished, this, [this, page] {

@@ -38,6 +38,7 @@ private:
     void fetchLinks();
     void takeText(int page, const PDFPageText& text);
     void forgetFarTexts();
+    qsizetype characters() const; ///< of the texts that are kept
     int firstMissing(bool ofText) const;
 
     QPointer<PDFDocument> theDocument;

@@ -138,19 +138,22 @@ double PageGeometry::widthOf(const PageRange& pages) const
 PagePlace PageGeometry::placeAt(const QPointF& content) const
 {
     const int page = pageAt(content.y());
-    if (page < 0)
-        return {};
+    return page < 0 ? PagePlace() : PagePlace{page, pointOn(page, content)};
+}
+
+QPointF PageGeometry::pointOn(int page, const QPointF& content) const
+{
     const QPointF inside = (content - pageRect(page).topLeft()) / theScale;
     const QSizeF size = theSizes[static_cast<std::size_t>(page)];
     switch (theRotation) {
     case 1:
-        return {page, {inside.y(), size.height() - inside.x()}};
+        return {inside.y(), size.height() - inside.x()};
     case 2:
-        return {page, {size.width() - inside.x(), size.height() - inside.y()}};
+        return {size.width() - inside.x(), size.height() - inside.y()};
     case 3:
-        return {page, {size.width() - inside.y(), inside.x()}};
+        return {size.width() - inside.y(), inside.x()};
     default:
-        return {page, inside};
+        return inside;
     }
 }
 
@@ -173,6 +176,12 @@ QPointF PageGeometry::contentPoint(const PagePlace& place) const
 QRectF PageGeometry::contentRect(int page, const QRectF& area) const
 {
     return QRectF(contentPoint({page, area.topLeft()}), contentPoint({page, area.bottomRight()}))
+        .normalized();
+}
+
+QRectF PageGeometry::pageArea(int page, const QRectF& content) const
+{
+    return QRectF(pointOn(page, content.topLeft()), pointOn(page, content.bottomRight()))
         .normalized();
 }
 

@@ -76,6 +76,9 @@ public:
     QPointF contentPoint(const PagePlace& place) const;
     /// A rectangle in page space, in content space.
     QRectF contentRect(int page, const QRectF& area) const;
+    /// The other way round: where an area of the content lies in a page's space. Precondition: 0 <=
+    /// page < pageCount().
+    QRectF pageArea(int page, const QRectF& content) const;
 
     /// Pixels for a point at which pages fill a width: the widest page decides, unless it is more
     /// than twice as wide as most, so that a single poster does not make every page small.
@@ -84,6 +87,7 @@ public:
     double scaleForPage(int page, const QSizeF& view) const;
 
 private:
+    QPointF pointOn(int page, const QPointF& content) const;
     bool isTurned() const { return theRotation % 2 != 0; }
     QSizeF turnedSize(int page) const;
     void rebuild();

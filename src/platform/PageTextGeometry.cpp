@@ -27,20 +27,26 @@ qsizetype nearestCharacter(const PDFPageText& text, const QPointF& point, double
 {
     qsizetype nearest = -1;
     distance = std::numeric_limits<double>::infinity();
-    for (qsizetype index = 0; index < text.quads.size(); ++index) {
-        const QPolygonF& quad = text.quads.at(index);
-        if (quad.size() < corners)
+    constexpr qsizetype step = PDFPageText::quadBlock;
+    for (qsizetype start = 0; start < text.quads.size(); start += step) {
+        const qsizetype block = start / step;
+        if (block < text.blocks.size() && squaredDistance(text.blocks.at(block), point) >= distance)
             continue;
-        const double candidate = squaredDistance(quad.boundingRect(), point);
-        if (candidate < distance) {
-            nearest = index;
-            distance = candidate;
+        for (qsizetype index = start; index < std::min(start + step, text.quads.size()); ++index) {
+            const PDFQuad& quad = text.quads.at(index);
+            if (quad.isEmpty())
+                continue;
+            const double candidate = squaredDistance(quad.boundingRect(), point);
+            if (candidate < distance) {
+                nearest = index;
+                distance = candidate;
+            }
         }
     }
     return nearest;
 }
 
-QPointF middleOf(const QPolygonF& quad)
+QPointF middleOf(const PDFQuad& quad)
 {
     return (quad.at(upperLeft) + quad.at(upperRight) + quad.at(lowerRight) + quad.at(lowerLeft))
         / 4;
@@ -66,7 +72,7 @@ bool runsLeft(const PDFPageText& text, qsizetype index)
     const qsizetype other = isPlaced(index + 1) ? index + 1 : index - 1;
     if (!isPlaced(other))
         return false;
-    const QPolygonF& quad = text.quads.at(index);
+    const PDFQuad& quad = text.quads.at(index);
     const QPointF along = quad.at(upperRight) - quad.at(upperLeft);
     const QPointF to = middleOf(text.quads.at(other)) - middleOf(quad);
     return (QPointF::dotProduct(to, along) < 0) == (other > index);
@@ -75,7 +81,7 @@ bool runsLeft(const PDFPageText& text, qsizetype index)
 /// Whether a point lies in the half of a character that is nearer to what follows it.
 bool isBehindMiddle(const PDFPageText& text, qsizetype index, const QPointF& point)
 {
-    const QPolygonF& quad = text.quads.at(index);
+    const PDFQuad& quad = text.quads.at(index);
     const QPointF along = quad.at(upperRight) - quad.at(upperLeft);
     const double right = QPointF::dotProduct(point - middleOf(quad), along);
     return runsLeft(text, index) ? right < 0 : right > 0;
@@ -83,7 +89,7 @@ bool isBehindMiddle(const PDFPageText& text, qsizetype index, const QPointF& poi
 
 /// Makes a quad part of an outline where they stand side by side on one line, whichever is on the
 /// left. @returns whether they do.
-bool join(QPolygonF& run, const QPolygonF& next)
+bool join(QPolygonF& run, const PDFQuad& next)
 {
     const double height = QLineF(run.at(upperLeft), run.at(lowerLeft)).length();
     const double slack = std::max(0.5, height * 0.4);
@@ -190,12 +196,12 @@ QList<QPolygonF> PageTextGeometry::outlines(
     // Both units of a surrogate pair share a quad; marks and the further letters of a ligature have
     // none of their own: they stand without width within the run.
     const auto addsNothing = [&text](qsizetype index) {
-        const QPolygonF& quad = text.quads.at(index);
+        const PDFQuad& quad = text.quads.at(index);
         return quad == text.quads.at(index - 1) || quad.at(upperLeft) == quad.at(upperRight);
     };
     bool mayContinue = false;
     for (qsizetype index = first; index < end; ++index) {
-        const QPolygonF& quad = text.quads.at(index);
+        const PDFQuad& quad = text.quads.at(index);
         if (quad.size() < corners) {
             mayContinue = false;
         } else if (!mayContinue) {
@@ -206,4 +212,47 @@ QList<QPolygonF> PageTextGeometry::outlines(
         }
     }
     return runs;
+}
+
+QList<QRectF> PageTextGeometry::blocksOf(const QList<PDFQuad>& quads)
+{
+    QList<QRectF> blocks;
+    blocks.reserve(quads.size() / PDFPageText::quadBlock + 1);
+    for (qsizetype start = 0; start < quads.size(); start += PDFPageText::quadBlock) {
+        const qsizetype end = std::min(start + PDFPageText::quadBlock, quads.size());
+        double edges[] = {1e9, 1e9, -1e9, -1e9};
+        for (qsizetype index = start; index < end; ++index) {
+            if (quads.at(index).isEmpty())
+                continue;
+            const QRectF box = quads.at(index).boundingRect();
+            edges[0] = std::min(edges[0], box.left());
+            edges[1] = std::min(edges[1], box.top());
+            edges[2] = std::max(edges[2], box.right());
+            edges[3] = std::max(edges[3], box.bottom());
+        }
+        const bool hasPlaces = edges[0] <= edges[2];
+        blocks.append(hasPlaces ? QRectF(QPointF(edges[0], edges[1]), QPointF(edges[2], edges[3]))
+                                : QRectF());
+    }
+    return blocks;
+}
+
+QList<PageTextGeometry::Stretch> PageTextGeometry::stretchesIn(
+    const PDFPageText& text, const QRectF& area)
+{
+    if (text.blocks.isEmpty())
+        return {{0, text.string.size()}};
+    constexpr qsizetype step = PDFPageText::quadBlock;
+    QList<Stretch> stretches;
+    for (qsizetype block = 0; block < text.blocks.size(); ++block) {
+        const QRectF& box = text.blocks.at(block);
+        // Characters without width show as well, once they are selected.
+        if (box.left() > area.right() || box.right() < area.left() || box.top() > area.bottom()
+            || box.bottom() < area.top())
+            continue;
+        if (stretches.isEmpty() || stretches.constLast().end < block * step)
+            stretches.append({block * step, block * step});
+        stretches.last().end = std::min((block + 1) * step, text.quads.size());
+    }
+    return stretches;
 }

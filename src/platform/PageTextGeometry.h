@@ -41,6 +41,19 @@ PDFSelection::Range lineAt(const QString& string, int page, qsizetype index);
 PDFSelection selectionBetween(const PDFTextPosition& one, const PDFTextPosition& other,
     const std::function<qsizetype(int page)>& lengthOf);
 
+/// What blocks of quads reach over (PDFPageText::blocks); a null rectangle for one without places.
+QList<QRectF> blocksOf(const QList<PDFQuad>& quads);
+
+/// A part of a page's text, in UTF-16 units.
+struct Stretch
+{
+    qsizetype start = 0;
+    qsizetype end = 0;
+};
+/// The parts of a text that may show in an area, in page space: ascending, apart from each other,
+/// and with more than shows. The whole text where its blocks are not known.
+QList<Stretch> stretchesIn(const PDFPageText& text, const QRectF& area);
+
 /// Outlines of a stretch in page space: one polygon for each run of characters that stand side by
 /// side. The stretch is cut to the text.
 QList<QPolygonF> outlines(const PDFPageText& text, qsizetype start, qsizetype length);

@@ -6,6 +6,7 @@
 #include "platform/PDFThumbnailView.h"
 #include "platform/PDFView.h"
 #include "platform/PagePrinter.h"
+#include "platform/ReleaseElsewhere.h"
 #include "platform/StoredValues.h"
 #include "platform/ViewFlags.h"
 #include "platform/frame/CommandRouter.h"
@@ -24,6 +25,8 @@
 #include <QMenu>
 #include <QSettings>
 #include <QShowEvent>
+
+#include <utility>
 
 namespace {
 
@@ -90,6 +93,7 @@ ViewController::~ViewController()
 {
     // The strip looks at the page view, which may be gone before it.
     theOutlets.thumbnailView->setPDFView(nullptr);
+    releaseElsewhere(std::exchange(theMatches, {}));
 }
 
 void ViewController::setThePDFView(PDFView* view)

@@ -5,6 +5,7 @@
 #include "platform/LossText.h"
 #include "platform/PDFDocumentText.h"
 #include "platform/PDFView.h"
+#include "platform/ReleaseElsewhere.h"
 #include "viewer/DocumentSearch.h"
 #include "viewer/SearchField.h"
 #include "viewer/SearchStepper.h"
@@ -15,6 +16,7 @@
 #include <QMenu>
 
 #include <limits>
+#include <utility>
 
 void ViewController::connectSearch()
 {
@@ -76,13 +78,13 @@ void ViewController::doSearchAction()
 /// The matches of another text are not to be stepped through while these are looked for.
 void ViewController::forgetMatches()
 {
-    theMatches.clear();
+    releaseElsewhere(std::exchange(theMatches, {}));
     theOutlets.pdfView->setHighlights({});
 }
 
 void ViewController::takeMatches(const QList<PDFSelection>& matches, const PDFLosses& losses)
 {
-    theMatches = matches;
+    releaseElsewhere(std::exchange(theMatches, matches));
     theOutlets.pdfView->setHighlights(matches);
     ui->searchProgress->clear();
     if (!losses.isEmpty())

@@ -25,7 +25,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// What the program may take for anything that an engine says.
-constexpr qint64 mostMebibytes = 2000;
+constexpr qint64 mostMebibytes = 1500;
 
 /// A line of /proc/self/status, in mebibytes.
 qint64 mebibytes(const QByteArray& name)

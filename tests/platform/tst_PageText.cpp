@@ -95,7 +95,7 @@ void TestPageText::joinsSurrogates()
     // What one glyph stands for begins where the glyph does, and nothing reaches beyond it.
     QCOMPARE(leftOf(text, 0), 72.0);
     const double width = 6 * double(characters.size());
-    for (const QPolygonF& quad : text.quads.first(text.quads.size() - 1))
+    for (const PDFQuad& quad : text.quads.first(text.quads.size() - 1))
         QVERIFY(quad.boundingRect().right() <= 72 + width + 0.01);
 }
 

@@ -1,6 +1,9 @@
 #include "platform/PageTextGeometry.h"
 #include "platform/PrintPagination.h"
+#include "platform/TextMarker.h"
 
+#include <QImage>
+#include <QPainter>
 #include <QTest>
 
 namespace {
@@ -29,7 +32,7 @@ PDFPageText page(const QString& string)
 PDFPageText pageFromRight(const QString& string)
 {
     PDFPageText text = page(string);
-    for (QPolygonF& quad : text.quads) {
+    for (PDFQuad& quad : text.quads) {
         const double left = 290 - (quad.isEmpty() ? 0 : quad.at(0).x());
         if (!quad.isEmpty())
             quad.translate(left - quad.at(0).x(), 0);
@@ -55,6 +58,8 @@ private slots:
     void findsWordsAndLines();
     void selectsBetweenPlaces();
     void joinsOutlines();
+    void findsTheSameByBlocks();
+    void marksWithinReason();
     void splitsPagesOverSheets_data();
     void splitsPagesOverSheets();
 };
@@ -153,6 +158,63 @@ void TestPageTextGeometry::joinsOutlines()
     emoji.quads[4].translate(-20, 0);
     QCOMPARE(PageTextGeometry::outlines(emoji, 0, 5).size(), 1);
     QCOMPARE(PageTextGeometry::outlines(text, -3, std::numeric_limits<qsizetype>::max()).size(), 2);
+}
+
+/// Blocks are a way to look at less, never at something else.
+void TestPageTextGeometry::findsTheSameByBlocks()
+{
+    PDFPageText text = page(QString(QStringLiteral("0123456789\n")).repeated(100));
+    const QList<QPointF> points = {{0, 0}, {105, 105}, {155, 900}, {500, 1320}, {104, 5000}};
+    const auto found = [&text, &points] {
+        QList<qsizetype> characters;
+        for (const QPointF& point : points)
+            characters << PageTextGeometry::characterAt(text, point)
+                       << PageTextGeometry::nearestPosition(text, point);
+        return characters;
+    };
+    const QList<qsizetype> withoutBlocks = found();
+    QCOMPARE(PageTextGeometry::stretchesIn(text, QRectF(0, 0, 1, 1)).size(), 1);
+    text.blocks = PageTextGeometry::blocksOf(text.quads);
+    QCOMPARE(text.blocks.size(), (text.string.size() + 255) / 256);
+    QCOMPARE(found(), withoutBlocks);
+    const auto shown = PageTextGeometry::stretchesIn(text, QRectF(0, 700, 600, 10));
+    QCOMPARE(shown.size(), 1);
+    const qsizetype line = 11 * 30;
+    QVERIFY(shown.first().start <= line && shown.first().end >= line + 10);
+    QVERIFY(shown.first().end - shown.first().start <= 2 * PDFPageText::quadBlock);
+}
+
+/// A page may pile up millions of characters in one place.
+void TestPageTextGeometry::marksWithinReason()
+{
+    PDFPageText text;
+    text.string = QString(300'000, u'e');
+    for (qsizetype index = 0; index < text.string.size(); ++index) {
+        const int x = index % 2 != 0 ? 400 : 0; // apart, so that no two make one outline
+        text.quads.append(QPolygonF(QRectF(x, 100, 60, 60)));
+    }
+    text.blocks = PageTextGeometry::blocksOf(text.quads);
+    QList<PDFSelection> matches;
+    for (qsizetype index = 0; index < text.string.size(); ++index)
+        matches.append(PDFSelection({3, index, 1}));
+    QImage image(600, 800, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    qsizetype outlines = 0;
+    const auto toView = [&outlines](const QPolygonF& polygon) {
+        ++outlines;
+        return polygon;
+    };
+    TextMarker marker(painter, text, image.rect(), toView);
+    marker.fillMatches(matches, 3, Qt::yellow);
+    marker.fill({3, 0, text.string.size()}, Qt::cyan);
+    QVERIFY2(outlines > 100 && outlines < 11'000, QByteArray::number(outlines));
+    QCOMPARE(image.pixel(30, 130), QColor(Qt::yellow).rgb());
+    TextMarker elsewhere(painter, text, QRectF(0, 500, 600, 100), toView);
+    outlines = 0;
+    elsewhere.fillMatches(matches, 3, Qt::red);
+    elsewhere.fill({3, 0, text.string.size()}, Qt::red);
+    QCOMPARE(outlines, 0);
 }
 
 void TestPageTextGeometry::splitsPagesOverSheets_data()

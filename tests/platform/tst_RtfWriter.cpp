@@ -32,7 +32,7 @@ PDFTextRun run(qsizetype start, qsizetype length, const char* family, double siz
 AttributedText attributed(const QString& string, const QList<PDFTextRun>& runs = {})
 {
     AttributedText text;
-    text.append({string, {}, runs});
+    text.append({string, {}, {}, runs});
     return text;
 }
 
@@ -88,7 +88,7 @@ void TestRtfWriter::attributesSurvive()
     AttributedText text = attributed(u"Title\nbody"_s,
         {run(0, 6, "Times New Roman", 18, 0xff0000, "b"), run(6, 4, "DejaVu Sans", 10.5, 0)});
     text.append({});
-    text.append({u"body, slanted"_s, {},
+    text.append({u"body, slanted"_s, {}, {},
         {run(0, 6, "DejaVu Sans", 10.5, 0), run(6, 7, "Times New Roman", 18, 0x20ff, "bi")}});
     const RtfReader reader(RtfWriter::write(text));
     QCOMPARE(reader.text, u"Title\nbodybody, slanted"_s);

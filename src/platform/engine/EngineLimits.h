@@ -45,3 +45,9 @@ constexpr std::uint64_t largestWrittenFile(std::uint64_t fileSize)
 {
     return (std::uint64_t{512} << 20) + 8 * fileSize;
 }
+
+/// Characters of all pages of a document: what a book of 20,000 pages has, and more for large files.
+constexpr std::uint64_t maximumDocumentCharacters(std::uint64_t fileSize)
+{
+    return 50'000'000 + 16 * fileSize;
+}

@@ -4,7 +4,6 @@
 #include "platform/PDFEngineClient.h"
 
 #include <QElapsedTimer>
-#include <QHash>
 #include <QPointer>
 #include <QTimer>
 
@@ -22,6 +21,8 @@ static_assert(maximumSheets * printSheetSize < maximumRequestSize);
 /// The first batch is what shows at once; 1000 pages take the engine some 10 ms.
 constexpr int firstBatch = 100;
 constexpr int laterBatch = maximumMeasuredPages;
+/// UTF-16 units of all labels; pages behind have their number. Four million usual labels have half.
+constexpr qsizetype mostLabelUnits = 64'000'000;
 /// Pages that keep ending the engine when they are measured keep the size that stood in for theirs.
 constexpr int maximumLostBatches = 3;
 /// A document whose pages keep ending the engine is given up, rather than waited for page by page:
@@ -50,6 +51,7 @@ public:
     void takeFacts(const QByteArray& payload);
     void refuse(const QString& reason);
     void measureFrom(int first);
+    void keepLabel(int page, const QString& label);
     void takeMeasures(int first, int count, const QList<PDFPageMeasure>& measures);
 
     /// Hands a job to an engine on behalf of a request, which hears of its end.
@@ -84,7 +86,8 @@ public:
     QString theRefusal;
     QSizeF theFirstSize;
     QList<QSizeF> theSizes; ///< of the pages that have been measured
-    QHash<int, QString> theLabels;
+    QList<QString> theLabels; ///< null for pages without; ends behind the last page with one
+    qsizetype theLabelUnits = 0; ///< of all labels
     int theLostBatches = 0;
     int thePageTimeLimit = pdfPageTimeLimit;
     std::map<Culprit, PDFFailure> theCulprits;
@@ -134,8 +137,13 @@ QSizeF PDFDocument::pageSize(int page) const
 QString PDFDocument::pageLabel(int page) const
 {
     assert(page >= 0 && page < pageCount());
-    const auto label = d->theLabels.constFind(page);
-    return label != d->theLabels.constEnd() ? *label : QString::number(page + 1);
+    const QStringView label = ownPageLabel(page);
+    return label.isNull() ? QString::number(page + 1) : label.toString();
+}
+
+QStringView PDFDocument::ownPageLabel(int page) const
+{
+    return page < d->theLabels.size() ? QStringView(d->theLabels.at(page)) : QStringView();
 }
 
 QString PDFDocument::refusalReason() const
@@ -231,12 +239,21 @@ void PDFDocument::Private::takeMeasures(int first, int count, const QList<PDFPag
     for (int index = 0; index < measures.size(); ++index) {
         theSizes.append(measures.at(index).size);
         if (measures.at(index).label)
-            theLabels.insert(first + index, *measures.at(index).label);
+            keepLabel(first + index, *measures.at(index).label);
     }
     if (measures.isEmpty())
         return;
     measureFrom(first + count);
     emit q->pagesMeasured(first, count);
+}
+
+void PDFDocument::Private::keepLabel(int page, const QString& label)
+{
+    theLabelUnits += label.size();
+    if (theLabelUnits > mostLabelUnits)
+        return;
+    theLabels.resize(page + 1);
+    theLabels.last() = label.isNull() ? QStringLiteral("") : label;
 }
 
 void PDFDocument::Private::finishLater(PDFRequest* request, PDFFailure failure)

@@ -178,6 +178,9 @@ public:
     /// page so far; cut to 255 characters. Empty where the document gives the page neither number
     /// nor prefix: a page without a label. Labels arrive with the sizes.
     QString pageLabel(int page) const;
+    /// The label that the document defines for a page; null where it defines none. Valid until the
+    /// event loop runs.
+    QStringView ownPageLabel(int page) const;
 
     /// Why the document was refused, as a sentence for the user; empty otherwise.
     QString refusalReason() const;

@@ -83,10 +83,8 @@ void PDFView::setDocument(PDFDocument* document, PDFDocumentText* text)
     d->theEndsAreSet = false;
     d->theCopyWaits = false;
     d->takeSelection({});
-    QList<QSizeF> sizes;
-    for (int page = 0; document && page < document->pageCount(); ++page)
-        sizes.append(document->pageSize(page));
-    d->theGeometry.setPages(sizes);
+    d->theGeometry.setPages(document ? document->pageCount() : 0,
+        [document](int page) { return document->pageSize(page); });
     d->watchDocument();
     d->watchText();
     d->theCurrentPage = -1;

@@ -2,44 +2,39 @@
 
 #include <algorithm>
 
-namespace {
-
-/// How much wider than the median page one may be and still decide what "fit the width" means.
-constexpr double widestOutlier = 2;
-
-double fittingWidth(std::vector<double> widths)
+PageExtents::SizeOf PageGeometry::turnedSizes() const
 {
-    if (widths.empty())
-        return 1;
-    const auto middle = widths.begin() + static_cast<std::ptrdiff_t>(widths.size() / 2);
-    std::nth_element(widths.begin(), middle, widths.end());
-    const double limit = *middle * widestOutlier;
-    double widest = *middle;
-    for (const double width : widths) {
-        if (width <= limit)
-            widest = std::max(widest, width);
-    }
-    return widest;
+    return [this](int page) { return turnedSize(page); };
 }
-
-} // namespace
 
 void PageGeometry::setPages(const QList<QSizeF>& sizes)
 {
-    theSizes.assign(sizes.begin(), sizes.end());
-    rebuild();
+    setPages(static_cast<int>(sizes.size()), [&sizes](int page) { return sizes.at(page); });
+}
+
+void PageGeometry::setPages(int count, const std::function<QSizeF(int page)>& sizeOf)
+{
+    theSizes.clear();
+    theSizes.reserve(static_cast<std::size_t>(count));
+    for (int page = 0; page < count; ++page)
+        theSizes.push_back(sizeOf(page));
+    theExtents.setPages(count, turnedSizes());
 }
 
 void PageGeometry::setPageSizes(int first, const QList<QSizeF>& sizes)
 {
+    if (sizes.isEmpty())
+        return;
+    const int count = static_cast<int>(sizes.size());
+    theExtents.forget(first, count, turnedSizes());
     std::copy(sizes.begin(), sizes.end(), theSizes.begin() + first);
-    rebuild();
+    theExtents.learn(first, count, turnedSizes());
 }
 
 void PageGeometry::setRotation(int quarterTurns)
 {
     theRotation = ((quarterTurns % 4) + 4) % 4;
-    rebuild();
+    theExtents.setPages(pageCount(), turnedSizes());
 }
 
 QSizeF PageGeometry::turnedSize(int page) const
@@ -48,23 +43,9 @@ QSizeF PageGeometry::turnedSize(int page) const
     return isTurned() ? size.transposed() : size;
 }
 
-void PageGeometry::rebuild()
-{
-    theHeightsBefore.assign(1, 0);
-    theHeightsBefore.reserve(theSizes.size() + 1);
-    std::vector<double> widths;
-    widths.reserve(theSizes.size());
-    for (int page = 0; page < pageCount(); ++page) {
-        const QSizeF size = turnedSize(page);
-        theHeightsBefore.push_back(theHeightsBefore.back() + size.height());
-        widths.push_back(size.width());
-    }
-    theFittingWidth = fittingWidth(std::move(widths));
-}
-
 double PageGeometry::pageTop(int page) const
 {
-    return theHeightsBefore[static_cast<std::size_t>(page)] * theScale + gap * (page + 1);
+    return theExtents.heightBefore(page, turnedSizes()) * theScale + gap * (page + 1);
 }
 
 double PageGeometry::contentHeight() const
@@ -187,7 +168,7 @@ QRectF PageGeometry::pageArea(int page, const QRectF& content) const
 
 double PageGeometry::scaleForWidth(double width) const
 {
-    return std::max(1.0, width - 2 * gap) / theFittingWidth;
+    return std::max(1.0, width - 2 * gap) / theExtents.fittingWidth();
 }
 
 double PageGeometry::scaleForPage(int page, const QSizeF& view) const

@@ -1,10 +1,13 @@
 #pragma once
 
+#include "platform/PageExtents.h"
+
 #include <QList>
 #include <QPointF>
 #include <QRectF>
 #include <QSizeF>
 
+#include <functional>
 #include <vector>
 
 /// A place on a page that stays the same under zoom, rotation and newly known page sizes.
@@ -21,8 +24,8 @@ struct PagePlace
 ///
 /// Content space, in device-independent pixels: x from that axis (negative to the left), y
 /// downwards from the upper end of the content. Doubles throughout: 100,000 large pages at a large
-/// zoom are more pixels than an int counts. Looking a page up takes O(log n), changing sizes,
-/// rotation or the number of pages O(n).
+/// zoom are more pixels than an int counts. Looking a page up takes O(log n), changing the sizes of
+/// a few pages little more than these, rotation or the number of pages O(n).
 ///
 /// Page sizes are in points as PDFDocument::pageSize() gives them: positive, bounded, unrotated.
 class PageGeometry
@@ -43,6 +46,7 @@ public:
 
     /// Starts again with these pages; scale and rotation stay.
     void setPages(const QList<QSizeF>& sizes);
+    void setPages(int count, const std::function<QSizeF(int page)>& sizeOf);
     /// Replaces the sizes from a page on. Precondition: they are pages that exist.
     void setPageSizes(int first, const QList<QSizeF>& sizes);
     int pageCount() const { return static_cast<int>(theSizes.size()); }
@@ -90,13 +94,11 @@ private:
     QPointF pointOn(int page, const QPointF& content) const;
     bool isTurned() const { return theRotation % 2 != 0; }
     QSizeF turnedSize(int page) const;
-    void rebuild();
+    PageExtents::SizeOf turnedSizes() const;
     double pageTop(int page) const;
 
     std::vector<QSizeF> theSizes;
-    /// Height in points of the pages before each page and, at the end, of all.
-    std::vector<double> theHeightsBefore{0};
-    double theFittingWidth = 1; ///< points; what scaleForWidth() fits
+    PageExtents theExtents; ///< of the pages as they are turned
     double theScale = 1;
     int theRotation = 0;
 };

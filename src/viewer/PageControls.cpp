@@ -98,9 +98,11 @@ void PageControls::goToEnteredPage()
     const PDFDocument* document = theView->document();
     if (!document)
         return;
-    const std::optional<int> page
-        = pageForInput(unitsOf(theWidgets.pageField->text()), document->pageCount(),
-            [document](int index) { return document->pageLabel(index).toStdU16String(); });
+    const std::optional<int> page = pageForInput(unitsOf(theWidgets.pageField->text()),
+        document->pageCount(), [document](int index) -> std::optional<std::u16string_view> {
+            const QStringView label = document->ownPageLabel(index);
+            return label.isNull() ? std::nullopt : std::optional(unitsOf(label));
+        });
     theWidgets.pageField->setModified(false);
     if (page) {
         theView->goToPage(*page);

@@ -3,7 +3,10 @@
 #include "platform/TileGrid.h"
 #include "platform/ViewHistory.h"
 
+#include <QRandomGenerator>
 #include <QTest>
+
+#include <algorithm>
 
 namespace {
 
@@ -43,6 +46,7 @@ private slots:
     void bringsPlacesThereAndBack();
     void keepsPlacesWhenSizesChange();
     void fitsWidths();
+    void staysTheSameByWhateverWaySizesCome();
     void stillTellsPixelsApartFarDown();
     void coversPagesWithTiles();
     void givesUpWhatIsFarthest();
@@ -116,6 +120,41 @@ void TestPageGeometry::fitsWidths()
     // A landscape page among them decides, a poster does not.
     QCOMPARE(geometry({letter, letter, {792, 612}}).scaleForWidth(1000), width / 792);
     QCOMPARE(geometry({letter, {14400, 100}, letter}).scaleForWidth(1000), width / 612);
+}
+
+/// Sizes of large documents come in pieces, and each piece is worked in without the others: the
+/// same must come of it as of all at once.
+void TestPageGeometry::staysTheSameByWhateverWaySizesCome()
+{
+    QRandomGenerator random(7);
+    QList<QSizeF> sizes(5000, letter);
+    PageGeometry pieces = geometry(sizes);
+    for (int round = 0; round < 60; ++round) {
+        const int first = random.bounded(5000);
+        const int count = 1 + random.bounded(std::min(1500, 5000 - first));
+        const QSizeF same(1 + random.bounded(900), 1 + random.bounded(900));
+        QList<QSizeF> piece;
+        for (int page = 0; page < count; ++page)
+            piece.append(
+                round % 2 ? same : QSizeF(1 + random.bounded(14400) / 3.0, 100 + page % 7));
+        std::copy(piece.begin(), piece.end(), sizes.begin() + first);
+        pieces.setPageSizes(first, piece);
+        if (round % 20 == 19)
+            pieces.setRotation(round);
+        const PageGeometry whole = geometry(sizes, 1, pieces.rotation());
+        QCOMPARE(pieces.scaleForWidth(1000), whole.scaleForWidth(1000));
+        for (const int page : {0, 1023, 1024, first, 4999})
+            QCOMPARE(pieces.pageRect(page), whole.pageRect(page));
+        QCOMPARE(pieces.pageAt(pieces.pageRect(first).center().y()), first);
+    }
+    // What fits is what the widths say, one by one.
+    std::vector<double> widths;
+    for (const QSizeF& size : sizes)
+        widths.push_back(pieces.rotation() % 2 ? size.height() : size.width());
+    std::sort(widths.begin(), widths.end());
+    const double limit = widths[widths.size() / 2] * 2;
+    const double widest = *std::prev(std::upper_bound(widths.begin(), widths.end(), limit));
+    QCOMPARE(pieces.scaleForWidth(1000), (1000 - 2 * gap) / widest);
 }
 
 void TestPageGeometry::stillTellsPixelsApartFarDown()

@@ -24,6 +24,7 @@
 #include <QFile>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QProgressDialog>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTreeView>
@@ -266,9 +267,12 @@ void visit(DocumentController& controller, const QString& path, int patience, bo
     QMetaObject::invokeMethod(
         &controller, [&controller, path] { controller.openFiles({path}); }, Qt::QueuedConnection);
     rest(50);
-    wait([&controller] { return !controller.isOpening() || QApplication::activeModalWidget(); },
-        3 * patience);
-    if (QWidget* const dialog = QApplication::activeModalWidget())
+    const auto question = [] {
+        QWidget* const dialog = QApplication::activeModalWidget();
+        return qobject_cast<QProgressDialog*>(dialog) ? nullptr : dialog;
+    };
+    wait([&] { return !controller.isOpening() || question(); }, 10 * patience);
+    if (QWidget* const dialog = question())
         dialog->close();
     if (Document* const document = documentOf(controller, path)) {
         Visit(document, patience).run();

@@ -3,6 +3,7 @@
 #include "document/DocumentExport.h"
 #include "document/IncrementalUpdate.h"
 #include "document/VersionExport.h"
+#include "platform/RunInPool.h"
 #include "platform/frame/DocumentWindow.h"
 
 #include <QWidget>
@@ -23,9 +24,16 @@ void Document::readFromData(const FileBytes& bytes)
     theText.reset();
     theRenderedDocument = std::make_unique<PDFDocument>(bytes);
     theBytes = bytes;
-    isUpdated = isIncrementallyUpdated(bytes.view());
+    // As long as the file: nothing to wait for.
+    theUpdateSearch = runInPool([bytes] { return isIncrementallyUpdated(bytes.view()); });
 
-    connect(theRenderedDocument.get(), &PDFDocument::opened, this, &Document::finishOpening);
+    // Windows show whether there are versions to export, so they wait for both.
+    connect(theRenderedDocument.get(), &PDFDocument::opened, this, [this] {
+        theUpdateSearch.then(this, [this, opened = theRenderedDocument.get()](bool) {
+            if (opened == theRenderedDocument.get())
+                finishOpening();
+        });
+    });
     connect(theRenderedDocument.get(), &PDFDocument::locked, this, &FrameDocument::locked);
     connect(theRenderedDocument.get(), &PDFDocument::refused, this, &FrameDocument::refused);
 }
@@ -49,7 +57,7 @@ void Document::makeWindowControllers()
 bool Document::validateCommand(const QString& command) const
 {
     if (command == QLatin1String("exportPDFversions"))
-        return isUpdated;
+        return isIncr();
     if (command == QLatin1String("openSource"))
         return theRegistry->knows(WindowIdentifiers::source);
     if (command == QLatin1String("openPlainPDF"))

@@ -7,6 +7,8 @@
 #include "platform/WindowRegistry.h"
 #include "platform/frame/FrameDocument.h"
 
+#include <QFuture>
+
 #include <memory>
 
 /// One opened PDF file: its bytes as read, the document that the PDF engine makes of them, and the
@@ -27,8 +29,9 @@ public:
     PDFDocument* thePDFDocument() const { return theRenderedDocument.get(); }
     /// The file's bytes, unchanged.
     const FileBytes& theData() const { return theBytes; }
-    /// The file carries incremental updates (isIncrementallyUpdated()).
-    bool isIncr() const { return isUpdated; }
+    /// The file carries incremental updates (isIncrementallyUpdated()). Found out in a thread;
+    /// asked for before opened(), this waits for it.
+    bool isIncr() const { return theUpdateSearch.isValid() && theUpdateSearch.result(); }
     /// The pages' text, fetched once and shared by every window; null before opened(). Whoever
     /// needs it calls fetch().
     PDFDocumentText* documentText() const { return theText.get(); }
@@ -62,5 +65,5 @@ private:
     std::unique_ptr<PDFDocument> theRenderedDocument;
     std::unique_ptr<PDFDocumentText> theText; // destroyed before the document that it reads
     FileBytes theBytes;
-    bool isUpdated = false;
+    QFuture<bool> theUpdateSearch; ///< of theBytes
 };

@@ -2,11 +2,9 @@
 
 #include "platform/PDFEngineAnswers.h"
 #include "platform/PDFEngineProcess.h"
+#include "platform/RunInPool.h"
 
-#include <QFuture>
 #include <QPointer>
-#include <QPromise>
-#include <QThreadPool>
 
 namespace {
 
@@ -20,13 +18,6 @@ constexpr int maximumFailedStarts = 2;
 constexpr int maximumNonsenses = 3;
 constexpr qint64 millisecondsBetweenProgress = 50;
 constexpr qsizetype longestResultReadAtOnce = 64 * 1024; ///< bytes
-
-/// Threads for results; a scan may keep the program's other pool busy for a while.
-QThreadPool& readers()
-{
-    static QThreadPool pool;
-    return pool;
-}
 
 PayloadReader readerOf(const QByteArray& payload)
 {
@@ -241,14 +232,11 @@ void PDFEngineClient::takeResult(const QByteArray& payload)
 void PDFEngineClient::readElsewhere(const QByteArray& payload)
 {
     theResultIsBeingRead = true;
-    const auto promise = std::make_shared<QPromise<bool>>();
-    promise->start();
-    promise->future().then(this, [this, payload](bool isSound) { finishResult(payload, isSound); });
-    readers().start([promise, payload, decode = theJob->second.decode] {
+    const auto read = [payload, decode = theJob->second.decode] {
         PayloadReader reader = readerOf(payload);
-        promise->addResult(decode(reader));
-        promise->finish();
-    });
+        return decode(reader);
+    };
+    runInPool(read).then(this, [this, payload](bool isSound) { finishResult(payload, isSound); });
 }
 
 void PDFEngineClient::finishResult(const QByteArray& payload, bool isSound)

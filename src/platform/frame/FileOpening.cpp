@@ -59,8 +59,12 @@ FileOpening::~FileOpening()
     isConcluded = true;
     delete thePrompt;
     delete theProgress;
-    if (theThread)
-        theThread->wait();
+    if (!theThread || theThread->isFinished())
+        return;
+    // Whoever cancels does not wait for the rest of a large file to be read.
+    theThread->disconnect(this);
+    connect(theThread.get(), &QThread::finished, theThread.get(), &QObject::deleteLater);
+    theThread.release(); // NOLINT(bugprone-unused-return-value): it owns itself from now on
 }
 
 void FileOpening::start()

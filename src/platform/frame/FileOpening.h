@@ -32,7 +32,7 @@ public:
     /// @param path absolute.
     /// @param asking the window that dialogs belong to, or null; may close meanwhile.
     FileOpening(const QString& path, MakeDocument makeDocument, QWidget* asking, QObject* parent);
-    /// Waits for the reading thread, if it is at work.
+    /// A reading thread that is at work ends by itself; nobody hears of it.
     ~FileOpening() override;
 
     const QString& path() const { return thePath; }

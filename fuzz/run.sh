@@ -42,7 +42,7 @@ keep() {
     name="$(sha1sum "$small" | cut -c1-8)"
     mkdir -p "fuzz/found/$1"
     cp "$small" "fuzz/found/$1/$name"
-    echo "$1 $name $(fault "$3" | sed 's/^==[0-9]*== *//')" >>fuzz/found/cases.txt
+    echo "$1 $name $(fault "$3" | sed 's/==[0-9]*==* *ERROR: //')" >>fuzz/found/cases.txt
     echo "$1: found/$1/$name: $(tail -n1 fuzz/found/cases.txt)"
     base64 -w0 "$small"
     echo

@@ -30,7 +30,10 @@ bool isPlain(char16_t unit)
 void checkInput(std::u16string_view typed, std::u16string_view label)
 {
     constexpr int pages = 3;
-    const auto page = pageForInput(typed, pages, [&](int) { return std::u16string(label); });
+    const auto page
+        = pageForInput(typed, pages, [&](int index) -> std::optional<std::u16string_view> {
+              return index == 0 ? std::nullopt : std::optional(label);
+          });
     require(!page || (*page >= 0 && *page < pages), "a page outside the document");
     const auto scale = scaleForInput(typed);
     require(!scale || (*scale >= 0.01 && *scale <= 100), "a magnification");

@@ -249,13 +249,16 @@ Document* documentOf(const DocumentController& controller, const QString& path)
 
 void print(const QString& path, bool all)
 {
-    const std::vector<Event> clock = application()->longest(&Event::wall, 1);
-    const std::vector<Event> events = application()->longest(&Event::processor, all ? 12 : 1);
-    std::printf("%-34s %7.0f ms  (clock %.0f)  %5lld MB", qPrintable(path.section(u'/', -1)),
-        events.front().processor, clock.front().wall, static_cast<long long>(megabytes("VmHWM")));
-    for (const Event& event : events)
-        std::printf("%s %s: %s, event %d, %.0f ms", all ? "\n   " : " ", event.phase,
-            event.receiver, event.type, event.processor);
+    std::printf("%-34s %5lld MB", qPrintable(path.section(u'/', -1)),
+        static_cast<long long>(megabytes("VmHWM")));
+    for (const auto measure : {&Event::processor, &Event::wall}) {
+        const std::vector<Event> events = application()->longest(measure, all ? 8 : 1);
+        std::printf(
+            "%s%s", all ? "\n  " : "  ", measure == &Event::wall ? "by the clock:" : "processor:");
+        for (const Event& event : events)
+            std::printf("%s %.0f ms (%s, %s, event %d)", all ? "\n   " : "", event.*measure,
+                event.phase, event.receiver, event.type);
+    }
     std::printf("\n");
     std::fflush(stdout);
 }

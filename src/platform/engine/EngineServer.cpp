@@ -152,10 +152,9 @@ int EngineServer::drawTile(PayloadReader& arguments, PayloadWriter& result)
     for (int* number : {&order.x, &order.y, &order.width, &order.height})
         *number = arguments.take<int>();
     const auto isSide = [](int side) { return side > 0 && side <= maximumTileSide; };
-    constexpr int farthest = 1 << 28;
-    if (!arguments.isDone() || !isSide(order.width) || !isSide(order.height)
-        || std::abs(order.x) > farthest || std::abs(order.y) > farthest
-        || !std::isfinite(order.scale) || order.scale <= 0)
+    const auto isPlace = [](int place) { return place >= -(1 << 28) && place <= 1 << 28; };
+    if (!arguments.isDone() || !isSide(order.width) || !isSide(order.height) || !isPlace(order.x)
+        || !isPlace(order.y) || !std::isfinite(order.scale) || order.scale <= 0)
         return FZ_ERROR_GENERIC;
     return theTiles.draw(order, result);
 }

@@ -139,9 +139,10 @@ void TestViewController::cancelledTextCanBeFetchedAgain()
     for (int page = 0; page < 300; ++page)
         builder.addPage("text");
     ViewerFixture viewer(builder);
+    // With the first page, as on a busy machine all could come before the next look.
+    connect(&viewer.text(), &PDFDocumentText::pageArrived, &viewer.text(), &PDFDocumentText::cancel,
+        static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
     viewer->show();
-    QTRY_VERIFY(viewer.text().arrivedCount() > 0);
-    viewer.text().cancel();
     QWidget* line = viewer.child<QWidget>("textProgress");
     QTRY_VERIFY(line->isVisible());
     const int arrived = viewer.text().arrivedCount();

@@ -9,14 +9,19 @@ namespace {
 // Searched within a few hundredths of a second, sooner than a thread's answer would be seen.
 constexpr qsizetype longestTextSearchedAtOnce = 300'000;
 
+constexpr qsizetype matchesBetweenStops = 10'000; // made in a few milliseconds
+
 QList<PDFSelection> matchesIn(const QList<QString>& pages, TextSearch& search,
     const std::stop_token& stop = {}, const BackgroundJob::Report& report = {})
 {
     QList<PDFSelection> matches;
     for (int page = 0; page < pages.size() && !stop.stop_requested(); ++page) {
-        for (const TextMatch& match : search.matches(unitsOf(pages.at(page)), stop))
+        for (const TextMatch& match : search.matches(unitsOf(pages.at(page)), stop)) {
             matches.append(PDFSelection(
                 {page, static_cast<qsizetype>(match.start), static_cast<qsizetype>(match.length)}));
+            if (matches.size() % matchesBetweenStops == 0 && stop.stop_requested())
+                break;
+        }
         if (report)
             report(page + 1);
     }

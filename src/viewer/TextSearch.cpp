@@ -139,9 +139,13 @@ std::vector<TextMatch> TextSearch::matches(std::u16string_view page, const std::
     SpellingRuns runs(thePattern, theFolded);
     const SpellingRuns::Accept acceptSpelled = std::cref(accept);
     std::size_t matched = 0;
+    std::size_t nextStop = 0;
     for (std::size_t i = 0; i < units.size(); ++i) {
-        if (i % unitsBetweenStops == 0 && stop.stop_requested())
-            break;
+        if (i >= nextStop) {
+            if (stop.stop_requested())
+                break;
+            nextStop = i + unitsBetweenStops;
+        }
         if (matched == 0 && runs.allowSkipping()) {
             i = units.find(thePattern.front(), i);
             if (i == std::u16string_view::npos)

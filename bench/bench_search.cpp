@@ -1,6 +1,6 @@
 // A search over the text of a book already fetched: a million characters, page after page.
 
-#include "viewer/TextSearch.h"
+#include "TextSearch.h"
 
 #include <benchmark/benchmark.h>
 

@@ -3,7 +3,7 @@
 // the scan took at its peak beyond the file's bytes.
 
 #include "analysis/SourceText.h"
-#include "platform/LargePages.h"
+#include "files/LargePages.h"
 
 #include <spawn.h>
 #include <sys/resource.h>

@@ -4,10 +4,10 @@
 
 #include "MeasuringApplication.h"
 
-#include "platform/FileBytes.h"
-#include "platform/PDFDocument.h"
-#include "platform/PDFThumbnailView.h"
-#include "platform/PDFView.h"
+#include "files/FileBytes.h"
+#include "pages/PDFThumbnailView.h"
+#include "pages/PDFView.h"
+#include "pdf/PDFDocument.h"
 
 #include <QHBoxLayout>
 #include <QTimer>

@@ -1,9 +1,9 @@
 // show_page [FILE]: shows a window with the first page of a file, without a display, and ends as
 // soon as the page is drawn. Without a file, shows the empty window: what the toolkit takes.
 
-#include "platform/FileBytes.h"
-#include "platform/PDFDocument.h"
-#include "platform/PDFView.h"
+#include "files/FileBytes.h"
+#include "pages/PDFView.h"
+#include "pdf/PDFDocument.h"
 
 #include <QApplication>
 #include <QTimer>

@@ -6,19 +6,19 @@
 
 #include "MeasuringApplication.h"
 
-#include "app/AppDelegate.h"
-#include "app/Windows.h"
+#include "AppDelegate.h"
+#include "PDFEngineProcess.h"
+#include "SearchField.h"
+#include "Windows.h"
 #include "document/Document.h"
+#include "files/LargePages.h"
+#include "frame/DocumentController.h"
+#include "frame/DocumentWindow.h"
 #include "inspector/SourceViewController.h"
-#include "platform/LargePages.h"
-#include "platform/PDFDocumentText.h"
-#include "platform/PDFEngineProcess.h"
-#include "platform/PDFView.h"
-#include "platform/frame/DocumentController.h"
-#include "platform/frame/DocumentWindow.h"
-#include "viewer/SearchField.h"
+#include "pages/PDFView.h"
+#include "pdf/PDFDocumentText.h"
+#include "text/PlainTextView.h"
 #include "viewer/ViewController.h"
-#include "views/PlainTextView.h"
 
 #include <QElapsedTimer>
 #include <QFile>

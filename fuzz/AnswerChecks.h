@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/PDFEngineAnswers.h"
+#include "PDFEngineAnswers.h"
 
 /// What an engine was asked for, as far as its answer has to fit.
 struct AskedFor

@@ -2,7 +2,7 @@
 
 #include "FuzzTarget.h"
 
-#include "platform/engine/EngineServer.h"
+#include "EngineServer.h"
 
 #include <sys/mman.h>
 #include <unistd.h>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/engine/EngineProtocol.h"
+#include "protocol/EngineProtocol.h"
 
 #include <string>
 #include <string_view>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/engine/EngineProtocol.h"
+#include "protocol/EngineProtocol.h"
 
 /// Appends a request as the program sends it.
 inline void appendRequest(std::string& requests, EngineRequest kind, std::string_view payload = {})

@@ -4,9 +4,9 @@
 
 #include "FuzzTarget.h"
 
-#include "platform/engine/EngineProtocol.h"
-#include "platform/engine/LogicalOrder.h"
-#include "platform/engine/SightOrder.h"
+#include "LogicalOrder.h"
+#include "SightOrder.h"
+#include "protocol/EngineProtocol.h"
 
 #include <iterator>
 

@@ -4,10 +4,10 @@
 
 #include "FuzzTarget.h"
 
-#include "views/LineSearch.h"
-#include "views/PlainTextStorage.h"
-#include "views/TextExtract.h"
-#include "views/TextWords.h"
+#include "LineSearch.h"
+#include "TextExtract.h"
+#include "TextWords.h"
+#include "text/PlainTextStorage.h"
 
 #include <QList>
 

@@ -2,10 +2,10 @@
 
 #include "FuzzTarget.h"
 
-#include "app/FeedEntries.h"
-#include "platform/BinaryPropertyList.h"
-#include "platform/TextPropertyList.h"
-#include "platform/XmlPropertyList.h"
+#include "BinaryPropertyList.h"
+#include "FeedEntries.h"
+#include "TextPropertyList.h"
+#include "XmlPropertyList.h"
 
 namespace {
 

@@ -3,8 +3,8 @@
 
 #include "FuzzTarget.h"
 
-#include "platform/RtfReader.h"
-#include "platform/RtfWriter.h"
+#include "RtfWriter.h"
+#include "export/RtfReader.h"
 
 #include <algorithm>
 

@@ -3,9 +3,9 @@
 
 #include "FuzzTarget.h"
 
-#include "viewer/CountLine.h"
-#include "viewer/PageInput.h"
-#include "viewer/TextSearch.h"
+#include "CountLine.h"
+#include "PageInput.h"
+#include "TextSearch.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "analysis/DecimalInteger.h"
+#include "DecimalInteger.h"
 
 #include <array>
 #include <charconv>

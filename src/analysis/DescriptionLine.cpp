@@ -1,6 +1,6 @@
-#include "analysis/DescriptionLine.h"
+#include "DescriptionLine.h"
 
-#include "analysis/DecimalInteger.h"
+#include "DecimalInteger.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #include "analysis/DictionaryParser.h"
 
-#include "analysis/DecimalInteger.h"
+#include "DecimalInteger.h"
 #include "analysis/StructureWords.h"
 
 #include <array>

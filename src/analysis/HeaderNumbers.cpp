@@ -1,6 +1,6 @@
 #include "analysis/HeaderNumbers.h"
 
-#include "analysis/DecimalInteger.h"
+#include "DecimalInteger.h"
 
 #include <cstddef>
 

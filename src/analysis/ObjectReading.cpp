@@ -1,4 +1,4 @@
-#include "analysis/ObjectReading.h"
+#include "ObjectReading.h"
 
 #include "analysis/DictionaryParser.h"
 #include "analysis/HeaderNumbers.h"

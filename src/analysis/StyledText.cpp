@@ -1,7 +1,7 @@
 #include "analysis/StyledText.h"
 
-#include "analysis/DecimalInteger.h"
-#include "analysis/DescriptionLine.h"
+#include "DecimalInteger.h"
+#include "DescriptionLine.h"
 #include "analysis/pdfObjectCatalog.h"
 
 #include <algorithm>

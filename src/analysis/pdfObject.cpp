@@ -1,8 +1,8 @@
 #include "analysis/pdfObject.h"
 
-#include "analysis/DecimalInteger.h"
-#include "analysis/DescriptionLine.h"
-#include "analysis/ObjectReading.h"
+#include "DecimalInteger.h"
+#include "DescriptionLine.h"
+#include "ObjectReading.h"
 #include "analysis/pdfObjectCatalog.h"
 
 #include <algorithm>

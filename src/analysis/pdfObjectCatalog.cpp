@@ -1,6 +1,6 @@
 #include "analysis/pdfObjectCatalog.h"
 
-#include "analysis/DecimalInteger.h"
+#include "DecimalInteger.h"
 
 #include <algorithm>
 #include <numeric>

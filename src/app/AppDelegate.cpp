@@ -1,10 +1,10 @@
-#include "app/AppDelegate.h"
+#include "AppDelegate.h"
 
-#include "app/StartView.h"
-#include "document/ExportJob.h"
-#include "platform/frame/CommandRouter.h"
-#include "platform/frame/DocumentController.h"
-#include "platform/frame/DocumentWindow.h"
+#include "StartView.h"
+#include "export/ExportJob.h"
+#include "frame/CommandRouter.h"
+#include "frame/DocumentController.h"
+#include "frame/DocumentWindow.h"
 #include "ui_MainMenu.h"
 
 #include <QApplication>

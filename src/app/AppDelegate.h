@@ -1,9 +1,9 @@
 #pragma once
 
-#include "app/PreferenceStore.h"
+#include "PreferenceStore.h"
 #include "document/Document.h"
-#include "platform/ViewFlags.h"
-#include "platform/WindowRegistry.h"
+#include "frame/ViewFlags.h"
+#include "frame/WindowRegistry.h"
 
 #include <QList>
 #include <QObject>

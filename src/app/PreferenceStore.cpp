@@ -1,6 +1,6 @@
-#include "app/PreferenceStore.h"
+#include "PreferenceStore.h"
 
-#include "platform/StoredValues.h"
+#include "frame/StoredValues.h"
 
 #include <QDateTime>
 #include <QSettings>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/Preferences.h"
+#include "Preferences.h"
 
 /// The preferences in the user's settings (QSettings), under their keys "noUpdateCheck",
 /// "updateCheckInt", "dateLastUpdateCheck", "showThumbnail", "showRawSource", "showSummarySource".

@@ -1,4 +1,4 @@
-#include "app/Preferences.h"
+#include "Preferences.h"
 
 double intervalInForce(const UpdatePreferences& preferences)
 {

@@ -1,4 +1,4 @@
-#include "app/QuitSignals.h"
+#include "QuitSignals.h"
 
 #include <QSocketNotifier>
 

@@ -1,7 +1,7 @@
-#include "app/StartView.h"
+#include "StartView.h"
 
-#include "platform/frame/DocumentWindow.h"
-#include "platform/frame/RecentFiles.h"
+#include "frame/DocumentWindow.h"
+#include "frame/RecentFiles.h"
 #include "ui_StartWindow.h"
 
 #include <QApplication>

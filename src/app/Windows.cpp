@@ -1,11 +1,11 @@
-#include "app/Windows.h"
+#include "Windows.h"
 
-#include "app/AppDelegate.h"
+#include "AppDelegate.h"
+#include "frame/DocumentWindow.h"
+#include "help/HelpViewController.h"
 #include "inspector/SourceViewController.h"
-#include "platform/frame/DocumentWindow.h"
+#include "plain/PlainPDFViewController.h"
 #include "viewer/ViewController.h"
-#include "views/HelpViewController.h"
-#include "views/PlainPDFViewController.h"
 
 void registerWindows(AppDelegate& delegate)
 {

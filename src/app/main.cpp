@@ -1,8 +1,8 @@
-#include "app/AppDelegate.h"
-#include "app/QuitSignals.h"
-#include "app/UpdateCheck.h"
-#include "app/Windows.h"
-#include "platform/LargePages.h"
+#include "AppDelegate.h"
+#include "QuitSignals.h"
+#include "Windows.h"
+#include "files/LargePages.h"
+#include "update/UpdateCheck.h"
 
 #include <QApplication>
 #include <QCommandLineParser>

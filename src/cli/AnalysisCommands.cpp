@@ -1,7 +1,7 @@
-#include "cli/AnalysisCommands.h"
+#include "AnalysisCommands.h"
 
+#include "PiecePrinter.h"
 #include "analysis/SourceText.h"
-#include "cli/PiecePrinter.h"
 
 #include <cerrno>
 #include <cstdio>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "Arguments.h"
 #include "analysis/SharedBytes.h"
-#include "cli/Arguments.h"
 
 /// listing: the coloured listing, then the object list, printed from the first line on while the
 /// file is still being scanned.

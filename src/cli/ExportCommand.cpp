@@ -1,11 +1,11 @@
-#include "cli/ExportCommand.h"
+#include "ExportCommand.h"
 
-#include "cli/FileInput.h"
-#include "cli/MissingReport.h"
-#include "cli/Password.h"
-#include "document/ExportTarget.h"
-#include "platform/OpenedFiles.h"
-#include "platform/StraightFile.h"
+#include "FileInput.h"
+#include "MissingReport.h"
+#include "Password.h"
+#include "export/ExportTarget.h"
+#include "files/OpenedFiles.h"
+#include "files/StraightFile.h"
 
 #include <QCoreApplication>
 #include <QFile>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/Arguments.h"
+#include "Arguments.h"
 
 /// flat, text, rtf: what the desktop program exports, through the PDF engine and with the same
 /// code, written to the file that -o names ("-" for standard output). The input is never replaced.

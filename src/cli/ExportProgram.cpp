@@ -1,6 +1,6 @@
-#include "cli/ExportProgram.h"
+#include "ExportProgram.h"
 
-#include "platform/HelperProgram.h"
+#include "files/HelperProgram.h"
 
 #include <cerrno>
 #include <cstdio>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/Arguments.h"
+#include "Arguments.h"
 
 /// Goes on as tarnwick-export, the program for the commands that need the PDF engine: only they
 /// load the libraries of the desktop program, which take longer to load than most files to look

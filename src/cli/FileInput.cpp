@@ -1,7 +1,7 @@
-#include "cli/FileInput.h"
+#include "FileInput.h"
 
-#include "platform/LargePages.h"
-#include "platform/OpenedFiles.h"
+#include "files/LargePages.h"
+#include "files/OpenedFiles.h"
 
 #include <cerrno>
 #include <cstddef>

@@ -1,4 +1,4 @@
-#include "cli/MissingReport.h"
+#include "MissingReport.h"
 
 #include <cstdio>
 #include <limits>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "cli/Arguments.h"
-#include "document/ExportContent.h"
+#include "Arguments.h"
+#include "export/ExportContent.h"
 
 /// Says on standard error what of the document is not in what was written: sentences, or with
 /// --json one object such as

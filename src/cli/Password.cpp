@@ -1,4 +1,4 @@
-#include "cli/Password.h"
+#include "Password.h"
 
 #include <cstdio>
 #include <fstream>

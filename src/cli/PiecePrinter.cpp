@@ -1,4 +1,4 @@
-#include "cli/PiecePrinter.h"
+#include "PiecePrinter.h"
 
 #include <array>
 

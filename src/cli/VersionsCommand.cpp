@@ -1,9 +1,9 @@
-#include "cli/VersionsCommand.h"
+#include "VersionsCommand.h"
 
-#include "document/IncrementalUpdate.h"
-#include "document/VersionCuts.h"
-#include "document/VersionNaming.h"
-#include "document/VersionWriter.h"
+#include "versions/IncrementalUpdate.h"
+#include "versions/VersionCuts.h"
+#include "versions/VersionNaming.h"
+#include "versions/VersionWriter.h"
 
 #include <cerrno>
 #include <cstdio>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "Arguments.h"
 #include "analysis/SharedBytes.h"
-#include "cli/Arguments.h"
 
 /// versions: where the saved versions end, one line for each with its number, the offset at which
 /// it ends and the bytes that its save added, tab-separated; with --json one object

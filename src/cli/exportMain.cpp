@@ -1,7 +1,7 @@
 // tarnwick-export: what tarnwick-inspect becomes for flat, text and rtf; takes the same words.
 
-#include "cli/Arguments.h"
-#include "cli/ExportCommand.h"
+#include "Arguments.h"
+#include "ExportCommand.h"
 
 #include <csignal>
 #include <cstdio>

@@ -1,10 +1,10 @@
-#include "cli/AnalysisCommands.h"
-#include "cli/Arguments.h"
-#include "cli/ExportProgram.h"
-#include "cli/FileInput.h"
-#include "cli/VersionsCommand.h"
-#include "platform/LargePages.h"
-#include "platform/OpenedFiles.h"
+#include "AnalysisCommands.h"
+#include "Arguments.h"
+#include "ExportProgram.h"
+#include "FileInput.h"
+#include "VersionsCommand.h"
+#include "files/LargePages.h"
+#include "files/OpenedFiles.h"
 
 #include <csignal>
 #include <cstdio>

@@ -1,10 +1,10 @@
 #include "document/Document.h"
 
-#include "document/DocumentExport.h"
-#include "document/IncrementalUpdate.h"
-#include "document/VersionExport.h"
-#include "platform/RunInPool.h"
-#include "platform/frame/DocumentWindow.h"
+#include "export/DocumentExport.h"
+#include "export/VersionExport.h"
+#include "frame/DocumentWindow.h"
+#include "pdf/RunInPool.h"
+#include "versions/IncrementalUpdate.h"
 
 #include <QWidget>
 

@@ -1,6 +1,6 @@
 #include "analysis/SourceText.h"
-#include "document/VersionCuts.h"
 #include "support/PlainAnalysis.h"
+#include "versions/VersionCuts.h"
 
 #include <QTest>
 

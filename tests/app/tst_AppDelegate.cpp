@@ -1,9 +1,9 @@
-#include "app/AppDelegate.h"
+#include "AppDelegate.h"
 
-#include "document/ExportJob.h"
-#include "platform/frame/CommandRouter.h"
-#include "platform/frame/DocumentController.h"
-#include "platform/frame/DocumentWindow.h"
+#include "export/ExportJob.h"
+#include "frame/CommandRouter.h"
+#include "frame/DocumentController.h"
+#include "frame/DocumentWindow.h"
 
 #include <QAction>
 #include <QApplication>

@@ -1,10 +1,10 @@
 #include "inspector/SourceViewController.h"
 
+#include "SourceSummary.h"
 #include "document/Document.h"
-#include "inspector/SourceSummary.h"
 #include "support/LostPages.h"
 #include "support/PdfBuilder.h"
-#include "views/PlainTextView.h"
+#include "text/PlainTextView.h"
 
 #include <QLabel>
 #include <QSettings>

@@ -1,7 +1,7 @@
 #include "support/AnalysisDifferences.h"
 
 #include "analysis/SourceText.h"
-#include "document/VersionCuts.h"
+#include "versions/VersionCuts.h"
 
 #include <algorithm>
 #include <memory>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/PDFDocumentText.h"
-#include "platform/PDFView.h"
-#include "platform/ViewFlags.h"
+#include "frame/ViewFlags.h"
+#include "pages/PDFView.h"
+#include "pdf/PDFDocumentText.h"
 #include "support/OpenedDocument.h"
 #include "support/PdfBuilder.h"
 #include "viewer/ViewController.h"

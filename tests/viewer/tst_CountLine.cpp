@@ -1,4 +1,4 @@
-#include "viewer/CountLine.h"
+#include "CountLine.h"
 
 #include <QTest>
 

@@ -1,10 +1,10 @@
 #include "ViewerFixture.h"
 
+#include "LossLine.h"
+#include "SearchField.h"
 #include "support/LostPages.h"
-#include "viewer/LossLine.h"
-#include "viewer/SearchField.h"
-#include "views/ListedLines.h"
-#include "views/PlainTextView.h"
+#include "text/ListedLines.h"
+#include "text/PlainTextView.h"
 
 #include <QDialog>
 #include <QLabel>

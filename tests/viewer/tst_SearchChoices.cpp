@@ -1,5 +1,5 @@
+#include "SearchChoices.h"
 #include "viewer/PageMarks.h"
-#include "viewer/SearchChoices.h"
 
 #include <QTest>
 

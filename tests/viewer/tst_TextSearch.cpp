@@ -1,4 +1,4 @@
-#include "viewer/TextSearch.h"
+#include "TextSearch.h"
 
 #include <QTest>
 

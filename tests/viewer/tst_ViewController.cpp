@@ -1,11 +1,11 @@
 #include "ViewerFixture.h"
 
-#include "platform/PDFThumbnailView.h"
-#include "viewer/LossLine.h"
-#include "viewer/ProgressLine.h"
-#include "viewer/SearchField.h"
-#include "views/ListedLines.h"
-#include "views/PlainTextView.h"
+#include "LossLine.h"
+#include "ProgressLine.h"
+#include "SearchField.h"
+#include "pages/PDFThumbnailView.h"
+#include "text/ListedLines.h"
+#include "text/PlainTextView.h"
 
 #include <QAccessible>
 #include <QApplication>

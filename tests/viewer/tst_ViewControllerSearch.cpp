@@ -1,7 +1,7 @@
 #include "ViewerFixture.h"
 
-#include "viewer/SearchField.h"
-#include "viewer/SearchStepper.h"
+#include "SearchField.h"
+#include "SearchStepper.h"
 
 #include <QApplication>
 #include <QCheckBox>

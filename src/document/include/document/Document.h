@@ -1,0 +1,69 @@
+#pragma once
+
+#include "export/ExportSource.h"
+#include "files/FileBytes.h"
+#include "frame/FrameDocument.h"
+#include "frame/WindowRegistry.h"
+#include "pdf/PDFDocument.h"
+#include "pdf/PDFDocumentText.h"
+
+#include <QFuture>
+
+#include <memory>
+
+/// One opened PDF file: its bytes as read, the document that the PDF engine makes of them, and the
+/// commands of the document. It is only ever read; nothing is written back to its file.
+///
+/// Windows get it through their constructor, borrow it for their life and never change it.
+class Document : public FrameDocument
+{
+    Q_OBJECT
+
+public:
+    /// @param registry makes the document's windows; borrowed, outlives the document.
+    explicit Document(const WindowRegistry<Document>* registry, QObject* parent = nullptr);
+    ~Document() override;
+
+    /// The rendered document, owned by this one; null before readFromData(). Windows exist only
+    /// while it is open (PDFDocument::State::isOpen).
+    PDFDocument* thePDFDocument() const { return theRenderedDocument.get(); }
+    /// The file's bytes, unchanged.
+    const FileBytes& theData() const { return theBytes; }
+    /// The file carries incremental updates (isIncrementallyUpdated()). Found out in a thread;
+    /// asked for before opened(), this waits for it.
+    bool isIncr() const { return theUpdateSearch.isValid() && theUpdateSearch.result(); }
+    /// The pages' text, fetched once and shared by every window; null before opened(). Whoever
+    /// needs it calls fetch().
+    PDFDocumentText* documentText() const { return theText.get(); }
+
+    /// Replaces the rendered document, the bytes and isIncr(), in this order.
+    void readFromData(const FileBytes& bytes) override;
+    void unlock(const QString& password) override;
+    void makeWindowControllers() override;
+
+    /// "exportPDFversions" is possible exactly while isIncr(), a command that opens a window while
+    /// the registry makes such windows, every other command always.
+    Q_INVOKABLE bool validateCommand(const QString& command) const;
+
+public slots:
+    /// Opens a further source inspector.
+    void openSource();
+    /// Opens a further plain PDF window.
+    void openPlainPDF();
+    /// Each runs its panel and writes when that is answered (VersionExport, DocumentExport).
+    void exportPDFversions();
+    void exportFlatPDF();
+    void exportPlainText();
+    void exportRichText();
+
+private:
+    ExportSource exportSource();
+    void showNewWindow(const QString& identifier);
+    void finishOpening();
+
+    const WindowRegistry<Document>* theRegistry;
+    std::unique_ptr<PDFDocument> theRenderedDocument;
+    std::unique_ptr<PDFDocumentText> theText; // destroyed before the document that it reads
+    FileBytes theBytes;
+    QFuture<bool> theUpdateSearch; ///< of theBytes
+};

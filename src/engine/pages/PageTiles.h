@@ -1,0 +1,47 @@
+#pragma once
+
+#include "EngineDocument.h"
+#include "PageGeometry.h"
+#include "protocol/EngineProtocol.h"
+
+/// A part of a page to draw.
+struct TileOrder
+{
+    int page = 0; ///< index from 0
+    double scale = 1; ///< pixels per point
+    int rotation = 0; ///< clockwise quarter turns of the view
+    int x = 0, y = 0, width = 0, height = 0; ///< pixels of the page scaled and rotated so
+};
+
+/// Draws pages in parts.
+///
+/// A page of which a part is asked for is interpreted once, into a display list that is kept until
+/// another page is drawn: its other parts follow as a rule.
+class PageTiles
+{
+public:
+    /// @param document borrowed.
+    explicit PageTiles(const EngineDocument& document)
+        : theDocument(document)
+    {
+    }
+    PageTiles(const PageTiles&) = delete;
+    PageTiles& operator=(const PageTiles&) = delete;
+    ~PageTiles();
+
+    /// Draws the part with annotations and form fields on white: for each pixel four bytes blue,
+    /// green, red and 255, row by row from the top, appended to result.
+    /// @returns FZ_ERROR_NONE or what MuPDF threw; a page whose content breaks off is drawn as far
+    ///   as it goes.
+    int draw(const TileOrder& order, PayloadWriter& result);
+
+private:
+    void keepPage(pdf_page* page, int index);
+    void forgetPage();
+
+    const EngineDocument& theDocument;
+    int theKeptPage = -1;
+    PageGeometry
+        theGeometry; ///< of the page that was loaded last: of the kept one, if there is one
+    fz_display_list* theList = nullptr; ///< of the kept page; null when it would not fit in memory
+};

@@ -1,0 +1,42 @@
+#include "FlatOutput.h"
+
+#include <cerrno>
+
+#include <unistd.h>
+
+namespace {
+
+constexpr std::size_t bufferSize = 1u << 20;
+
+} // namespace
+
+void FlatOutput::write(std::string_view bytes)
+{
+    thePosition += bytes.size();
+    if (theBuffer.size() + bytes.size() > bufferSize)
+        finish();
+    if (bytes.size() > bufferSize)
+        writeOut(bytes);
+    else
+        theBuffer.append(bytes);
+}
+
+bool FlatOutput::finish()
+{
+    writeOut(theBuffer);
+    theBuffer.clear();
+    return theGood;
+}
+
+void FlatOutput::writeOut(std::string_view bytes)
+{
+    while (theGood && !bytes.empty()) {
+        const ssize_t written = ::write(theDescriptor, bytes.data(), bytes.size());
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written <= 0)
+            theGood = false;
+        else
+            bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+}

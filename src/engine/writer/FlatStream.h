@@ -1,0 +1,39 @@
+#pragma once
+
+#include "EngineDocument.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+/// A stream as the flattened document holds it: decrypted, otherwise as it is stored.
+struct FlatStream
+{
+    /// One filter, in the order in which a reader applies them; parameters is null without any.
+    struct Filter
+    {
+        std::string name;
+        pdf_obj* parameters = nullptr; ///< borrowed
+    };
+
+    std::string data;
+    std::vector<Filter> filters;
+    int error = 0; ///< FZ_ERROR_MEMORY when there was no memory for it
+    bool isLost = false; ///< it could not be read, whatever the reason
+
+    bool hasFilter(const char* name) const;
+};
+
+/// The stream of an object of the file. Crypt filters go, since the data is decrypted; data that
+/// holds the word "stream", which would end it in the eyes of a reader by keywords, is packed once
+/// more. A stream that cannot be read is empty and has no filters.
+/// @returns nothing when the object has no stream.
+std::optional<FlatStream> loadFlatStream(
+    const EngineDocument& document, pdf_obj* dictionary, int number);
+
+/// Bytes of our own making, packed when that makes them smaller.
+FlatStream makeFlatStream(std::string data);
+
+/// Appends a stream as its filters give it, as far as it can be read. @param limit of bytes, about.
+/// @returns FZ_ERROR_NONE when all of it was appended, FZ_ERROR_MEMORY without memory for it.
+int appendDecoded(const EngineDocument& document, int number, std::size_t limit, std::string& data);

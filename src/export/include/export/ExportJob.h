@@ -1,0 +1,53 @@
+#pragma once
+
+#include "export/ExportProgress.h"
+#include "frame/BackgroundWork.h"
+
+#include <QList>
+#include <QObject>
+#include <QString>
+
+#include <memory>
+
+/// One run of an export command, from its panel to its last file.
+///
+/// It belongs to the application, so that windows and documents may close meanwhile, and destroys
+/// itself at the end, or when the program ends, which gives up what is being written.
+class ExportJob : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// The jobs that are writing now: a program without windows still has to wait for them.
+    static QList<ExportJob*> writing();
+
+protected:
+    /// @param title of the job's panels.
+    explicit ExportJob(const QString& title);
+    ~ExportJob() override;
+
+    const QString& title() const { return theTitle; }
+
+    /// From now on a job that takes longer than a second shows progress and can be cancelled.
+    /// @param name of what is written.
+    void showProgress(const QString& name);
+    ExportProgress* progress() const { return theProgress.get(); }
+
+    /// Writes on a thread of its own and calls finishWriting() when that is done. Precondition:
+    /// showProgress(). @param work may use what the job owns; nobody else does until then.
+    void startWriting(BackgroundWork::Work work);
+    /// Cancels the writing and waits for it; for destructors of what the writing uses.
+    void stopWriting();
+    /// Writing is done, has failed or was cancelled. Ends the job, as overrides do at their end.
+    virtual void finishWriting() { end(); }
+    bool isWriting() const { return theWork != nullptr; }
+
+    /// Gives up: at once, or as soon as the writing has stopped.
+    void cancel();
+    void end();
+
+private:
+    QString theTitle;
+    std::unique_ptr<ExportProgress> theProgress;
+    std::unique_ptr<BackgroundWork> theWork;
+};

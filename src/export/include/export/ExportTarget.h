@@ -1,0 +1,19 @@
+#pragma once
+
+#include "export/ExportContent.h"
+#include "files/OutputFile.h"
+
+#include <QString>
+
+/// How writing an export's file ended.
+struct ExportOutcome
+{
+    bool isWritten = false;
+    QString reason; ///< why not, as a phrase for the user; empty when progress said no
+};
+
+/// Writes an export into a file, from its opening to its commit.
+///
+/// Any thread. Precondition: content.isTaken().
+ExportOutcome writeExport(
+    const ExportContent& content, OutputFile& file, const ExportContent::Progress& progress);

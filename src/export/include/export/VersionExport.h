@@ -1,0 +1,44 @@
+#pragma once
+
+#include "export/ExportJob.h"
+#include "export/ExportSource.h"
+#include "versions/VersionWriter.h"
+
+#include <QPointer>
+
+#include <string>
+
+class ExportPanel;
+
+/// One run of the command that exports the saved versions of a document: a sheet that names a
+/// folder, then one file in it for each version.
+///
+/// What cannot be written ends the export without an alert; the versions before it stay. A notice
+/// says what was written and where, and why the rest was not.
+class VersionExport : public ExportJob
+{
+    Q_OBJECT
+
+public:
+    /// Runs the command; nothing happens for a document without bytes. A document without a file
+    /// gives its display name for the files' names.
+    static void begin(const ExportSource& source);
+
+private:
+    explicit VersionExport(const ExportSource& source);
+    ~VersionExport() override;
+
+    void openPanel();
+    void panelConfirmed();
+    QString refusal(const QString& folder) const;
+    void write(const std::string& folder);
+    void finishWriting() override;
+
+    ExportSource theSource;
+    std::string theBase;
+    std::string theExtension; ///< with its dot, or empty
+    std::string theFolderName; ///< to propose
+    QPointer<ExportPanel> thePanel;
+    QString theFolder; ///< empty until the panel is confirmed
+    VersionResult theResult; ///< of the writing, once it is finished
+};

@@ -1,0 +1,197 @@
+#include "files/FileBytes.h"
+
+#include "files/OpenedFiles.h"
+
+#include <QCoreApplication>
+#include <QFile>
+
+#include <cerrno>
+#include <cstring>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr int allSeals = F_SEAL_SEAL | F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_WRITE;
+constexpr std::size_t chunk = 16u << 20;
+
+/// Closes a descriptor at the end of its scope unless it was released.
+class Descriptor
+{
+public:
+    explicit Descriptor(int number)
+        : theNumber(number)
+    {
+    }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    ~Descriptor()
+    {
+        if (theNumber >= 0)
+            ::close(theNumber);
+    }
+    bool isValid() const { return theNumber >= 0; }
+    int number() const { return theNumber; }
+    int release() { return std::exchange(theNumber, -1); }
+
+private:
+    int theNumber;
+};
+
+bool writeAll(int target, const char* bytes, std::size_t size)
+{
+    while (size > 0) {
+        const ssize_t written = ::write(target, bytes, size);
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written <= 0)
+            return false;
+        bytes += written;
+        size -= static_cast<std::size_t>(written);
+    }
+    return true;
+}
+
+/// Copies what can be read: a file of /proc says no size beforehand.
+bool copyAll(int source, int target)
+{
+    std::unique_ptr<char[]> buffer(new char[chunk]);
+    for (;;) {
+        const ssize_t got = ::read(source, buffer.get(), chunk);
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got < 0)
+            return false;
+        if (got == 0)
+            return true;
+        if (!writeAll(target, buffer.get(), static_cast<std::size_t>(got)))
+            return false;
+    }
+}
+
+/// Bytes of a file; 0 when nobody knows.
+std::size_t sizeOf(int descriptor)
+{
+    struct stat status = {};
+    return ::fstat(descriptor, &status) == 0 ? static_cast<std::size_t>(status.st_size) : 0;
+}
+
+Descriptor newSharedMemory()
+{
+    return Descriptor(::memfd_create("tarnwick", MFD_CLOEXEC | MFD_ALLOW_SEALING));
+}
+
+} // namespace
+
+class FileBytes::Mapping
+{
+public:
+    Mapping(int descriptor, void* address, std::size_t size, OpenedFiles::Entry entry)
+        : theDescriptor(descriptor)
+        , theAddress(address)
+        , theSize(size)
+        , theEntry(std::move(entry))
+    {
+    }
+    Mapping(const Mapping&) = delete;
+    Mapping& operator=(const Mapping&) = delete;
+    ~Mapping()
+    {
+        if (theAddress)
+            ::munmap(theAddress, theSize);
+        ::close(theDescriptor);
+    }
+    int descriptor() const { return theDescriptor; }
+    std::string_view view() const { return {static_cast<const char*>(theAddress), theSize}; }
+
+private:
+    int theDescriptor;
+    void* theAddress; ///< null for no bytes: an empty mapping does not exist
+    std::size_t theSize;
+    OpenedFiles::Entry theEntry; ///< of the file that was read
+};
+
+std::optional<FileBytes> FileBytes::read(const QString& path, QString* reason)
+{
+    const auto fail = [reason](int error) -> std::optional<FileBytes> {
+        if (reason)
+            *reason = QString::fromLocal8Bit(std::strerror(error));
+        return std::nullopt;
+    };
+    // Without O_NONBLOCK, opening a FIFO waits for somebody to write into it.
+    const Descriptor file(
+        ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (!file.isValid())
+        return fail(errno);
+    struct stat status = {};
+    if (::fstat(file.number(), &status) != 0)
+        return fail(errno);
+    if (S_ISDIR(status.st_mode))
+        return fail(EISDIR);
+    if (!S_ISREG(status.st_mode) && !S_ISBLK(status.st_mode)) {
+        if (reason)
+            *reason = QCoreApplication::translate("FileBytes", "Not a regular file");
+        return std::nullopt;
+    }
+    // Before the reading, so that nobody here writes the file meanwhile.
+    OpenedFiles::Entry entry
+        = OpenedFiles::add(file.number(), QFile::encodeName(path).toStdString());
+    Descriptor memory = newSharedMemory();
+    if (!memory.isValid() || !copyAll(file.number(), memory.number()))
+        return fail(errno);
+    const std::size_t size = sizeOf(memory.number());
+    std::optional<FileBytes> bytes = adopt(memory.release(), size, std::move(entry));
+    return bytes ? bytes : fail(ENOMEM);
+}
+
+std::optional<FileBytes> FileBytes::copy(std::string_view bytes)
+{
+    Descriptor memory = newSharedMemory();
+    if (!memory.isValid() || !writeAll(memory.number(), bytes.data(), bytes.size()))
+        return std::nullopt;
+    return adopt(memory.release(), bytes.size());
+}
+
+std::optional<FileBytes> FileBytes::adopt(int descriptor, std::size_t size)
+{
+    return adopt(descriptor, size, nullptr);
+}
+
+std::optional<FileBytes> FileBytes::adopt(
+    int descriptor, std::size_t size, std::shared_ptr<const void> entry)
+{
+    Descriptor memory(descriptor);
+    // What the other process does meanwhile comes out once the size cannot change any more.
+    if (sizeOf(descriptor) < size || ::ftruncate(descriptor, static_cast<off_t>(size)) != 0
+        || ::fcntl(descriptor, F_ADD_SEALS, allSeals) != 0 || sizeOf(descriptor) != size)
+        return std::nullopt;
+    void* address = nullptr;
+    if (size > 0) {
+        address = ::mmap(nullptr, size, PROT_READ, MAP_SHARED, descriptor, 0);
+        if (address == MAP_FAILED)
+            return std::nullopt;
+    }
+    FileBytes bytes;
+    bytes.theMapping
+        = std::make_shared<const Mapping>(memory.release(), address, size, std::move(entry));
+    return bytes;
+}
+
+std::string_view FileBytes::view() const
+{
+    return theMapping ? theMapping->view() : std::string_view();
+}
+
+std::shared_ptr<const void> FileBytes::owner() const
+{
+    return theMapping;
+}
+
+int FileBytes::descriptor() const
+{
+    return theMapping ? theMapping->descriptor() : -1;
+}

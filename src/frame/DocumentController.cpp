@@ -1,0 +1,190 @@
+#include "frame/DocumentController.h"
+
+#include "FrameMenus.h"
+#include "OpenFailureAlert.h"
+#include "frame/DocumentWindow.h"
+#include "frame/FrameDocument.h"
+#include "frame/RecentFiles.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QPointer>
+#include <QSettings>
+
+namespace {
+
+const QString folderKey = QStringLiteral("openFolder");
+
+/// Whether two paths lead to one file, by whatever links.
+bool isSameFile(const QString& one, const QString& other)
+{
+    if (one == other)
+        return true;
+    const QString canonical = QFileInfo(one).canonicalFilePath();
+    return !canonical.isEmpty() && canonical == QFileInfo(other).canonicalFilePath();
+}
+
+} // namespace
+
+DocumentController::DocumentController(FileOpening::MakeDocument make, QObject* parent)
+    : QObject(parent)
+    , makeDocument(std::move(make))
+    , theRecentFiles(new RecentFiles(this))
+{
+}
+
+DocumentController::~DocumentController()
+{
+    const QList<FileOpening*> openings = theOpenings;
+    const QList<FrameDocument*> documents = theDocuments;
+    for (FileOpening* opening : openings)
+        delete opening;
+    for (FrameDocument* document : documents)
+        delete document;
+    while (!theWindows.isEmpty()) // those without a document; they take themselves off the list
+        delete theWindows.constLast();
+}
+
+void DocumentController::openFiles(const QStringList& paths, QWidget* asking)
+{
+    for (const QString& path : paths)
+        openFile(QFileInfo(path).absoluteFilePath(), asking);
+}
+
+void DocumentController::openFile(const QString& path, QWidget* asking)
+{
+    if (FrameDocument* document = documentAt(path)) {
+        theRecentFiles->add(path);
+        document->showWindows();
+        OpenFailureAlert::moveTo(document->windowForSheet());
+        return;
+    }
+    if (FileOpening* opening = openingOf(path)) {
+        opening->bringUp();
+        return;
+    }
+    auto* opening = new FileOpening(path, makeDocument, asking, this);
+    theOpenings << opening;
+    connect(opening, &FileOpening::opened, this,
+        [this, opening](FrameDocument* document) { finish(opening, document); });
+    connect(opening, &FileOpening::cancelled, this, [this, opening] { remove(opening); });
+    connect(opening, &FileOpening::failed, this,
+        [this, opening, asker = QPointer(asking)](const QString& reason) {
+            const QString failedPath = opening->path();
+            remove(opening);
+            report(failedPath, reason, asker);
+        });
+    opening->start();
+}
+
+FrameDocument* DocumentController::documentAt(const QString& path) const
+{
+    for (FrameDocument* document : theDocuments) {
+        if (!document->windows().isEmpty() && isSameFile(document->fileURL().toLocalFile(), path))
+            return document;
+    }
+    return nullptr;
+}
+
+FileOpening* DocumentController::openingOf(const QString& path) const
+{
+    for (FileOpening* opening : theOpenings) {
+        if (isSameFile(opening->path(), path))
+            return opening;
+    }
+    return nullptr;
+}
+
+void DocumentController::finish(FileOpening* opening, FrameDocument* document)
+{
+    document->setParent(this);
+    theDocuments << document;
+    connect(document, &QObject::destroyed, this,
+        [this, document] { theDocuments.removeAll(document); });
+    theRecentFiles->add(opening->path());
+    document->showWindows();
+    emit documentOpened(document);
+    remove(opening);
+    OpenFailureAlert::moveTo(document->windowForSheet());
+    for (FileOpening* other : std::as_const(theOpenings))
+        other->bringUp(); // a question waits for its answer
+}
+
+void DocumentController::remove(FileOpening* opening)
+{
+    theOpenings.removeAll(opening);
+    opening->deleteLater(); // it is telling us of its end right now
+    if (theOpenings.isEmpty() && windows().isEmpty())
+        emit nothingOpened();
+}
+
+void DocumentController::report(const QString& path, const QString& reason, QWidget* asking)
+{
+    if (!QFileInfo::exists(path))
+        theRecentFiles->remove(path);
+    if ((!asking || !asking->isVisible()) && windowForAlerts)
+        asking = windowForAlerts();
+    OpenFailureAlert::report(asking, path, reason);
+}
+
+void DocumentController::addWindow(DocumentWindow* window)
+{
+    theWindows << window;
+    FrameMenus::keepFilled(*window, *this);
+    connect(window, &DocumentWindow::filesDropped, this,
+        [this, window](const QStringList& paths) { openFiles(paths, window); });
+    connect(window, &QObject::destroyed, this, [this, window] { theWindows.removeAll(window); });
+    connect(window, &DocumentWindow::closed, this, [this, window] {
+        QList<DocumentWindow*> others = windows();
+        others.removeAll(window);
+        OpenFailureAlert::leave(window, others.isEmpty() ? nullptr : others.constLast());
+    });
+    // Queued: the window shows still while it says so.
+    connect(window, &DocumentWindow::closed, this, &DocumentController::checkForLastWindow,
+        Qt::QueuedConnection);
+}
+
+QList<DocumentWindow*> DocumentController::windows() const
+{
+    QList<DocumentWindow*> shown;
+    for (DocumentWindow* window : theWindows) {
+        if (window->isVisible())
+            shown << window;
+    }
+    return shown;
+}
+
+void DocumentController::checkForLastWindow()
+{
+    if (theOpenings.isEmpty() && windows().isEmpty())
+        emit lastWindowClosed();
+}
+
+bool DocumentController::closeAll()
+{
+    const QList<FileOpening*> openings = theOpenings;
+    for (FileOpening* opening : openings)
+        opening->cancel();
+    const QList<DocumentWindow*> open = windows();
+    for (DocumentWindow* window : open) {
+        if (!window->close())
+            return false;
+    }
+    return true;
+}
+
+void DocumentController::openDocument()
+{
+    QWidget* window = QApplication::activeWindow();
+    auto* dialog = new QFileDialog(window, tr("Open"), QSettings().value(folderKey).toString());
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setFileMode(QFileDialog::ExistingFiles);
+    dialog->setNameFilters({tr("PDF files (*.pdf *.PDF)"), tr("All files (*)")});
+    connect(dialog, &QFileDialog::filesSelected, this,
+        [this, asker = QPointer(window)](const QStringList& paths) {
+            QSettings().setValue(folderKey, QFileInfo(paths.value(0)).absolutePath());
+            openFiles(paths, asker);
+        });
+    dialog->open();
+}

@@ -1,0 +1,112 @@
+#include "OpenFailureAlert.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QFileInfo>
+#include <QTimer>
+#include <QWindow>
+
+#include <chrono>
+#include <utility>
+
+void OpenFailureAlert::report(QWidget* parent, const QString& path, const QString& reason)
+{
+    OpenFailureAlert* alert = current();
+    if (!alert)
+        alert = new OpenFailureAlert(parent);
+    alert->add(path, reason);
+    alert->showOnceItsWindowHasItsPlace();
+}
+
+void OpenFailureAlert::moveTo(QWidget* window)
+{
+    OpenFailureAlert* alert = current();
+    if (!alert || alert->parentWidget() == window)
+        return;
+    alert->setParent(window, alert->windowFlags());
+    alert->showOnceItsWindowHasItsPlace();
+}
+
+void OpenFailureAlert::leave(const QWidget* closing, QWidget* window)
+{
+    const OpenFailureAlert* alert = current();
+    if (alert && window && alert->parentWidget() == closing)
+        moveTo(window);
+}
+
+OpenFailureAlert* OpenFailureAlert::current()
+{
+    const QWidgetList widgets = QApplication::topLevelWidgets();
+    for (QWidget* widget : widgets) {
+        auto* alert = qobject_cast<OpenFailureAlert*>(widget);
+        if (alert && (alert->isVisible() || alert->isWaiting))
+            return alert;
+    }
+    return nullptr;
+}
+
+void OpenFailureAlert::showInFront()
+{
+    isWaiting = false;
+    show();
+    raise();
+    activateWindow();
+}
+
+// Shown earlier, the alert would stand at the middle of where its window is not, and that window
+// would take the keyboard from it when it comes.
+void OpenFailureAlert::showOnceItsWindowHasItsPlace()
+{
+    QWindow* const window = parentWidget() ? parentWidget()->window()->windowHandle() : nullptr;
+    if (!window || !window->isVisible() || window->isExposed())
+        return showInFront();
+    window->installEventFilter(this);
+    if (std::exchange(isWaiting, true))
+        return;
+    // Minimized, or on another desktop, it does not come by itself.
+    constexpr auto patience = std::chrono::seconds(1);
+    QTimer::singleShot(patience, this, [this] {
+        if (isWaiting)
+            showInFront();
+    });
+}
+
+bool OpenFailureAlert::eventFilter(QObject* watched, QEvent* event)
+{
+    auto* const window = qobject_cast<QWindow*>(watched);
+    if (window && event->type() == QEvent::Expose && window->isExposed()) {
+        window->removeEventFilter(this);
+        const bool isItsWindow = parentWidget() && window == parentWidget()->windowHandle();
+        if (isWaiting && isItsWindow)
+            QTimer::singleShot(0, this, &OpenFailureAlert::showInFront);
+    }
+    return QMessageBox::eventFilter(watched, event);
+}
+
+OpenFailureAlert::OpenFailureAlert(QWidget* parent)
+    : QMessageBox(QMessageBox::Warning, tr("Cannot Open"), QString(), QMessageBox::Ok, parent)
+{
+    setAttribute(Qt::WA_DeleteOnClose);
+    setWindowModality(Qt::NonModal);
+    setTextFormat(Qt::PlainText); // file names are no markup
+    setTextInteractionFlags(Qt::TextSelectableByMouse);
+}
+
+void OpenFailureAlert::add(const QString& path, const QString& reason)
+{
+    const QString name = QFileInfo(path).fileName();
+    theNames << (name.isEmpty() ? path : name);
+    theReasons << reason;
+    if (theNames.size() == 1) {
+        setText(tr("\u201c%1\u201d could not be opened.").arg(theNames.constFirst()));
+        setInformativeText(reason);
+        return;
+    }
+    setText(tr("%1 files could not be opened.").arg(theNames.size()));
+    QStringList lines;
+    for (qsizetype index = 0; index < theNames.size(); ++index)
+        lines << tr("\u201c%1\u201d: %2").arg(theNames.at(index), theReasons.at(index));
+    constexpr qsizetype shown = 8; // more would grow the alert over the screen
+    setInformativeText(lines.mid(0, shown).join(QLatin1Char('\n')));
+    setDetailedText(lines.size() > shown ? lines.join(QLatin1Char('\n')) : QString());
+}

@@ -1,0 +1,59 @@
+#include "PasswordPrompt.h"
+
+#include <QDialogButtonBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+PasswordPrompt::PasswordPrompt(const QString& fileName, QWidget* parent)
+    : QDialog(parent)
+    , theWarning(new QLabel(tr("The password is wrong. Please try again."), this))
+    , theField(new QLineEdit(this))
+{
+    setWindowTitle(tr("Password"));
+    setWindowModality(Qt::WindowModal);
+
+    auto* question = new QLabel(this);
+    question->setTextFormat(Qt::PlainText);
+    question->setText(tr("\u201c%1\u201d is protected. &Password:").arg(fileName));
+    question->setWordWrap(true);
+    question->setBuddy(theField);
+    theField->setEchoMode(QLineEdit::Password);
+    theField->setAccessibleName(tr("Password"));
+    theField->setMinimumWidth(320);
+    theWarning->setWordWrap(true);
+
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, this);
+    theOpenButton = buttons->addButton(tr("&Open"), QDialogButtonBox::AcceptRole);
+    theOpenButton->setDefault(true);
+    connect(buttons, &QDialogButtonBox::accepted, this, &PasswordPrompt::submit);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(question);
+    layout->addWidget(theField);
+    layout->addWidget(theWarning);
+    layout->addWidget(buttons);
+}
+
+void PasswordPrompt::ask(bool wasWrong)
+{
+    theWarning->setVisible(wasWrong);
+    theField->setEnabled(true);
+    theOpenButton->setEnabled(true);
+    theField->selectAll();
+    theField->setFocus();
+    theField->setAccessibleDescription(wasWrong ? theWarning->text() : QString());
+    adjustSize();
+    show();
+    raise();
+    activateWindow();
+}
+
+void PasswordPrompt::submit()
+{
+    theField->setEnabled(false);
+    theOpenButton->setEnabled(false);
+    emit passwordEntered(theField->text());
+}

@@ -1,0 +1,80 @@
+#pragma once
+
+#include "frame/FileOpening.h"
+#include "frame/FrameDocument.h"
+
+#include <QList>
+#include <QObject>
+#include <QStringList>
+
+#include <functional>
+
+class DocumentWindow;
+class RecentFiles;
+
+/// Opens files and knows every document and window of the program. One exists.
+///
+/// Opening never blocks: files open side by side while windows stay usable. A file that is open
+/// already, or on its way, comes to the front instead. A file that cannot be opened is reported in
+/// an alert with its name and the reason.
+class DocumentController : public QObject
+{
+    Q_OBJECT
+
+public:
+    using WindowForAlerts = std::function<QWidget*()>;
+
+    explicit DocumentController(FileOpening::MakeDocument makeDocument, QObject* parent = nullptr);
+    /// Gives up what is being opened and destroys the documents and all windows.
+    ~DocumentController() override;
+
+    RecentFiles* recentFiles() const { return theRecentFiles; }
+
+    /// Where alerts belong when the window that asked for a file shows no more or there was none.
+    void setWindowForAlerts(WindowForAlerts provider) { windowForAlerts = std::move(provider); }
+
+    /// Opens files. @param paths absolute, or relative to the working folder.
+    /// @param asking the window that dialogs belong to, or null.
+    void openFiles(const QStringList& paths, QWidget* asking = nullptr);
+    bool isOpening() const { return !theOpenings.isEmpty(); }
+
+    /// Documents in the order of their opening.
+    const QList<FrameDocument*>& documents() const { return theDocuments; }
+
+    /// Counts a window in: files dropped on it are opened, its closing is noticed, and its menus
+    /// named "recentMenu" and "windowMenu" are kept filled.
+    void addWindow(DocumentWindow* window);
+    /// Windows that show, in the order of their first showing.
+    QList<DocumentWindow*> windows() const;
+
+    /// Closes every window and gives up every opening. @returns false when a window refuses.
+    bool closeAll();
+
+public slots:
+    /// Asks the user for files and opens them.
+    void openDocument();
+
+signals:
+    /// A document has been opened and its window shows.
+    void documentOpened(FrameDocument* document);
+    /// The user has closed the last window, and nothing is being opened.
+    void lastWindowClosed();
+    /// The last opening under way has come to nothing, and there is no window.
+    void nothingOpened();
+
+private:
+    FrameDocument* documentAt(const QString& path) const;
+    FileOpening* openingOf(const QString& path) const;
+    void openFile(const QString& path, QWidget* asking);
+    void finish(FileOpening* opening, FrameDocument* document);
+    void remove(FileOpening* opening);
+    void report(const QString& path, const QString& reason, QWidget* asking);
+    void checkForLastWindow();
+
+    FileOpening::MakeDocument makeDocument;
+    WindowForAlerts windowForAlerts;
+    RecentFiles* theRecentFiles;
+    QList<FileOpening*> theOpenings;
+    QList<FrameDocument*> theDocuments;
+    QList<DocumentWindow*> theWindows;
+};

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "files/FileBytes.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <QTimer>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+class FrameDocument;
+class PasswordPrompt;
+class QProgressDialog;
+class QThread;
+class QWidget;
+
+/// One file on its way to becoming a document: its bytes are read off the main thread, the document
+/// opens them, the password is asked for where one is needed. Takes longer than half a second: a
+/// small dialog says so and offers to cancel.
+///
+/// Ends with exactly one of opened(), failed() and cancelled(), never from inside start().
+class FileOpening : public QObject
+{
+    Q_OBJECT
+
+public:
+    using MakeDocument = std::function<std::unique_ptr<FrameDocument>()>;
+
+    /// @param path absolute.
+    /// @param asking the window that dialogs belong to, or null; may close meanwhile.
+    FileOpening(const QString& path, MakeDocument makeDocument, QWidget* asking, QObject* parent);
+    /// A reading thread that is at work ends by itself; nobody hears of it.
+    ~FileOpening() override;
+
+    const QString& path() const { return thePath; }
+    void start();
+    void cancel();
+    /// Brings the dialog of this opening, if there is one, before the user.
+    void bringUp();
+
+signals:
+    /// The document is read; the receiver owns it. It has no window yet.
+    void opened(FrameDocument* document);
+    void failed(const QString& reason);
+    void cancelled();
+
+private:
+    struct Reading;
+    void read();
+    void finishReading();
+    void askForPassword(bool wasWrong);
+    void showProgress();
+    void conclude();
+    void finishOpening();
+    void fail(const QString& reason);
+
+    QString thePath;
+    MakeDocument makeDocument;
+    QPointer<QWidget> theAskingWindow;
+    std::shared_ptr<Reading> theReading;
+    std::unique_ptr<QThread> theThread;
+    std::unique_ptr<FrameDocument> theDocument;
+    QPointer<PasswordPrompt> thePrompt;
+    QPointer<QProgressDialog> theProgress;
+    QTimer theProgressTimer;
+    bool isConcluded = false;
+};

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "files/FileBytes.h"
+
+#include <QList>
+#include <QObject>
+#include <QString>
+#include <QUrl>
+
+class DocumentWindow;
+
+/// What the frame knows of a document: its file, how it is read, its windows.
+///
+/// The frame makes one for each file, reads it once, and shows its windows. It destroys itself
+/// (deleteLater) after its last window has closed; windows that are left when it is destroyed go
+/// with it.
+class FrameDocument : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit FrameDocument(QObject* parent = nullptr);
+    ~FrameDocument() override;
+
+    /// The document's file; empty for a document without one.
+    const QUrl& fileURL() const { return theFileURL; }
+    void setFileURL(const QUrl& url) { theFileURL = url; }
+    /// The file's name with its extension, as windows and proposals show it; "Untitled" without a
+    /// file.
+    QString displayName() const;
+
+    /// Reads the file's bytes. One of opened(), locked() and refused() follows from the event loop.
+    virtual void readFromData(const FileBytes& bytes) = 0;
+    /// Tries a password after locked(); opened() or locked(true) follows.
+    virtual void unlock(const QString& password) = 0;
+
+    /// Makes the document's first window and adds it, not shown yet.
+    virtual void makeWindowControllers() = 0;
+    /// Brings the document's windows up, its main one in front; makes a main window where it has
+    /// been closed.
+    void showWindows();
+
+    /// Ties a window to the document; called by the window itself.
+    void addWindow(DocumentWindow* window);
+    /// Windows that have not been closed, in the order in which they were made.
+    const QList<DocumentWindow*>& windows() const { return theWindows; }
+    /// The window that panels of this document belong to: its active one, else its first; null
+    /// without a window.
+    DocumentWindow* windowForSheet() const;
+
+signals:
+    void opened();
+    /// A password is wanted. @param wasWrong one was tried and is not it.
+    void locked(bool wasWrong);
+    /// The bytes are none that the document can show. @param reason a sentence for the user.
+    void refused(const QString& reason);
+
+protected:
+    /// Destroys every window; for subclasses whose windows borrow what their destructor frees.
+    void closeWindows();
+
+private:
+    void forget(DocumentWindow* window);
+
+    QUrl theFileURL;
+    QList<DocumentWindow*> theWindows;
+    QList<DocumentWindow*> theWindowsAlive; // with those that are closed and not yet destroyed
+};

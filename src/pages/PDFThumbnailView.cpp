@@ -1,0 +1,410 @@
+#include "pages/PDFThumbnailView.h"
+
+#include "ThumbnailPainter.h"
+#include "TileLoader.h"
+#include "pages/PDFView.h"
+#include "pages/PagePainter.h"
+#include "pdf/LossText.h"
+#include "pdf/PDFDocument.h"
+
+#include <QHelpEvent>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScrollBar>
+#include <QSet>
+#include <QTimer>
+#include <QToolTip>
+#include <QWheelEvent>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr qsizetype thumbnailLimit = 32 * 1024 * 1024; ///< bytes
+constexpr int farThumbnails = 200; ///< beyond those that show
+constexpr int patience = 10'000; ///< milliseconds for a thumbnail
+constexpr int gap = 10;
+constexpr int frame = 4; ///< between a thumbnail and the frame of the current page
+constexpr double smallestSide = 16;
+constexpr double largestSide = 1024;
+
+} // namespace
+
+class PDFThumbnailView::Private : public QObject
+{
+public:
+    explicit Private(PDFThumbnailView* strip)
+        : q(strip)
+        , theTiles(thumbnailLimit, farThumbnails, this)
+    {
+        theTiles.setPatience(patience);
+        theWantTimer.setSingleShot(true);
+        connect(&theWantTimer, &QTimer::timeout, this, [this] { wantTiles(); });
+        connect(&theTiles, &TileLoader::pageChanged, q->viewport(), qOverload<>(&QWidget::update));
+        connect(&theTiles, &TileLoader::pageChanged, this, [this] { describeFailures(); });
+    }
+
+    PDFDocument* document() const { return theView ? theView->document() : nullptr; }
+    int pageCount() const { return document() ? document()->pageCount() : 0; }
+    int labelHeight() const { return q->fontMetrics().height() + 4; }
+    QSize cell() const
+    {
+        const QSize box = theSize.toSize();
+        return {box.width() + 2 * frame, box.height() + labelHeight() + 2 * frame};
+    }
+    int columns() const
+    {
+        return std::max(1, (q->viewport()->width() - gap) / (cell().width() + gap));
+    }
+    int rowHeight() const { return cell().height() + gap; }
+    int offset() const { return q->verticalScrollBar()->value(); }
+    double scaleOf(int page) const
+    {
+        const QSizeF size = document()->pageSize(page);
+        return std::min(theSize.width() / size.width(), theSize.height() / size.height())
+            * q->viewport()->devicePixelRatioF();
+    }
+    PageGeometry::PageRange shownPages() const
+    {
+        const int first = offset() / rowHeight() * columns();
+        const int lastRow = (offset() + q->viewport()->height()) / rowHeight();
+        return {first, std::min(pageCount() - 1, (lastRow + 1) * columns() - 1)};
+    }
+
+    void takeDocument();
+    void layOut();
+    void revealCurrent();
+    void wantTiles();
+    void paintCell(QPainter& painter, int page);
+    QString title(int page) const;
+    QString tip(int page) const;
+    void describeFailures();
+
+    PDFThumbnailView* q;
+    QPointer<PDFView> theView;
+    QPointer<PDFDocument> theDocument; ///< the one that the tiles are of
+    TileLoader theTiles;
+    QSizeF theSize{90, 120};
+    QSet<int> theMarks;
+    QTimer theWantTimer;
+};
+
+PDFThumbnailView::PDFThumbnailView(QWidget* parent)
+    : QAbstractScrollArea(parent)
+    , d(std::make_unique<Private>(this))
+{
+    setAccessibleName(tr("Page thumbnails"));
+    setFocusPolicy(Qt::StrongFocus);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    viewport()->setBackgroundRole(QPalette::Window);
+}
+
+PDFThumbnailView::~PDFThumbnailView() = default;
+
+void PDFThumbnailView::setPDFView(PDFView* view)
+{
+    if (d->theView) {
+        d->theView->disconnect(d.get());
+        d->theView->disconnect(&d->theTiles);
+    }
+    d->theView = view;
+    if (view) {
+        connect(view, &PDFView::documentChanged, d.get(), [this] { d->takeDocument(); });
+        connect(view, &PDFView::currentPageChanged, d.get(), [this] { d->revealCurrent(); });
+        // Pages are read, thumbnails only looked at: those come when the page is there.
+        connect(view, &PDFView::drawingChanged, &d->theTiles, &TileLoader::setPaused);
+        connect(view, &QObject::destroyed, d.get(), [this] {
+            d->theView.clear(); // it is half gone already
+            d->takeDocument();
+        });
+    }
+    d->theTiles.setPaused(view && view->isDrawing());
+    d->takeDocument();
+}
+
+PDFView* PDFThumbnailView::pdfView() const
+{
+    return d->theView;
+}
+
+QSizeF PDFThumbnailView::thumbnailSize() const
+{
+    return d->theSize;
+}
+
+void PDFThumbnailView::setThumbnailSize(const QSizeF& size)
+{
+    d->theSize = {std::clamp(size.width(), smallestSide, largestSide),
+        std::clamp(size.height(), smallestSide, largestSide)};
+    d->layOut();
+    d->revealCurrent();
+}
+
+void PDFThumbnailView::setMarkedPages(const QList<int>& pages)
+{
+    d->theMarks = QSet<int>(pages.begin(), pages.end());
+    viewport()->update();
+}
+
+void PDFThumbnailView::Private::takeDocument()
+{
+    if (theDocument != document()) {
+        theDocument = document();
+        theTiles.setDocument(theDocument);
+        describeFailures();
+        q->verticalScrollBar()->setValue(0);
+    }
+    layOut();
+    revealCurrent();
+}
+
+void PDFThumbnailView::Private::layOut()
+{
+    const int rows = (pageCount() + columns() - 1) / columns();
+    const qint64 height = qint64{rows} * rowHeight() + gap;
+    const int view = q->viewport()->height();
+    q->verticalScrollBar()->setRange(0, static_cast<int>(std::max<qint64>(0, height - view)));
+    q->verticalScrollBar()->setPageStep(std::max(1, view));
+    q->verticalScrollBar()->setSingleStep(std::max(1, rowHeight() / 3));
+    q->setMinimumWidth(cell().width() + 2 * gap + q->verticalScrollBar()->sizeHint().width()
+        + 2 * q->frameWidth());
+    theWantTimer.start(0);
+    q->viewport()->update();
+}
+
+QRect PDFThumbnailView::pageRect(int page) const
+{
+    if (page < 0 || page >= d->pageCount())
+        return {};
+    const int columns = d->columns();
+    const QSize cell = d->cell();
+    const int width = columns * (cell.width() + gap) - gap;
+    const int left = (viewport()->width() - width) / 2;
+    const int top = gap + page / columns * d->rowHeight() - d->offset();
+    return {QPoint(left + page % columns * (cell.width() + gap), top), cell};
+}
+
+int PDFThumbnailView::pageAt(const QPoint& point) const
+{
+    const PageGeometry::PageRange shown = d->shownPages();
+    for (int page = shown.first; page <= shown.last; ++page) {
+        if (pageRect(page).contains(point))
+            return page;
+    }
+    return -1;
+}
+
+void PDFThumbnailView::Private::revealCurrent()
+{
+    q->viewport()->update();
+    const QRect rect = theView ? q->pageRect(theView->currentPage()) : QRect();
+    if (rect.isNull())
+        return;
+    const int height = q->viewport()->height();
+    if (rect.top() < gap)
+        q->verticalScrollBar()->setValue(offset() + rect.top() - gap);
+    else if (rect.bottom() + gap > height)
+        q->verticalScrollBar()->setValue(offset() + rect.bottom() + gap - height);
+}
+
+void PDFThumbnailView::Private::wantTiles()
+{
+    if (!q->isVisible() || !theDocument)
+        return;
+    const PageGeometry::PageRange shown = shownPages();
+    QList<TileKey> keys;
+    for (int page = shown.first; page <= shown.last; ++page) {
+        const double scale = scaleOf(page);
+        const TileGrid grid(TileLoader::pixelSize(theDocument->pageSize(page), 0, scale));
+        for (int row = 0; row < grid.rows(); ++row) {
+            for (int column = 0; column < grid.columns(); ++column)
+                keys.append({page, 0, scale, column, row});
+        }
+    }
+    const double scale = keys.isEmpty() ? 1 : keys.first().scale;
+    theTiles.want(keys, shown, 0, scale);
+}
+
+void PDFThumbnailView::paintEvent(QPaintEvent*)
+{
+    QPainter painter(viewport());
+    painter.fillRect(viewport()->rect(), palette().color(QPalette::Window));
+    const PageGeometry::PageRange shown = d->shownPages();
+    for (int page = shown.first; page <= shown.last; ++page)
+        d->paintCell(painter, page);
+    if (hasFocus()) {
+        painter.setPen(palette().color(QPalette::Highlight));
+        painter.setBrush(Qt::NoBrush);
+        painter.drawRect(viewport()->rect().adjusted(0, 0, -1, -1));
+    }
+}
+
+void PDFThumbnailView::Private::paintCell(QPainter& painter, int page)
+{
+    const QRect area = q->pageRect(page);
+    const bool isCurrent = page == theView->currentPage();
+    const double ratio = q->viewport()->devicePixelRatioF();
+    const QSizeF size = theDocument->pageSize(page);
+    const double scale = scaleOf(page);
+    const QSize pixels = TileLoader::pixelSize(size, 0, scale);
+    const QSizeF shown = QSizeF(pixels) / ratio;
+    const QPointF corner(area.x() + (area.width() - shown.width()) / 2,
+        area.y() + frame + theSize.height() - shown.height());
+    const QPoint origin(qRound(corner.x() * ratio), qRound(corner.y() * ratio));
+    painter.save();
+    painter.scale(1 / ratio, 1 / ratio);
+    PagePainter::paint(painter, {page, size, 0, scale, theTiles.failure(page), ratio}, origin,
+        QRect(origin, pixels), theTiles.cache());
+    painter.restore();
+    const QRect paper(corner.toPoint(), shown.toSize());
+    if (isCurrent) {
+        painter.setPen(QPen(q->palette().color(QPalette::Highlight), 3));
+        painter.setBrush(Qt::NoBrush);
+        painter.drawRect(paper.adjusted(-3, -3, 2, 2));
+    }
+    if (theMarks.contains(page))
+        ThumbnailPainter::paintMark(painter, paper);
+    ThumbnailPainter::paintLabel(painter, *q, title(page),
+        {area.left(), area.bottom() + 1 - labelHeight(), area.width(), labelHeight()}, isCurrent);
+}
+
+/// What stands below a page: its label, or its number when there is none to be seen.
+QString PDFThumbnailView::Private::title(int page) const
+{
+    const QString label = theDocument->pageLabel(page).simplified();
+    return label.isEmpty() ? QString::number(page + 1) : label;
+}
+
+void PDFThumbnailView::resizeEvent(QResizeEvent* event)
+{
+    QAbstractScrollArea::resizeEvent(event);
+    d->layOut();
+    d->revealCurrent();
+}
+
+void PDFThumbnailView::showEvent(QShowEvent* event)
+{
+    QAbstractScrollArea::showEvent(event);
+    d->layOut();
+    d->revealCurrent();
+}
+
+void PDFThumbnailView::hideEvent(QHideEvent* event)
+{
+    QAbstractScrollArea::hideEvent(event);
+    d->theTiles.clear();
+}
+
+void PDFThumbnailView::changeEvent(QEvent* event)
+{
+    QAbstractScrollArea::changeEvent(event);
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
+        d->layOut();
+}
+
+void PDFThumbnailView::scrollContentsBy(int, int)
+{
+    d->theWantTimer.start(0);
+    viewport()->update();
+}
+
+void PDFThumbnailView::wheelEvent(QWheelEvent* event)
+{
+    const int pixels
+        = event->pixelDelta().isNull() ? event->angleDelta().y() * 2 / 3 : event->pixelDelta().y();
+    verticalScrollBar()->setValue(d->offset() - pixels);
+    event->accept();
+}
+
+void PDFThumbnailView::keyPressEvent(QKeyEvent* event)
+{
+    if (!d->theView)
+        return QAbstractScrollArea::keyPressEvent(event);
+    const int page = d->theView->currentPage();
+    const int last = d->pageCount() - 1;
+    const int rowsOfView = std::max(1, viewport()->height() / d->rowHeight());
+    int target = page;
+    switch (event->key()) {
+    case Qt::Key_Up:
+        target = page - d->columns();
+        break;
+    case Qt::Key_Down:
+        target = page + d->columns();
+        break;
+    case Qt::Key_Left:
+        target = page - 1;
+        break;
+    case Qt::Key_Right:
+        target = page + 1;
+        break;
+    case Qt::Key_PageUp:
+        target = std::max(0, page - rowsOfView * d->columns());
+        break;
+    case Qt::Key_PageDown:
+        target = std::min(last, page + rowsOfView * d->columns());
+        break;
+    case Qt::Key_Home:
+        target = 0;
+        break;
+    case Qt::Key_End:
+        target = last;
+        break;
+    default:
+        return QAbstractScrollArea::keyPressEvent(event);
+    }
+    if (target != page && target >= 0 && target <= last)
+        d->theView->goToPage(target);
+}
+
+void PDFThumbnailView::mousePressEvent(QMouseEvent* event)
+{
+    const int page = pageAt(event->position().toPoint());
+    if (event->button() == Qt::LeftButton && page >= 0)
+        d->theView->goToPage(page);
+}
+
+void PDFThumbnailView::mouseMoveEvent(QMouseEvent* event)
+{
+    event->accept();
+}
+
+bool PDFThumbnailView::viewportEvent(QEvent* event)
+{
+    if (event->type() != QEvent::ToolTip)
+        return QAbstractScrollArea::viewportEvent(event);
+    const auto* const help = static_cast<QHelpEvent*>(event);
+    const int page = pageAt(help->pos());
+    QToolTip::showText(
+        help->globalPos(), d->tip(page).toHtmlEscaped().replace(u'\n', u"<br>"_qs), viewport());
+    return true;
+}
+
+QString PDFThumbnailView::pageTip(int page) const
+{
+    return d->tip(page);
+}
+
+/// What is shown as a mark alone is said in words.
+QString PDFThumbnailView::Private::tip(int page) const
+{
+    if (page < 0 || page >= pageCount())
+        return {};
+    const QString label = title(page);
+    QString tip = tr("Page %1 of %2").arg(page + 1).arg(pageCount());
+    if (label != QString::number(page + 1))
+        tip = tr("Page %1 of %2, %3").arg(page + 1).arg(pageCount()).arg(label);
+    const PDFFailure failure = theTiles.failure(page);
+    return failure == PDFFailure::isNone ? tip : tip % u'\n' % PagePainter::failureText(failure);
+}
+
+void PDFThumbnailView::Private::describeFailures()
+{
+    const PDFLosses losses = theTiles.losses();
+    const QString text = losses.isEmpty()
+        ? QString()
+        : tr("Could not be drawn: %1.").arg(pageNumbers(losses.ranges(), 8));
+    if (text != q->accessibleDescription())
+        q->setAccessibleDescription(text);
+}

@@ -1,0 +1,351 @@
+#include "PDFEngineClient.h"
+
+#include "PDFEngineAnswers.h"
+#include "PDFEngineProcess.h"
+#include "pdf/RunInPool.h"
+
+#include <QPointer>
+
+namespace {
+
+constexpr int leastOpeningLimit = 20'000; ///< milliseconds
+/// What a file's size adds to it. An engine that has to look for the objects of a damaged file by
+/// itself gets through ten times as much when nothing else is going on.
+constexpr std::size_t bytesPerMillisecond = 2048;
+constexpr int graceForGivenUp = 250; ///< milliseconds
+/// A document that was open once opens again unless the machine is out of something.
+constexpr int maximumFailedStarts = 2;
+constexpr int maximumNonsenses = 3;
+constexpr qint64 millisecondsBetweenProgress = 50;
+constexpr qsizetype longestResultReadAtOnce = 64 * 1024; ///< bytes
+
+PayloadReader readerOf(const QByteArray& payload)
+{
+    return PayloadReader({payload.constData(), static_cast<std::size_t>(payload.size())});
+}
+
+} // namespace
+
+PDFEngineClient::PDFEngineClient(const FileBytes& bytes, bool writesFlat, QObject* parent)
+    : QObject(parent)
+    , theBytes(bytes)
+    , theFlatIsWanted(writesFlat)
+{
+    theLimit.setSingleShot(true);
+    connect(&theLimit, &QTimer::timeout, this, [this] { loseEngine(PDFFailure::isTimedOut); });
+}
+
+PDFEngineClient::~PDFEngineClient() = default;
+
+int PDFEngineClient::openingLimit() const
+{
+    return leastOpeningLimit + static_cast<int>(theBytes.size() / bytesPerMillisecond);
+}
+
+void PDFEngineClient::open()
+{
+    if (theState == State::isOff)
+        startEngine();
+}
+
+void PDFEngineClient::startEngine()
+{
+    theEngine = new PDFEngineProcess(this);
+    connect(theEngine, &PDFEngineProcess::answered, this, &PDFEngineClient::takeAnswer);
+    connect(theEngine, &PDFEngineProcess::ended, this, [this](bool sentNonsense) {
+        if (sentNonsense)
+            distrustEngine();
+        else
+            loseEngine(PDFFailure::isEngineDead);
+    });
+    theState = State::isOpening;
+    // A failure to start must not reach the caller before it has connected to the signals.
+    if (!theEngine->start(theBytes, theFlatIsWanted)) {
+        QTimer::singleShot(0, theEngine, [this] { loseEngine(PDFFailure::isEngineDead); });
+        return;
+    }
+    send(EngineRequest::isOpen, {}, openingLimit());
+}
+
+void PDFEngineClient::stopEngine()
+{
+    theLimit.stop();
+    if (!theEngine)
+        return;
+    // It may be an answer of this very engine that is being handled.
+    theEngine->disconnect(this);
+    theEngine->deleteLater();
+    theEngine = nullptr;
+    theState = State::isOff;
+}
+
+void PDFEngineClient::send(EngineRequest kind, std::string_view payload, int timeLimit)
+{
+    const Number number = theJob ? theJob->first : ++theLastNumber;
+    const std::uint32_t largest = theJob ? theJob->second.largestResult : 0;
+    theSentKind = kind;
+    theProgressReports = 0;
+    theSinceProgress.invalidate();
+    theEngine->send(number, kind, payload, largest > 0 ? largest : largestResult(kind), timeLimit);
+    theLimit.start(timeLimit);
+}
+
+void PDFEngineClient::unlock(const QString& password)
+{
+    thePassword = password.toStdString();
+    open();
+    if (theState != State::isLocked)
+        return;
+    PayloadWriter payload;
+    payload.putText(*thePassword);
+    theState = State::isOpening;
+    send(EngineRequest::isUnlock, payload.bytes(), openingLimit());
+}
+
+PDFEngineClient::Number PDFEngineClient::submit(PDFEngineJob job)
+{
+    const Number number = ++theLastNumber;
+    const bool isLatestFirst = job.priority == PDFEngineJob::Priority::isTile;
+    const Key key{job.priority, isLatestFirst ? -qint64{number} : qint64{number}};
+    theKeys.emplace(number, key);
+    theQueue.emplace(key, std::make_pair(number, std::move(job)));
+    if (theState == State::isOff && !theJob)
+        startEngine();
+    else if (theState == State::isBroken)
+        QMetaObject::invokeMethod(this, &PDFEngineClient::failWaitingJobs, Qt::QueuedConnection);
+    else
+        startNextJob();
+    return number;
+}
+
+void PDFEngineClient::giveUp(Number number)
+{
+    if (const auto place = theKeys.find(number); place != theKeys.end()) {
+        theQueue.erase(place->second);
+        theKeys.erase(place);
+    } else if (theJob && theJob->first == number
+        && (theState == State::isBusy || theResultIsBeingRead)) {
+        theJob->second.finish = nullptr;
+        theJob->second.progress = nullptr;
+        theJob->second.accept = nullptr;
+        if (!theResultIsBeingRead)
+            theLimit.start(graceForGivenUp);
+    }
+}
+
+void PDFEngineClient::startNextJob()
+{
+    if (theState != State::isIdle || theQueue.empty() || theJob)
+        return;
+    auto entry = theQueue.extract(theQueue.begin());
+    theJob = std::move(entry.mapped());
+    theKeys.erase(theJob->first);
+    theState = State::isBusy;
+    send(theJob->second.kind, theJob->second.payload, theJob->second.timeLimit);
+}
+
+void PDFEngineClient::takeAnswer(EngineAnswer kind, const QByteArray& payload)
+{
+    if (theState == State::isOpening)
+        takeOpeningAnswer(kind, payload);
+    else if (theState == State::isBusy)
+        takeJobAnswer(kind, payload);
+    else
+        distrustEngine();
+}
+
+void PDFEngineClient::takeOpeningAnswer(EngineAnswer kind, const QByteArray& payload)
+{
+    theLimit.stop();
+    switch (kind) {
+    case EngineAnswer::isOpened:
+        return takeFacts(payload);
+    case EngineAnswer::isLocked:
+        return takeLock(payload);
+    case EngineAnswer::isRefused: {
+        PayloadReader reader = readerOf(payload);
+        const std::string_view reason = reader.takeText();
+        if (!reader.isDone())
+            return distrustEngine();
+        return failOpening(QString::fromUtf8(reason.data(), static_cast<qsizetype>(reason.size())));
+    }
+    default:
+        return distrustEngine();
+    }
+}
+
+void PDFEngineClient::takeFacts(const QByteArray& payload)
+{
+    PayloadReader reader = readerOf(payload);
+    // The same bytes make the same document each time.
+    const bool isOther = theDocumentWasOpen && payload != theFacts;
+    if (isOther || !readOpenedAnswer(reader))
+        return distrustEngine();
+    theState = State::isIdle;
+    theFailedStarts = 0;
+    theFacts = payload;
+    startNextJob();
+    if (!std::exchange(theDocumentWasOpen, true))
+        emit opened(payload);
+}
+
+void PDFEngineClient::takeLock(const QByteArray& payload)
+{
+    PayloadReader reader = readerOf(payload);
+    const bool wasTried = reader.take<quint8>() != 0;
+    if (!reader.isDone() || wasTried != (theSentKind == EngineRequest::isUnlock))
+        return distrustEngine();
+    theState = State::isLocked;
+    if (thePassword && !wasTried)
+        unlock(QString::fromStdString(*thePassword));
+    else if (theDocumentWasOpen || thePasswordIsKnown)
+        failOpening(tr("The PDF engine does not take the password any more."));
+    else
+        emit locked(wasTried);
+}
+
+void PDFEngineClient::takeJobAnswer(EngineAnswer kind, const QByteArray& payload)
+{
+    PayloadReader reader = readerOf(payload);
+    if (kind == EngineAnswer::isProgress)
+        return takeProgress(payload);
+    if (kind == EngineAnswer::isDone)
+        return takeResult(payload);
+    const auto fault = static_cast<EngineFault>(reader.take<quint8>());
+    if (kind != EngineAnswer::isFailed || !reader.isDone())
+        return distrustEngine();
+    if (fault == EngineFault::isOutOfMemory)
+        return loseEngine(PDFFailure::isOutOfMemory);
+    endJob(PDFFailure::isDamaged);
+}
+
+void PDFEngineClient::takeResult(const QByteArray& payload)
+{
+    theLimit.stop();
+    const auto& decode = theJob->second.decode;
+    if (decode && payload.size() > longestResultReadAtOnce)
+        return readElsewhere(payload);
+    PayloadReader reader = readerOf(payload);
+    finishResult(payload, !decode || decode(reader));
+}
+
+void PDFEngineClient::readElsewhere(const QByteArray& payload)
+{
+    theResultIsBeingRead = true;
+    const auto read = [payload, decode = theJob->second.decode] {
+        PayloadReader reader = readerOf(payload);
+        return decode(reader);
+    };
+    runInPool(read).then(this, [this, payload](bool isSound) { finishResult(payload, isSound); });
+}
+
+void PDFEngineClient::finishResult(const QByteArray& payload, bool isSound)
+{
+    theResultIsBeingRead = false;
+    const auto& accept = theJob->second.accept;
+    PayloadReader reader = readerOf(payload);
+    const bool isWhole = theJob->second.decode != nullptr; // which has read it to its end
+    if (!isSound || (accept && (!accept(reader, payload) || (!isWhole && !reader.isDone()))))
+        return distrustEngine();
+    endJob(PDFFailure::isNone);
+}
+
+/// Of many reports a second, which would hold up the event loop, a few are passed on.
+void PDFEngineClient::takeProgress(const QByteArray& payload)
+{
+    PayloadReader reader = readerOf(payload);
+    const int done = reader.take<int>();
+    const int total = reader.take<int>();
+    const bool isWriting
+        = theSentKind == EngineRequest::isFlat || theSentKind == EngineRequest::isPrint;
+    if (!isWriting || !reader.isDone() || done < 0 || total < 0 || (total > 0 && done > total)
+        || ++theProgressReports > maximumProgressReports)
+        return distrustEngine();
+    const bool isSoon
+        = theSinceProgress.isValid() && theSinceProgress.elapsed() < millisecondsBetweenProgress;
+    if (isSoon || !theJob->second.progress)
+        return;
+    theSinceProgress.start();
+    theJob->second.progress(done, total);
+}
+
+void PDFEngineClient::endJob(PDFFailure failure)
+{
+    theLimit.stop();
+    const PDFEngineJob job = std::move(std::exchange(theJob, std::nullopt)->second);
+    if (theState == State::isBusy)
+        theState = State::isIdle;
+    if (job.kind == EngineRequest::isFlat || job.kind == EngineRequest::isPrint)
+        stopEngine();
+    if (theState == State::isOff && !theQueue.empty())
+        startEngine();
+    startNextJob();
+    // Last: whoever hears of it may destroy this object.
+    if (job.finish)
+        job.finish(failure);
+}
+
+void PDFEngineClient::loseEngine(PDFFailure failure)
+{
+    const bool wasOpening = theState == State::isOpening;
+    const bool isMissing = theEngine && !theEngine->hasStarted();
+    stopEngine();
+    if (theResultIsBeingRead)
+        return; // the engine had sent it whole
+    if (!wasOpening && theNonsenses > maximumNonsenses) {
+        theState = State::isBroken;
+        theBreakage = failure;
+        QMetaObject::invokeMethod(this, &PDFEngineClient::failWaitingJobs, Qt::QueuedConnection);
+    }
+    if (theJob)
+        return endJob(failure);
+    if (!wasOpening)
+        return;
+    if (isMissing) // no fault of the file's
+        return failOpening(
+            tr("The PDF engine %1 is missing or cannot be started.").arg(pdfEnginePath()), failure);
+    failOpening(failure == PDFFailure::isTimedOut
+            ? tr("Reading the file takes longer than %1 seconds.").arg(openingLimit() / 1000)
+            : tr("The PDF engine stopped while it was reading the file."),
+        failure);
+}
+
+void PDFEngineClient::distrustEngine()
+{
+    ++theNonsenses;
+    loseEngine(PDFFailure::isEngineDead);
+}
+
+void PDFEngineClient::failOpening(const QString& reason, PDFFailure failure)
+{
+    stopEngine();
+    if (theDocumentWasOpen && ++theFailedStarts < maximumFailedStarts)
+        return startEngine();
+    theState = State::isBroken;
+    theBreakage = failure;
+    const QPointer<PDFEngineClient> self(this);
+    failWaitingJobs();
+    if (self)
+        emit refused(reason);
+}
+
+void PDFEngineClient::failWaitingJobs()
+{
+    const QPointer<PDFEngineClient> self(this);
+    while (self && theState == State::isBroken && !theQueue.empty()) {
+        auto entry = theQueue.extract(theQueue.begin());
+        theKeys.erase(entry.mapped().first);
+        if (entry.mapped().second.finish)
+            entry.mapped().second.finish(theBreakage);
+    }
+}
+
+std::optional<FileBytes> PDFEngineClient::takeFlat(std::size_t size)
+{
+    return theEngine ? theEngine->takeFlat(size) : std::nullopt;
+}
+
+qint64 PDFEngineClient::engineProcessId() const
+{
+    return theEngine ? theEngine->processId() : 0;
+}

@@ -1,0 +1,161 @@
+#pragma once
+
+#include "files/FileBytes.h"
+#include "pdf/PDFRequest.h"
+#include "protocol/EngineProtocol.h"
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QString>
+#include <QTimer>
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+
+class PDFEngineProcess;
+
+/// Milliseconds that the engine may take for a page, unless its job says otherwise.
+constexpr int pdfPageTimeLimit = 20'000;
+
+/// One piece of work for an engine.
+struct PDFEngineJob
+{
+    /// Served in this order among the jobs that wait.
+    enum class Priority
+    {
+        isPromptWork, ///< what the user waits for, first come first served
+        isTile, ///< latest first: what came last is what shows now
+        isBackground,
+    };
+
+    EngineRequest kind = EngineRequest::isMeasure;
+    Priority priority = Priority::isPromptWork;
+    int timeLimit = pdfPageTimeLimit; ///< milliseconds from when the engine starts on it
+    std::string payload;
+    std::uint32_t largestResult = 0; ///< bytes; 0 for what the kind of request may bring at most
+    /// Reads the result, of which the reader is at the start, into values that this function and
+    /// finish share. Long results are read in a thread of the pool. May be empty. @returns false
+    /// when the result makes no sense, as accept does.
+    std::function<bool(PayloadReader&)> decode;
+    /// Takes the result in the main thread, behind decode; the reader is at its start. May be
+    /// empty. @returns false when it makes no sense: the engine is then replaced and the job has
+    /// failed.
+    std::function<bool(PayloadReader&, const QByteArray& payload)> accept;
+    std::function<void(int done, int total)> progress; ///< may be empty
+    std::function<void(PDFFailure)> finish; ///< called once, last of all; not after giveUp()
+};
+
+/// Keeps an engine at work: a queue of jobs, one at a time, each with its time limit.
+///
+/// An engine that ends, stalls, answers nonsense or runs out of memory is replaced for the next
+/// job; the job that it was at fails. No sound engine answers nonsense: when it has happened a few
+/// times, the file is in command, and no further engine is started on it. Main thread only; nothing
+/// here waits.
+class PDFEngineClient : public QObject
+{
+    Q_OBJECT
+
+public:
+    using Number = std::uint32_t;
+
+    /// @param writesFlat the engine gets memory for a flattened or printed document, and is
+    ///   replaced after having written one, which gives back what that took.
+    PDFEngineClient(const FileBytes& bytes, bool writesFlat, QObject* parent);
+    ~PDFEngineClient() override;
+
+    /// Starts the engine unless it runs; the first job does so as well.
+    void open();
+    /// Sends a password and keeps it for the engines to come.
+    void unlock(const QString& password);
+    /// For an engine beside one that has opened the document: its password, if it has one. Nobody
+    /// is asked again.
+    void setPassword(const std::optional<std::string>& password)
+    {
+        thePassword = password;
+        thePasswordIsKnown = true;
+    }
+    const std::optional<std::string>& password() const { return thePassword; }
+
+    Number submit(PDFEngineJob job);
+    /// Forgets a job. One that runs gets a quarter of a second to end by itself, so that quick work
+    /// does not cost an engine. Unknown numbers are ignored.
+    void giveUp(Number number);
+
+    /// The flattened or printed document that the engine has just written: to be called from
+    /// accept() alone.
+    std::optional<FileBytes> takeFlat(std::size_t size);
+
+    /// The document cannot be opened any more: every job fails.
+    bool isBroken() const { return theState == State::isBroken; }
+
+    /// For tests: the process id of the engine, 0 when none runs.
+    qint64 engineProcessId() const;
+
+signals:
+    /// The engine has opened the document. @param facts payload of isOpened.
+    void opened(const QByteArray& facts);
+    /// It wants a password. @param wasWrong the one that was sent is not it.
+    void locked(bool wasWrong);
+    /// It cannot open the document. @param reason a sentence for the user.
+    void refused(const QString& reason);
+
+private:
+    enum class State
+    {
+        isOff, ///< no engine; the next job starts one
+        isOpening,
+        isLocked,
+        isIdle,
+        isBusy,
+        isBroken, ///< the document cannot be opened (again): every job fails
+    };
+    using Key = std::pair<PDFEngineJob::Priority, qint64>;
+
+    /// How long the engine may take to open the file, in milliseconds.
+    int openingLimit() const;
+    void startEngine();
+    void stopEngine();
+    void startNextJob();
+    void takeAnswer(EngineAnswer kind, const QByteArray& payload);
+    void takeOpeningAnswer(EngineAnswer kind, const QByteArray& payload);
+    void takeJobAnswer(EngineAnswer kind, const QByteArray& payload);
+    void takeFacts(const QByteArray& payload);
+    void takeLock(const QByteArray& payload);
+    void takeProgress(const QByteArray& payload);
+    void takeResult(const QByteArray& payload);
+    void readElsewhere(const QByteArray& payload);
+    /// @param isSound what decode made of the result.
+    void finishResult(const QByteArray& payload, bool isSound);
+    void loseEngine(PDFFailure failure);
+    /// Ends an engine that has sent what no engine sends.
+    void distrustEngine();
+    void failOpening(const QString& reason, PDFFailure failure = PDFFailure::isEngineDead);
+    void endJob(PDFFailure failure);
+    void send(EngineRequest kind, std::string_view payload, int timeLimit);
+    void failWaitingJobs();
+
+    FileBytes theBytes;
+    bool theFlatIsWanted;
+    std::optional<std::string> thePassword;
+    bool thePasswordIsKnown = false;
+    PDFEngineProcess* theEngine = nullptr;
+    State theState = State::isOff;
+    bool theDocumentWasOpen = false;
+    QByteArray theFacts; ///< payload of isOpened: each engine on the file says the same
+    int theFailedStarts = 0;
+    int theNonsenses = 0;
+    std::uint32_t theProgressReports = 0; ///< of the present job
+    bool theResultIsBeingRead = false; ///< by a thread; the engine may be gone meanwhile
+    QElapsedTimer theSinceProgress;
+    PDFFailure theBreakage = PDFFailure::isEngineDead; ///< what every job fails with when broken
+    QTimer theLimit;
+    Number theLastNumber = 0;
+    EngineRequest theSentKind = EngineRequest::isOpen;
+    std::map<Key, std::pair<Number, PDFEngineJob>> theQueue;
+    std::map<Number, Key> theKeys; ///< where a waiting job stands in the queue
+    std::optional<std::pair<Number, PDFEngineJob>> theJob;
+};

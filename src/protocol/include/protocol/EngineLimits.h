@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+/// How much the PDF engine may be asked for and may answer.
+///
+/// The engine keeps to these limits while it writes an answer, and the program refuses an answer
+/// that does not: a file that has taken the engine over is held by them as well. A limit that only
+/// one of the two ends knows is none.
+
+constexpr std::uint32_t maximumRequestSize = 64u << 20; ///< a million sheets to print
+constexpr std::uint32_t maximumAnswerSize = 160u << 20;
+
+constexpr int maximumPageCount = 4'000'000;
+constexpr int maximumMeasuredPages = 1000; ///< pages that are measured in one go
+constexpr int maximumTileSide = 4096; ///< pixels
+/// Bytes of a sheet in isPrint.
+constexpr std::size_t printSheetSize = sizeof(int) + 5 * sizeof(double);
+
+/// Characters of one page's text; what follows is left out. The longest real pages have some
+/// 50,000.
+constexpr std::uint32_t maximumPageCharacters = 3'000'000;
+/// Stretches of one look in a page's text; what follows keeps the look of the last.
+constexpr std::uint32_t maximumTextRuns = 200'000;
+constexpr std::size_t longestFontName = 127; ///< bytes; the library keeps 31
+
+constexpr std::uint32_t maximumLinks = 20'000; ///< of one page
+constexpr std::uint32_t maximumOutlineEntries = 100'000;
+constexpr int maximumOutlineDepth = 64; ///< levels
+constexpr std::size_t longestTargetText = 4096; ///< bytes of one title or address
+/// Bytes of all titles and addresses in one answer; entries and links behind are left out.
+constexpr std::size_t maximumTargetTexts = 16u << 20;
+
+/// Bytes of a page label: 255 characters of a prefix and 255 letters of a number.
+constexpr std::size_t longestLabel = 4 * 255 + 255;
+constexpr std::size_t longestReason = 500; ///< bytes
+/// Reports of how far a request is. A flattened document has one for each 500 objects.
+constexpr std::uint32_t maximumProgressReports = 1'000'000;
+
+/// Bytes of a file that the engine writes, flattened or printed; the program gives it memory of
+/// this size. A million sheets of paper take 300 MB, and a file that holds tags and little else
+/// grows to twelve times its size when they are unpacked.
+constexpr std::uint64_t largestWrittenFile(std::uint64_t fileSize)
+{
+    return (std::uint64_t{512} << 20) + 8 * fileSize;
+}
+
+/// Characters of all pages of a document: what a book of 20,000 pages has, and more for large
+/// files.
+constexpr std::uint64_t maximumDocumentCharacters(std::uint64_t fileSize)
+{
+    return 50'000'000 + 16 * fileSize;
+}

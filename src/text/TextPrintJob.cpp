@@ -1,0 +1,123 @@
+#include "TextPrintJob.h"
+
+#include "TextPrinter.h"
+#include "printing/PrintNotice.h"
+#include "printing/PrintPanel.h"
+#include "printing/PrintSettings.h"
+#include "printing/PrintedFile.h"
+
+#include <QPageRanges>
+#include <QPrinter>
+#include <QProgressDialog>
+
+#include <chrono>
+#include <utility>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr int progressSteps = 1000;
+
+} // namespace
+
+TextPrintJob::TextPrintJob(std::shared_ptr<const TextStorage> storage, const QFont& font,
+    const QString& name, const QStringList& missing, QWidget* window)
+    : QObject(window)
+    , theStorage(std::move(storage))
+    , theFont(font)
+    , theWindow(window)
+    , theName(name)
+    , theMissing(missing)
+    , thePrinter(PrintSettings::makePrinter())
+{
+    thePrinter->setDocName(name);
+    connect(&theTimer, &QTimer::timeout, this, &TextPrintJob::goOn);
+    auto* dialog = new PrintPanel(thePrinter.get(), window);
+    connect(this, &QObject::destroyed, dialog, &QObject::deleteLater);
+    connect(dialog, &QDialog::accepted, this, &TextPrintJob::begin);
+    connect(dialog, &QDialog::rejected, this, &QObject::deleteLater);
+    dialog->open();
+}
+
+TextPrintJob::~TextPrintJob() = default;
+
+void TextPrintJob::begin()
+{
+    PrintSettings::applyTo(*thePrinter);
+    if (thePrinter->outputFormat() == QPrinter::PdfFormat && !openFile())
+        return;
+    theProgress = new QProgressDialog(tr("Printing…"), tr("Cancel"), 0, progressSteps, theWindow);
+    theProgress->setWindowModality(Qt::WindowModal);
+    theProgress->setWindowTitle(tr("Print"));
+    theProgress->setAutoClose(false);
+    theProgress->setAutoReset(false);
+    connect(this, &QObject::destroyed, theProgress, &QObject::deleteLater);
+    connect(theProgress, &QProgressDialog::canceled, this, &TextPrintJob::cancel);
+    TextPrinter::Choice choice;
+    const QPageRanges ranges = thePrinter->pageRanges();
+    if (thePrinter->printRange() == QPrinter::PageRange && !ranges.isEmpty()) {
+        choice.isWanted = [ranges](int page) { return ranges.contains(page); };
+        choice.lastPage = ranges.lastPage();
+    }
+    if (!thePrinter->supportsMultipleCopies())
+        choice.copies = thePrinter->copyCount();
+    theText = std::make_unique<TextPrinter>(theStorage, theFont, *thePrinter, std::move(choice));
+    theTimer.start();
+}
+
+/// @returns false when the job has ended without a file.
+bool TextPrintJob::openFile()
+{
+    thePath = thePrinter->outputFileName();
+    theFile = new PrintedFile(thePath, this);
+    connect(theFile, &PrintedFile::finished, this, &TextPrintJob::end);
+    if (const QString reason = theFile->open(); !reason.isEmpty()) {
+        end(reason);
+        return false;
+    }
+    thePrinter->setOutputFileName(theFile->unfinishedPath());
+    return true;
+}
+
+void TextPrintJob::goOn()
+{
+    const bool isMore = theText->advance(QDeadlineTimer(8ms));
+    theProgress->setLabelText(tr("Printing page %L1…").arg(theText->page()));
+    theProgress->setValue(static_cast<int>(theText->progress() * progressSteps));
+    if (isMore)
+        return;
+    finish();
+}
+
+void TextPrintJob::finish()
+{
+    theTimer.stop();
+    const bool hasFailed = theText->hasFailed();
+    theText.reset(); // the painter writes its last bytes
+    if (hasFailed)
+        end(tr("The printer or the file cannot be written to"));
+    else if (theFile)
+        theFile->completePainted();
+    else
+        end({});
+}
+
+void TextPrintJob::cancel()
+{
+    theTimer.stop();
+    thePrinter->abort();
+    theText.reset();
+    deleteLater();
+}
+
+void TextPrintJob::end(const QString& reason)
+{
+    if (theProgress) {
+        theProgress->disconnect(this);
+        theProgress->reset();
+    }
+    deleteLater();
+    tellUser(
+        printNotice({theName, thePath, thePrinter->printerName(), theMissing}, reason), theWindow);
+}

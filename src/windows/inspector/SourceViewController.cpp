@@ -1,0 +1,283 @@
+#include "inspector/SourceViewController.h"
+
+#include "SourceSummary.h"
+#include "document/Document.h"
+#include "pdf/LossText.h"
+#include "text/PlainTextStorage.h"
+#include "text/PlainTextView.h"
+
+#include "ui_SourceWindow.h"
+
+#include <QSettings>
+#include <QShowEvent>
+#include <QTimer>
+
+#include <chrono>
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// A note that comes and goes within a glance only makes the window flicker.
+constexpr auto notePatience = 300ms;
+
+const QString splitterKey = QStringLiteral("SourceWindow/panes");
+
+QString failureNote(PDFFailure failure)
+{
+    switch (failure) {
+    case PDFFailure::isNone:
+        return {};
+    case PDFFailure::isCancelled:
+        return SourceViewController::tr("Cancelled");
+    case PDFFailure::isEngineDead:
+        return SourceViewController::tr("The PDF engine broke down while writing this document");
+    case PDFFailure::isOutOfMemory:
+        return SourceViewController::tr("The PDF engine ran out of memory");
+    case PDFFailure::isTimedOut:
+        return SourceViewController::tr("Given up: it takes the PDF engine too long");
+    case PDFFailure::isDamaged:
+        return SourceViewController::tr("The PDF engine could not write this document");
+    }
+    return {};
+}
+
+/// What the flattened document lacks, shortly in the first line; empty when it is whole.
+QString lossNote(const PDFWrittenFile& file)
+{
+    if (file.isWhole())
+        return {};
+    const QString pages = pageNumbers(file.losses.ranges(), 2);
+    const QString brief = pages.isEmpty() ? SourceViewController::tr("Incomplete")
+                                          : SourceViewController::tr("Incomplete: %1").arg(pages);
+    const QStringList sentences
+        = missingSentences(file.losses, file.lostObjects, LossSubject::isFile);
+    return brief % u'\n' % sentences.join(u'\n');
+}
+
+SharedBytes shared(const FileBytes& bytes)
+{
+    return {bytes.view(), bytes.owner()};
+}
+
+DocumentFacts factsOf(const PDFDocument& document)
+{
+    const PDFFacts& facts = document.facts();
+    return {facts.majorVersion, facts.minorVersion, facts.pageCount, facts.infoEntryCount,
+        facts.catalogEntryCount};
+}
+
+void setText(PlainTextView* view, const QString& text)
+{
+    view->setTextStorage(std::make_shared<const PlainTextStorage>(text));
+}
+
+} // namespace
+
+SourceViewController::SourceViewController(
+    Document* document, const ViewFlags* flags, QWidget* parent)
+    : QWidget(parent)
+    , ui(std::make_unique<Ui::SourceWindow>())
+    , theOwner(document)
+    , theFlags(flags)
+{
+    ui->setupUi(this);
+    connectOutlets();
+}
+
+SourceViewController::~SourceViewController() = default;
+
+void SourceViewController::connectOutlets()
+{
+    theUpper = {ui->upperTextView, ui->upperNote, ui->upperCancel, {}};
+    theLower = {ui->lowerTextView, ui->lowerNote, ui->lowerCancel, {}};
+    for (PlainTextView* view : {ui->upperTextView, ui->lowerTextView, ui->bottomTextView}) {
+        view->useFixedPitchFont();
+        view->setWrapping(false);
+    }
+    for (Pane* pane : {&theUpper, &theLower}) {
+        pane->note->hide();
+        pane->cancel->hide();
+        connect(pane->cancel, &QToolButton::clicked, this, [this, pane] { cancelWork(*pane); });
+    }
+    const QByteArray sizes = QSettings().value(splitterKey).toByteArray();
+    if (!ui->panes->restoreState(sizes))
+        ui->panes->setSizes({280, 380, 240});
+    setFocusProxy(ui->lowerTextView);
+}
+
+PlainTextView* SourceViewController::upperTextView() const
+{
+    return ui->upperTextView;
+}
+
+PlainTextView* SourceViewController::lowerTextView() const
+{
+    return ui->lowerTextView;
+}
+
+PlainTextView* SourceViewController::bottomTextView() const
+{
+    return ui->bottomTextView;
+}
+
+void SourceViewController::setUpperText(const QString& text)
+{
+    setText(ui->upperTextView, text);
+}
+
+void SourceViewController::setLowerText(const QString& text)
+{
+    setText(ui->lowerTextView, text);
+}
+
+void SourceViewController::setBottomText(const QString& text)
+{
+    setText(ui->bottomTextView, text);
+}
+
+bool SourceViewController::isFilling() const
+{
+    return theUpper.work || theLower.work;
+}
+
+/// Coming back from an icon is no new showing: the user wants to find what was there.
+void SourceViewController::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    if (!event->spontaneous())
+        fillPanes();
+}
+
+void SourceViewController::hideEvent(QHideEvent* event)
+{
+    QSettings().setValue(splitterKey, ui->panes->saveState());
+    QWidget::hideEvent(event);
+}
+
+void SourceViewController::fillPanes()
+{
+    for (Pane* pane : {&theUpper, &theLower})
+        endWork(*pane, QString());
+    theRenderedDocument = theOwner->thePDFDocument();
+    setWindowTitle(QStringLiteral("\u203C\uFE0F") + theOwner->displayName());
+    if (!theRenderedDocument || theRenderedDocument->state() != PDFDocument::State::isOpen) {
+        setBottomText(QString::fromUtf8(noDocumentText));
+        emit filled();
+        return;
+    }
+    if (theFlags->showRawSource())
+        theContent = SourceContent::isRaw;
+    else
+        theContent = theFlags->showSummarySource() ? SourceContent::isListing
+                                                   : SourceContent::isObjectList;
+    writeSummary();
+    fillUpper();
+    startScan(theLower, shared(theOwner->theData()), &SourceViewController::theFileSource);
+}
+
+void SourceViewController::fillUpper()
+{
+    PDFFlatRequest* request = theRenderedDocument->requestFlat(this);
+    beginWork(theUpper, request, tr("Writing the flattened PDF\u2026"));
+    connect(request, &PDFRequest::progressed, this, [this](int done, int total) {
+        if (total > 0)
+            theUpper.note->setText(
+                tr("Writing the flattened PDF\u2026 %1 %").arg(100LL * done / total));
+    });
+    connect(request, &PDFRequest::finished, this, [this, request] { takeFlattened(request); });
+}
+
+void SourceViewController::takeFlattened(PDFFlatRequest* request)
+{
+    if (request->succeeded()) {
+        const PDFWrittenFile& file = request->file();
+        startScan(
+            theUpper, shared(file.bytes), &SourceViewController::theFlatSource, lossNote(file));
+        return;
+    }
+    emptyUpper();
+    finishPane(theUpper, failureNote(request->failure()));
+}
+
+/// Without a flattened PDF there is nothing to list; an undecorated text stays what it was.
+void SourceViewController::emptyUpper()
+{
+    if (theContent != SourceContent::isRaw)
+        ui->upperTextView->setTextStorage(std::make_shared<const PlainTextStorage>());
+}
+
+/// @param lossNote what is missing from the bytes; stays beside the pane.
+void SourceViewController::startScan(Pane& pane, const SharedBytes& bytes,
+    std::shared_ptr<const SourceText> SourceViewController::*source, const QString& lossNote)
+{
+    auto* scan = new SourceScan(bytes, theContent, this);
+    beginWork(pane, scan, tr("Reading the source\u2026"));
+    connect(scan, &SourceScan::finished, this, [this, &pane, scan, source, lossNote] {
+        if (!scan->storage()) {
+            finishPane(pane, tr("There is not enough memory to show this"));
+            return;
+        }
+        this->*source = scan->source();
+        pane.view->setTextStorage(scan->storage());
+        finishPane(pane, lossNote);
+    });
+}
+
+void SourceViewController::beginWork(Pane& pane, QObject* work, const QString& note)
+{
+    endWork(pane, QString());
+    pane.work = work;
+    pane.note->setText(note);
+    QTimer::singleShot(notePatience, work, [&pane, work] {
+        if (pane.work != work) // it has ended and only waits to be deleted
+            return;
+        pane.note->show();
+        pane.cancel->show();
+    });
+}
+
+/// @param note what stays to be said, if anything.
+void SourceViewController::endWork(Pane& pane, const QString& note)
+{
+    if (pane.work) {
+        pane.work->disconnect(this);
+        pane.work->deleteLater();
+        if (auto* request = qobject_cast<PDFRequest*>(pane.work.data()))
+            request->cancel();
+        pane.work.clear();
+    }
+    // The first line stands there; all of it is in the tool tip.
+    pane.note->setText(note.section(u'\n', 0, 0));
+    pane.note->setToolTip(note);
+    pane.note->setAccessibleName(note);
+    pane.note->setVisible(!note.isEmpty());
+    pane.cancel->hide();
+}
+
+void SourceViewController::cancelWork(Pane& pane)
+{
+    if (&pane == &theUpper)
+        emptyUpper();
+    finishPane(pane, failureNote(PDFFailure::isCancelled));
+}
+
+void SourceViewController::finishPane(Pane& pane, const QString& note)
+{
+    endWork(pane, note);
+    writeSummary();
+    if (!isFilling())
+        emit filled();
+}
+
+void SourceViewController::writeSummary()
+{
+    const auto summaryOf = [this](const std::shared_ptr<const SourceText>& source) {
+        return source && theContent != SourceContent::isRaw
+            ? std::optional(source->theCatalog().makeSummary())
+            : std::nullopt;
+    };
+    if (theRenderedDocument)
+        setBottomText(QString::fromStdString(summaryText(
+            factsOf(*theRenderedDocument), summaryOf(theFlatSource), summaryOf(theFileSource))));
+}

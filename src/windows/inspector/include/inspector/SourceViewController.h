@@ -1,0 +1,99 @@
+#pragma once
+
+#include "analysis/SourceText.h"
+#include "frame/ViewFlags.h"
+#include "inspector/SourceScan.h"
+#include "pdf/PDFDocument.h"
+
+#include <QPointer>
+#include <QString>
+#include <QWidget>
+
+#include <memory>
+
+class Document;
+class PlainTextView;
+class QLabel;
+class QToolButton;
+namespace Ui {
+class SourceWindow;
+}
+
+/// Content of the source inspector: three text panes.
+///
+/// The upper pane shows the flattened PDF, the document as the PDF engine writes it out again; the
+/// lower one the file as stored; the bottom one what the engine tells of the document and the count
+/// of objects in both. The view flags showRawSource and showSummarySource decide whether the two
+/// show undecorated texts, listings, or object lists alone; they are read at every showing.
+///
+/// Every showing fills the panes anew. The engine and the scans work meanwhile; each pane says when
+/// it is waiting, lets the user give up, and says what went wrong.
+class SourceViewController : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// @param document, flags borrowed for the view's life.
+    SourceViewController(Document* document, const ViewFlags* flags, QWidget* parent = nullptr);
+    ~SourceViewController() override;
+
+    PDFDocument* theDocument() const { return theRenderedDocument; }
+    /// The flattened PDF's source of the latest fill that had one; null before.
+    std::shared_ptr<const SourceText> theFlatText() const { return theFlatSource; }
+    /// The stored file's source likewise.
+    std::shared_ptr<const SourceText> theSourceText() const { return theFileSource; }
+
+    PlainTextView* upperTextView() const;
+    PlainTextView* lowerTextView() const;
+    PlainTextView* bottomTextView() const;
+
+    /// Replaces the whole content of a pane with a text in the default colour.
+    void setUpperText(const QString& text);
+    void setLowerText(const QString& text);
+    void setBottomText(const QString& text);
+
+    /// Whether a pane is still waiting for its text.
+    bool isFilling() const;
+
+signals:
+    /// All panes have their final content.
+    void filled();
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
+private:
+    /// A text pane with what stands above it.
+    struct Pane
+    {
+        PlainTextView* view = nullptr;
+        QLabel* note = nullptr; ///< what the pane is waiting for, or why it is empty
+        QToolButton* cancel = nullptr;
+        QPointer<QObject> work; ///< a request or scan under way, owned by the controller
+    };
+
+    void connectOutlets();
+    void fillPanes();
+    void fillUpper();
+    void takeFlattened(PDFFlatRequest* request);
+    void startScan(Pane& pane, const SharedBytes& bytes,
+        std::shared_ptr<const SourceText> SourceViewController::*source,
+        const QString& lossNote = {});
+    void beginWork(Pane& pane, QObject* work, const QString& note);
+    void endWork(Pane& pane, const QString& note);
+    void cancelWork(Pane& pane);
+    void finishPane(Pane& pane, const QString& note);
+    void emptyUpper();
+    void writeSummary();
+
+    std::unique_ptr<Ui::SourceWindow> ui;
+    Document* theOwner;
+    const ViewFlags* theFlags;
+    QPointer<PDFDocument> theRenderedDocument;
+    std::shared_ptr<const SourceText> theFlatSource;
+    std::shared_ptr<const SourceText> theFileSource;
+    SourceContent theContent = SourceContent::isObjectList;
+    Pane theUpper;
+    Pane theLower;
+};

@@ -1,0 +1,55 @@
+#include "plain/PlainPDFViewController.h"
+
+#include "document/Document.h"
+#include "pages/PDFView.h"
+#include "printing/PagePrinter.h"
+#include "ui_PlainPDFWindow.h"
+
+#include <QShowEvent>
+
+const QString PlainPDFViewController::titlePrefix = QStringLiteral("\u2757\uFE0F");
+
+PlainPDFViewController::PlainPDFViewController(Document* document, QWidget* parent)
+    : QWidget(parent)
+    , theDocument(document)
+{
+    Ui::PlainPDFWindow ui;
+    ui.setupUi(this);
+    setThePDFView(ui.thePDFView);
+    setFocusProxy(theOutlet);
+}
+
+void PlainPDFViewController::setThePDFView(PDFView* view)
+{
+    theOutlet = view;
+    view->setPrintDelegate([this](PDFView* printed) { PDFViewPerformPrint(printed); });
+}
+
+void PlainPDFViewController::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    if (!event->spontaneous())
+        setUp();
+}
+
+void PlainPDFViewController::setUp()
+{
+    theOutlet->setDocument(theDocument->thePDFDocument(), theDocument->documentText());
+    theOutlet->setAutoScales(true);
+    setWindowTitle(titlePrefix + theDocument->displayName());
+}
+
+void PlainPDFViewController::autoZoom()
+{
+    theOutlet->setAutoScales(true);
+}
+
+void PlainPDFViewController::print()
+{
+    PDFViewPerformPrint(theOutlet);
+}
+
+void PlainPDFViewController::PDFViewPerformPrint(PDFView* view)
+{
+    PagePrinter::printAsSheet(view->document(), theDocument->displayName(), window());
+}

@@ -1,0 +1,312 @@
+#include "viewer/ViewController.h"
+
+#include "CountLine.h"
+#include "DocumentSearch.h"
+#include "GlyphIcon.h"
+#include "OutlineModel.h"
+#include "PageControls.h"
+#include "TextFeed.h"
+#include "frame/CommandRouter.h"
+#include "frame/DocumentWindow.h"
+#include "frame/StoredValues.h"
+#include "frame/ViewFlags.h"
+#include "pages/PDFThumbnailView.h"
+#include "pages/PDFView.h"
+#include "pdf/LossText.h"
+#include "pdf/PDFDocument.h"
+#include "pdf/PDFDocumentText.h"
+#include "pdf/ReleaseElsewhere.h"
+#include "printing/PagePrinter.h"
+#include "text/PlainTextView.h"
+
+#include "ui_ViewController.h"
+
+#include <QHash>
+#include <QMenu>
+#include <QSettings>
+#include <QShowEvent>
+
+#include <utility>
+
+namespace {
+
+const QString stripWidthKey = QStringLiteral("viewerStripWidth");
+const QString textWidthKey = QStringLiteral("viewerTextWidth");
+constexpr int firstStripWidth = 164;
+constexpr int narrowestStripWidth = 100;
+constexpr int firstTextWidth = 300;
+constexpr double thumbnailGrowth = 1.1;
+
+int storedStripWidth()
+{
+    return qMax(StoredValues::length(stripWidthKey, firstStripWidth), narrowestStripWidth);
+}
+
+QString outlineNote(const PDFOutlineRequest& request)
+{
+    if (!request.succeeded())
+        return ViewController::tr("The outline could not be read: %1.")
+            .arg(failureReason(request.failure()));
+    switch (request.outline().loss) {
+    case PDFLoss::isNone:
+        return {};
+    case PDFLoss::isCut:
+        return ViewController::tr("The outline has more entries than are shown here.");
+    case PDFLoss::isDamagedInPart:
+        return ViewController::tr("Parts of the outline are too damaged to be read.");
+    default:
+        return ViewController::tr("The outline is too damaged to be read.");
+    }
+}
+
+} // namespace
+
+ViewController::ViewController(
+    PDFDocument* document, PDFDocumentText* text, const ViewFlags& flags, QWidget* parent)
+    : QWidget(parent)
+    , ui(std::make_unique<Ui::ViewController>())
+    , theDocument(document)
+    , theText(text)
+    , theFlags(flags)
+    , theSearch(new DocumentSearch(text, this))
+    , theOutline(new OutlineModel(this))
+{
+    ui->setupUi(this);
+    findOutlets();
+    PagePrinter::serve(theOutlets.pdfView);
+    ui->sideBarButton->setIcon(GlyphIcon::icon(GlyphIcon::Shape::isSideBar));
+    ui->outlineView->setModel(theOutline);
+    ui->textProgress->setMessageWraps(true);
+    // Searching is the field's, and goes over the pages.
+    theOutlets.textView->setFindBarEnabled(false);
+    theTextFeed = new TextFeed(text, theOutlets.textView, ui->textProgress, this);
+    thePageControls = new PageControls(
+        theOutlets.pdfView, {ui->pageField, ui->pageCountLabel, ui->zoomMenu}, this);
+    connectControls();
+    connectSearch();
+    connectSideBar();
+    setFocusProxy(theOutlets.pdfView); // a reader's keys are the pages'
+    viewDidLoad();
+}
+
+ViewController::~ViewController()
+{
+    // The strip looks at the page view, which may be gone before it.
+    theOutlets.thumbnailView->setPDFView(nullptr);
+    releaseElsewhere(std::exchange(theMatches, {}));
+}
+
+void ViewController::setThePDFView(PDFView* view)
+{
+    theOutlets.pdfView = view;
+    PagePrinter::serve(view);
+}
+
+void ViewController::findOutlets()
+{
+    theOutlets = {
+        .splitView = ui->theSplitView,
+        .pdfView = ui->thePDFView,
+        .thumbnailView = ui->theThumbnailView,
+        .textScroller = ui->theTextView,
+        .textView = ui->theTextView,
+        .searchField = ui->searchField,
+        .searchFieldCell = ui->searchField,
+        .countText = ui->countText,
+        .caseSensitiveButton = ui->caseSensitiveButton,
+        .literalButton = ui->literalButton,
+        .searchStepper = ui->searchStepper,
+        .markPageMenu = ui->markPageMenu,
+    };
+}
+
+void ViewController::connectControls()
+{
+    connect(ui->previousPageButton, &QToolButton::clicked, this, &ViewController::goToPreviousPage);
+    connect(ui->nextPageButton, &QToolButton::clicked, this, &ViewController::goToNextPage);
+    connect(ui->zoomInButton, &QToolButton::clicked, this, &ViewController::zoomIn);
+    connect(ui->zoomOutButton, &QToolButton::clicked, this, &ViewController::zoomOut);
+    connect(ui->markButton, &QToolButton::clicked, this, &ViewController::setPageMark);
+    connect(ui->backMarkButton, &QToolButton::clicked, this, &ViewController::goBackMark);
+    connect(ui->forwardMarkButton, &QToolButton::clicked, this, &ViewController::goForwardMark);
+    connect(ui->markPageMenu, &QComboBox::activated, this, &ViewController::doChangePage);
+    connect(ui->thePDFView, &PDFView::currentPageChanged, this, &ViewController::updateControls);
+    connect(ui->thePDFView, &PDFView::documentChanged, this, &ViewController::updateControls);
+    connect(ui->thePDFView, &PDFView::selectionChanged, this, &ViewController::updateControls);
+    connect(ui->thePDFView, &PDFView::historyChanged, this, &ViewController::updateControls);
+    connect(theDocument, &PDFDocument::pagesMeasured, this, [this] {
+        thePageControls->refresh();
+        renameMarks();
+    });
+    connect(theTextFeed, &TextFeed::counted, this, [this](qint64 words, qint64 characters) {
+        theOutlets.countText->setText(QString::fromStdString(countLine(words, characters)));
+    });
+    connect(theTextFeed, &TextFeed::lossesKnown, this,
+        [this](const PDFLosses& losses) { ui->lossLine->setLosses(losses, LossSubject::isText); });
+}
+
+void ViewController::connectSideBar()
+{
+    connect(ui->sideBarButton, &QToolButton::clicked, this, &ViewController::toggleSideBar);
+    connect(ui->theSplitView, &QSplitter::splitterMoved, this, &ViewController::updateControls);
+    const auto goToEntry = [this](const QModelIndex& index) {
+        const PDFOutlineEntry& entry = theOutline->entry(index);
+        if (entry.page >= 0)
+            theOutlets.pdfView->goToPoint(entry.page, entry.point);
+    };
+    connect(ui->outlineView, &QTreeView::clicked, this, goToEntry);
+    connect(ui->outlineView, &QTreeView::activated, this, goToEntry);
+    PDFOutlineRequest* request = theDocument->requestOutline(this);
+    connect(request, &PDFOutlineRequest::finished, this, [this, request] {
+        theOutline->setEntries(request->outline().entries);
+        request->deleteLater();
+        showOutline(*request);
+    });
+    ui->sideTabs->removeTab(ui->sideTabs->indexOf(ui->outlineTab));
+}
+
+/// A document without an outline has no tab for one; an outline that cannot be read has.
+void ViewController::showOutline(const PDFOutlineRequest& request)
+{
+    const QString note = outlineNote(request);
+    if (theOutline->rowCount() == 0 && note.isEmpty())
+        return;
+    ui->outlineNote->setText(note);
+    ui->outlineNote->setVisible(!note.isEmpty());
+    ui->sideTabs->addTab(ui->outlineTab, tr("Outline"));
+    if (theOutline->rowCount() == 1)
+        ui->outlineView->expand(theOutline->index(0, 0));
+    updateControls();
+}
+
+void ViewController::viewDidLoad()
+{
+    const bool showsThumbnails = theFlags.showThumbnail();
+    restoreSizes(showsThumbnails);
+    if (showsThumbnails)
+        return;
+    theOutlets.thumbnailView->setPDFView(nullptr);
+    ui->sideTabs->removeTab(ui->sideTabs->indexOf(ui->pagesTab));
+}
+
+void ViewController::viewDidAppear()
+{
+    // A view that shows the document already keeps its place in it.
+    if (theOutlets.pdfView->document() != theDocument)
+        theOutlets.pdfView->setDocument(theDocument, theText);
+    theOutlets.pdfView->setAutoScales(true);
+    if (theFlags.showThumbnail())
+        attachThumbnails();
+    theTextFeed->fill();
+    makeSearchMenu();
+    rebuildMarkMenu();
+    thePageControls->refresh();
+    updateControls();
+}
+
+void ViewController::attachThumbnails()
+{
+    theOutlets.thumbnailView->setPDFView(theOutlets.pdfView);
+    theOutlets.thumbnailView->setThumbnailSize(
+        theOutlets.thumbnailView->thumbnailSize() * thumbnailGrowth);
+    if (ui->sideTabs->indexOf(ui->pagesTab) < 0)
+        ui->sideTabs->insertTab(0, ui->pagesTab, tr("Pages"));
+    ui->sideTabs->setCurrentWidget(ui->pagesTab);
+}
+
+void ViewController::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    // Spontaneous ones tell of a window that has been minimised or on another desktop.
+    if (!event->spontaneous())
+        viewDidAppear();
+}
+
+void ViewController::hideEvent(QHideEvent* event)
+{
+    QWidget::hideEvent(event);
+    if (!event->spontaneous())
+        saveSizes();
+}
+
+void ViewController::restoreSizes(bool isStripOpen)
+{
+    const int strip = isStripOpen ? storedStripWidth() : 0;
+    const int text = StoredValues::length(textWidthKey, firstTextWidth);
+    QSplitter* splitter = ui->theSplitView;
+    splitter->setStretchFactor(0, 0);
+    splitter->setStretchFactor(1, 1);
+    splitter->setStretchFactor(2, 0);
+    splitter->setSizes({strip, qMax(width() - strip - text, 1), text});
+}
+
+void ViewController::saveSizes() const
+{
+    const QList<int> sizes = ui->theSplitView->sizes();
+    QSettings settings;
+    // A closed strip opens again in its width.
+    if (sizes.value(0) > 0)
+        settings.setValue(stripWidthKey, sizes.value(0));
+    settings.setValue(textWidthKey, sizes.value(2));
+}
+
+bool ViewController::isSideBarOpen() const
+{
+    return theOutlets.splitView->sizes().value(0) > 0;
+}
+
+void ViewController::toggleSideBar(bool open)
+{
+    QList<int> sizes = theOutlets.splitView->sizes();
+    if (sizes.size() < 2 || open == (sizes.at(0) > 0))
+        return;
+    if (!open && isVisible())
+        saveSizes();
+    const int width = open ? storedStripWidth() : 0;
+    sizes[1] = qMax(sizes.at(1) + sizes.at(0) - width, 1);
+    sizes[0] = width;
+    theOutlets.splitView->setSizes(sizes);
+    updateControls();
+}
+
+void ViewController::updateControls()
+{
+    const auto enable = [this](QWidget* widget, const QString& command) {
+        widget->setEnabled(validateCommand(command));
+    };
+    enable(ui->previousPageButton, QStringLiteral("goToPreviousPage"));
+    enable(ui->nextPageButton, QStringLiteral("goToNextPage"));
+    enable(ui->markButton, QStringLiteral("setPageMark"));
+    enable(ui->backMarkButton, QStringLiteral("goBackMark"));
+    enable(ui->forwardMarkButton, QStringLiteral("goForwardMark"));
+    enable(ui->searchStepper, QStringLiteral("doFindNext"));
+    ui->sideBarButton->setChecked(isSideBarOpen());
+    ui->sideBarButton->setEnabled(isSideBarOpen() || ui->sideTabs->count() > 0);
+    const DocumentWindow* window = DocumentWindow::of(this);
+    if (window && window->router())
+        window->router()->validateSoon();
+}
+
+bool ViewController::validateCommand(const QString& command) const
+{
+    const PDFView* view = theOutlets.pdfView;
+    const int page = view->currentPage();
+    const int mark = theOutlets.markPageMenu->currentIndex();
+    const QHash<QString, bool> conditions = {
+        {QStringLiteral("doSearchStepAction"), !theMatches.isEmpty()},
+        {QStringLiteral("doFindNext"), !theMatches.isEmpty()},
+        {QStringLiteral("doFindPrev"), !theMatches.isEmpty()},
+        {QStringLiteral("doFindSelection"), !view->currentSelection().isEmpty()},
+        {QStringLiteral("copy"), !view->currentSelection().isEmpty()},
+        {QStringLiteral("cancelSearch"), isSearching()},
+        {QStringLiteral("setPageMark"), page >= 0},
+        {QStringLiteral("doChangePage"), !theMarks.pages().empty()},
+        {QStringLiteral("goBackMark"), theMarks.before(mark).has_value()},
+        {QStringLiteral("goForwardMark"), theMarks.after(mark).has_value()},
+        {QStringLiteral("goBack"), view->canGoBack()},
+        {QStringLiteral("goForward"), view->canGoForward()},
+        {QStringLiteral("goToPreviousPage"), page > 0},
+        {QStringLiteral("goToNextPage"), page + 1 < theDocument->pageCount()},
+    };
+    return conditions.value(command, true);
+}

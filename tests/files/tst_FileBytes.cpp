@@ -1,0 +1,100 @@
+#include "files/FileBytes.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+class TestFileBytes : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void readsAFile();
+    void saysWhyNothingIsRead();
+    void keepsItsBytesFromEverybody();
+    void takesOverAsMuchAsThereIs();
+    void livesAsLongAsItsOwner();
+
+private:
+    QTemporaryDir theFolder;
+};
+
+void TestFileBytes::readsAFile()
+{
+    QFile file(theFolder.filePath(QStringLiteral("a\nb \u00e9.pdf")));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QByteArray content(3'000'000, 'x');
+    content[1'234'567] = '\0';
+    file.write(content);
+    file.close();
+    const auto bytes = FileBytes::read(file.fileName());
+    QVERIFY(bytes);
+    QCOMPARE(QByteArray(bytes->view().data(), static_cast<qsizetype>(bytes->size())), content);
+}
+
+void TestFileBytes::saysWhyNothingIsRead()
+{
+    const auto reasonFor = [](const QString& path) {
+        QString reason;
+        return FileBytes::read(path, &reason) ? QStringLiteral("is read") : reason;
+    };
+    const QString fifo = theFolder.filePath(QStringLiteral("fifo"));
+    QCOMPARE(::mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
+    QCOMPARE(reasonFor(theFolder.filePath(QStringLiteral("none"))),
+        QStringLiteral("No such file or directory"));
+    QCOMPARE(reasonFor(theFolder.path()), QStringLiteral("Is a directory"));
+    for (const QString& endless : {fifo, QStringLiteral("/dev/zero")})
+        QCOMPARE(reasonFor(endless), QStringLiteral("Not a regular file"));
+}
+
+void TestFileBytes::keepsItsBytesFromEverybody()
+{
+    const auto bytes = FileBytes::copy("content");
+    QVERIFY(bytes);
+    QCOMPARE(::pwrite(bytes->descriptor(), "X", 1, 0), -1);
+    QCOMPARE(::ftruncate(bytes->descriptor(), 0), -1);
+    QCOMPARE(
+        ::mmap(nullptr, 7, PROT_READ | PROT_WRITE, MAP_SHARED, bytes->descriptor(), 0), MAP_FAILED);
+}
+
+/// What another process says of the memory that it has filled is only its word.
+void TestFileBytes::takesOverAsMuchAsThereIs()
+{
+    QVERIFY(!FileBytes::adopt(::open("/dev/null", O_RDWR), 0));
+    const auto filled = [](off_t size) {
+        const int memory = ::memfd_create("filled", MFD_ALLOW_SEALING);
+        const bool isReady = ::ftruncate(memory, size) == 0
+            && ::fcntl(memory, F_ADD_SEALS, F_SEAL_GROW) == 0
+            && ::write(memory, "document", 8) == 8;
+        return isReady ? memory : -1;
+    };
+    QVERIFY(!FileBytes::adopt(filled(4096), 4097));
+    QVERIFY(!FileBytes::adopt(filled(4096), ~std::size_t{0}));
+    const auto bytes = FileBytes::adopt(filled(4096), 8);
+    QVERIFY(bytes);
+    QCOMPARE(bytes->view(), std::string_view("document"));
+    const int mapped = filled(4096);
+    void* const view = ::mmap(nullptr, 4096, PROT_READ | PROT_WRITE, MAP_SHARED, mapped, 0);
+    QVERIFY(view != MAP_FAILED);
+    QVERIFY(!FileBytes::adopt(mapped, 8));
+    ::munmap(view, 4096);
+}
+
+void TestFileBytes::livesAsLongAsItsOwner()
+{
+    auto bytes = FileBytes::copy("content");
+    const std::shared_ptr<const void> owner = bytes->owner();
+    const std::string_view view = bytes->view();
+    bytes.reset();
+    QCOMPARE(view, std::string_view("content"));
+    QCOMPARE(FileBytes().descriptor(), -1);
+    QCOMPARE(FileBytes::copy("")->size(), std::size_t{0});
+}
+
+QTEST_APPLESS_MAIN(TestFileBytes)
+#include "tst_FileBytes.moc"

@@ -1,0 +1,63 @@
+#include "help/HelpViewController.h"
+
+#include "pages/PDFView.h"
+#include "pdf/PDFDocument.h"
+#include "support/PdfBuilder.h"
+
+#include <QFile>
+#include <QPointer>
+#include <QTemporaryDir>
+#include <QTest>
+
+class TestHelpViewController : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void showsTheManualAnewEachTime();
+    void staysEmptyWithoutAManual();
+};
+
+void TestHelpViewController::showsTheManualAnewEachTime()
+{
+    const QTemporaryDir folder;
+    QFile file(folder.filePath(QStringLiteral("manual.pdf")));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(QByteArray::fromStdString(PdfBuilder().addPage("Help").bytes()));
+    file.close();
+
+    HelpViewController help(file.fileName());
+    help.show();
+    QTRY_VERIFY_WITH_TIMEOUT(help.helpPDFView()->document(), 30'000);
+    QCOMPARE(help.helpPDFView()->document(), help.thePDFDocument());
+    QVERIFY(help.helpPDFView()->autoScales());
+    help.helpPDFView()->setScaleFactor(3.0);
+    QVERIFY(!help.helpPDFView()->autoScales());
+    help.autoZoom();
+    QVERIFY(help.helpPDFView()->autoScales());
+
+    const QPointer<PDFDocument> first = help.thePDFDocument();
+    help.hide();
+    QVERIFY(!first);
+    QCOMPARE(help.helpPDFView()->document(), nullptr);
+    help.show();
+    QTRY_VERIFY_WITH_TIMEOUT(help.helpPDFView()->document(), 30'000);
+}
+
+void TestHelpViewController::staysEmptyWithoutAManual()
+{
+    const QString noPdf = QFile::decodeName(__FILE__);
+    for (const QString& file : {QStringLiteral("/nonexistent/TarnwickHelp.pdf"), noPdf}) {
+        HelpViewController help(file);
+        help.show();
+        const auto isDecided = [&help] {
+            return !help.thePDFDocument()
+                || help.thePDFDocument()->state() == PDFDocument::State::isRefused;
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(isDecided(), 30'000);
+        QCOMPARE(help.helpPDFView()->document(), nullptr);
+    }
+}
+
+QTEST_MAIN(TestHelpViewController)
+#include "tst_HelpViewController.moc"

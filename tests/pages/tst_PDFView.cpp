@@ -1,0 +1,442 @@
+#include "pages/PDFThumbnailView.h"
+#include "pages/PDFView.h"
+#include "pdf/PDFDocumentText.h"
+
+#include "support/LostPages.h"
+#include "support/OpenedDocument.h"
+#include "support/PdfBuilder.h"
+#include "support/ScrollBars.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QClipboard>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QTest>
+#include <QWheelEvent>
+
+#include <csignal>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Ten pages with two lines each.
+std::string tenPages()
+{
+    PdfBuilder builder;
+    for (int page = 0; page < 10; ++page)
+        builder.addPage("Alpha beta " + std::to_string(page) + "\nsecond line");
+    return builder.bytes();
+}
+
+/// A page view of 400 x 500 pixels that shows a document.
+struct Shown
+{
+    explicit Shown(const std::string& bytes)
+        : document(bytes)
+    {
+        text = std::make_unique<PDFDocumentText>(document.get());
+        view.resize(400, 500);
+        view.setDocument(document.get(), text.get());
+        view.show();
+    }
+
+    /// Whether the present page is there to be read and clicked.
+    bool waitForText()
+    {
+        return QTest::qWaitFor([this] { return !view.characterRect(0).isNull(); }, 20'000);
+    }
+    QPoint at(qsizetype character) const
+    {
+        const QRect rect = view.characterRect(character);
+        return {rect.left() + rect.width() / 4, rect.center().y()};
+    }
+    QString selected() const { return text->string(view.currentSelection()); }
+
+    OpenedDocument document;
+    std::unique_ptr<PDFDocumentText> text;
+    PDFView view;
+};
+
+QColor colourAt(PDFView& view, const QPoint& point)
+{
+    return view.viewport()->grab().toImage().pixelColor(point);
+}
+
+} // namespace
+
+class TestPDFView : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void goesToPages();
+    void remembersJumps();
+    void scales();
+    void keepsThePlaceUnderThePointer();
+    void rotates();
+    void drawsAndGivesBack();
+    void saysWhenAPageCannotBeDrawn();
+    void selectsWithTheMouse();
+    void copiesAll();
+    void refusesProgramsBehindLinks();
+    void readsThePageAloud();
+    void horizontalBarShowsWhatIsInView();
+    void survivesItsDocument();
+    void thumbnailsOutliveTheirView();
+    void thumbnailsFollowAndLead();
+    void damagedPagesSayWhy();
+    void thumbnailsComeAfterThePage();
+};
+
+void TestPDFView::goesToPages()
+{
+    Shown shown(tenPages());
+    QCOMPARE(shown.view.currentPage(), 0);
+    QSignalSpy changes(&shown.view, &PDFView::currentPageChanged);
+    shown.view.goToPage(4);
+    QCOMPARE(shown.view.currentPage(), 4);
+    QCOMPARE(changes.size(), 1);
+    QTest::keyClick(&shown.view, Qt::Key_End);
+    QCOMPARE(shown.view.currentPage(), 9);
+    QVERIFY(!shown.view.validateCommand(QStringLiteral("goToNextPage")));
+    shown.view.goToPreviousPage();
+    QCOMPARE(shown.view.currentPage(), 8);
+    shown.view.goToPage(10);
+    shown.view.goToPage(-1);
+    QCOMPARE(shown.view.currentPage(), 8);
+    QTest::keyClick(&shown.view, Qt::Key_Home);
+    const int before = shown.view.verticalScrollBar()->value();
+    QTest::keyClick(&shown.view, Qt::Key_Space);
+    QVERIFY(shown.view.verticalScrollBar()->value() > before + 300);
+    QTest::keyClick(&shown.view, Qt::Key_Space, Qt::ShiftModifier);
+    QCOMPARE(shown.view.verticalScrollBar()->value(), before);
+    // Several pages fit, the last cannot come to the top: it is the present one all the same.
+    shown.view.setScaleFactor(0.1);
+    shown.view.goToPage(9);
+    QCOMPARE(shown.view.currentPage(), 9);
+}
+
+void TestPDFView::remembersJumps()
+{
+    Shown shown(tenPages());
+    QVERIFY(!shown.view.canGoBack());
+    shown.view.goToPage(6);
+    shown.view.goToPage(2);
+    QTest::keyClick(&shown.view, Qt::Key_Left, Qt::AltModifier);
+    QCOMPARE(shown.view.currentPage(), 6);
+    shown.view.goBack();
+    QCOMPARE(shown.view.currentPage(), 0);
+    QVERIFY(!shown.view.canGoBack() && shown.view.canGoForward());
+    shown.view.goForward();
+    QCOMPARE(shown.view.currentPage(), 6);
+}
+
+void TestPDFView::scales()
+{
+    Shown shown(tenPages());
+    QVERIFY(shown.view.autoScales());
+    const double narrow = shown.view.scaleFactor();
+    shown.view.resize(800, 500);
+    QTRY_VERIFY(shown.view.scaleFactor() > 1.9 * narrow);
+    QCOMPARE(shown.view.horizontalScrollBar()->maximum(), 0);
+    shown.view.zoomIn();
+    QVERIFY(!shown.view.autoScales());
+    const double zoomed = shown.view.scaleFactor();
+    shown.view.resize(700, 500);
+    QCOMPARE(shown.view.scaleFactor(), zoomed);
+    shown.view.setScaleFactor(1000);
+    QCOMPARE(shown.view.scaleFactor(), 64.0);
+    QVERIFY(!shown.view.validateCommand(QStringLiteral("zoomIn")));
+    shown.view.setScaleFactor(0);
+    QCOMPARE(shown.view.scaleFactor(), 0.05);
+    shown.view.fitPage();
+    QCOMPARE(shown.view.verticalScrollBar()->pageStep(), shown.view.viewport()->height());
+    QVERIFY(792 * shown.view.scaleFactor() * shown.view.logicalDpiY() / 72 < 500);
+    shown.view.setAutoScales(true);
+    QVERIFY(shown.view.autoScales());
+}
+
+void TestPDFView::keepsThePlaceUnderThePointer()
+{
+    Shown shown(tenPages());
+    QVERIFY(shown.waitForText());
+    const QPoint before = shown.view.characterRect(3).center();
+    QWheelEvent wheel(before, shown.view.mapToGlobal(before), {}, {0, 120}, Qt::NoButton,
+        Qt::ControlModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(shown.view.viewport(), &wheel);
+    const QPoint moved = shown.view.characterRect(3).center() - before;
+    QVERIFY2(moved.manhattanLength() <= 2, qPrintable(QString::number(moved.manhattanLength())));
+}
+
+void TestPDFView::rotates()
+{
+    Shown shown(tenPages());
+    QVERIFY(shown.waitForText());
+    shown.view.rotateClockwise();
+    QCOMPARE(shown.view.rotation(), 1);
+    const QRect first = shown.view.characterRect(0);
+    const QRect later = shown.view.characterRect(4);
+    QVERIFY(later.top() > first.bottom()); // the line runs downwards now
+    for (int turn = 0; turn < 2; ++turn)
+        shown.view.rotateCounterclockwise();
+    QCOMPARE(shown.view.rotation(), 3);
+}
+
+void TestPDFView::drawsAndGivesBack()
+{
+    PdfBuilder builder;
+    for (int page = 0; page < 60; ++page)
+        builder.addDrawing("1 0 0 rg 0 0 612 792 re f");
+    Shown shown(builder.bytes());
+    QTRY_COMPARE(colourAt(shown.view, {200, 200}), QColor(Qt::red));
+    for (int page = 0; page < 60; page += 6) {
+        shown.view.goToPage(page);
+        QTRY_COMPARE(colourAt(shown.view, {200, 200}), QColor(Qt::red));
+    }
+    // What is far from view is given back: a page at this size takes about 800 KB.
+    QVERIFY(shown.view.tileBytes() > 0);
+    QVERIFY2(shown.view.tileBytes() < 18 * 800 * 1024,
+        qPrintable(QString::number(shown.view.tileBytes())));
+    shown.view.hide();
+    QCOMPARE(shown.view.tileBytes(), 0);
+}
+
+void TestPDFView::saysWhenAPageCannotBeDrawn()
+{
+    Shown shown(tenPages());
+    const QList<qint64> engines = shown.document->engineProcessIds();
+    QVERIFY(shown.waitForText());
+    QTest::qWait(300); // what shows is there, and nothing else under way
+    QVERIFY(!engines.isEmpty());
+    QVERIFY(!shown.view.currentPageText().contains(QStringLiteral("could not be drawn")));
+    // A scale at which a tile is still to come, and an engine that ends while it is at it.
+    ::kill(static_cast<pid_t>(engines.first()), SIGSTOP);
+    shown.view.setScaleFactor(2.5);
+    QTest::qWait(400); // the request goes out after zooming has come to rest
+    ::kill(static_cast<pid_t>(engines.first()), SIGKILL);
+    QTRY_VERIFY_WITH_TIMEOUT(
+        shown.view.currentPageText().startsWith(QStringLiteral("This page could not be drawn.")),
+        20'000);
+    shown.view.goToPage(5);
+    QTRY_VERIFY_WITH_TIMEOUT(
+        shown.view.currentPageText().startsWith(QStringLiteral("Alpha")), 20'000);
+}
+
+void TestPDFView::selectsWithTheMouse()
+{
+    Shown shown(tenPages());
+    QVERIFY(shown.waitForText());
+    shown.text->fetch();
+    QTRY_VERIFY(shown.text->isWhole());
+    QWidget* const page = shown.view.viewport();
+    QTest::mousePress(page, Qt::LeftButton, {}, shown.at(6));
+    QTest::mouseMove(page, shown.at(10));
+    QTest::mouseRelease(page, Qt::LeftButton, {}, shown.at(10));
+    QCOMPARE(shown.selected(), QStringLiteral("beta"));
+    QTest::mouseClick(page, Qt::LeftButton, Qt::ShiftModifier, shown.at(3));
+    QCOMPARE(shown.selected(), QStringLiteral("ha "));
+    QTest::qWait(QApplication::doubleClickInterval() + 50);
+    QTest::mouseDClick(page, Qt::LeftButton, {}, shown.at(7));
+    QCOMPARE(shown.selected(), QStringLiteral("beta"));
+    QTest::mousePress(page, Qt::LeftButton, {}, shown.at(7));
+    QCOMPARE(shown.selected(), QStringLiteral("Alpha beta 0"));
+    QTest::mouseRelease(page, Qt::LeftButton, {}, shown.at(7));
+    QTest::keyClick(&shown.view, Qt::Key_Escape);
+    QVERIFY(shown.view.currentSelection().isEmpty());
+    QVERIFY(!shown.view.validateCommand(QStringLiteral("copy")));
+}
+
+void TestPDFView::copiesAll()
+{
+    Shown shown(tenPages());
+    QApplication::clipboard()->clear();
+    // The texts are still to come: the copy is made once they are there.
+    shown.view.selectAll();
+    QTRY_VERIFY(!shown.view.currentSelection().isEmpty());
+    shown.view.copy();
+    QTRY_VERIFY(QApplication::clipboard()->text().contains(QStringLiteral("beta 9")));
+    QCOMPARE(QApplication::clipboard()->text().count(QStringLiteral("second line")), 10);
+    QCOMPARE(shown.view.currentSelection().ranges().size(), 10);
+}
+
+void TestPDFView::refusesProgramsBehindLinks()
+{
+    Shown shown(tenPages());
+    PDFLink link;
+    link.page = 4;
+    shown.view.followLink(link);
+    QCOMPARE(shown.view.currentPage(), 4);
+    QVERIFY(shown.view.canGoBack());
+    for (const char* address : {"file:///bin/sh", "javascript:alert(1)", "ssh://host/"}) {
+        link.page = -1;
+        link.url = QUrl(QString::fromLatin1(address));
+        shown.view.followLink(link);
+        auto* const box = shown.view.findChild<QMessageBox*>();
+        QVERIFY(box);
+        QCOMPARE(box->standardButtons(), QMessageBox::Ok);
+        delete box;
+    }
+    link.url = QUrl(QStringLiteral("https://www.example.org/a"));
+    shown.view.followLink(link);
+    auto* const box = shown.view.findChild<QMessageBox*>();
+    QVERIFY(box && box->informativeText().contains(QStringLiteral("https://www.example.org/a")));
+    QCOMPARE(box->buttonRole(box->defaultButton()), QMessageBox::RejectRole);
+}
+
+void TestPDFView::readsThePageAloud()
+{
+    Shown shown(tenPages());
+    QVERIFY(shown.waitForText());
+    QAccessibleInterface* const face = QAccessible::queryAccessibleInterface(&shown.view);
+    QVERIFY(face && face->textInterface());
+    QCOMPARE(face->text(QAccessible::Name), QStringLiteral("Page 1 of 10"));
+    QCOMPARE(face->textInterface()->text(0, 5), QStringLiteral("Alpha"));
+    shown.view.goToPage(2);
+    QCOMPARE(face->text(QAccessible::Name), QStringLiteral("Page 3 of 10"));
+    QTRY_COMPARE(face->textInterface()->text(11, 12), QStringLiteral("2"));
+    face->textInterface()->setSelection(0, 6, 10);
+    shown.text->fetch();
+    QTRY_COMPARE(shown.selected(), QStringLiteral("beta"));
+    face->textInterface()->setSelection(0, -5, 100'000);
+    QCOMPARE(face->textInterface()->selectionCount(), 1);
+
+    shown.view.setScaleFactor(8);
+    shown.view.goToPage(2);
+    const auto isInView = [&shown](int character) {
+        return shown.view.viewport()->rect().intersects(shown.view.characterRect(character));
+    };
+    for (const int character : {11, 0}) {
+        QVERIFY(!isInView(character));
+        face->textInterface()->setCursorPosition(character);
+        QTRY_VERIFY(isInView(character));
+        QCOMPARE(face->textInterface()->cursorPosition(), character);
+    }
+    face->textInterface()->setCursorPosition(100'000);
+    QCOMPARE(face->textInterface()->cursorPosition(), face->textInterface()->characterCount());
+    shown.view.goToPage(3);
+    QCOMPARE(face->textInterface()->cursorPosition(), 0);
+}
+
+void TestPDFView::horizontalBarShowsWhatIsInView()
+{
+    for (const Qt::LayoutDirection direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+        Shown shown(tenPages());
+        shown.view.setLayoutDirection(direction);
+        shown.view.setScaleFactor(8);
+        QVERIFY(shown.waitForText());
+        QScrollBar& bar = *shown.view.horizontalScrollBar();
+        for (const int value : {bar.maximum(), bar.minimum()}) {
+            bar.setValue(value);
+            const bool isLeftShown = shown.view.characterRect(0).x() > 0; // a tenth into the page
+            QCOMPARE(isHandleAtTheLeft(bar), isLeftShown);
+        }
+    }
+}
+
+void TestPDFView::survivesItsDocument()
+{
+    PDFView view;
+    PDFThumbnailView strip;
+    strip.setPDFView(&view);
+    view.show();
+    strip.show();
+    {
+        Shown shown(tenPages());
+        view.setDocument(shown.document.get(), shown.text.get());
+        QTRY_VERIFY(view.tileBytes() > 0);
+    }
+    QVERIFY(!view.document());
+    QCOMPARE(view.currentPage(), -1);
+    QVERIFY(strip.pageRect(0).isNull());
+    view.goToLastPage();
+    view.selectAll();
+    QTest::keyClick(&strip, Qt::Key_Down);
+    QVERIFY(!view.validateCommand(QStringLiteral("print")));
+    QVERIFY(!view.grab().isNull() && !strip.grab().isNull());
+}
+
+void TestPDFView::thumbnailsOutliveTheirView()
+{
+    PDFThumbnailView strip;
+    {
+        Shown shown(tenPages());
+        strip.setPDFView(&shown.view);
+        strip.show();
+    }
+    QVERIFY(!strip.pdfView());
+    QCOMPARE(strip.verticalScrollBar()->maximum(), 0);
+}
+
+void TestPDFView::thumbnailsFollowAndLead()
+{
+    Shown shown(tenPages());
+    PDFThumbnailView strip;
+    QVERIFY(strip.pageRect(0).isNull());
+    strip.resize(130, 400);
+    strip.setPDFView(&shown.view);
+    strip.show();
+    QTest::mouseClick(strip.viewport(), Qt::LeftButton, {}, strip.pageRect(1).center());
+    QCOMPARE(shown.view.currentPage(), 1);
+    strip.setFocus();
+    QTRY_VERIFY(strip.hasFocus());
+    const QImage focused = strip.viewport()->grab().toImage();
+    QCOMPARE(focused.pixelColor(strip.pageRect(0).center()), QColor(Qt::white));
+    QTest::keyClick(&strip, Qt::Key_Down);
+    QCOMPARE(shown.view.currentPage(), 2);
+    shown.view.goToPage(9);
+    QVERIFY(strip.viewport()->rect().contains(strip.pageRect(9)));
+    const QSize before = strip.pageRect(9).size();
+    strip.setThumbnailSize(strip.thumbnailSize() * 1.1);
+    QCOMPARE(strip.thumbnailSize(), QSizeF(99, 132));
+    QCOMPARE(strip.pageRect(9).size() - before, QSize(9, 12));
+    QVERIFY(strip.viewport()->rect().contains(strip.pageRect(9)));
+    strip.setThumbnailSize({1, 1e9});
+    QCOMPARE(strip.thumbnailSize(), QSizeF(16, 1024));
+    strip.setPDFView(nullptr);
+    QVERIFY(strip.pageRect(9).isNull());
+}
+
+/// Blank paper would pass for a page that shows nothing.
+void TestPDFView::damagedPagesSayWhy()
+{
+    Shown shown(LostPages::secondOfThree().bytes());
+    PDFThumbnailView strip;
+    strip.resize(130, 600);
+    strip.setPDFView(&shown.view);
+    strip.show();
+    QTRY_COMPARE(strip.accessibleDescription(), u"Could not be drawn: page 2."_s);
+    QCOMPARE(strip.pageTip(1),
+        u"Page 2 of 3\nThis page could not be drawn.\nThe file is damaged here."_s);
+    QCOMPARE(strip.pageTip(2), u"Page 3 of 3"_s);
+    shown.view.goToPage(1);
+    QTRY_COMPARE(shown.view.currentPageText(),
+        u"This page could not be drawn.\nThe file is damaged here."_s);
+}
+
+void TestPDFView::thumbnailsComeAfterThePage()
+{
+    Shown shown(PdfBuilder().addDrawing("1 0 0 rg 0 0 612 792 re f").bytes());
+    PDFThumbnailView strip;
+    strip.setPDFView(&shown.view);
+    strip.show();
+    const auto engine = static_cast<pid_t>(shown.document->engineProcessIds().first());
+    ::kill(engine, SIGSTOP);
+    shown.view.setScaleFactor(3);
+    QTRY_VERIFY(shown.view.isDrawing());
+    QTest::qWait(1300); // longer than a thumbnail may keep the page waiting
+    ::kill(engine, SIGCONT);
+    const auto paper = [&] {
+        const QPoint middle = strip.pageRect(0).center();
+        return strip.viewport()->grab().toImage().pixelColor(middle);
+    };
+    QTRY_VERIFY(!shown.view.isDrawing());
+    QTRY_COMPARE(paper(), QColor(Qt::red));
+    QCOMPARE(colourAt(shown.view, {200, 200}), QColor(Qt::red));
+}
+
+QTEST_MAIN(TestPDFView)
+#include "tst_PDFView.moc"

@@ -1,0 +1,343 @@
+#include "UpdateDownload.h"
+#include "support/LoopbackServer.h"
+#include "support/Panels.h"
+#include "update/UpdateCheck.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPointer>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTimer>
+
+namespace {
+
+constexpr int patience = 60'000; // milliseconds: machines that test are busy
+const QString prefix = QStringLiteral("https://site.example/app/");
+
+QByteArray feed(const QList<QPair<QString, QString>>& versionsAndAddresses)
+{
+    QString text = QStringLiteral("(");
+    for (const auto& [version, address] : versionsAndAddresses) {
+        text += QStringLiteral("{ AppName = Tarnwick; Version = \"%1\"; URL = \"%2\"; },")
+                    .arg(version, address);
+    }
+    return QString(text + QLatin1Char(')')).toUtf8();
+}
+
+/// An answer in HTTP; its length is the body's unless the headers say another.
+QByteArray response(const QByteArray& status, QByteArray headers, const QByteArray& body)
+{
+    if (!headers.contains("Content-Length"))
+        headers += "\r\nContent-Length: " + QByteArray::number(body.size());
+    return "HTTP/1.1 " + status + "\r\n" + headers + "\r\nConnection: close\r\n\r\n" + body;
+}
+
+const QByteArray typeHeader = "Content-Type: text/plain";
+
+QByteArray feedAnswer(const QList<QPair<QString, QString>>& versionsAndAddresses)
+{
+    return response("200 OK", typeHeader, feed(versionsAndAddresses));
+}
+
+void press(const QMessageBox& alert, const char* button)
+{
+    const QList<QAbstractButton*> buttons = alert.buttons();
+    for (QAbstractButton* each : buttons) {
+        if (each->text() == QLatin1String(button))
+            each->click();
+    }
+}
+
+/// A check on a server of its own, which notes what it opens.
+struct Fixture
+{
+    Fixture()
+    {
+        check.setDownloadPrefix(prefix);
+        check.setAddressOpener([this](const QUrl& url) {
+            opened << url.toString();
+            return canOpen;
+        });
+    }
+
+    void run(const QString& version = QStringLiteral("1.0"))
+    {
+        check.start(version, server.address());
+        QTRY_COMPARE_WITH_TIMEOUT(ended.count(), 1, patience);
+    }
+
+    LoopbackServer server;
+    UpdateCheck check;
+    QStringList opened;
+    bool canOpen = true;
+    QSignalSpy held{&check, &UpdateCheck::feedHeldThisApplication};
+    QSignalSpy ended{&check, &UpdateCheck::ended};
+};
+
+} // namespace
+
+class TestUpdateCheck : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void cleanup();
+    void answers_data();
+    void answers();
+    void followsRedirects_data();
+    void followsRedirects();
+    void stopsReadingHugeBodies();
+    void offersAnUpdate_data();
+    void offersAnUpdate();
+    void alertsFollowEachOther();
+    void showsMarkupAsText();
+    void endsWithAlertsOpen();
+    void needsAVersion();
+    void needsAWebServer();
+};
+
+void TestUpdateCheck::initTestCase()
+{
+    for (const char* variable : {"http_proxy", "HTTP_PROXY", "all_proxy", "ALL_PROXY"})
+        qunsetenv(variable);
+}
+
+void TestUpdateCheck::cleanup()
+{
+    QVERIFY(!shown<QMessageBox>());
+}
+
+void TestUpdateCheck::answers_data()
+{
+    QTest::addColumn<QByteArray>("answer");
+    QTest::addColumn<bool>("isHeld");
+    QTest::addColumn<QString>("error");
+
+    const auto row = [](const char* name, const QByteArray& status, const QByteArray& headers,
+                         const QByteArray& body, bool isHeld, const char* error) {
+        QTest::newRow(name) << response(status, headers, body) << isHeld
+                            << QString::fromLatin1(error);
+    };
+    const char* none = "";
+    const char* unreadable = "Error in update Property List.";
+    const QByteArray current = feed({{QStringLiteral("1.0"), prefix}});
+    row("up to date", "200 OK", typeHeader, current, true, none);
+    row("XML", "200 OK", "Content-Type: text/xml; charset=UTF-8",
+        "<plist><array><dict><key>AppName</key><string>Tarnwick</string></dict></array></plist>",
+        true, none);
+    row("status 404", "404 Not Found", typeHeader, current, false, none);
+    row("another media type", "200 OK", "Content-Type: application/xml", current, false, none);
+    row("an empty list", "200 OK", typeHeader, "()", false, "Update Property List has no entries.");
+    row("random bytes", "200 OK", typeHeader, "\x93\x01\xfe\x80(", false, unreadable);
+    row("no body", "200 OK", typeHeader, "", false, unreadable);
+    row("a dictionary", "200 OK", typeHeader, "{ AppName = Tarnwick; }", false, unreadable);
+    row("entries that are none", "200 OK", typeHeader, "(a, (), <00>, {}, { AppName = (); })",
+        false, none);
+    row("version and address of other kinds", "200 OK", typeHeader,
+        "({ AppName = Tarnwick; Version = (2); URL = {}; })", true, none);
+    row("a body that breaks off", "200 OK", typeHeader + "\r\nContent-Length: 9999", current, false,
+        none);
+    QTest::newRow("no HTTP") << QByteArray("220 mail.example\r\n") << false << QString();
+    QTest::newRow("hangs up") << QByteArray() << false << QString();
+}
+
+void TestUpdateCheck::answers()
+{
+    QFETCH(QByteArray, answer);
+    QFETCH(bool, isHeld);
+    QFETCH(QString, error);
+    Fixture fixture;
+    fixture.server.answer("/", answer);
+    fixture.run();
+    QCOMPARE(fixture.held.count(), isHeld ? 1 : 0);
+    QMessageBox* alert = shown<QMessageBox>();
+    QCOMPARE(alert != nullptr, !error.isEmpty());
+    if (!alert)
+        return;
+    QCOMPARE(alert->text(), QStringLiteral("An error occurred:"));
+    QCOMPARE(alert->informativeText(), error);
+    QCOMPARE(alert->icon(), QMessageBox::Critical);
+    QCOMPARE(alert->buttons().size(), 1);
+    press(*alert, "OK");
+}
+
+void TestUpdateCheck::followsRedirects_data()
+{
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QString>("target");
+    QTest::addColumn<bool>("isHeld");
+    QTest::newRow("moved for good") << 301 << "/feed" << true;
+    QTest::newRow("found elsewhere") << 302 << "/feed" << true;
+    QTest::newRow("to another scheme") << 302 << "https://127.0.0.1:PORT/feed" << false;
+    QTest::newRow("to a file") << 302 << "file:///etc/hostname" << false;
+    QTest::newRow("to itself") << 302 << "/" << false;
+}
+
+void TestUpdateCheck::followsRedirects()
+{
+    QFETCH(int, status);
+    QFETCH(QString, target);
+    QFETCH(bool, isHeld);
+    Fixture fixture;
+    // A server that is there: one that is not would refuse the redirect by itself.
+    target.replace(QLatin1String("PORT"), QString::number(fixture.server.address().port()));
+    fixture.server.answer("/feed", feedAnswer({{QStringLiteral("1.0"), prefix}}));
+    fixture.server.answer(
+        "/", response(QByteArray::number(status) + " Moved", "Location: " + target.toLatin1(), ""));
+    fixture.run();
+    QCOMPARE(fixture.held.count(), isHeld ? 1 : 0);
+    // The network layer may ask again where a server hangs up, so no exact count.
+    QVERIFY2(fixture.server.requests().size() < 60,
+        qPrintable(QString::number(fixture.server.requests().size())));
+}
+
+void TestUpdateCheck::stopsReadingHugeBodies()
+{
+    const QByteArray comment(UpdateDownload::maximumSize - 200, '/');
+    const QByteArray body = feed({{QStringLiteral("1.0"), prefix}});
+    Fixture fitting;
+    fitting.server.answer("/", response("200 OK", typeHeader, comment + "\n" + body));
+    fitting.run();
+    QCOMPARE(fitting.held.count(), 1);
+
+    Fixture huge;
+    huge.server.answer(
+        "/", response("200 OK", typeHeader, QByteArray(64 << 20, '/') + "\n" + body));
+    huge.run();
+    QCOMPARE(huge.held.count(), 0);
+    QVERIFY(huge.server.bytesSent() < 32 << 20);
+    QMessageBox* alert = shown<QMessageBox>();
+    QVERIFY(alert);
+    QCOMPARE(alert->informativeText(), QStringLiteral("Error in update Property List."));
+    press(*alert, "OK");
+}
+
+void TestUpdateCheck::offersAnUpdate_data()
+{
+    QTest::addColumn<QString>("address");
+    QTest::addColumn<bool>("canOpen");
+    QTest::addColumn<QString>("button");
+    QTest::addColumn<QStringList>("opened");
+    QTest::addColumn<QString>("problem");
+    const auto row = [](const char* name, const QString& address, bool canOpen, const char* button,
+                         const QStringList& opened, const char* problem) {
+        QTest::newRow(name) << address << canOpen << QString::fromLatin1(button) << opened
+                            << QString::fromLatin1(problem);
+    };
+    const QString good = prefix + QStringLiteral("2.zip");
+    const char* noAddress = "The update's address is not a web address:";
+    row("ignored", good, true, "Ignore", {}, "");
+    row("closed", good, true, "", {}, "");
+    row("downloaded", good, true, "Download", {good}, "");
+    row("no browser", good, false, "Download", {good}, "No browser could be started.");
+    row("no address", QStringLiteral("::") + prefix, true, "Download", {}, noAddress);
+    row("a file", QStringLiteral("file:///") + prefix, true, "Download", {}, noAddress);
+}
+
+void TestUpdateCheck::offersAnUpdate()
+{
+    QFETCH(QString, address);
+    QFETCH(bool, canOpen);
+    QFETCH(QString, button);
+    QFETCH(QStringList, opened);
+    QFETCH(QString, problem);
+    Fixture fixture;
+    fixture.canOpen = canOpen;
+    fixture.server.answer(
+        "/", feedAnswer({{QStringLiteral("0.5"), address}, {QStringLiteral("1.0"), prefix}}));
+    fixture.run();
+    QCOMPARE(fixture.held.count(), 1);
+    QPointer<QMessageBox> alert = shown<QMessageBox>();
+    QVERIFY(alert);
+    QCOMPARE(alert->text(), QStringLiteral("An update to this app to version 0.5 is available."));
+    QCOMPARE(alert->informativeText(),
+        QStringLiteral("You are currently running Tarnwick version 1.0.\n"
+                       "Please choose whether to download this update now in your default "
+                       "browser."));
+    QCOMPARE(alert->icon(), QMessageBox::Information);
+    QCOMPARE(alert->windowModality(), Qt::ApplicationModal);
+    QCOMPARE(alert->buttons().size(), 2);
+    QCOMPARE(alert->defaultButton()->text(), QStringLiteral("Ignore"));
+    if (button.isEmpty())
+        alert->close();
+    else
+        press(*alert, qPrintable(button));
+    QTRY_VERIFY(!alert);
+    QCOMPARE(fixture.opened, opened);
+    if (problem.isEmpty())
+        return;
+    QTRY_VERIFY(shown<QMessageBox>());
+    QVERIFY(shown<QMessageBox>()->informativeText().startsWith(problem));
+    press(*shown<QMessageBox>(), "OK");
+}
+
+void TestUpdateCheck::alertsFollowEachOther()
+{
+    Fixture fixture;
+    fixture.server.answer(
+        "/", feedAnswer({{QStringLiteral("2"), prefix}, {QStringLiteral("3"), prefix + u'x'}}));
+    fixture.run();
+    QPointer<QMessageBox> first = shown<QMessageBox>();
+    QVERIFY(first && first->text().contains(QStringLiteral("version 2 ")));
+    press(*first, "Download");
+    QTRY_VERIFY(!first && shown<QMessageBox>());
+    QVERIFY(shown<QMessageBox>()->text().contains(QStringLiteral("version 3 ")));
+    press(*shown<QMessageBox>(), "Download");
+    QCOMPARE(fixture.opened, QStringList({prefix, prefix + u'x'}));
+}
+
+void TestUpdateCheck::showsMarkupAsText()
+{
+    Fixture fixture;
+    fixture.server.answer("/", feedAnswer({{QStringLiteral("<h1>2</h1>"), prefix}}));
+    fixture.run();
+    QMessageBox* alert = shown<QMessageBox>();
+    QVERIFY(alert);
+    const QList<QLabel*> labels = alert->findChildren<QLabel*>();
+    for (const QLabel* label : labels)
+        QVERIFY(label->text().isEmpty() || label->textFormat() == Qt::PlainText);
+    press(*alert, "Ignore");
+}
+
+void TestUpdateCheck::endsWithAlertsOpen()
+{
+    Fixture fixture;
+    fixture.server.answer(
+        "/", feedAnswer({{QStringLiteral("2"), prefix}, {QStringLiteral("3"), prefix}}));
+    fixture.run();
+    QVERIFY(shown<QMessageBox>());
+    // From within the event loop, as the program ends.
+    QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+    QCOMPARE(QApplication::exec(), 0);
+    QVERIFY(fixture.opened.isEmpty());
+}
+
+void TestUpdateCheck::needsAVersion()
+{
+    Fixture fixture;
+    fixture.run(QString());
+    QMessageBox* alert = shown<QMessageBox>();
+    QVERIFY(alert);
+    QCOMPARE(alert->informativeText(),
+        QStringLiteral("Can't check for updates:\nNo app version string found."));
+    press(*alert, "OK");
+    QVERIFY(fixture.server.requests().isEmpty());
+}
+
+void TestUpdateCheck::needsAWebServer()
+{
+    for (const char* address : {"file:///etc/hostname", "data:text/plain,()", "", "http://", "x"}) {
+        UpdateCheck check;
+        QSignalSpy ended(&check, &UpdateCheck::ended);
+        check.start(QStringLiteral("1.0"), QUrl(QLatin1String(address)));
+        QTRY_COMPARE_WITH_TIMEOUT(ended.count(), 1, patience);
+        QVERIFY(!shown<QMessageBox>());
+    }
+}
+
+QTEST_MAIN(TestUpdateCheck)
+#include "tst_UpdateCheck.moc"

@@ -46,12 +46,19 @@ DocumentWindow::DocumentWindow(const QString& identifier, FrameDocument* documen
     auto* const contentAndNotices = new QWidget;
     contentAndNotices->setLayout(column);
     setCentralWidget(contentAndNotices);
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
+        if (isInContent(now))
+            theLastFocus = now;
+    });
     qApp->installEventFilter(this); // parts of the content that take drops would keep files
     if (document)
         document->addWindow(this);
 }
 
-DocumentWindow::~DocumentWindow() = default;
+DocumentWindow::~DocumentWindow()
+{
+    qApp->disconnect(this); // the focus still moves while the content goes
+}
 
 DocumentWindow* DocumentWindow::of(const QWidget* widget)
 {
@@ -112,13 +119,30 @@ void DocumentWindow::performClose()
 QList<QObject*> DocumentWindow::chain() const
 {
     QList<QObject*> objects;
-    for (QWidget* widget = focusWidget(); widget && widget != centralWidget() && widget != this;
-         widget = widget->parentWidget())
-        objects << widget;
-    if (!objects.contains(content()))
-        objects << content();
+    const auto addWithParents = [this, &objects](QWidget* widget) {
+        for (; widget && widget != centralWidget(); widget = widget->parentWidget())
+            objects << widget;
+    };
+    addWithParents(focusInContent());
+    objects << content();
+    if (content() && isInContent(content()->focusProxy()))
+        addWithParents(content()->focusProxy());
     objects << const_cast<DocumentWindow*>(this) << theDocument << theApplicationResponders;
     return objects;
+}
+
+QWidget* DocumentWindow::focusInContent() const
+{
+    if (isInContent(focusWidget()))
+        return focusWidget();
+    return theLastFocus && isInContent(theLastFocus) && theLastFocus->isVisibleTo(this)
+        ? theLastFocus.data()
+        : nullptr;
+}
+
+bool DocumentWindow::isInContent(const QWidget* widget) const
+{
+    return widget && centralWidget()->isAncestorOf(widget);
 }
 
 void DocumentWindow::showEvent(QShowEvent* event)

@@ -55,6 +55,7 @@ private slots:
     void givesUpWhenAsked();
     void saysWhatTheFlattenedDocumentLacks();
     void mayCloseWhileFilling();
+    void exchangedPanesAreHonouredEverywhere();
 
 private:
     void open();
@@ -200,6 +201,40 @@ void TestSourceViewController::mayCloseWhileFilling()
     }
     const auto inspector = shownInspector(); // the engine still works
     QVERIFY(!textOf(inspector->upperTextView()).isEmpty());
+}
+
+void TestSourceViewController::exchangedPanesAreHonouredEverywhere()
+{
+    open();
+    PlainTextView upper;
+    PlainTextView lower;
+    PlainTextView bottom;
+    theFlags.summary = true;
+    SourceViewController inspector(theDocument.get(), &theFlags);
+    const PlainTextView* const before[]
+        = {inspector.upperTextView(), inspector.lowerTextView(), inspector.bottomTextView()};
+    inspector.setUpperTextView(&upper);
+    inspector.setLowerTextView(&lower);
+    inspector.setBottomTextView(&bottom);
+    inspector.setUpperTextScroller(&upper);
+    inspector.setLowerTextScroller(&lower);
+    inspector.setBottomTextScroller(&bottom);
+    QSignalSpy filled(&inspector, &SourceViewController::filled);
+    inspector.show();
+    QTRY_COMPARE(filled.size(), 1);
+    for (const PlainTextView* view : before)
+        QCOMPARE(textOf(view), QString());
+    for (const PlainTextView* view : {&upper, &lower}) {
+        QVERIFY(textOf(view).startsWith(u"%PDF-"_s));
+        QVERIFY(!view->isWrapping());
+    }
+    QVERIFY(textOf(&bottom).contains(u"Source PDF file contains "_s));
+    QCOMPARE(inspector.focusProxy(), &lower);
+    inspector.setUpperText(u"one"_s);
+    inspector.setLowerText(u"two"_s);
+    inspector.setBottomText(u"three"_s);
+    QCOMPARE(textOf(&upper) + textOf(&lower) + textOf(&bottom), u"onetwothree"_s);
+    QCOMPARE(inspector.upperTextScroller(), &upper);
 }
 
 QTEST_MAIN(TestSourceViewController)

@@ -83,7 +83,7 @@ QString failures(PDFDocument* document)
 void useWindows(Document* document, ViewController* viewer)
 {
     PDFDocumentText* const text = document->documentText();
-    viewer->selectAll();
+    viewer->thePDFView()->selectAll();
     if (text->pageCount() <= 1000)
         QTRY_VERIFY_WITH_TIMEOUT(!text->isFetching(), 60'000);
     viewer->thePDFView()->followLink({{}, 0, {}, {}});
@@ -95,7 +95,7 @@ void useWindows(Document* document, ViewController* viewer)
         viewer->cancelSearch();
     QTRY_VERIFY_WITH_TIMEOUT(!viewer->isSearching(), 60'000);
     viewer->findChild<QTreeView*>(u"outlineView"_s)->expandAll();
-    viewer->goToLastPage();
+    viewer->thePDFView()->goToLastPage();
     QTRY_VERIFY_WITH_TIMEOUT(!viewer->thePDFView()->isDrawing(), 60'000);
     viewer->grab();
     document->openSource();

@@ -20,7 +20,6 @@ HelpViewController::HelpViewController(const QString& file, QWidget* parent)
     Ui::HelpWindow ui;
     ui.setupUi(this);
     setHelpPDFView(ui.helpPDFView);
-    setFocusProxy(ui.helpPDFView);
 }
 
 HelpViewController::~HelpViewController() = default;
@@ -29,6 +28,7 @@ void HelpViewController::setHelpPDFView(PDFView* view)
 {
     theOutlet = view;
     PagePrinter::serve(view);
+    setFocusProxy(view);
 }
 
 QString HelpViewController::manualFile()

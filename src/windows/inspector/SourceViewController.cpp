@@ -67,6 +67,12 @@ DocumentFacts factsOf(const PDFDocument& document)
         facts.catalogEntryCount};
 }
 
+void setUpListing(PlainTextView* view)
+{
+    view->useFixedPitchFont();
+    view->setWrapping(false);
+}
+
 void setText(PlainTextView* view, const QString& text)
 {
     view->setTextStorage(std::make_shared<const PlainTextStorage>(text));
@@ -89,12 +95,14 @@ SourceViewController::~SourceViewController() = default;
 
 void SourceViewController::connectOutlets()
 {
-    theUpper = {ui->upperTextView, ui->upperNote, ui->upperCancel, {}};
-    theLower = {ui->lowerTextView, ui->lowerNote, ui->lowerCancel, {}};
-    for (PlainTextView* view : {ui->upperTextView, ui->lowerTextView, ui->bottomTextView}) {
-        view->useFixedPitchFont();
-        view->setWrapping(false);
-    }
+    theUpper = {nullptr, ui->upperNote, ui->upperCancel, {}};
+    theLower = {nullptr, ui->lowerNote, ui->lowerCancel, {}};
+    setUpperTextView(ui->upperTextView);
+    setUpperTextScroller(ui->upperTextView);
+    setLowerTextView(ui->lowerTextView);
+    setLowerTextScroller(ui->lowerTextView);
+    setBottomTextView(ui->bottomTextView);
+    setBottomTextScroller(ui->bottomTextView);
     for (Pane* pane : {&theUpper, &theLower}) {
         pane->note->hide();
         pane->cancel->hide();
@@ -103,37 +111,40 @@ void SourceViewController::connectOutlets()
     const QByteArray sizes = QSettings().value(splitterKey).toByteArray();
     if (!ui->panes->restoreState(sizes))
         ui->panes->setSizes({280, 380, 240});
-    setFocusProxy(ui->lowerTextView);
 }
 
-PlainTextView* SourceViewController::upperTextView() const
+void SourceViewController::setUpperTextView(PlainTextView* view)
 {
-    return ui->upperTextView;
+    theUpper.view = view;
+    setUpListing(view);
 }
 
-PlainTextView* SourceViewController::lowerTextView() const
+void SourceViewController::setLowerTextView(PlainTextView* view)
 {
-    return ui->lowerTextView;
+    theLower.view = view;
+    setUpListing(view);
+    setFocusProxy(view);
 }
 
-PlainTextView* SourceViewController::bottomTextView() const
+void SourceViewController::setBottomTextView(PlainTextView* view)
 {
-    return ui->bottomTextView;
+    theBottomView = view;
+    setUpListing(view);
 }
 
 void SourceViewController::setUpperText(const QString& text)
 {
-    setText(ui->upperTextView, text);
+    setText(theUpper.view, text);
 }
 
 void SourceViewController::setLowerText(const QString& text)
 {
-    setText(ui->lowerTextView, text);
+    setText(theLower.view, text);
 }
 
 void SourceViewController::setBottomText(const QString& text)
 {
-    setText(ui->bottomTextView, text);
+    setText(theBottomView, text);
 }
 
 bool SourceViewController::isFilling() const
@@ -204,7 +215,7 @@ void SourceViewController::takeFlattened(PDFFlatRequest* request)
 void SourceViewController::emptyUpper()
 {
     if (theContent != SourceContent::isRaw)
-        ui->upperTextView->setTextStorage(std::make_shared<const PlainTextStorage>());
+        theUpper.view->setTextStorage(std::make_shared<const PlainTextStorage>());
 }
 
 /// @param lossNote what is missing from the bytes; stays beside the pane.

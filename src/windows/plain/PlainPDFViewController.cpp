@@ -16,12 +16,12 @@ PlainPDFViewController::PlainPDFViewController(Document* document, QWidget* pare
     Ui::PlainPDFWindow ui;
     ui.setupUi(this);
     setThePDFView(ui.thePDFView);
-    setFocusProxy(theOutlet);
 }
 
 void PlainPDFViewController::setThePDFView(PDFView* view)
 {
     theOutlet = view;
+    setFocusProxy(view);
     view->setPrintDelegate([this](PDFView* printed) { PDFViewPerformPrint(printed); });
 }
 
@@ -42,11 +42,6 @@ void PlainPDFViewController::setUp()
 void PlainPDFViewController::autoZoom()
 {
     theOutlet->setAutoScales(true);
-}
-
-void PlainPDFViewController::print()
-{
-    PDFViewPerformPrint(theOutlet);
 }
 
 void PlainPDFViewController::PDFViewPerformPrint(PDFView* view)

@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
+#include <QToolButton>
 
 namespace {
 
@@ -38,13 +39,11 @@ void fillZoomMenu(QComboBox& menu)
 
 PageControls::PageControls(PDFView* view, const Widgets& widgets, QObject* parent)
     : QObject(parent)
-    , theView(view)
     , theWidgets(widgets)
 {
     fillZoomMenu(*theWidgets.zoomMenu);
-    connect(view, &PDFView::currentPageChanged, this, &PageControls::showPage);
-    connect(view, &PDFView::documentChanged, this, &PageControls::refresh);
-    connect(view, &PDFView::scaleFactorChanged, this, &PageControls::showScale);
+    connectButtons();
+    setView(view);
     connect(theWidgets.pageField, &QLineEdit::returnPressed, this, &PageControls::goToEnteredPage);
     connect(theWidgets.pageField, &QLineEdit::editingFinished, this, &PageControls::showPage);
     connect(theWidgets.zoomMenu, &QComboBox::activated, this, &PageControls::chooseScale);
@@ -52,6 +51,28 @@ PageControls::PageControls(PDFView* view, const Widgets& widgets, QObject* paren
         &PageControls::takeEnteredScale);
     connect(theWidgets.zoomMenu->lineEdit(), &QLineEdit::editingFinished, this,
         &PageControls::showScale);
+}
+
+void PageControls::connectButtons()
+{
+    const auto serve = [this](QToolButton* button, void (PDFView::*command)()) {
+        connect(button, &QToolButton::clicked, this, [this, command] { (theView->*command)(); });
+    };
+    serve(theWidgets.previousPage, &PDFView::goToPreviousPage);
+    serve(theWidgets.nextPage, &PDFView::goToNextPage);
+    serve(theWidgets.zoomIn, &PDFView::zoomIn);
+    serve(theWidgets.zoomOut, &PDFView::zoomOut);
+}
+
+void PageControls::setView(PDFView* view)
+{
+    if (theView)
+        theView->disconnect(this);
+    theView = view;
+    connect(view, &PDFView::currentPageChanged, this, &PageControls::showPage);
+    connect(view, &PDFView::documentChanged, this, &PageControls::refresh);
+    connect(view, &PDFView::scaleFactorChanged, this, &PageControls::showScale);
+    refresh();
 }
 
 void PageControls::refresh()
@@ -72,6 +93,8 @@ void PageControls::showPage()
     const int page = theView->currentPage();
     const bool hasPage = document && page >= 0 && page < document->pageCount();
     theWidgets.pageField->setEnabled(hasPage);
+    theWidgets.previousPage->setEnabled(page > 0);
+    theWidgets.nextPage->setEnabled(hasPage && page + 1 < document->pageCount());
     const QString number = QString::number(page + 1); // as it can be entered
     const QString count = QLocale().toString(document ? document->pageCount() : 0);
     const QString label = hasPage ? document->pageLabel(page) : QString();

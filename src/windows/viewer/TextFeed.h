@@ -25,6 +25,9 @@ public:
     TextFeed(
         PDFDocumentText* text, PlainTextView* view, ProgressLine* line, QObject* parent = nullptr);
 
+    /// Brings the text into another pane from the next filling on, borrowed likewise.
+    void setView(PlainTextView* view) { theView = view; }
+
     /// Fills the pane anew and fetches what is missing. counted() and lossesKnown() follow when the
     /// text is whole or fetching stops, for short texts that are there already from within this
     /// call.

@@ -72,68 +72,101 @@ ViewController::ViewController(
     , theOutline(new OutlineModel(this))
 {
     ui->setupUi(this);
-    findOutlets();
-    PagePrinter::serve(theOutlets.pdfView);
     ui->sideBarButton->setIcon(GlyphIcon::icon(GlyphIcon::Shape::isSideBar));
     ui->outlineView->setModel(theOutline);
     ui->textProgress->setMessageWraps(true);
-    // Searching is the field's, and goes over the pages.
-    theOutlets.textView->setFindBarEnabled(false);
-    theTextFeed = new TextFeed(text, theOutlets.textView, ui->textProgress, this);
-    thePageControls = new PageControls(
-        theOutlets.pdfView, {ui->pageField, ui->pageCountLabel, ui->zoomMenu}, this);
+    theTextFeed = new TextFeed(text, ui->theTextView, ui->textProgress, this);
+    thePageControls = new PageControls(ui->thePDFView,
+        {ui->pageField, ui->pageCountLabel, ui->zoomMenu, ui->previousPageButton,
+            ui->nextPageButton, ui->zoomInButton, ui->zoomOutButton},
+        this);
+    connectOutlets();
     connectControls();
     connectSearch();
     connectSideBar();
-    setFocusProxy(theOutlets.pdfView); // a reader's keys are the pages'
     viewDidLoad();
 }
 
 ViewController::~ViewController()
 {
     // The strip looks at the page view, which may be gone before it.
-    theOutlets.thumbnailView->setPDFView(nullptr);
+    if (theAttachedStrip)
+        theAttachedStrip->setPDFView(nullptr);
     releaseElsewhere(std::exchange(theMatches, {}));
+}
+
+void ViewController::connectOutlets()
+{
+    setTheSplitView(ui->theSplitView);
+    setThePDFView(ui->thePDFView);
+    setTheThumbnailView(ui->theThumbnailView);
+    setTheTextScroller(ui->theTextView);
+    setTheTextView(ui->theTextView);
+    setSearchField(ui->searchField);
+    setSearchFieldCell(ui->searchField);
+    setCountText(ui->countText);
+    setCaseSensitiveButton(ui->caseSensitiveButton);
+    setLiteralButton(ui->literalButton);
+    setSearchStepper(ui->searchStepper);
+    setMarkPageMenu(ui->markPageMenu);
+}
+
+template<class Control> void ViewController::exchange(Control*& outlet, Control* control)
+{
+    if (outlet)
+        outlet->disconnect(this);
+    outlet = control;
+}
+
+void ViewController::setTheSplitView(QSplitter* view)
+{
+    exchange(theOutlets.splitView, view);
+    connect(view, &QSplitter::splitterMoved, this, &ViewController::updateControls);
 }
 
 void ViewController::setThePDFView(PDFView* view)
 {
-    theOutlets.pdfView = view;
+    exchange(theOutlets.pdfView, view);
+    connect(view, &PDFView::currentPageChanged, this, &ViewController::updateControls);
+    connect(view, &PDFView::documentChanged, this, &ViewController::updateControls);
+    connect(view, &PDFView::selectionChanged, this, &ViewController::updateControls);
+    connect(view, &PDFView::historyChanged, this, &ViewController::updateControls);
+    thePageControls->setView(view);
     PagePrinter::serve(view);
+    setFocusProxy(view); // a reader's keys are the pages'
 }
 
-void ViewController::findOutlets()
+void ViewController::setTheTextView(PlainTextView* view)
 {
-    theOutlets = {
-        .splitView = ui->theSplitView,
-        .pdfView = ui->thePDFView,
-        .thumbnailView = ui->theThumbnailView,
-        .textScroller = ui->theTextView,
-        .textView = ui->theTextView,
-        .searchField = ui->searchField,
-        .searchFieldCell = ui->searchField,
-        .countText = ui->countText,
-        .caseSensitiveButton = ui->caseSensitiveButton,
-        .literalButton = ui->literalButton,
-        .searchStepper = ui->searchStepper,
-        .markPageMenu = ui->markPageMenu,
-    };
+    theOutlets.textView = view;
+    theTextFeed->setView(view);
+    view->setFindBarEnabled(false); // searching is the field's, and goes over the pages
+}
+
+void ViewController::setSearchField(SearchField* field)
+{
+    exchange(theOutlets.searchField, field);
+    connect(field, &SearchField::searchRequested, this, &ViewController::doSearchAction);
+    connect(field, &SearchField::cancelRequested, this, &ViewController::leaveSearch);
+}
+
+void ViewController::setSearchStepper(SearchStepper* stepper)
+{
+    exchange(theOutlets.searchStepper, stepper);
+    connect(stepper, &SearchStepper::stepped, this, &ViewController::doSearchStepAction);
+}
+
+void ViewController::setMarkPageMenu(QComboBox* menu)
+{
+    exchange(theOutlets.markPageMenu, menu);
+    connect(menu, &QComboBox::activated, this, &ViewController::doChangePage);
 }
 
 void ViewController::connectControls()
 {
-    connect(ui->previousPageButton, &QToolButton::clicked, this, &ViewController::goToPreviousPage);
-    connect(ui->nextPageButton, &QToolButton::clicked, this, &ViewController::goToNextPage);
-    connect(ui->zoomInButton, &QToolButton::clicked, this, &ViewController::zoomIn);
-    connect(ui->zoomOutButton, &QToolButton::clicked, this, &ViewController::zoomOut);
     connect(ui->markButton, &QToolButton::clicked, this, &ViewController::setPageMark);
     connect(ui->backMarkButton, &QToolButton::clicked, this, &ViewController::goBackMark);
     connect(ui->forwardMarkButton, &QToolButton::clicked, this, &ViewController::goForwardMark);
-    connect(ui->markPageMenu, &QComboBox::activated, this, &ViewController::doChangePage);
-    connect(ui->thePDFView, &PDFView::currentPageChanged, this, &ViewController::updateControls);
-    connect(ui->thePDFView, &PDFView::documentChanged, this, &ViewController::updateControls);
-    connect(ui->thePDFView, &PDFView::selectionChanged, this, &ViewController::updateControls);
-    connect(ui->thePDFView, &PDFView::historyChanged, this, &ViewController::updateControls);
     connect(theDocument, &PDFDocument::pagesMeasured, this, [this] {
         thePageControls->refresh();
         renameMarks();
@@ -148,7 +181,6 @@ void ViewController::connectControls()
 void ViewController::connectSideBar()
 {
     connect(ui->sideBarButton, &QToolButton::clicked, this, &ViewController::toggleSideBar);
-    connect(ui->theSplitView, &QSplitter::splitterMoved, this, &ViewController::updateControls);
     const auto goToEntry = [this](const QModelIndex& index) {
         const PDFOutlineEntry& entry = theOutline->entry(index);
         if (entry.page >= 0)
@@ -206,9 +238,11 @@ void ViewController::viewDidAppear()
 
 void ViewController::attachThumbnails()
 {
-    theOutlets.thumbnailView->setPDFView(theOutlets.pdfView);
-    theOutlets.thumbnailView->setThumbnailSize(
-        theOutlets.thumbnailView->thumbnailSize() * thumbnailGrowth);
+    if (theAttachedStrip && theAttachedStrip != theOutlets.thumbnailView)
+        theAttachedStrip->setPDFView(nullptr);
+    theAttachedStrip = theOutlets.thumbnailView;
+    theAttachedStrip->setPDFView(theOutlets.pdfView);
+    theAttachedStrip->setThumbnailSize(theAttachedStrip->thumbnailSize() * thumbnailGrowth);
     if (ui->sideTabs->indexOf(ui->pagesTab) < 0)
         ui->sideTabs->insertTab(0, ui->pagesTab, tr("Pages"));
     ui->sideTabs->setCurrentWidget(ui->pagesTab);
@@ -233,7 +267,7 @@ void ViewController::restoreSizes(bool isStripOpen)
 {
     const int strip = isStripOpen ? storedStripWidth() : 0;
     const int text = StoredValues::length(textWidthKey, firstTextWidth);
-    QSplitter* splitter = ui->theSplitView;
+    QSplitter* splitter = theOutlets.splitView;
     splitter->setStretchFactor(0, 0);
     splitter->setStretchFactor(1, 1);
     splitter->setStretchFactor(2, 0);
@@ -242,12 +276,13 @@ void ViewController::restoreSizes(bool isStripOpen)
 
 void ViewController::saveSizes() const
 {
-    const QList<int> sizes = ui->theSplitView->sizes();
+    const QList<int> sizes = theOutlets.splitView->sizes();
     QSettings settings;
     // A closed strip opens again in its width.
     if (sizes.value(0) > 0)
         settings.setValue(stripWidthKey, sizes.value(0));
-    settings.setValue(textWidthKey, sizes.value(2));
+    if (sizes.size() > 2)
+        settings.setValue(textWidthKey, sizes.at(2));
 }
 
 bool ViewController::isSideBarOpen() const
@@ -274,12 +309,10 @@ void ViewController::updateControls()
     const auto enable = [this](QWidget* widget, const QString& command) {
         widget->setEnabled(validateCommand(command));
     };
-    enable(ui->previousPageButton, QStringLiteral("goToPreviousPage"));
-    enable(ui->nextPageButton, QStringLiteral("goToNextPage"));
     enable(ui->markButton, QStringLiteral("setPageMark"));
     enable(ui->backMarkButton, QStringLiteral("goBackMark"));
     enable(ui->forwardMarkButton, QStringLiteral("goForwardMark"));
-    enable(ui->searchStepper, QStringLiteral("doFindNext"));
+    enable(theOutlets.searchStepper, QStringLiteral("doFindNext"));
     ui->sideBarButton->setChecked(isSideBarOpen());
     ui->sideBarButton->setEnabled(isSideBarOpen() || ui->sideTabs->count() > 0);
     const DocumentWindow* window = DocumentWindow::of(this);
@@ -290,23 +323,17 @@ void ViewController::updateControls()
 bool ViewController::validateCommand(const QString& command) const
 {
     const PDFView* view = theOutlets.pdfView;
-    const int page = view->currentPage();
     const int mark = theOutlets.markPageMenu->currentIndex();
     const QHash<QString, bool> conditions = {
         {QStringLiteral("doSearchStepAction"), !theMatches.isEmpty()},
         {QStringLiteral("doFindNext"), !theMatches.isEmpty()},
         {QStringLiteral("doFindPrev"), !theMatches.isEmpty()},
         {QStringLiteral("doFindSelection"), !view->currentSelection().isEmpty()},
-        {QStringLiteral("copy"), !view->currentSelection().isEmpty()},
         {QStringLiteral("cancelSearch"), isSearching()},
-        {QStringLiteral("setPageMark"), page >= 0},
+        {QStringLiteral("setPageMark"), view->currentPage() >= 0},
         {QStringLiteral("doChangePage"), !theMarks.pages().empty()},
         {QStringLiteral("goBackMark"), theMarks.before(mark).has_value()},
         {QStringLiteral("goForwardMark"), theMarks.after(mark).has_value()},
-        {QStringLiteral("goBack"), view->canGoBack()},
-        {QStringLiteral("goForward"), view->canGoForward()},
-        {QStringLiteral("goToPreviousPage"), page > 0},
-        {QStringLiteral("goToNextPage"), page + 1 < theDocument->pageCount()},
     };
     return conditions.value(command, true);
 }

@@ -1,4 +1,4 @@
-// The controller's commands for pages: what the page view does, and the marked pages.
+// The controller's commands for pages: the marked ones, the page field and the fitting of pages.
 
 #include "viewer/ViewController.h"
 
@@ -75,84 +75,4 @@ void ViewController::goToPageDialog()
 void ViewController::autoZoom()
 {
     theOutlets.pdfView->setAutoScales(true);
-}
-
-void ViewController::zoomIn()
-{
-    theOutlets.pdfView->zoomIn();
-}
-
-void ViewController::zoomOut()
-{
-    theOutlets.pdfView->zoomOut();
-}
-
-void ViewController::fitPage()
-{
-    theOutlets.pdfView->fitPage();
-}
-
-void ViewController::fitWidth()
-{
-    theOutlets.pdfView->fitWidth();
-}
-
-void ViewController::actualSize()
-{
-    theOutlets.pdfView->actualSize();
-}
-
-void ViewController::rotateClockwise()
-{
-    theOutlets.pdfView->rotateClockwise();
-}
-
-void ViewController::rotateCounterclockwise()
-{
-    theOutlets.pdfView->rotateCounterclockwise();
-}
-
-void ViewController::goToFirstPage()
-{
-    theOutlets.pdfView->goToFirstPage();
-}
-
-void ViewController::goToLastPage()
-{
-    theOutlets.pdfView->goToLastPage();
-}
-
-void ViewController::goToNextPage()
-{
-    theOutlets.pdfView->goToNextPage();
-}
-
-void ViewController::goToPreviousPage()
-{
-    theOutlets.pdfView->goToPreviousPage();
-}
-
-void ViewController::goBack()
-{
-    theOutlets.pdfView->goBack();
-}
-
-void ViewController::goForward()
-{
-    theOutlets.pdfView->goForward();
-}
-
-void ViewController::copy()
-{
-    theOutlets.pdfView->copy();
-}
-
-void ViewController::selectAll()
-{
-    theOutlets.pdfView->selectAll();
-}
-
-void ViewController::print()
-{
-    theOutlets.pdfView->print();
 }

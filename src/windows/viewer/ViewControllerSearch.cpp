@@ -20,14 +20,6 @@
 
 void ViewController::connectSearch()
 {
-    connect(ui->searchField, &SearchField::searchRequested, this, &ViewController::doSearchAction);
-    connect(ui->searchField, &SearchField::cancelRequested, this, [this] {
-        if (isSearching())
-            cancelSearch();
-        else
-            theOutlets.pdfView->setFocus(Qt::OtherFocusReason);
-    });
-    connect(ui->searchStepper, &SearchStepper::stepped, this, &ViewController::doSearchStepAction);
     connect(theSearch, &DocumentSearch::found, this, &ViewController::takeMatches);
     connect(theSearch, &DocumentSearch::progressed, this, &ViewController::showSearchProgress);
     connect(
@@ -36,6 +28,15 @@ void ViewController::connectSearch()
         if (theSearch->isWaitingForText())
             showSearchProgress(page + 1, theText->pageCount());
     });
+}
+
+/// The Escape key of the search field.
+void ViewController::leaveSearch()
+{
+    if (isSearching())
+        cancelSearch();
+    else
+        theOutlets.pdfView->setFocus(Qt::OtherFocusReason);
 }
 
 bool ViewController::isSearching() const

@@ -18,6 +18,10 @@ struct Notice;
 /// (CommandRouter), and names its window by QWidget::setWindowTitle on itself: the window takes
 /// over the content's title.
 ///
+/// A command starts from the focus within the content and the notices; a menu that has the keyboard
+/// changes nothing about that. Behind the content comes what it hands the keyboard to, its focus
+/// proxy: the commands of a page view are possible from every field around it.
+///
 /// Size and place are remembered for each kind of window; a further window of a kind that is open
 /// stands a little below and to the right of the last one. Files dropped anywhere on the window are
 /// handed to filesDropped().
@@ -80,12 +84,15 @@ protected:
 
 private:
     QList<QObject*> chain() const;
+    QWidget* focusInContent() const;
+    bool isInContent(const QWidget* widget) const;
     void giveFocus();
     bool takeDrag(QDropEvent& event);
 
     QString theIdentifier;
     FrameDocument* theDocument;
     QPointer<QWidget> theContent;
+    QPointer<QWidget> theLastFocus; // within the content, before a menu took the keyboard
     NoticeLine* theNoticeLine;
     CommandRouter* theRouter = nullptr;
     QList<QObject*> theApplicationResponders;

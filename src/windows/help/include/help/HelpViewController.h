@@ -28,6 +28,8 @@ public:
     /// @returns an empty path when there is none.
     static QString manualFile();
 
+    /// The page view. The setter exchanges it for all that it is used for; another one shows the
+    /// manual from the next showing on. Borrowed.
     PDFView* helpPDFView() const { return theOutlet; }
     void setHelpPDFView(PDFView* view);
     /// The manual; null while the view is hidden or there is none.

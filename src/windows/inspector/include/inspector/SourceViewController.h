@@ -13,6 +13,7 @@
 
 class Document;
 class PlainTextView;
+class QAbstractScrollArea;
 class QLabel;
 class QToolButton;
 namespace Ui {
@@ -43,9 +44,22 @@ public:
     /// The stored file's source likewise.
     std::shared_ptr<const SourceText> theSourceText() const { return theFileSource; }
 
-    PlainTextView* upperTextView() const;
-    PlainTextView* lowerTextView() const;
-    PlainTextView* bottomTextView() const;
+    // The panes, at first those of the window's layout. A setter exchanges the pane for all that it
+    // is used for; another one gets its text from the next filling on. Borrowed; each lives until
+    // another takes its place or the controller goes.
+    PlainTextView* upperTextView() const { return theUpper.view; }
+    void setUpperTextView(PlainTextView* view);
+    PlainTextView* lowerTextView() const { return theLower.view; }
+    void setLowerTextView(PlainTextView* view);
+    PlainTextView* bottomTextView() const { return theBottomView; }
+    void setBottomTextView(PlainTextView* view);
+    // What scrolls them: held for the layout's sake.
+    QAbstractScrollArea* upperTextScroller() const { return theUpperScroller; }
+    void setUpperTextScroller(QAbstractScrollArea* scroller) { theUpperScroller = scroller; }
+    QAbstractScrollArea* lowerTextScroller() const { return theLowerScroller; }
+    void setLowerTextScroller(QAbstractScrollArea* scroller) { theLowerScroller = scroller; }
+    QAbstractScrollArea* bottomTextScroller() const { return theBottomScroller; }
+    void setBottomTextScroller(QAbstractScrollArea* scroller) { theBottomScroller = scroller; }
 
     /// Replaces the whole content of a pane with a text in the default colour.
     void setUpperText(const QString& text);
@@ -96,4 +110,8 @@ private:
     SourceContent theContent = SourceContent::isObjectList;
     Pane theUpper;
     Pane theLower;
+    PlainTextView* theBottomView = nullptr;
+    QAbstractScrollArea* theUpperScroller = nullptr;
+    QAbstractScrollArea* theLowerScroller = nullptr;
+    QAbstractScrollArea* theBottomScroller = nullptr;
 };

@@ -20,14 +20,14 @@ public:
     /// @param document borrowed for the view's life; open.
     explicit PlainPDFViewController(Document* document, QWidget* parent = nullptr);
 
+    /// The page view. The setter exchanges it for all that it is used for; another one shows the
+    /// document from the next showing on. Borrowed.
     PDFView* thePDFView() const { return theOutlet; }
     void setThePDFView(PDFView* view);
 
 public slots:
     /// Fits the pages to the view's width again, and after every resize.
     void autoZoom();
-    /// Prints what the page view shows.
-    void print();
 
 protected:
     void showEvent(QShowEvent* event) override;

@@ -4,6 +4,7 @@
 #include "viewer/PageMarks.h"
 
 #include <QList>
+#include <QPointer>
 #include <QWidget>
 
 #include <memory>
@@ -37,7 +38,8 @@ class ViewController;
 ///
 /// It sets itself up each time that it appears, which is each time that its hidden window is shown
 /// by the program; a window that comes back from being minimised has not been hidden. Pages are
-/// counted from 0. Its public slots are the commands of menus and controls.
+/// counted from 0. Its public slots are the commands of menus and controls that are its own; those
+/// of pages are the page view's, which is the controller's focus proxy.
 class ViewController : public QWidget
 {
     Q_OBJECT
@@ -58,20 +60,24 @@ public:
     /// A search is waiting for the document's text or under way.
     bool isSearching() const;
 
-    // The controls that the commands work on, at first those of the window's layout. The setters
-    // exchange the control that is read and written, and connect nothing.
+    // The controls that the commands work on, at first those of the window's layout. A setter
+    // exchanges the control for all that it is used for: it is read, written and listened to from
+    // then on, the one before no longer. What shows a document, a text or a menu shows it from the
+    // next appearance on. Borrowed; each lives until another takes its place or the controller
+    // goes.
     QSplitter* theSplitView() const { return theOutlets.splitView; }
-    void setTheSplitView(QSplitter* view) { theOutlets.splitView = view; }
+    void setTheSplitView(QSplitter* view);
     PDFView* thePDFView() const { return theOutlets.pdfView; }
     void setThePDFView(PDFView* view);
     PDFThumbnailView* theThumbnailView() const { return theOutlets.thumbnailView; }
     void setTheThumbnailView(PDFThumbnailView* view) { theOutlets.thumbnailView = view; }
+    /// What scrolls the text: held for the layout's sake.
     QAbstractScrollArea* theTextScroller() const { return theOutlets.textScroller; }
     void setTheTextScroller(QAbstractScrollArea* scroller) { theOutlets.textScroller = scroller; }
     PlainTextView* theTextView() const { return theOutlets.textView; }
-    void setTheTextView(PlainTextView* view) { theOutlets.textView = view; }
+    void setTheTextView(PlainTextView* view);
     SearchField* searchField() const { return theOutlets.searchField; }
-    void setSearchField(SearchField* field) { theOutlets.searchField = field; }
+    void setSearchField(SearchField* field);
     /// Where the search text is read and written.
     SearchField* searchFieldCell() const { return theOutlets.searchFieldCell; }
     void setSearchFieldCell(SearchField* field) { theOutlets.searchFieldCell = field; }
@@ -82,10 +88,11 @@ public:
     QCheckBox* literalButton() const { return theOutlets.literalButton; }
     void setLiteralButton(QCheckBox* button) { theOutlets.literalButton = button; }
     SearchStepper* searchStepper() const { return theOutlets.searchStepper; }
-    void setSearchStepper(SearchStepper* stepper) { theOutlets.searchStepper = stepper; }
+    void setSearchStepper(SearchStepper* stepper);
     QComboBox* markPageMenu() const { return theOutlets.markPageMenu; }
-    void setMarkPageMenu(QComboBox* menu) { theOutlets.markPageMenu = menu; }
+    void setMarkPageMenu(QComboBox* menu);
 
+    /// Whether a command of the slots below is possible now.
     Q_INVOKABLE bool validateCommand(const QString& command) const;
 
 public slots:
@@ -118,24 +125,6 @@ public slots:
     /// Opens or closes the strip of thumbnails and outline.
     void toggleSideBar(bool open);
 
-    // Commands of the page view, for when the focus is elsewhere.
-    void zoomIn();
-    void zoomOut();
-    void fitPage();
-    void fitWidth();
-    void actualSize();
-    void rotateClockwise();
-    void rotateCounterclockwise();
-    void goToFirstPage();
-    void goToLastPage();
-    void goToNextPage();
-    void goToPreviousPage();
-    void goBack();
-    void goForward();
-    void copy();
-    void selectAll();
-    void print();
-
 protected:
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
@@ -157,7 +146,8 @@ private:
         QComboBox* markPageMenu = nullptr;
     };
 
-    void findOutlets();
+    template<class Control> void exchange(Control*& outlet, Control* control);
+    void connectOutlets();
     void connectControls();
     void connectSearch();
     void connectSideBar();
@@ -170,6 +160,7 @@ private:
     void showOutline(const PDFOutlineRequest& request);
     void updateControls();
 
+    void leaveSearch();
     void makeSearchMenu();
     void takeMatches(const QList<PDFSelection>& matches, const PDFLosses& losses);
     void forgetMatches();
@@ -194,4 +185,5 @@ private:
     OutlineModel* theOutline;
     PageControls* thePageControls = nullptr;
     TextFeed* theTextFeed = nullptr;
+    QPointer<PDFThumbnailView> theAttachedStrip; ///< that follows the page view
 };

@@ -1,0 +1,185 @@
+#include "AppDelegate.h"
+#include "Windows.h"
+#include "frame/CommandRouter.h"
+#include "frame/DocumentController.h"
+#include "frame/DocumentWindow.h"
+#include "pdf/PDFDocumentText.h"
+#include "support/PdfBuilder.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+enum class Way
+{
+    isMouse,
+    isShortcut, ///< Alt and a letter
+    isMenuBar, ///< Alt alone, then the arrows: the menu bar takes the keyboard
+};
+
+QMenu* menuOf(const DocumentWindow& window, const char* name)
+{
+    return window.findChild<QMenu*>(QLatin1String(name));
+}
+
+/// Opens a menu as a user does. @returns whether it is open.
+bool open(DocumentWindow& window, QMenu* menu, Way way)
+{
+    QMenuBar* const bar = window.menuBar();
+    const QString title = menu->title();
+    const char letter = title.at(title.indexOf(u'&') + 1).toLower().toLatin1();
+    if (way == Way::isMouse) {
+        const QPoint place = bar->actionGeometry(menu->menuAction()).center();
+        QTest::mouseClick(bar, Qt::LeftButton, Qt::NoModifier, place);
+    } else if (way == Way::isShortcut) {
+        QTest::keyClick(window.windowHandle(), letter, Qt::AltModifier);
+    } else {
+        bar->setFocus(Qt::MenuBarFocusReason);
+        bar->setActiveAction(menu->menuAction());
+    }
+    return QApplication::activePopupWidget() == menu;
+}
+
+/// Leaves the menus. @returns whether the window has the keyboard again.
+bool comeBack(DocumentWindow& window, QWidget* focus)
+{
+    window.menuBar()->setActiveAction(nullptr);
+    window.activateWindow(); // not every platform comes back by itself
+    focus->setFocus();
+    return QTest::qWaitForWindowActive(&window);
+}
+
+/// The commands that a menu offers, separated by blanks.
+QString offered(const QMenu& menu)
+{
+    QStringList commands;
+    for (const QAction* action : menu.actions()) {
+        if (action->isEnabled() && !action->isSeparator())
+            commands << action->objectName();
+    }
+    return commands.join(u' ');
+}
+
+} // namespace
+
+/// The program's windows as they are made: what their menus offer and do.
+class TestWindowCommands : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void menusOfferTheSameByKeyAndMouse_data();
+    void menusOfferTheSameByKeyAndMouse();
+    void cleanupTestCase() { theDelegate.reset(); }
+
+private:
+    DocumentWindow* newWindow(const QString& identifier);
+
+    QTemporaryDir theFolder;
+    std::unique_ptr<AppDelegate> theDelegate;
+    Document* theDocument = nullptr;
+};
+
+void TestWindowCommands::initTestCase()
+{
+    QSettings().clear();
+    QFile file(theFolder.filePath(u"some words.pdf"_s));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(QByteArray::fromStdString(PdfBuilder().addPage("some words").bytes()));
+    file.close();
+    theDelegate = std::make_unique<AppDelegate>();
+    registerWindows(*theDelegate);
+    theDelegate->applicationDidFinishLaunching({file.fileName()});
+    QTRY_VERIFY_WITH_TIMEOUT(!theDelegate->controller()->documents().isEmpty(), 30'000);
+    theDocument = qobject_cast<Document*>(theDelegate->controller()->documents().constFirst());
+    QTRY_VERIFY_WITH_TIMEOUT(theDocument->documentText()->isWhole(), 30'000);
+}
+
+DocumentWindow* TestWindowCommands::newWindow(const QString& identifier)
+{
+    QWidget* window = identifier == WindowIdentifiers::help
+        ? theDelegate->plainWindowRegistry().make(identifier, nullptr)
+        : theDelegate->windowRegistry().make(identifier, theDocument);
+    window->show();
+    window->activateWindow();
+    return qobject_cast<DocumentWindow*>(window);
+}
+
+void TestWindowCommands::menusOfferTheSameByKeyAndMouse_data()
+{
+    QTest::addColumn<QString>("window");
+    QTest::addColumn<QString>("focus");
+    QTest::addColumn<QString>("edit");
+    QTest::addColumn<QString>("view");
+    const QString windows = u"openSource openPlainPDF "_s;
+    const QString pages
+        = u"zoomIn zoomOut actualSize autoZoom fitPage rotateClockwise rotateCounterclockwise"_s;
+    const QString find = u"selectAll performFind doFindNext doFindPrev"_s;
+    QTest::newRow("main window, its pages") << WindowIdentifiers::document << u"thePDFView"_s
+                                            << u"selectAll performFind"_s << windows + pages;
+    QTest::newRow("main window, its text")
+        << WindowIdentifiers::document << u"theTextView"_s << u"selectAll performFind"_s
+        << windows + pages + u" toggleWrap"_s;
+    QTest::newRow("main window, a field: zoom is still the pages'")
+        << WindowIdentifiers::document << u"searchField"_s << u"copy selectAll performFind"_s
+        << windows + pages;
+    for (const QString& pane : {u"upperTextView"_s, u"lowerTextView"_s, u"bottomTextView"_s})
+        QTest::addRow("inspector, %s", qPrintable(pane))
+            << WindowIdentifiers::source << pane << find
+            << windows + u"zoomIn zoomOut actualSize toggleWrap"_s;
+    QTest::newRow("plain window") << WindowIdentifiers::plainPDF << u"thePDFView"_s
+                                  << u"selectAll"_s << windows + pages;
+    QTest::newRow("help") << WindowIdentifiers::help << u"helpPDFView"_s << u"selectAll"_s << pages;
+}
+
+void TestWindowCommands::menusOfferTheSameByKeyAndMouse()
+{
+    QFETCH(const QString, window);
+    QFETCH(const QString, focus);
+    QFETCH(const QString, edit);
+    QFETCH(const QString, view);
+    DocumentWindow* const shown = newWindow(window);
+    QVERIFY(QTest::qWaitForWindowActive(shown));
+    auto* const widget = shown->findChild<QWidget*>(focus);
+    widget->setFocus();
+    for (const auto& [name, expected] : {std::pair("editMenu", edit), {"viewMenu", view}}) {
+        QMenu* const menu = menuOf(*shown, name);
+        QTRY_COMPARE_WITH_TIMEOUT((shown->router()->validate(), offered(*menu)), expected, 30'000);
+        for (const Way way : {Way::isMouse, Way::isShortcut, Way::isMenuBar}) {
+            QVERIFY2(
+                open(*shown, menu, way), qPrintable(u"%1 %2"_s.arg(menu->title()).arg(int(way))));
+            QCOMPARE(offered(*menu), expected);
+            QTest::keyClick(menu, Qt::Key_Escape);
+            QVERIFY(comeBack(*shown, widget));
+        }
+    }
+    // What is chosen there reaches what had the keyboard.
+    if (auto* const field = qobject_cast<QLineEdit*>(widget))
+        field->setText(u"words"_s);
+    QMenu* const menu = menuOf(*shown, "editMenu");
+    QVERIFY(open(*shown, menu, Way::isShortcut));
+    QTest::keyClick(menu, Qt::Key_A);
+    QVERIFY(comeBack(*shown, widget));
+    const auto canCopy = [&] {
+        shown->router()->validate();
+        return offered(*menu).startsWith(u"copy selectAll"_s);
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(canCopy(), 30'000); // text is fetched when it is selected
+    QVERIFY(open(*shown, menu, Way::isMenuBar));
+    QVERIFY(offered(*menu).startsWith(u"copy selectAll"_s));
+    QTest::keyClick(menu, Qt::Key_Escape);
+    shown->close();
+}
+
+QTEST_MAIN(TestWindowCommands)
+#include "tst_WindowCommands.moc"

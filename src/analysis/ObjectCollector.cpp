@@ -8,7 +8,7 @@
 namespace {
 
 constexpr std::size_t pieceBatch = 8192;
-constexpr std::uint64_t offsetMask = (std::uint64_t{1} << Piece::offsetBits) - 1;
+constexpr std::uint64_t offsetMask = (std::uint64_t{1} << ObjectRecord::offsetBits) - 1;
 
 } // namespace
 
@@ -153,7 +153,7 @@ std::uint32_t ObjectCollector::detailIndex(ObjectType type, std::size_t end)
     }
     if (theDetail.textLength == 0 && theSecondLine) {
         theDetail.textOffset = theSecondLine->offset();
-        theDetail.textLength = pieceText(theText, *theSecondLine).size();
+        theDetail.textLength = theSecondLine->length();
     }
     theDetail.entries = parsedEntries(type, end);
     if (!theDetailIndex || theCatalog.theDetails[*theDetailIndex] != theDetail) {

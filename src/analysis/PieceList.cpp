@@ -6,13 +6,13 @@ PieceList::ShortPiece PieceList::ShortPiece::of(Piece piece, std::size_t end)
 {
     const auto kind = static_cast<std::size_t>(piece.kind());
     if (piece.kind() == PieceKind::isStream) {
-        const std::size_t length = piece.streamLength();
+        const std::size_t length = piece.length();
         return length >> (gapBits + lengthBits) == 0 ? ShortPiece(kind | length << kindBits)
                                                      : full();
     }
     // A piece that begins before the other one's end is far away, too.
     const std::size_t gap = piece.offset() - end;
-    const std::size_t length = piece.shortLength();
+    const std::size_t length = piece.length();
     if (gap >> gapBits != 0 || length >> lengthBits != 0)
         return full();
     return ShortPiece(kind | gap << kindBits | length << (kindBits + gapBits));
@@ -54,10 +54,9 @@ void PieceList::Walk::step()
         read();
 }
 
-/// Of a long line, a place within it: what follows is stored in full.
 std::size_t PieceList::endOf(Piece piece, std::size_t endBefore)
 {
-    return piece.kind() == PieceKind::isStream ? endBefore : piece.offset() + piece.shortLength();
+    return piece.kind() == PieceKind::isStream ? endBefore : piece.offset() + piece.length();
 }
 
 void PieceList::append(std::span<const Piece> pieces)
@@ -66,8 +65,6 @@ void PieceList::append(std::span<const Piece> pieces)
         const std::size_t index = thePieces.size();
         if (index % blockSize == 0)
             theBlocks.push_back({theLineCount, theEnd, theFullPieces.size()});
-        if (piece.isLong())
-            theLongLines.emplace_back(index, pieceText(theBytes, piece).size());
         const ShortPiece own = ShortPiece::of(piece, theEnd);
         if (own.isFull())
             theFullPieces.push_back(piece);
@@ -89,13 +86,4 @@ PieceList::Place PieceList::placeOfLine(std::size_t line) const
         walk.step();
     }
     return {walk.index(), walk.piece(), rest};
-}
-
-std::string_view PieceList::text(const Place& place) const
-{
-    if (!place.piece.isLong())
-        return theBytes.substr(place.piece.offset(), place.piece.shortLength());
-    const auto found = std::lower_bound(
-        theLongLines.begin(), theLongLines.end(), std::pair(place.index, std::size_t{0}));
-    return theBytes.substr(place.piece.offset(), found->second);
 }

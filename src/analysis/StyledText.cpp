@@ -13,7 +13,7 @@ namespace {
 void appendStreamText(Piece piece, std::u16string& text)
 {
     std::string number;
-    appendDecimal(static_cast<std::int64_t>(piece.streamLength()), number);
+    appendDecimal(static_cast<std::int64_t>(piece.length()), number);
     text += u"[\u2026stream length ";
     appendCharacters(number, text);
     text += u"\u2026]";
@@ -21,7 +21,7 @@ void appendStreamText(Piece piece, std::u16string& text)
 
 std::size_t streamTextLength(Piece piece)
 {
-    return 18 + decimalLength(static_cast<std::int64_t>(piece.streamLength()));
+    return 18 + decimalLength(static_cast<std::int64_t>(piece.length()));
 }
 
 } // namespace
@@ -91,8 +91,7 @@ std::size_t StyledText::lineLength(std::size_t index) const
     const Piece piece = place.piece;
     if (place.line != piece.leadingBreaks())
         return 0;
-    return piece.kind() == PieceKind::isStream ? streamTextLength(piece)
-                                               : thePieces->text(place).size();
+    return piece.kind() == PieceKind::isStream ? streamTextLength(piece) : piece.length();
 }
 
 ColourRole StyledText::appendLine(
@@ -114,7 +113,7 @@ ColourRole StyledText::appendLine(
         appendStreamText(piece, whole);
         text.append(whole, position, count);
     } else {
-        appendCharacters(thePieces->text(place).substr(position, count), text);
+        appendCharacters(pieceText(thePieces->bytes(), piece).substr(position, count), text);
     }
     return piece.role();
 }

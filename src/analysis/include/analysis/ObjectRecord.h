@@ -15,7 +15,11 @@ struct ObjectRecord
     /// reading longer ones again for each of them would take the square of a file's size.
     static constexpr std::size_t longestReadAgain = 4096;
 
-    std::uint64_t offset : 40 = 0; ///< start of the object's first line; with a detail, its end
+    /// Files up to 1 TiB.
+    static constexpr unsigned offsetBits = 40;
+
+    std::uint64_t offset : offsetBits
+                           = 0; ///< start of the object's first line; with a detail, its end
     std::uint64_t size : 13 = 0; ///< from there to its end; 0 with a detail
     std::uint64_t type : 3 = 0; ///< ObjectType
     std::uint64_t inXml : 1 = 0; ///< whether the first line stands in an XML object

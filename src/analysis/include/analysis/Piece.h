@@ -18,34 +18,25 @@ enum class PieceKind : unsigned char
 
 /// One piece of a listing: a trimmed line of the file, or the length of a stream that is not shown.
 ///
-/// Eight bytes, because a file of a gigabyte can have a hundred million lines. Offsets reach to
-/// 1 TiB. Lines of 2 MiB and more carry only a mark; pieceText() finds their end again.
+/// Two words, which are passed in registers: a file of a gigabyte can have a hundred million lines.
 class Piece
 {
 public:
-    /// The number of bits that offsets and stream lengths have.
-    static constexpr unsigned offsetBits = 40;
-    static constexpr std::uint64_t longLength = (std::uint64_t{1} << 21) - 1;
-
     Piece() = default;
 
     static Piece ofLine(PieceKind kind, std::size_t offset, std::size_t length)
     {
-        return Piece(kind, offset, length < longLength ? length : longLength);
+        return {kind, offset, length};
     }
-    static Piece ofStream(std::size_t length) { return Piece(PieceKind::isStream, length, 0); }
+    static Piece ofStream(std::size_t length) { return {PieceKind::isStream, 0, length}; }
 
-    PieceKind kind() const { return static_cast<PieceKind>(theBits & 7u); }
+    PieceKind kind() const { return theKind; }
     ColourRole role() const;
 
     /// Of a line: where its trimmed text begins in the file.
-    std::size_t offset() const { return theBits >> (64 - offsetBits); }
-    /// Of an elided stream: the number shown.
-    std::size_t streamLength() const { return offset(); }
-
-    bool isLong() const { return shortLength() == longLength; }
-    /// Of a line that is not long.
-    std::size_t shortLength() const { return (theBits >> 3) & longLength; }
+    std::size_t offset() const { return theOffset; }
+    /// Of a line: how long its trimmed text is. Of an elided stream: the number shown.
+    std::size_t length() const { return theLength; }
 
     /// Line feeds before and after the piece's text.
     std::size_t leadingBreaks() const { return kind() == PieceKind::isSection ? 1 : 0; }
@@ -53,15 +44,24 @@ public:
     std::size_t lineCount() const { return leadingBreaks() + trailingBreaks(); }
 
 private:
-    Piece(PieceKind kind, std::size_t offset, std::uint64_t length)
-        : theBits((std::uint64_t{offset} << (64 - offsetBits)) | (length << 3)
-            | static_cast<std::uint64_t>(kind))
+    static constexpr unsigned lengthBits = 56; // the kind has the rest of the second word
+
+    Piece(PieceKind kind, std::size_t offset, std::size_t length)
+        : theOffset(offset)
+        , theLength(length & ((std::uint64_t{1} << lengthBits) - 1))
+        , theKind(kind)
     {
     }
 
-    std::uint64_t theBits = 0;
+    std::size_t theOffset = 0;
+    std::uint64_t theLength : lengthBits = 0;
+    PieceKind theKind = PieceKind::isHeader;
 };
+static_assert(sizeof(Piece) == 16);
 
 /// The trimmed line that a piece shows, found in the bytes that it was made from.
 /// Precondition: the piece is not of kind isStream.
-std::string_view pieceText(std::string_view bytes, Piece piece);
+inline std::string_view pieceText(std::string_view bytes, Piece piece)
+{
+    return bytes.substr(piece.offset(), piece.length());
+}

@@ -7,7 +7,6 @@
 #include <cstdint>
 #include <span>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 /// The pieces of a listing, in order, and the lines that they make up.
@@ -47,8 +46,6 @@ public:
     std::size_t lineCount() const { return theLineCount; }
     /// Precondition: line < lineCount().
     Place placeOfLine(std::size_t line) const;
-    /// The trimmed line at a place whose piece is no stream; fast also for a line of a gigabyte.
-    std::string_view text(const Place& place) const;
 
 private:
     /// So many pieces have a start that is known: a line is reached by 32 steps on average, which
@@ -115,7 +112,6 @@ private:
     ChunkedVector<ShortPiece> thePieces;
     ChunkedVector<Piece> theFullPieces;
     std::vector<Block> theBlocks;
-    std::vector<std::pair<std::size_t, std::size_t>> theLongLines; ///< piece index, length
     std::size_t theLineCount = 0;
     std::size_t theEnd = 0; ///< of the last piece in the file
 };

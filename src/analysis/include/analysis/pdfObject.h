@@ -3,6 +3,7 @@
 #include "analysis/ColourRole.h"
 #include "analysis/ObjectRef.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -56,6 +57,7 @@ struct Kid
 /// A reference that a dictionary entry names.
 enum class ObjectLink : unsigned char
 {
+    isNone,
     isRoot,
     isInfo,
     isPages,
@@ -66,28 +68,26 @@ enum class ObjectLink : unsigned char
 };
 
 /// The entries read from an object's dictionary; which there are depends on the object's kind.
-///
-/// No kind has more than three links, so there is room for three: a file can hold millions of
-/// pages.
 class ObjectEntries
 {
 public:
+    /// To be called at most once for a link, and for three links at most: no kind has more.
     /// @param value nothing for a link that the dictionary has not.
     void setLink(ObjectLink link, const std::optional<RawRef>& value)
     {
         if (!value)
             return;
-        theNumbers[placeOf(link)] = {value->objNo, value->objGen};
-        thePresent = static_cast<unsigned char>(thePresent | bit(link));
-        if (value->isWhole)
-            theWhole = static_cast<unsigned char>(theWhole | bit(link));
+        const auto free = std::find(theLinks.begin(), theLinks.end(), Link());
+        if (free != theLinks.end())
+            *free = {value->objNo, value->objGen, value->isWhole, link};
     }
     std::optional<RawRef> link(ObjectLink link) const
     {
-        if ((thePresent & bit(link)) == 0)
-            return std::nullopt;
-        const Numbers& numbers = theNumbers[placeOf(link)];
-        return RawRef{numbers.objNo, numbers.objGen, (theWhole & bit(link)) != 0};
+        for (const Link& one : theLinks) {
+            if (one.name == link)
+                return RawRef{one.objNo, one.objGen, one.isWhole};
+        }
+        return std::nullopt;
     }
 
     std::int64_t count = 0; ///< Count of a page tree node, Size of a trailer
@@ -97,36 +97,17 @@ public:
     bool operator==(const ObjectEntries&) const = default;
 
 private:
-    struct Numbers
+    struct Link
     {
         std::int64_t objNo = 0;
         std::int64_t objGen = 0;
+        bool isWhole = false; ///< as in RawRef
+        ObjectLink name = ObjectLink::isNone;
 
-        bool operator==(const Numbers&) const = default;
+        bool operator==(const Link&) const = default;
     };
 
-    static unsigned bit(ObjectLink link) { return 1u << static_cast<unsigned>(link); }
-    /// Links that no kind has together share a place.
-    static std::size_t placeOf(ObjectLink link)
-    {
-        switch (link) {
-        case ObjectLink::isRoot:
-        case ObjectLink::isPages:
-        case ObjectLink::isParent:
-            return 0;
-        case ObjectLink::isInfo:
-        case ObjectLink::isNames:
-        case ObjectLink::isContent:
-            return 1;
-        case ObjectLink::isMetadata:
-            break;
-        }
-        return 2;
-    }
-
-    std::array<Numbers, 3> theNumbers;
-    unsigned char thePresent = 0; ///< a bit for each ObjectLink
-    unsigned char theWhole = 0; ///< likewise: the reference could be read
+    std::array<Link, 3> theLinks;
 };
 
 /// One indirect object, or one trailer, found in a file: a light value that looks into its catalog.

@@ -3,6 +3,8 @@
 #include <array>
 #include <string>
 
+namespace tarnwick {
+
 namespace documents {
 namespace {
 
@@ -104,3 +106,5 @@ void writeBook(std::size_t pages, const shapes::Sink& sink)
 }
 
 } // namespace documents
+
+} // namespace tarnwick

@@ -2,6 +2,8 @@
 
 #include "Shapes.h"
 
+namespace tarnwick {
+
 /// Documents that a viewer can open, page after page.
 namespace documents {
 
@@ -12,3 +14,5 @@ void writeManual(std::size_t pages, const shapes::Sink& sink);
 void writeBook(std::size_t pages, const shapes::Sink& sink);
 
 } // namespace documents
+
+} // namespace tarnwick

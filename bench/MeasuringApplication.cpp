@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <ctime>
 
+namespace tarnwick {
+
 namespace {
 
 double threadMilliseconds()
@@ -49,3 +51,5 @@ std::vector<MeasuringApplication::Event> MeasuringApplication::longest(
     events.erase(end, events.end());
     return events;
 }
+
+} // namespace tarnwick

@@ -4,6 +4,8 @@
 
 #include <vector>
 
+namespace tarnwick {
+
 /// An application that measures every event that is not within another one: how long it holds the
 /// main thread by the clock, and in processor time, which other programs do not lengthen.
 class MeasuringApplication : public QApplication
@@ -38,3 +40,5 @@ private:
     const char* thePhase = "";
     std::vector<Event> theEvents;
 };
+
+} // namespace tarnwick

@@ -5,6 +5,8 @@
 #include <array>
 #include <cstdint>
 
+namespace tarnwick {
+
 namespace shapes {
 namespace {
 
@@ -265,3 +267,5 @@ std::string made(const Shape& shape, std::size_t size)
 }
 
 } // namespace shapes
+
+} // namespace tarnwick

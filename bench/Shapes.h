@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+namespace tarnwick {
+
 /// Made files: usual ones to measure speed on, and hostile ones whose cost must stay in proportion.
 namespace shapes {
 
@@ -30,3 +32,5 @@ const Shape* named(std::string_view name);
 std::string made(const Shape& shape, std::size_t size);
 
 } // namespace shapes
+
+} // namespace tarnwick

@@ -6,6 +6,8 @@
 
 #include <benchmark/benchmark.h>
 
+using namespace tarnwick;
+
 namespace {
 
 void scan(benchmark::State& state, const shapes::Shape& shape)

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+using namespace tarnwick;
+
 namespace {
 
 constexpr std::size_t pageCount = 400;

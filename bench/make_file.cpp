@@ -6,6 +6,8 @@
 #include <cstdlib>
 #include <fstream>
 
+using namespace tarnwick;
+
 int main(int count, char** arguments)
 {
     if (count < 3) {

@@ -17,6 +17,8 @@
 #include <iterator>
 #include <vector>
 
+using namespace tarnwick;
+
 extern char** environ;
 
 namespace {

@@ -17,6 +17,8 @@
 #include <cstdio>
 #include <vector>
 
+using namespace tarnwick;
+
 namespace {
 
 constexpr int stepMilliseconds = 16;

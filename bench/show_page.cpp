@@ -8,6 +8,8 @@
 #include <QApplication>
 #include <QTimer>
 
+using namespace tarnwick;
+
 namespace {
 
 constexpr int pollMilliseconds = 1;

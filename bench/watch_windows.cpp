@@ -33,6 +33,8 @@
 #include <cstdio>
 #include <functional>
 
+using namespace tarnwick;
+
 namespace {
 
 using Event = MeasuringApplication::Event;

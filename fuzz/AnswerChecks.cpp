@@ -4,6 +4,8 @@
 
 #include <cmath>
 
+namespace tarnwick {
+
 namespace {
 
 void checkSide(double side)
@@ -134,3 +136,5 @@ bool takesAnswer(const AskedFor& asked, std::string_view payload)
     }
     return false;
 }
+
+} // namespace tarnwick

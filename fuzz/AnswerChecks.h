@@ -2,6 +2,8 @@
 
 #include "PDFEngineAnswers.h"
 
+namespace tarnwick {
+
 /// What an engine was asked for, as far as its answer has to fit.
 struct AskedFor
 {
@@ -15,3 +17,5 @@ struct AskedFor
 /// headers promise of it.
 /// @returns whether the program takes the answer.
 bool takesAnswer(const AskedFor& asked, std::string_view payload);
+
+} // namespace tarnwick

@@ -7,6 +7,8 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+namespace tarnwick {
+
 namespace {
 
 /// A file in memory that stays open for the process's life and is used again.
@@ -59,3 +61,5 @@ EngineRun::EngineRun(std::string_view file, std::string_view requests)
     theAnswers = answersIn(contentOf(output));
     theWritten = contentOf(flat);
 }
+
+} // namespace tarnwick

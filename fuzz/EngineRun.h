@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+namespace tarnwick {
+
 /// The engine within this process, without its cage: its own reading of requests and writing of
 /// answers, from and to memory in place of pipes.
 class EngineRun
@@ -30,3 +32,5 @@ private:
     std::vector<Answer> theAnswers;
     std::string theWritten;
 };
+
+} // namespace tarnwick

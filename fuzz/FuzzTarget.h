@@ -6,6 +6,8 @@
 #include <cstdlib>
 #include <string_view>
 
+namespace tarnwick {
+
 /// What a fuzzing target is: a function that takes any bytes whatever. A fault ends the process: a
 /// sanitizer does it, or require(). The fuzzer's library calls it in a build with TARNWICK_FUZZ,
 /// Replay.cpp in all others.
@@ -25,3 +27,5 @@ inline std::string_view textOf(const std::uint8_t* data, std::size_t size)
 {
     return {reinterpret_cast<const char*>(data), size};
 }
+
+} // namespace tarnwick

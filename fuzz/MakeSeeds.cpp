@@ -13,6 +13,8 @@
 #include <string>
 #include <vector>
 
+using namespace tarnwick;
+
 namespace {
 
 using namespace std::string_literals;

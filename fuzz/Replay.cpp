@@ -15,6 +15,8 @@
 #include <sstream>
 #include <string>
 
+using namespace tarnwick;
+
 namespace {
 
 namespace fs = std::filesystem;

@@ -2,6 +2,8 @@
 
 #include "protocol/EngineProtocol.h"
 
+namespace tarnwick {
+
 /// Appends a request as the program sends it.
 inline void appendRequest(std::string& requests, EngineRequest kind, std::string_view payload = {})
 {
@@ -11,3 +13,5 @@ inline void appendRequest(std::string& requests, EngineRequest kind, std::string
     requests.append(reinterpret_cast<const char*>(&frame), sizeof frame);
     requests.append(payload);
 }
+
+} // namespace tarnwick

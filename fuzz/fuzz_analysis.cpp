@@ -5,6 +5,8 @@
 
 #include "support/AnalysisDifferences.h"
 
+using namespace tarnwick;
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     const std::string difference = analysisDifferences(std::string(textOf(data, size)));

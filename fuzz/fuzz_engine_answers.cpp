@@ -4,6 +4,8 @@
 #include "AnswerChecks.h"
 #include "FuzzTarget.h"
 
+using namespace tarnwick;
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     PayloadReader input(textOf(data, size));

@@ -6,6 +6,8 @@
 #include "FuzzTarget.h"
 #include "RequestFrames.h"
 
+using namespace tarnwick;
+
 namespace {
 
 using Kind = EngineRequest;

@@ -10,6 +10,8 @@
 
 #include <array>
 
+using namespace tarnwick;
+
 namespace {
 
 const std::string& document(std::size_t index)

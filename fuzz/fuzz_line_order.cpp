@@ -10,6 +10,8 @@
 
 #include <iterator>
 
+using namespace tarnwick;
+
 namespace {
 
 char32_t characterFrom(PayloadReader& input)

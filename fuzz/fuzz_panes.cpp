@@ -11,6 +11,8 @@
 
 #include <QList>
 
+using namespace tarnwick;
+
 namespace {
 
 using Storage = std::shared_ptr<const PlainTextStorage>;

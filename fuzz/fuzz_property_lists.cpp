@@ -7,6 +7,8 @@
 #include "TextPropertyList.h"
 #include "XmlPropertyList.h"
 
+using namespace tarnwick;
+
 namespace {
 
 constexpr std::u16string_view prefix = u"https://a.example/";

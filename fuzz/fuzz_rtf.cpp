@@ -8,6 +8,8 @@
 
 #include <algorithm>
 
+using namespace tarnwick;
+
 namespace {
 
 PDFTextRun runFrom(std::uint8_t byte, qsizetype start)

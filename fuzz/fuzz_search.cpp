@@ -9,6 +9,8 @@
 
 #include <algorithm>
 
+using namespace tarnwick;
+
 namespace {
 
 void checkMatches(const std::vector<TextMatch>& matches, std::size_t length)

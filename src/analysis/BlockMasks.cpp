@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <bit>
 
+namespace tarnwick {
+
 namespace {
 
 bool isSuspect(char before, char character)
@@ -54,3 +56,5 @@ std::size_t nextLineBreak(std::string_view text, std::size_t offset)
     }
     return text.size();
 }
+
+} // namespace tarnwick

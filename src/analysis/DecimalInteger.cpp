@@ -4,6 +4,8 @@
 #include <charconv>
 #include <system_error>
 
+namespace tarnwick {
+
 std::optional<std::int64_t> decimalInteger(std::string_view text)
 {
     // from_chars reads "-5" but refuses "+5"; a sign behind the plus must not slip through.
@@ -60,3 +62,5 @@ void appendDecimal(std::int64_t number, std::string& text)
     const Digits digits(number);
     text.append(digits.characters.data(), digits.length);
 }
+
+} // namespace tarnwick

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+namespace tarnwick {
+
 namespace {
 
 /// "(" number ", " generation ", " version ")" without the numbers.
@@ -76,3 +78,5 @@ void appendCharacters(std::string_view bytes, std::u16string& text)
     std::transform(bytes.begin(), bytes.end(), text.begin() + static_cast<std::ptrdiff_t>(start),
         [](char byte) { return static_cast<char16_t>(static_cast<unsigned char>(byte)); });
 }
+
+} // namespace tarnwick

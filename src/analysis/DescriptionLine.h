@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+namespace tarnwick {
+
 /// The reference list of a page tree node's Kids: "[(3, 0, 1), (4, 0, 1)]".
 class KidsText
 {
@@ -44,3 +46,5 @@ struct DescriptionParts
 
 /// Appends characters of the file, or of ours, to a text: byte value = character number.
 void appendCharacters(std::string_view bytes, std::u16string& text);
+
+} // namespace tarnwick

@@ -5,6 +5,8 @@
 
 #include <array>
 
+namespace tarnwick {
+
 namespace {
 
 enum Key : unsigned
@@ -275,3 +277,5 @@ ObjectEntries DictionaryParser::entries(ObjectType type) const
     }
     return entries;
 }
+
+} // namespace tarnwick

@@ -4,6 +4,8 @@
 
 #include <cstddef>
 
+namespace tarnwick {
+
 HeaderNumbers headerNumbers(std::string_view header)
 {
     const std::size_t first = header.find(' ');
@@ -15,3 +17,5 @@ HeaderNumbers headerNumbers(std::string_view header)
     return {decimalInteger(header.substr(0, first)).value_or(0),
         decimalInteger(header.substr(first + 1, second - first - 1)).value_or(0)};
 }
+
+} // namespace tarnwick

@@ -4,6 +4,8 @@
 
 #include <cstring>
 
+namespace tarnwick {
+
 namespace {
 
 /// Whether word stands in the text so that its character number place falls on offset. The word's
@@ -55,3 +57,5 @@ unsigned keywordsAt(std::string_view text, std::size_t suspect)
         return 0;
     }
 }
+
+} // namespace tarnwick

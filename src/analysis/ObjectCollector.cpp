@@ -5,6 +5,8 @@
 #include <limits>
 #include <utility>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr std::size_t pieceBatch = 8192;
@@ -176,3 +178,5 @@ ObjectEntries ObjectCollector::parsedEntries(ObjectType type, std::size_t end)
     theUnparsedLines.readTo(end, [this](std::string_view line) { theParser.addLine(line); });
     return theParser.entries(type);
 }
+
+} // namespace tarnwick

@@ -5,6 +5,8 @@
 #include "analysis/ObjectLines.h"
 #include "analysis/pdfObjectCatalog.h"
 
+namespace tarnwick {
+
 std::vector<std::string_view> readLines(const pdfObjectCatalog& catalog, const ObjectRecord& record)
 {
     constexpr std::size_t usualLines = 8;
@@ -44,3 +46,5 @@ void ObjectReading::readAgain(const pdfObjectCatalog& catalog, const ObjectRecor
         parser.addLine(line);
     theDetail.entries = parser.entries(record.objType());
 }
+
+} // namespace tarnwick

@@ -8,6 +8,8 @@
 #include <string_view>
 #include <vector>
 
+namespace tarnwick {
+
 class pdfObjectCatalog;
 
 /// What one object's lines say: from its detail, or read from the file now.
@@ -40,3 +42,5 @@ private:
 /// The lines of a record's object, as pdfObject::theStringArray() has them, read from the file.
 std::vector<std::string_view> readLines(
     const pdfObjectCatalog& catalog, const ObjectRecord& record);
+
+} // namespace tarnwick

@@ -1,5 +1,7 @@
 #include "analysis/Piece.h"
 
+namespace tarnwick {
+
 ColourRole Piece::role() const
 {
     switch (kind()) {
@@ -15,3 +17,5 @@ ColourRole Piece::role() const
     }
     return ColourRole::isDefault;
 }
+
+} // namespace tarnwick

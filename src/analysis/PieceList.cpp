@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace tarnwick {
+
 PieceList::ShortPiece PieceList::ShortPiece::of(Piece piece, std::size_t end)
 {
     const auto kind = static_cast<std::size_t>(piece.kind());
@@ -87,3 +89,5 @@ PieceList::Place PieceList::placeOfLine(std::size_t line) const
     }
     return {walk.index(), walk.piece(), rest};
 }
+
+} // namespace tarnwick

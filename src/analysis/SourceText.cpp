@@ -5,6 +5,8 @@
 
 #include <utility>
 
+namespace tarnwick {
+
 namespace {
 
 /// Some milliseconds of work between two looks at the stop token.
@@ -47,3 +49,5 @@ StyledText SourceText::makeObjectList() const
 {
     return {nullptr, theObjects};
 }
+
+} // namespace tarnwick

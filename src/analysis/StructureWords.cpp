@@ -1,5 +1,7 @@
 #include "analysis/StructureWords.h"
 
+namespace tarnwick {
+
 ObjectType objectTypeNamed(std::string_view line)
 {
     std::size_t best = objectTypeNames.size();
@@ -14,3 +16,5 @@ ObjectType objectTypeNamed(std::string_view line)
     }
     return best < objectTypeNames.size() ? objectTypeNames[best].type : ObjectType::isPlain;
 }
+
+} // namespace tarnwick

@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <utility>
 
+namespace tarnwick {
+
 namespace {
 
 /// "[…stream length 9…]"
@@ -117,3 +119,5 @@ ColourRole StyledText::appendLine(
     }
     return piece.role();
 }
+
+} // namespace tarnwick

@@ -7,6 +7,8 @@
 
 #include <algorithm>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr char16_t ellipsis = u'\u2026';
@@ -304,3 +306,5 @@ std::u16string pdfObject::descriptionLine() const
     line += u'\n';
     return line;
 }
+
+} // namespace tarnwick

@@ -6,6 +6,8 @@
 #include <numeric>
 #include <utility>
 
+namespace tarnwick {
+
 namespace {
 
 void appendCount(std::size_t count, std::string_view words, std::string& text)
@@ -92,3 +94,5 @@ std::string pdfObjectCatalog::makeSummary() const
     appendDecimal(numbers.maximumVersion, text);
     return text;
 }
+
+} // namespace tarnwick

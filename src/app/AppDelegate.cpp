@@ -12,6 +12,8 @@
 #include <QMessageBox>
 #include <QUrl>
 
+namespace tarnwick {
+
 namespace {
 
 const QString startWindowIdentifier = QStringLiteral("Start Window");
@@ -260,3 +262,5 @@ QWidget* AppDelegate::windowForAlerts()
     const QList<DocumentWindow*> windows = theController->windows();
     return windows.isEmpty() ? startWindow() : windows.constLast();
 }
+
+} // namespace tarnwick

@@ -11,9 +11,12 @@
 
 #include <functional>
 
+class QAction;
+
+namespace tarnwick {
+
 class DocumentController;
 class DocumentWindow;
-class QAction;
 
 /// The application's delegate: what it does at launch and at quit, the three view flags, and the
 /// commands that belong to no document. One exists, made with the application.
@@ -98,3 +101,5 @@ private:
     DocumentWindow* theStartWindow = nullptr;
     QList<DocumentWindow*> theHelpWindows;
 };
+
+} // namespace tarnwick

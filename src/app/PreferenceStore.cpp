@@ -5,6 +5,8 @@
 #include <QDateTime>
 #include <QSettings>
 
+namespace tarnwick {
+
 namespace {
 
 const QString noUpdateCheckKey = QStringLiteral("noUpdateCheck");
@@ -69,3 +71,5 @@ double PreferenceStore::currentTime()
 {
     return static_cast<double>(QDateTime::currentMSecsSinceEpoch() - referenceDate) / 1000.0;
 }
+
+} // namespace tarnwick

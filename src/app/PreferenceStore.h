@@ -2,6 +2,8 @@
 
 #include "Preferences.h"
 
+namespace tarnwick {
+
 /// The preferences in the user's settings (QSettings), under their keys "noUpdateCheck",
 /// "updateCheckInt", "dateLastUpdateCheck", "showThumbnail", "showRawSource", "showSummarySource".
 /// Values that are absent or of the wrong kind, infinite numbers among them, read as false and 0.0.
@@ -28,3 +30,5 @@ void storeFlags(const Flags& flags);
 double currentTime();
 
 }
+
+} // namespace tarnwick

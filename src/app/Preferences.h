@@ -1,5 +1,7 @@
 #pragma once
 
+namespace tarnwick {
+
 /// What the preferences of the update check mean. Times are seconds since 1 January 2001 00:00 UTC.
 struct UpdatePreferences
 {
@@ -18,3 +20,5 @@ double intervalInForce(const UpdatePreferences& preferences);
 /// Whether more than the interval in force has passed since the last check, and the user has not
 /// refused checks. Not while the last check lies in the future: the clock was set back.
 bool isUpdateCheckDue(const UpdatePreferences& preferences, double now);
+
+} // namespace tarnwick

@@ -8,6 +8,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+namespace tarnwick {
+
 namespace {
 
 int pipeEnds[2] = {-1, -1};
@@ -52,3 +54,5 @@ QuitSignals::~QuitSignals()
         end = -1;
     }
 }
+
+} // namespace tarnwick

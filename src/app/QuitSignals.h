@@ -2,6 +2,8 @@
 
 #include <QObject>
 
+namespace tarnwick {
+
 /// Turns SIGTERM, SIGINT and SIGHUP into a signal of the event loop, so that the program ends as if
 /// the user had quit it. One exists at a time.
 class QuitSignals : public QObject
@@ -16,3 +18,5 @@ public:
 signals:
     void received();
 };
+
+} // namespace tarnwick

@@ -7,6 +7,8 @@
 #include <QApplication>
 #include <QKeyEvent>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr int pathRole = Qt::UserRole;
@@ -69,3 +71,5 @@ bool StartView::eventFilter(QObject* watched, QEvent* event)
     }
     return QWidget::eventFilter(watched, event);
 }
+
+} // namespace tarnwick

@@ -5,11 +5,13 @@
 #include <memory>
 
 class QListWidgetItem;
-class RecentFiles;
-
 namespace Ui {
 class StartWindow;
 }
+
+namespace tarnwick {
+
+class RecentFiles;
 
 /// The start window's content: what to do while no file is open. Files can be chosen in a dialog,
 /// from those opened last, or dropped on the window.
@@ -37,3 +39,5 @@ private:
     std::unique_ptr<Ui::StartWindow> ui;
     RecentFiles* theRecentFiles;
 };
+
+} // namespace tarnwick

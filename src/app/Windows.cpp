@@ -7,6 +7,8 @@
 #include "plain/PlainPDFViewController.h"
 #include "viewer/ViewController.h"
 
+namespace tarnwick {
+
 void registerWindows(AppDelegate& delegate)
 {
     WindowRegistry<Document>& windows = delegate.windowRegistry();
@@ -28,3 +30,5 @@ void registerWindows(AppDelegate& delegate)
             WindowIdentifiers::plainPDF, document, new PlainPDFViewController(document));
     });
 }
+
+} // namespace tarnwick

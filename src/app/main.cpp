@@ -13,6 +13,8 @@
 
 #include <csignal>
 
+using namespace tarnwick;
+
 namespace {
 
 void setUpApplication()

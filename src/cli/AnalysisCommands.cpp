@@ -10,6 +10,8 @@
 
 #include <unistd.h>
 
+namespace tarnwick {
+
 namespace {
 
 PieceFormat outputFormat(const Arguments& arguments)
@@ -69,3 +71,5 @@ ExitStatus summaryCommand(const Arguments&, const SharedBytes& bytes)
     printer.print(ColourRole::isDefault, std::u16string(summary.begin(), summary.end()));
     return finish(printer);
 }
+
+} // namespace tarnwick

@@ -4,6 +4,8 @@
 #include <array>
 #include <string_view>
 
+namespace tarnwick {
+
 namespace {
 
 /// A command and the options that it takes besides its file.
@@ -135,3 +137,5 @@ std::optional<Arguments> parseArguments(const std::vector<std::string>& words, s
 {
     return Parser(words, problem).parse();
 }
+
+} // namespace tarnwick

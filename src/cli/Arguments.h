@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+namespace tarnwick {
+
 /// Exit statuses of the companion.
 enum class ExitStatus
 {
@@ -31,3 +33,5 @@ struct Arguments
 /// @returns nothing when they make no command.
 std::optional<Arguments> parseArguments(
     const std::vector<std::string>& words, std::string& problem);
+
+} // namespace tarnwick

@@ -15,6 +15,8 @@
 
 #include <unistd.h>
 
+namespace tarnwick {
+
 namespace {
 
 ExportKind kindOf(const std::string& command)
@@ -155,3 +157,5 @@ ExitStatus exportCommand(const Arguments& arguments)
     const EngineExport run(arguments, *bytes);
     return static_cast<ExitStatus>(QCoreApplication::exec());
 }
+
+} // namespace tarnwick

@@ -8,6 +8,8 @@
 
 #include <unistd.h>
 
+namespace tarnwick {
+
 ExitStatus becomeExportProgram(char** words)
 {
     const std::filesystem::path program = helperProgram("tarnwick-export");
@@ -15,3 +17,5 @@ ExitStatus becomeExportProgram(char** words)
     std::fprintf(stderr, "tarnwick-inspect: %s: %s\n", program.c_str(), std::strerror(errno));
     return ExitStatus::isFailed;
 }
+
+} // namespace tarnwick

@@ -14,6 +14,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+namespace tarnwick {
+
 namespace {
 
 /// Memory that grows to the size of the input; realloc() moves its pages instead of copying them.
@@ -116,3 +118,5 @@ std::optional<SharedBytes> readInput(const std::string& path, std::string& reaso
     }
     return buffer.release();
 }
+
+} // namespace tarnwick

@@ -5,6 +5,8 @@
 #include <optional>
 #include <string>
 
+namespace tarnwick {
+
 /// Has this run never write a file that it reads (OpenedFiles).
 /// @param input descriptor of the open file. @param path that it was opened by; may be empty.
 void neverWrite(int input, const std::string& path);
@@ -15,3 +17,5 @@ void neverWrite(const std::string& path);
 /// @param[out] reason why nothing was read, as the system says it; untouched on success.
 /// @returns nothing when it is no file, cannot be read, or does not fit into memory.
 std::optional<SharedBytes> readInput(const std::string& path, std::string& reason);
+
+} // namespace tarnwick

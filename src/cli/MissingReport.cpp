@@ -4,6 +4,8 @@
 #include <limits>
 #include <string>
 
+namespace tarnwick {
+
 namespace {
 
 const char* reasonOf(PDFLoss loss)
@@ -54,3 +56,5 @@ ExitStatus reportMissing(const ExportContent& content, const Arguments& argument
                 qUtf8Printable(sentence));
     return content.isWhole() ? ExitStatus::isDone : ExitStatus::isIncomplete;
 }
+
+} // namespace tarnwick

@@ -6,6 +6,8 @@
 
 #include <termios.h>
 
+namespace tarnwick {
+
 namespace {
 
 /// Turns the terminal's echo off while it lives.
@@ -79,3 +81,5 @@ std::optional<std::string> passwordFromTerminal(const std::string& prompt)
     dropLineEnd(line);
     return line;
 }
+
+} // namespace tarnwick

@@ -2,6 +2,8 @@
 
 #include <array>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr std::size_t bufferSize = 1u << 16;
@@ -143,3 +145,5 @@ bool PiecePrinter::finish()
         theFailed = true;
     return !theFailed;
 }
+
+} // namespace tarnwick

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+namespace tarnwick {
+
 /// How pieces of a styled text are written.
 enum class PieceFormat
 {
@@ -38,3 +40,5 @@ private:
     std::string theBuffer;
     bool theFailed = false;
 };
+
+} // namespace tarnwick

@@ -12,6 +12,8 @@
 
 #include <unistd.h>
 
+namespace tarnwick {
+
 namespace {
 
 ExitStatus fail(const std::string& what, const std::string& reason)
@@ -71,3 +73,5 @@ ExitStatus versionsCommand(const Arguments& arguments, const SharedBytes& bytes)
     return arguments.exportFolder ? exportVersions(arguments, bytes.view, cuts)
                                   : ExitStatus::isDone;
 }
+
+} // namespace tarnwick

@@ -7,6 +7,8 @@
 #include <cstdio>
 #include <string>
 
+using namespace tarnwick;
+
 int main(int count, char** words)
 {
     std::signal(SIGXFSZ, SIG_IGN); // a limit on file sizes is an error, not the end

@@ -13,6 +13,8 @@
 
 #include <unistd.h>
 
+using namespace tarnwick;
+
 namespace {
 
 constexpr const char* usage = R"(Usage: tarnwick-inspect COMMAND FILE [OPTION]...

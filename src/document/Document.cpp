@@ -8,6 +8,8 @@
 
 #include <QWidget>
 
+namespace tarnwick {
+
 Document::Document(const WindowRegistry<Document>* registry, QObject* parent)
     : FrameDocument(parent)
     , theRegistry(registry)
@@ -106,3 +108,5 @@ void Document::exportRichText()
 {
     DocumentExport::begin(ExportKind::isRichText, exportSource());
 }
+
+} // namespace tarnwick

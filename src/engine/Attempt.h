@@ -2,6 +2,8 @@
 
 #include <mupdf/fitz.h>
 
+namespace tarnwick {
+
 /// Runs a step that MuPDF may throw out of.
 ///
 /// MuPDF's exceptions are longjmp: the step must hold nothing that has a destructor, and must not
@@ -23,3 +25,5 @@ template<typename Step> [[nodiscard]] int attempt(fz_context* ctx, Step&& step) 
     }
     return code;
 }
+
+} // namespace tarnwick

@@ -10,6 +10,8 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+namespace tarnwick {
+
 namespace {
 
 /// The rules under construction; once one fails, so does the whole.
@@ -117,3 +119,5 @@ bool filterCalls(int output)
 #endif
     return rules.load();
 }
+
+} // namespace tarnwick

@@ -4,6 +4,8 @@
 
 #include <unistd.h>
 
+namespace tarnwick {
+
 namespace {
 
 bool readWhole(void* target, std::size_t size)
@@ -58,3 +60,5 @@ void EnginePipe::answer(std::uint32_t number, EngineAnswer kind, const PayloadWr
     writeWhole(&frame, sizeof frame);
     writeWhole(payload.bytes().data(), payload.bytes().size());
 }
+
+} // namespace tarnwick

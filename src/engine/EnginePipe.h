@@ -5,6 +5,8 @@
 #include <optional>
 #include <string>
 
+namespace tarnwick {
+
 /// The engine's end of the pipes to the program: blocking reads of requests, writes of answers.
 class EnginePipe
 {
@@ -23,3 +25,5 @@ public:
     /// Answers a request; ends the process when nobody listens any more.
     void answer(std::uint32_t number, EngineAnswer kind, const PayloadWriter& payload);
 };
+
+} // namespace tarnwick

@@ -11,6 +11,8 @@
 #include <cmath>
 #include <new>
 
+namespace tarnwick {
+
 EngineServer::EngineServer(std::string_view bytes, int flat)
     : theDocument(bytes)
     , theTiles(theDocument)
@@ -229,3 +231,5 @@ int EngineServer::writePrint(PayloadReader& arguments, PayloadWriter& result)
     putWritten(writer, writer.losses(), result);
     return error;
 }
+
+} // namespace tarnwick

@@ -7,6 +7,8 @@
 
 #include <optional>
 
+namespace tarnwick {
+
 /// Answers the program's requests one after another until it goes.
 class EngineServer
 {
@@ -39,3 +41,5 @@ private:
     EngineDocument::State theState = EngineDocument::State::isRefused;
     std::optional<std::vector<PageLabelRange>> theLabels;
 };
+
+} // namespace tarnwick

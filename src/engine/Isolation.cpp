@@ -9,6 +9,8 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+namespace tarnwick {
+
 namespace {
 
 /// Being first in a user namespace gives all privileges in it, and being root those of the system.
@@ -62,3 +64,5 @@ void isolate()
     dropPrivileges();
     enterLandlockDomain();
 }
+
+} // namespace tarnwick

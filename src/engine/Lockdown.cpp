@@ -13,6 +13,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr rlim_t gibibyte = 1u << 30;
@@ -106,3 +108,5 @@ bool lockDown(const LockdownGrant& grant)
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     return limitResources(grant) && filterCalls(grant.output);
 }
+
+} // namespace tarnwick

@@ -2,6 +2,8 @@
 
 #include <cstddef>
 
+namespace tarnwick {
+
 /// What stays with the process that is locked down, beside its standard input and output.
 struct LockdownGrant
 {
@@ -25,3 +27,5 @@ struct LockdownGrant
 /// and since they need more than the engine does, the lock is wider under them.
 /// @returns false when the system does not grant the lock: the engine must not read the file then.
 bool lockDown(const LockdownGrant& grant);
+
+} // namespace tarnwick

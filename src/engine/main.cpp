@@ -18,6 +18,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace tarnwick;
+
 namespace {
 
 constexpr int pipeSize = 1 << 20;

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace tarnwick {
+
 namespace {
 
 /// The place of a value in a table that holds each value once.
@@ -68,3 +70,5 @@ void AttributedText::appendRun(Run run, const QString& family, QRgb colour)
     else
         theRuns.append(run);
 }
+
+} // namespace tarnwick

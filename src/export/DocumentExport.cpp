@@ -10,6 +10,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace tarnwick {
+
 namespace {
 
 struct KindFacts
@@ -158,3 +160,5 @@ void DocumentExport::documentClosed()
         return;
     giveUp(thePath.isEmpty() ? QString() : tr("The document has been closed before."));
 }
+
+} // namespace tarnwick

@@ -5,6 +5,8 @@
 #include <QCoreApplication>
 #include <QStringEncoder>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr std::size_t sliceSize = std::size_t{1} << 20U;
@@ -228,3 +230,5 @@ QString exportFailureText(PDFFailure failure)
     }
     return {};
 }
+
+} // namespace tarnwick

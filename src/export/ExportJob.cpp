@@ -2,6 +2,8 @@
 
 #include <QCoreApplication>
 
+namespace tarnwick {
+
 ExportJob::ExportJob(const QString& title)
     : QObject(QCoreApplication::instance())
     , theTitle(title)
@@ -55,3 +57,5 @@ void ExportJob::end()
     theProgress.reset();
     deleteLater();
 }
+
+} // namespace tarnwick

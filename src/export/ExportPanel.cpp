@@ -18,6 +18,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace tarnwick {
+
 namespace {
 
 /// Makes room for a row by moving those from it on down by one.
@@ -193,3 +195,5 @@ bool ExportPanel::confirmsUseOf(const QString& path)
         QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
     return self && answer == QMessageBox::Yes;
 }
+
+} // namespace tarnwick

@@ -4,6 +4,10 @@
 
 #include <functional>
 
+class QLineEdit;
+
+namespace tarnwick {
+
 /// A panel that asks where an export goes.
 ///
 /// It is always Qt's own. Those of platforms either take an existing folder or make one, and this
@@ -40,7 +44,7 @@ protected:
     void accept() override;
 
 private:
-    class QLineEdit* nameField() const;
+    QLineEdit* nameField() const;
     void showMessage(const QString& message);
     QString typedPath() const;
     bool confirmsUseOf(const QString& path);
@@ -51,3 +55,5 @@ private:
     Refusal theRefusal;
     QString theChosenPath;
 };
+
+} // namespace tarnwick

@@ -2,6 +2,8 @@
 
 #include <QProgressDialog>
 
+namespace tarnwick {
+
 ExportProgress::ExportProgress(const QString& label, QObject* parent)
     : QObject(parent)
     , theDialog(new QProgressDialog(label, tr("Cancel"), 0, 0))
@@ -29,3 +31,5 @@ void ExportProgress::show(int done, int total)
     theDialog->setMaximum(total);
     theDialog->setValue(done);
 }
+
+} // namespace tarnwick

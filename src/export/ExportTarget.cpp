@@ -1,5 +1,7 @@
 #include "export/ExportTarget.h"
 
+namespace tarnwick {
+
 ExportOutcome writeExport(
     const ExportContent& content, OutputFile& file, const ExportContent::Progress& progress)
 {
@@ -14,3 +16,5 @@ ExportOutcome writeExport(
         return {}; // progress said no
     return {error == 0, error == 0 ? QString() : QString::fromStdString(outputErrorText(error))};
 }
+
+} // namespace tarnwick

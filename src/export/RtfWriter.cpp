@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr qsizetype partSize = 64 * 1024;
@@ -155,3 +157,5 @@ void RtfWriter::writeCharacter(const QString& string, qsizetype index)
         thePart.append('?');
     }
 }
+
+} // namespace tarnwick

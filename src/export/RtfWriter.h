@@ -4,6 +4,8 @@
 
 #include <QByteArray>
 
+namespace tarnwick {
+
 /// Writes an attributed text as RTF (version 1.9.1), a part at a time, so that neither a long text
 /// nor its RTF holds up the event loop.
 ///
@@ -47,3 +49,5 @@ private:
     qsizetype thePosition = 0;
     QByteArray thePart;
 };
+
+} // namespace tarnwick

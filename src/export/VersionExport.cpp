@@ -10,6 +10,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+namespace tarnwick {
+
 namespace {
 
 /// What the names of the versions are made from, in the file system's encoding.
@@ -122,3 +124,5 @@ void VersionExport::finishWriting()
     tellUser(notice, theSource.window, theSource.frame);
     end();
 }
+
+} // namespace tarnwick

@@ -14,6 +14,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr int allSeals = F_SEAL_SEAL | F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_WRITE;
@@ -195,3 +197,5 @@ int FileBytes::descriptor() const
 {
     return theMapping ? theMapping->descriptor() : -1;
 }
+
+} // namespace tarnwick

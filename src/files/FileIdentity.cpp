@@ -3,6 +3,8 @@
 #include <fcntl.h>
 #include <sys/sysmacros.h>
 
+namespace tarnwick {
+
 namespace {
 
 FileIdentity::Instant instantOf(const struct statx_timestamp& time)
@@ -58,3 +60,5 @@ std::optional<FileIdentity> fileIdentity(int descriptor)
 {
     return identityOf(descriptor, "", AT_EMPTY_PATH);
 }
+
+} // namespace tarnwick

@@ -6,6 +6,8 @@
 #include <optional>
 #include <string>
 
+namespace tarnwick {
+
 /// Which file a name leads to: two names with equal identities lead to one file, be it through hard
 /// or symbolic links, another spelling or another mount of its folder.
 struct FileIdentity
@@ -38,3 +40,5 @@ std::optional<FileIdentity> fileIdentity(const std::string& path);
 /// @param folder descriptor that a relative path starts from, or AT_FDCWD.
 std::optional<FileIdentity> fileIdentity(int folder, const std::string& path);
 std::optional<FileIdentity> fileIdentity(int descriptor);
+
+} // namespace tarnwick

@@ -4,6 +4,8 @@
 #include <csignal>
 #include <ctime>
 
+namespace tarnwick {
+
 /// Holds back SIGXFSZ on this thread while it lives. The signal's default would end the program
 /// where a limit on file sizes is an error like a full disk.
 class FileSizeSignalBlock
@@ -31,3 +33,5 @@ private:
     sigset_t theSignal;
     sigset_t theOldMask;
 };
+
+} // namespace tarnwick

@@ -2,6 +2,8 @@
 
 #include <system_error>
 
+namespace tarnwick {
+
 std::filesystem::path helperProgram(std::string_view name)
 {
     std::error_code error;
@@ -15,3 +17,5 @@ std::filesystem::path helperProgram(std::string_view name)
     // What is itself a helper has the others beside it.
     return std::filesystem::is_directory(installed, error) ? installed / name : beside;
 }
+
+} // namespace tarnwick

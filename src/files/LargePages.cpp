@@ -6,6 +6,8 @@
 #include <memory>
 #include <memory_resource>
 
+namespace tarnwick {
+
 namespace {
 
 /// Of every processor that Debian's 64-bit PC and ARM systems run on.
@@ -52,3 +54,5 @@ void preferLargePages(void* block, std::size_t bytes)
     if (std::align(largePage, largePage, block, bytes))
         madvise(block, bytes / largePage * largePage, MADV_HUGEPAGE);
 }
+
+} // namespace tarnwick

@@ -13,6 +13,8 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+namespace tarnwick {
+
 namespace {
 
 struct OpenedFile
@@ -106,3 +108,5 @@ bool OpenedFiles::contains(int descriptor)
 {
     return isKept({fileIdentity(descriptor), {}, {}});
 }
+
+} // namespace tarnwick

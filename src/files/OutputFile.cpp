@@ -2,6 +2,8 @@
 
 #include <system_error>
 
+namespace tarnwick {
+
 std::string outputErrorText(int error)
 {
     switch (error) {
@@ -15,3 +17,5 @@ std::string outputErrorText(int error)
         return std::generic_category().message(error);
     }
 }
+
+} // namespace tarnwick

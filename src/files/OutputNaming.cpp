@@ -8,6 +8,8 @@
 
 #include <algorithm>
 
+namespace tarnwick {
+
 QString withAllowedType(const QString& path, const QStringList& types)
 {
     const QFileInfo info(path);
@@ -33,3 +35,5 @@ QString nameOfNoOpenedFile(const QString& folder, const QString& name)
     }
     return proposed;
 }
+
+} // namespace tarnwick

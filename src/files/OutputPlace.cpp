@@ -13,6 +13,8 @@
 #include <sys/vfs.h>
 #include <unistd.h>
 
+namespace tarnwick {
+
 namespace {
 
 /// As many as the kernel follows.
@@ -105,3 +107,5 @@ bool OutputPlace::findDescriptor()
         theDescriptor = number;
     return true;
 }
+
+} // namespace tarnwick

@@ -2,6 +2,8 @@
 
 #include <string>
 
+namespace tarnwick {
+
 /// A path cut at its last slash.
 struct PathParts
 {
@@ -16,3 +18,5 @@ inline PathParts splitPath(const std::string& path)
         return {".", path};
     return {slash == 0 ? "/" : path.substr(0, slash), path.substr(slash + 1)};
 }
+
+} // namespace tarnwick

@@ -12,6 +12,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+namespace tarnwick {
+
 StraightFile::StraightFile(std::string path)
     : thePath(std::move(path))
 {
@@ -86,3 +88,5 @@ std::unique_ptr<OutputFile> outputFileFor(const std::string& path)
         return std::make_unique<StraightFile>(path);
     return std::make_unique<WholeFile>(path);
 }
+
+} // namespace tarnwick

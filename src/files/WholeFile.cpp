@@ -11,6 +11,8 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+namespace tarnwick {
+
 namespace {
 
 std::string nextTemporaryName()
@@ -212,3 +214,5 @@ int WholeFile::giveTemporaryName()
     theTemporaryName = name;
     return 0;
 }
+
+} // namespace tarnwick

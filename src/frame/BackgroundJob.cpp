@@ -3,6 +3,8 @@
 #include <QElapsedTimer>
 #include <QMetaObject>
 
+namespace tarnwick {
+
 namespace {
 constexpr qint64 millisecondsBetweenReports = 100;
 }
@@ -45,3 +47,5 @@ void BackgroundJob::cancel()
     }
     theReceiver.reset();
 }
+
+} // namespace tarnwick

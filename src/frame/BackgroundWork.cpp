@@ -2,6 +2,8 @@
 
 #include <QThread>
 
+namespace tarnwick {
+
 BackgroundWork::BackgroundWork(Work work, QObject* parent)
     : QObject(parent)
     , theThread(QThread::create([this, work = std::move(work)] {
@@ -35,3 +37,5 @@ bool BackgroundWork::goOn(quint64 done, quint64 total)
     }
     return !theCancel;
 }
+
+} // namespace tarnwick

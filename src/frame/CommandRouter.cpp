@@ -7,6 +7,8 @@
 #include <QWidget>
 #include <QWindow>
 
+namespace tarnwick {
+
 namespace {
 
 /// The method that carries a command out, invalid when the object has none.
@@ -130,3 +132,5 @@ bool CommandRouter::eventFilter(QObject* watched, QEvent* event)
         validate();
     return QObject::eventFilter(watched, event);
 }
+
+} // namespace tarnwick

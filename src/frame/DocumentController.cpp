@@ -12,6 +12,8 @@
 #include <QPointer>
 #include <QSettings>
 
+namespace tarnwick {
+
 namespace {
 
 const QString folderKey = QStringLiteral("openFolder");
@@ -188,3 +190,5 @@ void DocumentController::openDocument()
         });
     dialog->open();
 }
+
+} // namespace tarnwick

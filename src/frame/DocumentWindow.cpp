@@ -15,6 +15,8 @@
 #include <QUrl>
 #include <QVBoxLayout>
 
+namespace tarnwick {
+
 namespace {
 
 int windowsMade = 0;
@@ -203,3 +205,5 @@ bool DocumentWindow::takeDrag(QDropEvent& event)
         emit filesDropped(paths);
     return true;
 }
+
+} // namespace tarnwick

@@ -9,6 +9,8 @@
 #include <QThread>
 #include <QUrl>
 
+namespace tarnwick {
+
 /// What the reading thread leaves; read on the main thread once the thread has finished.
 struct FileOpening::Reading
 {
@@ -174,3 +176,5 @@ void FileOpening::cancel()
     conclude();
     emit cancelled();
 }
+
+} // namespace tarnwick

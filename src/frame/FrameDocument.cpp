@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+namespace tarnwick {
+
 FrameDocument::FrameDocument(QObject* parent)
     : QObject(parent)
 {
@@ -66,3 +68,5 @@ DocumentWindow* FrameDocument::windowForSheet() const
     }
     return theWindows.isEmpty() ? nullptr : theWindows.constFirst();
 }
+
+} // namespace tarnwick

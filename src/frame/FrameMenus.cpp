@@ -7,6 +7,8 @@
 #include <QActionGroup>
 #include <QMenu>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr int longestTitle = 640; // pixels at 96 dpi: wider menus leave small screens
@@ -72,3 +74,5 @@ void FrameMenus::keepFilled(DocumentWindow& window, DocumentController& controll
             [menu, fixed, &window, &controller] { fillWindows(*menu, fixed, window, controller); });
     }
 }
+
+} // namespace tarnwick

@@ -1,5 +1,7 @@
 #pragma once
 
+namespace tarnwick {
+
 class DocumentController;
 class DocumentWindow;
 
@@ -12,3 +14,5 @@ namespace FrameMenus {
 void keepFilled(DocumentWindow& window, DocumentController& controller);
 
 }
+
+} // namespace tarnwick

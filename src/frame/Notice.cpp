@@ -8,6 +8,8 @@
 
 #include <cstdio>
 
+namespace tarnwick {
+
 namespace {
 
 DocumentWindow* anyWindow()
@@ -59,3 +61,5 @@ void tellUser(const Notice& notice, const QWidget* near, const FrameDocument* do
     else
         std::fprintf(stderr, "tarnwick: %s\n", notice.text.toLocal8Bit().constData());
 }
+
+} // namespace tarnwick

@@ -2,6 +2,8 @@
 
 #include "NoticeLine.h"
 
+namespace tarnwick {
+
 namespace {
 
 QAccessibleInterface* makeAccessible(const QString& className, QObject* object)
@@ -34,3 +36,5 @@ void NoticeAccessible::tell(NoticeLine* line)
         QAccessible::updateAccessibility(&event);
     }
 }
+
+} // namespace tarnwick

@@ -2,6 +2,8 @@
 
 #include <QAccessibleWidget>
 
+namespace tarnwick {
+
 class NoticeLine;
 
 /// Presents a notice line to screen readers as a message that is read out when it comes.
@@ -15,3 +17,5 @@ public:
     /// The line shows another message: tells screen readers, if there are any.
     static void tell(NoticeLine* line);
 };
+
+} // namespace tarnwick

@@ -14,6 +14,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace tarnwick {
+
 namespace {
 
 QStyle::StandardPixmap iconOf(Notice::Kind kind)
@@ -144,3 +146,5 @@ void NoticeLine::changeEvent(QEvent* event)
     if (event->type() == QEvent::PaletteChange || event->type() == QEvent::StyleChange)
         showIcon();
 }
+
+} // namespace tarnwick

@@ -7,6 +7,9 @@
 
 class QLabel;
 class QToolButton;
+
+namespace tarnwick {
+
 class WrappedText;
 
 /// The line at the lower edge of a window that says what was written, what was not and why.
@@ -49,3 +52,5 @@ private:
     QLabel* theCount;
     QToolButton* theAllButton;
 };
+
+} // namespace tarnwick

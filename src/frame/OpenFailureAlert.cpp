@@ -9,6 +9,8 @@
 #include <chrono>
 #include <utility>
 
+namespace tarnwick {
+
 void OpenFailureAlert::report(QWidget* parent, const QString& path, const QString& reason)
 {
     OpenFailureAlert* alert = current();
@@ -110,3 +112,5 @@ void OpenFailureAlert::add(const QString& path, const QString& reason)
     setInformativeText(lines.mid(0, shown).join(QLatin1Char('\n')));
     setDetailedText(lines.size() > shown ? lines.join(QLatin1Char('\n')) : QString());
 }
+
+} // namespace tarnwick

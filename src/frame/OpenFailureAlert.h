@@ -3,6 +3,8 @@
 #include <QMessageBox>
 #include <QStringList>
 
+namespace tarnwick {
+
 /// Tells which files could not be opened and why. It blocks nothing, and further failures join the
 /// alert that shows rather than piling up alerts.
 class OpenFailureAlert : public QMessageBox
@@ -35,3 +37,5 @@ private:
     QStringList theReasons;
     bool isWaiting = false; ///< for its window to come up
 };
+
+} // namespace tarnwick

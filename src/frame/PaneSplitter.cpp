@@ -5,6 +5,8 @@
 
 #include <cstdlib>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr int keyStep = 16; // device-independent pixels
@@ -82,3 +84,5 @@ QSplitterHandle* PaneSplitter::createHandle()
 {
     return new PaneDivider(orientation(), this);
 }
+
+} // namespace tarnwick

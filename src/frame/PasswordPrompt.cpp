@@ -6,6 +6,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+namespace tarnwick {
+
 PasswordPrompt::PasswordPrompt(const QString& fileName, QWidget* parent)
     : QDialog(parent)
     , theWarning(new QLabel(tr("The password is wrong. Please try again."), this))
@@ -57,3 +59,5 @@ void PasswordPrompt::submit()
     theOpenButton->setEnabled(false);
     emit passwordEntered(theField->text());
 }
+
+} // namespace tarnwick

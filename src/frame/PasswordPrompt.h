@@ -6,6 +6,8 @@ class QLabel;
 class QLineEdit;
 class QPushButton;
 
+namespace tarnwick {
+
 /// Asks for a document's password, again after a wrong one, until it is right or the user cancels.
 ///
 /// The prompt blocks its parent's window only. While a password is being tried it takes no other,
@@ -31,3 +33,5 @@ private:
     QLineEdit* theField;
     QPushButton* theOpenButton;
 };
+
+} // namespace tarnwick

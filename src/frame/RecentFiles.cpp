@@ -5,6 +5,8 @@
 #include <QDir>
 #include <QFileInfo>
 
+namespace tarnwick {
+
 namespace {
 
 const StoredList& storedPaths()
@@ -84,3 +86,5 @@ void RecentFiles::take(const QStringList& paths)
     if (std::exchange(thePaths, paths) != paths)
         emit changed();
 }
+
+} // namespace tarnwick

@@ -5,6 +5,8 @@
 #include <QLockFile>
 #include <QSettings>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr int longestWait = 5000; // milliseconds: a change takes a few
@@ -37,3 +39,5 @@ QStringList StoredList::change(const std::function<void(QStringList&)>& change) 
     settings.sync(); // in front of the lock's end
     return texts;
 }
+
+} // namespace tarnwick

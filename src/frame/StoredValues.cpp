@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace tarnwick {
+
 bool StoredValues::flag(const QString& key, bool absent)
 {
     const QString text = QSettings().value(key).toString().toLower();
@@ -27,3 +29,5 @@ int StoredValues::length(const QString& key, int absent)
     constexpr double longest = 100'000;
     return static_cast<int>(std::clamp(number(key, absent), 0.0, longest));
 }
+
+} // namespace tarnwick

@@ -9,6 +9,8 @@
 
 #include <algorithm>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr int cascadeStep = 28; // about the height of a title bar
@@ -84,3 +86,5 @@ void WindowPlace::save(const DocumentWindow& window)
 {
     QSettings().setValue(settingsKey(window), window.saveGeometry());
 }
+
+} // namespace tarnwick

@@ -1,5 +1,7 @@
 #pragma once
 
+namespace tarnwick {
+
 class DocumentWindow;
 
 /// Where windows stand: remembered in the settings for each kind of window.
@@ -15,3 +17,5 @@ void restore(DocumentWindow& window);
 void save(const DocumentWindow& window);
 
 }
+
+} // namespace tarnwick

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr int maximumRows = 3;
@@ -92,3 +94,5 @@ void WrappedText::resizeEvent(QResizeEvent*)
     const bool isElided = !shown.isEmpty() && !theText.endsWith(shown.constLast().trimmed());
     setToolTip(isElided ? theText.toHtmlEscaped() : QString());
 }
+
+} // namespace tarnwick

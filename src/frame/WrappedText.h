@@ -3,6 +3,8 @@
 #include <QString>
 #include <QWidget>
 
+namespace tarnwick {
+
 /// A plain text that is wrapped wherever it must be, inside long file names too, and takes at most
 /// three lines; what does not fit is elided in the view and whole in the tool tip.
 class WrappedText : public QWidget
@@ -30,3 +32,5 @@ private:
 
     QString theText;
 };
+
+} // namespace tarnwick

@@ -20,6 +20,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr qsizetype thumbnailLimit = 32 * 1024 * 1024; ///< bytes
@@ -408,3 +410,5 @@ void PDFThumbnailView::Private::describeFailures()
     if (text != q->accessibleDescription())
         q->setAccessibleDescription(text);
 }
+
+} // namespace tarnwick

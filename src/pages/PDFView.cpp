@@ -10,6 +10,8 @@
 
 #include <utility>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr int farPages = 12; ///< pages beyond those that show whose images are kept
@@ -365,3 +367,5 @@ bool PDFView::isDrawing() const
 {
     return d->theTiles.isBusy();
 }
+
+} // namespace tarnwick

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+namespace tarnwick {
+
 namespace {
 
 QAccessibleInterface* make(const QString&, QObject* object)
@@ -152,3 +154,5 @@ QString PDFViewAccessible::attributes(int, int* startOffset, int* endOffset) con
     *endOffset = characterCount();
     return {};
 }
+
+} // namespace tarnwick

@@ -2,6 +2,8 @@
 
 #include <QAccessibleWidget>
 
+namespace tarnwick {
+
 class PDFView;
 
 /// What a screen reader meets in a page view: a document named after the present page, whose text
@@ -40,3 +42,5 @@ private:
     int theCaretPage = -1;
     int theCaret = 0;
 };
+
+} // namespace tarnwick

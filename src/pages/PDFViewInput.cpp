@@ -17,6 +17,8 @@
 
 #include <cmath>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr double notch = 120; ///< eighths of a degree of one step of a wheel
@@ -327,3 +329,5 @@ bool PDFView::Private::pinch(QEvent* event)
         q->viewport()->mapFromGlobal(pinch->centerPoint().toPoint()));
     return true;
 }
+
+} // namespace tarnwick

@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace tarnwick {
+
 namespace {
 
 /// Pages are white under every palette; what marks their text multiplies with it.
@@ -187,3 +189,5 @@ void PDFView::changeEvent(QEvent* event)
     if (event->type() == QEvent::PaletteChange || event->type() == QEvent::StyleChange)
         viewport()->update();
 }
+
+} // namespace tarnwick

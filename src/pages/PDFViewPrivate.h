@@ -18,6 +18,8 @@
 class QMenu;
 class QPainter;
 
+namespace tarnwick {
+
 /// What a page view consists of; its functions stand by topic in the PDFView*.cpp files.
 class PDFView::Private : public QObject
 {
@@ -151,3 +153,5 @@ public:
     QElapsedTimer theSinceDoubleClick;
     double theWheelZoom = 0; ///< degrees of the wheel that have not made a step yet
 };
+
+} // namespace tarnwick

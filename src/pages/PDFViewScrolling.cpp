@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace tarnwick {
+
 namespace {
 
 /// Steps of a scroll bar; content that is higher in pixels has steps of more than a pixel.
@@ -240,3 +242,5 @@ void PDFView::resizeEvent(QResizeEvent* event)
     d->applyFit();
     d->showPlace(place);
 }
+
+} // namespace tarnwick

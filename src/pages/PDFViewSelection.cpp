@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <utility>
 
+namespace tarnwick {
+
 qsizetype PDFView::Private::lengthOfPage(int page) const
 {
     if (theText && page < theText->arrivedCount())
@@ -243,3 +245,5 @@ void PDFView::Private::offerPrimarySelection()
     if (selectionIsWhole())
         clipboard->setText(theText->string(theSelection), QClipboard::Selection);
 }
+
+} // namespace tarnwick

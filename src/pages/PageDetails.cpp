@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace tarnwick {
+
 namespace {
 
 /// A character with its quad takes 38 bytes. Beyond these the pages that do not show are forgotten.
@@ -127,3 +129,5 @@ void PageDetails::fetchLinks()
         fetchLinks();
     });
 }
+
+} // namespace tarnwick

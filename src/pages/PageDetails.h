@@ -7,6 +7,8 @@
 #include <QObject>
 #include <QPointer>
 
+namespace tarnwick {
+
 /// Texts with quads and links of the pages that a view shows, fetched when they are wanted and kept
 /// for a bounded number of characters and pages.
 class PageDetails : public QObject
@@ -50,3 +52,5 @@ private:
     QPointer<PDFLinksRequest> theLinksRequest;
     int theLinksPage = -1;
 };
+
+} // namespace tarnwick

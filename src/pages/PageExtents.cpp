@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <map>
 
+namespace tarnwick {
+
 namespace {
 
 /// How much wider than the median page one may be and still decide what "fit the width" means.
@@ -144,3 +146,5 @@ double PageExtents::widestUpTo(double limit, double least, const SizeOf& sizeOf)
     }
     return widest;
 }
+
+} // namespace tarnwick

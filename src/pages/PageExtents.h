@@ -5,6 +5,8 @@
 #include <functional>
 #include <vector>
 
+namespace tarnwick {
+
 /// Running heights and the usual width of a column of pages, for millions of pages of which a
 /// thousand change at a time: what changes is worked out anew for the blocks that hold it alone.
 ///
@@ -50,3 +52,5 @@ private:
     std::vector<int> theWidths; ///< pages whose width lies in each whole point
     double theFittingWidth = 1;
 };
+
+} // namespace tarnwick

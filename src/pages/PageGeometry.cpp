@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace tarnwick {
+
 PageExtents::SizeOf PageGeometry::turnedSizes() const
 {
     return [this](int page) { return turnedSize(page); };
@@ -179,3 +181,5 @@ double PageGeometry::scaleForPage(int page, const QSizeF& view) const
     return std::min(std::max(1.0, view.width() - 2 * gap) / size.width(),
         std::max(1.0, view.height() - 2 * gap) / size.height());
 }
+
+} // namespace tarnwick

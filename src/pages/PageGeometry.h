@@ -10,6 +10,8 @@
 #include <functional>
 #include <vector>
 
+namespace tarnwick {
+
 /// A place on a page that stays the same under zoom, rotation and newly known page sizes.
 struct PagePlace
 {
@@ -102,3 +104,5 @@ private:
     double theScale = 1;
     int theRotation = 0;
 };
+
+} // namespace tarnwick

@@ -10,6 +10,8 @@
 
 #include <algorithm>
 
+namespace tarnwick {
+
 namespace {
 
 QString translated(const char* text)
@@ -116,3 +118,5 @@ void PagePainter::paint(QPainter& painter, const Page& page, const QPoint& origi
     painter.fillRect(whole.left() - line, whole.top(), line, whole.height(), edge);
     painter.fillRect(whole.right() + 1, whole.top(), line, whole.height(), edge);
 }
+
+} // namespace tarnwick

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <utility>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr qsizetype mostOutlines = 10'000;
@@ -28,10 +30,10 @@ TextMarker::TextMarker(
     , theStretches(PageTextGeometry::stretchesIn(text, area))
     , theOutlinesLeft(mostOutlines)
     , theCharactersLeft(mostCharacters)
-    , theAreaLeft(mostLayers * ::area(area))
+    , theAreaLeft(mostLayers * tarnwick::area(area))
 {
     const QRectF unit = theToView(QRectF(0, 0, 1, 1)).boundingRect();
-    theSmallest = smallestCharacter / std::max(1e-9, ::area(unit));
+    theSmallest = smallestCharacter / std::max(1e-9, tarnwick::area(unit));
 }
 
 bool TextMarker::isSpent() const
@@ -121,3 +123,5 @@ void TextMarker::fillMatches(const QList<PDFSelection>& matches, int page, const
         }
     }
 }
+
+} // namespace tarnwick

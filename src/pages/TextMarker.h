@@ -11,6 +11,8 @@
 
 class QPainter;
 
+namespace tarnwick {
+
 /// Marks stretches of a page's text on the page: what is selected, and what a search has found.
 ///
 /// What a page's text consists of is the file's choice, and a painting is not to wait for it: only
@@ -48,3 +50,5 @@ private:
     qsizetype theCharactersLeft;
     double theAreaLeft; ///< square points
 };
+
+} // namespace tarnwick

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+namespace tarnwick {
+
 void ThumbnailPainter::paintLabel(QPainter& painter, const QWidget& strip, const QString& whole,
     const QRect& area, bool isCurrent)
 {
@@ -42,3 +44,5 @@ void ThumbnailPainter::paintMark(QPainter& painter, const QRect& paper)
     painter.drawPolygon(ribbon);
     painter.restore();
 }
+
+} // namespace tarnwick

@@ -5,6 +5,8 @@ class QRect;
 class QString;
 class QWidget;
 
+namespace tarnwick {
+
 /// Paints what stands around a thumbnail. Each leaves the painter as it was.
 namespace ThumbnailPainter {
 
@@ -17,3 +19,5 @@ void paintLabel(QPainter& painter, const QWidget& strip, const QString& whole, c
 void paintMark(QPainter& painter, const QRect& paper);
 
 }
+
+} // namespace tarnwick

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace tarnwick {
+
 int TileCache::distance(int page) const
 {
     return std::max({0, thePages.first - page, page - thePages.last});
@@ -95,3 +97,5 @@ void TileCache::clear()
     theTiles.clear();
     theBytes = 0;
 }
+
+} // namespace tarnwick

@@ -8,6 +8,8 @@
 #include <map>
 #include <tuple>
 
+namespace tarnwick {
+
 /// A tile of a page's image (TileGrid).
 struct TileKey
 {
@@ -69,3 +71,5 @@ private:
     int theRotation = 0;
     double theScale = 1;
 };
+
+} // namespace tarnwick

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+namespace tarnwick {
+
 /// How a page's image is cut into tiles: as few as possible of at most 1024 x 1024 pixels, all of
 /// about one size, so that no tile is a sliver and none takes long to hand over.
 class TileGrid
@@ -63,3 +65,5 @@ private:
     int theColumns;
     int theRows;
 };
+
+} // namespace tarnwick

@@ -6,6 +6,8 @@
 #include <cmath>
 #include <utility>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr std::size_t requestsAtATime = 3;
@@ -223,3 +225,5 @@ void TileLoader::clear()
     }
     tellBusy();
 }
+
+} // namespace tarnwick

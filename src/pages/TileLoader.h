@@ -12,6 +12,8 @@
 
 #include <vector>
 
+namespace tarnwick {
+
 class PDFDocument;
 class PDFTileRequest;
 
@@ -98,3 +100,5 @@ private:
     bool theToldBusy = false;
     QTimer theStaleTimer;
 };
+
+} // namespace tarnwick

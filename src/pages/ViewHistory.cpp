@@ -1,5 +1,7 @@
 #include "ViewHistory.h"
 
+namespace tarnwick {
+
 namespace {
 
 constexpr qsizetype longestHistory = 200;
@@ -40,3 +42,5 @@ void ViewHistory::clear()
     theBack.clear();
     theForward.clear();
 }
+
+} // namespace tarnwick

@@ -6,6 +6,8 @@
 
 #include <optional>
 
+namespace tarnwick {
+
 /// The places that a reader has jumped away from, as web browsers keep them.
 class ViewHistory
 {
@@ -26,3 +28,5 @@ private:
     QList<PagePlace> theBack;
     QList<PagePlace> theForward;
 };
+
+} // namespace tarnwick

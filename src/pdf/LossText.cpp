@@ -7,6 +7,8 @@
 
 #include <algorithm>
 
+namespace tarnwick {
+
 namespace {
 
 class LossText
@@ -179,3 +181,5 @@ QStringList missingSentences(
         sentences << lostObjectsSentence(lostObjects);
     return sentences;
 }
+
+} // namespace tarnwick

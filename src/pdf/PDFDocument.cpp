@@ -12,6 +12,8 @@
 #include <map>
 #include <utility>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr int flatLimit = 30'000; ///< milliseconds
@@ -488,3 +490,5 @@ PDFOutlineRequest* PDFDocument::requestOutline(QObject* parent)
     d->submit(d->thePages, request, std::move(job));
     return request;
 }
+
+} // namespace tarnwick

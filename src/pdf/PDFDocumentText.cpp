@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <utility>
 
+namespace tarnwick {
+
 PDFDocumentText::PDFDocumentText(PDFDocument* document)
     : theDocument(document)
 {
@@ -71,3 +73,5 @@ QString PDFDocumentText::string(const PDFSelection& selection) const
     }
     return text;
 }
+
+} // namespace tarnwick

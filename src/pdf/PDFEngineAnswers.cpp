@@ -8,6 +8,8 @@
 #include <cmath>
 #include <limits>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr qsizetype longestShownLabel = 255; ///< UTF-16 units
@@ -338,3 +340,5 @@ std::optional<PDFWrittenAnswer> readWrittenAnswer(PayloadReader& reader, int pag
         return std::nullopt;
     return answer;
 }
+
+} // namespace tarnwick

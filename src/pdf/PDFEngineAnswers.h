@@ -5,6 +5,8 @@
 
 #include <optional>
 
+namespace tarnwick {
+
 /// What the engine's answers say, taken apart and checked value by value. Each function gives
 /// nothing for an answer that makes no sense or exceeds a limit (EngineLimits.h); an engine that
 /// sends one is not to be trusted further.
@@ -44,3 +46,5 @@ struct PDFWrittenAnswer
     qsizetype lostObjects = 0;
 };
 std::optional<PDFWrittenAnswer> readWrittenAnswer(PayloadReader& reader, int pageCount);
+
+} // namespace tarnwick

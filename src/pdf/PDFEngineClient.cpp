@@ -6,6 +6,8 @@
 
 #include <QPointer>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr int leastOpeningLimit = 20'000; ///< milliseconds
@@ -349,3 +351,5 @@ qint64 PDFEngineClient::engineProcessId() const
 {
     return theEngine ? theEngine->processId() : 0;
 }
+
+} // namespace tarnwick

@@ -16,6 +16,8 @@
 #include <string>
 #include <utility>
 
+namespace tarnwick {
+
 class PDFEngineProcess;
 
 /// Milliseconds that the engine may take for a page, unless its job says otherwise.
@@ -159,3 +161,5 @@ private:
     std::map<Number, Key> theKeys; ///< where a waiting job stands in the queue
     std::optional<std::pair<Number, PDFEngineJob>> theJob;
 };
+
+} // namespace tarnwick

@@ -20,6 +20,8 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+namespace tarnwick {
+
 namespace {
 
 /// Bytes that one turn of the event loop takes: a millisecond's work.
@@ -281,3 +283,5 @@ qint64 PDFEngineProcess::processId() const
 {
     return theProcess->processId();
 }
+
+} // namespace tarnwick

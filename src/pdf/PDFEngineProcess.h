@@ -13,6 +13,8 @@
 class QProcess;
 class QSocketNotifier;
 
+namespace tarnwick {
+
 /// Path of the engine's executable (helperProgram).
 QString pdfEnginePath();
 /// For tests: another program to be run as the engine from now on; empty for the usual one.
@@ -89,3 +91,5 @@ private:
     std::uint32_t theRequest = 0;
     std::uint32_t theLargestResult = 0;
 };
+
+} // namespace tarnwick

@@ -3,6 +3,8 @@
 #include <QRegularExpression>
 #include <QStringList>
 
+namespace tarnwick {
+
 namespace {
 
 /// Six capitals and a plus in front of a subset's name.
@@ -63,3 +65,5 @@ PDFFontName parseFontName(const QString& name)
     result.isItalic = holds("ital") || holds("obl") || style == QStringLiteral("It");
     return result;
 }
+
+} // namespace tarnwick

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+namespace tarnwick {
+
 /// What a PDF's font name says (ISO 32000-2, 9.6.2.2 and 9.9.2).
 struct PDFFontName
 {
@@ -16,3 +18,5 @@ struct PDFFontName
 /// words that PostScript runs together are parted again, so that text carried into other programs
 /// finds the font there. A name without letters gives the family "Times".
 PDFFontName parseFontName(const QString& name);
+
+} // namespace tarnwick

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace tarnwick {
+
 PDFLoss lossOf(PDFFailure failure)
 {
     switch (failure) {
@@ -53,3 +55,5 @@ PDFLoss PDFLosses::of(int page) const
         [](const Range& one, int wanted) { return one.last < wanted; });
     return range != theRanges.end() && range->first <= page ? range->loss : PDFLoss::isNone;
 }
+
+} // namespace tarnwick

@@ -1,5 +1,7 @@
 #include "pdf/PDFPagesText.h"
 
+namespace tarnwick {
+
 namespace {
 
 /// What a page's text takes in the whole text.
@@ -45,3 +47,5 @@ QList<PDFPagesText::Gap> PDFPagesText::gaps() const
     }
     return gaps;
 }
+
+} // namespace tarnwick

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+namespace tarnwick {
+
 PDFRequest::PDFRequest(QObject* parent)
     : QObject(parent)
 {
@@ -36,3 +38,5 @@ void PDFRequest::giveUp()
     if (const auto tell = std::exchange(theGiveUp, nullptr))
         tell();
 }
+
+} // namespace tarnwick

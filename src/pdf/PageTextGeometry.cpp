@@ -7,6 +7,8 @@
 #include <cmath>
 #include <limits>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr int upperLeft = 0;
@@ -256,3 +258,5 @@ QList<PageTextGeometry::Stretch> PageTextGeometry::stretchesIn(
     }
     return stretches;
 }
+
+} // namespace tarnwick

@@ -5,6 +5,8 @@
 
 #include <sys/resource.h>
 
+namespace tarnwick {
+
 bool allowProcessorTime(pid_t process, int milliseconds)
 {
     clockid_t clock = {};
@@ -18,3 +20,5 @@ bool allowProcessorTime(pid_t process, int milliseconds)
     limit.rlim_cur = std::min(limit.rlim_max, static_cast<rlim_t>(used.tv_sec) + granted);
     return ::prlimit(process, RLIMIT_CPU, &limit, nullptr) == 0;
 }
+
+} // namespace tarnwick

@@ -12,6 +12,8 @@
 
 #include <memory>
 
+namespace tarnwick {
+
 namespace {
 
 /// @returns the reason of a failure, or nothing.
@@ -110,3 +112,5 @@ CupsSubmission::CupsSubmission(const QString& queue, const QString& title, const
 }
 
 CupsSubmission::~CupsSubmission() = default;
+
+} // namespace tarnwick

@@ -9,6 +9,8 @@
 
 class QPrinter;
 
+namespace tarnwick {
+
 /// Hands a PDF file to a CUPS queue as it is: text stays text and lines stay lines, at whatever
 /// resolution the printer has.
 class CupsSubmission : public QObject
@@ -39,3 +41,5 @@ signals:
     /// @param reason why the queue did not take the job, a sentence of CUPS; empty when it did.
     void finished(const QString& reason);
 };
+
+} // namespace tarnwick

@@ -9,6 +9,8 @@
 
 #include <algorithm>
 
+namespace tarnwick {
+
 namespace {
 
 /// Pixels of a band: 4096 wide as the engine allows, 8 MB of image data.
@@ -150,3 +152,5 @@ void PagePrintJob::end(bool ok)
     }
     emit finished(ok);
 }
+
+} // namespace tarnwick

@@ -11,9 +11,12 @@
 #include <map>
 #include <memory>
 
+class QPrinter;
+
+namespace tarnwick {
+
 class PDFDocument;
 class PDFTileRequest;
-class QPrinter;
 
 /// Paints pages of a document on a printer, band by band as the engine draws them: the event loop
 /// runs meanwhile, and no more than one band is in memory.
@@ -64,3 +67,5 @@ private:
     QPointer<PDFTileRequest> theRequest;
     std::map<int, PDFLoss> theLostPages;
 };
+
+} // namespace tarnwick

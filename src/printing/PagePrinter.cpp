@@ -11,6 +11,8 @@
 
 #include <algorithm>
 
+namespace tarnwick {
+
 void PagePrinter::printAsSheet(PDFDocument* document, const QString& title, QWidget* window)
 {
     std::unique_ptr<QPrinter> printer = PrintSettings::makePrinter();
@@ -37,3 +39,5 @@ void PagePrinter::serve(PDFView* view)
         printAsSheet(printed->document(), printed->window()->windowTitle(), printed->window());
     });
 }
+
+} // namespace tarnwick

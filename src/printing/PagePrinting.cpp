@@ -12,6 +12,8 @@
 
 #include <algorithm>
 
+namespace tarnwick {
+
 namespace {
 
 /// Qt's printers count in 1200 dots per inch, which no printer's paper shows and every page pays
@@ -188,3 +190,5 @@ void PagePrinting::end(const QString& reason)
     tellUser(printNotice(theJob, reason), theProgress.parentWidget());
     emit ended(reason);
 }
+
+} // namespace tarnwick

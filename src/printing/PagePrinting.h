@@ -9,10 +9,13 @@
 #include <functional>
 #include <memory>
 
+class QPrinter;
+
+namespace tarnwick {
+
 class PDFDocument;
 class PDFFlatRequest;
 class PrintedFile;
-class QPrinter;
 
 /// One printing of a document's pages, from the dialog's end to the job's. Destroys itself at its
 /// end, when it is cancelled, and when the document goes. No alert comes at its end but a notice:
@@ -57,3 +60,5 @@ private:
     PrintedFile* theFile = nullptr; ///< set while printing into one
     QProgressDialog theProgress;
 };
+
+} // namespace tarnwick

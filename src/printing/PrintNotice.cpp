@@ -4,6 +4,8 @@
 #include <QDir>
 #include <QFileInfo>
 
+namespace tarnwick {
+
 Notice printNotice(const PrintedJob& job, const QString& reason)
 {
     const auto text
@@ -20,3 +22,5 @@ Notice printNotice(const PrintedJob& job, const QString& reason)
         return {Notice::Kind::isDone, done};
     return {Notice::Kind::isIncomplete, job.missing.join(u' ') + u' ' + done};
 }
+
+} // namespace tarnwick

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr double rest = 0.5; ///< points that rounding may leave over
@@ -27,3 +29,5 @@ QList<PrintSheet> PrintPagination::sheets(int page, const QSizeF& size, const QS
     } while (top < scaled.height() - rest);
     return sheets;
 }
+
+} // namespace tarnwick

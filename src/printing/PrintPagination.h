@@ -5,6 +5,8 @@
 #include <QList>
 #include <QSizeF>
 
+namespace tarnwick {
+
 /// How a document's pages are spread over sheets of paper: each scaled to the sheets' width and
 /// split into as many sheets as its height then needs, from its upper left corner on.
 namespace PrintPagination {
@@ -20,3 +22,5 @@ double scale(const QSizeF& page, const QSizeF& printable);
 QList<PrintSheet> sheets(int page, const QSizeF& size, const QSizeF& printable);
 
 }
+
+} // namespace tarnwick

@@ -16,6 +16,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace tarnwick {
+
 namespace {
 
 /// The working folder where that is one of the user's, else the user's own.
@@ -99,3 +101,5 @@ void PrintPanel::check()
         },
         Qt::QueuedConnection);
 }
+
+} // namespace tarnwick

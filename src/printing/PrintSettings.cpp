@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+namespace tarnwick {
+
 std::unique_ptr<QPrinter> PrintSettings::makePrinter()
 {
     auto printer = std::make_unique<QPrinter>(QPrinter::HighResolution);
@@ -25,3 +27,5 @@ QSizeF PrintSettings::printableSizeInPoints(const QPageLayout& layout)
     const auto inside = [](double side) { return std::max(72.0, side - 2 * marginInPoints); };
     return {inside(paper.width()), inside(paper.height())};
 }
+
+} // namespace tarnwick

@@ -16,6 +16,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+namespace tarnwick {
+
 namespace {
 
 /// Bytes that are written before the next look whether they are still wanted.
@@ -122,3 +124,5 @@ void PrintedFile::finishOnThread(const std::function<int(Work&)>& part)
     connect(thread, &QThread::finished, thread, &QObject::deleteLater);
     thread->start();
 }
+
+} // namespace tarnwick

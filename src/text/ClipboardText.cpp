@@ -17,6 +17,8 @@
 using namespace std::chrono_literals;
 using namespace Qt::StringLiterals;
 
+namespace tarnwick {
+
 namespace {
 
 constexpr qsizetype shortUnits = 256 * 1024;
@@ -129,3 +131,5 @@ void ClipboardText::offerAsPrimary(std::shared_ptr<const TextStorage> storage, T
     if (clipboard->supportsSelection())
         clipboard->setMimeData(new LazyText(std::move(storage), range), QClipboard::Selection);
 }
+
+} // namespace tarnwick

@@ -7,6 +7,8 @@
 
 class QWidget;
 
+namespace tarnwick {
+
 /// Gives parts of a text to the system's clipboards.
 namespace ClipboardText {
 
@@ -28,3 +30,5 @@ void copy(std::shared_ptr<const TextStorage> storage, TextRange range, QWidget* 
 void offerAsPrimary(std::shared_ptr<const TextStorage> storage, TextRange range);
 
 } // namespace ClipboardText
+
+} // namespace tarnwick

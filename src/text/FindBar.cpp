@@ -10,6 +10,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace tarnwick {
+
 FindBar::FindBar(QWidget* parent)
     : QFrame(parent)
     , theField(new QLineEdit)
@@ -134,3 +136,5 @@ bool FindBar::eventFilter(QObject* watched, QEvent* event)
     }
     return QFrame::eventFilter(watched, event);
 }
+
+} // namespace tarnwick

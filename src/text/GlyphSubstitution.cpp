@@ -2,6 +2,8 @@
 
 #include <QFontMetrics>
 
+namespace tarnwick {
+
 namespace {
 
 bool isDrawn(char16_t unit)
@@ -57,3 +59,5 @@ char16_t GlyphSubstitution::substitute(char16_t unit) const
         return 0x2421;
     return theReplacement;
 }
+
+} // namespace tarnwick

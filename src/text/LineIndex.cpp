@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
+namespace tarnwick {
+
 LineIndex::Start LineIndex::before(std::size_t line) const
 {
     const auto after = std::upper_bound(theStarts.begin(), theStarts.end(), line,
@@ -17,3 +19,5 @@ std::optional<std::size_t> LineIndex::kept(std::size_t line) const
     const Start start = before(line);
     return start.line == line ? std::optional(start.offset) : std::nullopt;
 }
+
+} // namespace tarnwick

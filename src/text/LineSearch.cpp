@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+namespace tarnwick {
+
 namespace {
 
 /// Units of a line that are looked at in one go.
@@ -53,3 +55,5 @@ TextPosition LineSearch::search(TextRange range, qsizetype units, const Sink& si
     }
     return std::min(at, range.end);
 }
+
+} // namespace tarnwick

@@ -9,6 +9,8 @@
 #include <memory>
 #include <optional>
 
+namespace tarnwick {
+
 /// Finds a piece of text in the lines of a text, portion by portion.
 ///
 /// A match lies within one line, and matches do not overlap: the search goes on behind each.
@@ -38,3 +40,5 @@ private:
     std::shared_ptr<const TextStorage> theStorage;
     QStringMatcher theMatcher;
 };
+
+} // namespace tarnwick

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cassert>
 
+namespace tarnwick {
+
 namespace {
 
 bool endsLine(char16_t unit)
@@ -151,3 +153,5 @@ QString PlainTextStorage::characters(qsizetype begin, qsizetype length) const
         return text->mid(begin, length);
     return QString::fromLatin1(std::get<SharedBytes>(theText).view.data() + begin, length);
 }
+
+} // namespace tarnwick

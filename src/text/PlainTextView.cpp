@@ -20,6 +20,8 @@
 
 using namespace std::chrono_literals;
 
+namespace tarnwick {
+
 namespace {
 
 constexpr int leastZoom = 25;
@@ -371,3 +373,5 @@ void PlainTextView::paintCaret(QPainter& painter) const
     painter.fillRect(
         QRectF(caret->topLeft(), QSizeF(width, caret->height())), palette().color(QPalette::Text));
 }
+
+} // namespace tarnwick

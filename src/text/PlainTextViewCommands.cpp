@@ -13,6 +13,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace tarnwick {
+
 namespace {
 
 constexpr std::array zoomSteps{
@@ -119,3 +121,5 @@ void PlainTextView::contextMenuEvent(QContextMenuEvent* event)
     const std::optional<QRectF> caret = isKey ? caretRect(theCaret) : std::nullopt;
     menu.exec(caret ? viewport()->mapToGlobal(caret->bottomLeft().toPoint()) : event->globalPos());
 }
+
+} // namespace tarnwick

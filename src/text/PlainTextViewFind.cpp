@@ -4,6 +4,8 @@
 #include "TextFinder.h"
 #include "text/FindBar.h"
 
+namespace tarnwick {
+
 namespace {
 
 /// A longer selection is something to search in, not for.
@@ -193,3 +195,5 @@ void PlainTextView::updateFindStatus()
     const QString place = tr("%L1 of %L2").arg(theFinder->number(theMatch)).arg(count);
     say(theMatchIsWrapped ? tr("%1, continued from the other end").arg(place) : place);
 }
+
+} // namespace tarnwick

@@ -7,6 +7,8 @@
 
 #include <algorithm>
 
+namespace tarnwick {
+
 void PlainTextView::setGaps(const QList<Gap>& gaps, const QStringList& missing)
 {
     theGaps.clear();
@@ -63,3 +65,5 @@ bool PlainTextView::viewportEvent(QEvent* event)
     QToolTip::showText(help->globalPos(), u"<p>" % note.toHtmlEscaped() % u"</p>", viewport());
     return true;
 }
+
+} // namespace tarnwick

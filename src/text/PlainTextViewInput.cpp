@@ -15,6 +15,8 @@
 #include <array>
 #include <cmath>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr int autoScrollPeriod = 30; ///< milliseconds
@@ -323,3 +325,5 @@ void PlainTextView::scrollByWheel(QPointF delta)
     updateView();
     viewport()->update();
 }
+
+} // namespace tarnwick

@@ -5,6 +5,8 @@
 #include <iterator>
 #include <utility>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr qsizetype mostGroups = 8192;
@@ -107,3 +109,5 @@ qsizetype RowEstimate::lineAt(double rows) const
     }
     return first;
 }
+
+} // namespace tarnwick

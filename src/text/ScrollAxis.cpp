@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr double mostSteps = 1 << 30;
@@ -44,3 +46,5 @@ void ScrollAxis::takeValue(int value)
     thePosition = value * theScale;
     emit moved(from, thePosition, theBar->isSliderDown());
 }
+
+} // namespace tarnwick

@@ -3,6 +3,8 @@
 #include <QObject>
 #include <QScrollBar>
 
+namespace tarnwick {
+
 /// A scroll bar over a distance in pixels, from the top or the left, that may be longer than its
 /// integers reach.
 class ScrollAxis : public QObject
@@ -31,3 +33,5 @@ private:
     double thePosition = 0;
     bool theIsShowing = false;
 };
+
+} // namespace tarnwick

@@ -4,6 +4,8 @@
 #include <string>
 #include <utility>
 
+namespace tarnwick {
+
 StyledTextStorage::StyledTextStorage(StyledText text)
     : theText(std::move(text))
     , theLineCount(static_cast<qsizetype>(theText.lineCount()))
@@ -29,3 +31,5 @@ TextLine StyledTextStorage::line(qsizetype index, qsizetype position, qsizetype 
         static_cast<std::size_t>(position), static_cast<std::size_t>(count), text);
     return {QString::fromStdU16String(text), role};
 }
+
+} // namespace tarnwick

@@ -6,6 +6,8 @@
 #include <iterator>
 #include <utility>
 
+namespace tarnwick {
+
 namespace {
 
 TextPosition unitsBefore(const TextStorage& storage, TextPosition position, qsizetype units)
@@ -86,3 +88,5 @@ TextPosition TextExcerpt::positionOf(int offset) const
     const qsizetype cut = line == 0 ? theRange.begin.unit : 0;
     return {theRange.begin.line + line, bounded - theLineStarts[line] + cut};
 }
+
+} // namespace tarnwick

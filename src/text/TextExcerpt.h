@@ -8,6 +8,8 @@
 
 #include <memory>
 
+namespace tarnwick {
+
 /// The part of a text around a place, as one string with numbered places, lines being separated by
 /// a line feed. A small text is in it as a whole.
 class TextExcerpt
@@ -35,3 +37,5 @@ private:
     QString theText;
     QList<qsizetype> theLineStarts; ///< offsets of the lines, the first being cut or not
 };
+
+} // namespace tarnwick

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+namespace tarnwick {
+
 namespace {
 
 /// Units that are taken from a line between two looks at the clock.
@@ -87,3 +89,5 @@ qsizetype unitsIn(
     }
     return std::min(units, limit + 1);
 }
+
+} // namespace tarnwick

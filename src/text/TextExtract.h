@@ -7,6 +7,8 @@
 
 #include <memory>
 
+namespace tarnwick {
+
 /// The nearest place that a text really has.
 TextPosition clampedToText(const TextStorage& storage, TextPosition position);
 
@@ -45,3 +47,5 @@ QString textOf(std::shared_ptr<const TextStorage> storage, TextRange range, qsiz
 /// than limit. Stops at the deadline and then returns limit + 1 as well.
 qsizetype unitsIn(
     const TextStorage& storage, TextRange range, qsizetype limit, QDeadlineTimer deadline);
+
+} // namespace tarnwick

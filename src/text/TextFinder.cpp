@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <utility>
 
+namespace tarnwick {
+
 namespace {
 
 /// Units that a block has, about: searching one again takes a millisecond.
@@ -214,3 +216,5 @@ TextFinder::Answer TextFinder::previous(TextPosition before) const
     }
     return answer;
 }
+
+} // namespace tarnwick

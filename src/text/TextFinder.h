@@ -9,6 +9,8 @@
 #include <thread>
 #include <vector>
 
+namespace tarnwick {
+
 /// Counts the matches of a search in a thread, and finds the one next to a place.
 ///
 /// Matches are counted for blocks of text, not listed: a letter is found a hundred million times in
@@ -87,3 +89,5 @@ private:
     quint64 theRun = 0; ///< tells late reports of an ended thread
     std::jthread theThread;
 };
+
+} // namespace tarnwick

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr double leastContrast = 4.5;
@@ -90,3 +92,5 @@ QColor TextPalette::colour(ColourRole role) const
     }
     return theDefault;
 }
+
+} // namespace tarnwick

@@ -15,6 +15,8 @@
 
 using namespace std::chrono_literals;
 
+namespace tarnwick {
+
 namespace {
 
 constexpr int progressSteps = 1000;
@@ -121,3 +123,5 @@ void TextPrintJob::end(const QString& reason)
     tellUser(
         printNotice({theName, thePath, thePrinter->printerName(), theMissing}, reason), theWindow);
 }
+
+} // namespace tarnwick

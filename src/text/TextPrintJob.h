@@ -9,10 +9,13 @@
 
 #include <memory>
 
-class PrintedFile;
 class QPrinter;
 class QProgressDialog;
 class QWidget;
+
+namespace tarnwick {
+
+class PrintedFile;
 class TextPrinter;
 
 /// One print command for a text: the print dialog as a sheet on the window, then the printing in
@@ -53,3 +56,5 @@ private:
     QProgressDialog* theProgress = nullptr;
     QTimer theTimer;
 };
+
+} // namespace tarnwick

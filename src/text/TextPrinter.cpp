@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <utility>
 
+namespace tarnwick {
+
 TextPrinter::TextPrinter(std::shared_ptr<const TextStorage> storage, const QFont& font,
     QPagedPaintDevice& device, Choice choice)
     : theDevice(device)
@@ -102,3 +104,5 @@ void TextPrinter::beginPage()
     if (!isReady)
         theHasFailed = theIsDone = true;
 }
+
+} // namespace tarnwick

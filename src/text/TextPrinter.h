@@ -11,6 +11,8 @@
 
 class QPagedPaintDevice;
 
+namespace tarnwick {
+
 /// Prints a text: laid out for the width inside the page's margins, in light colours, split into
 /// pages by height.
 ///
@@ -63,3 +65,5 @@ private:
     bool theIsDone = false;
     bool theHasFailed = false;
 };
+
+} // namespace tarnwick

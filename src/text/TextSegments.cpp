@@ -11,6 +11,8 @@
 #include <cmath>
 #include <utility>
 
+namespace tarnwick {
+
 namespace {
 
 // Without wrapping every visible line may show a segment or two, so they are just wider than a
@@ -168,3 +170,5 @@ void TextSegments::layOut(TextSegment& segment) const
         row.setPosition({x, number * theRowHeight + theBaseline - row.ascent()});
     }
 }
+
+} // namespace tarnwick

@@ -8,6 +8,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace tarnwick {
+
 namespace {
 
 /// Units before and behind the caret that are presented at least.
@@ -184,3 +186,5 @@ QString TextViewAccessible::attributes(int offset, int* start, int* end) const
     const QColor colour = TextPalette(view()->palette()).colour(role);
     return u"color:rgb(%1,%2,%3);"_s.arg(colour.red()).arg(colour.green()).arg(colour.blue());
 }
+
+} // namespace tarnwick

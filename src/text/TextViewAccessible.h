@@ -4,6 +4,8 @@
 
 #include <QAccessibleWidget>
 
+namespace tarnwick {
+
 class PlainTextView;
 
 /// Reads a text view to a screen reader, as a text that can be walked through and selected from but
@@ -48,3 +50,5 @@ private:
     mutable TextExcerpt theExcerpt;
     mutable std::weak_ptr<const TextStorage> theStorage; ///< that the excerpt is of
 };
+
+} // namespace tarnwick

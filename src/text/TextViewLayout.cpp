@@ -9,6 +9,8 @@
 #include <cmath>
 #include <utility>
 
+namespace tarnwick {
+
 TextViewLayout::TextViewLayout()
 {
     theSegments.setStorage(std::make_shared<PlainTextStorage>());
@@ -332,3 +334,5 @@ std::optional<qreal> TextViewLayout::heightInView(Row row) const
         return std::nullopt;
     return y;
 }
+
+} // namespace tarnwick

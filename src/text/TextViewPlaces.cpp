@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace tarnwick {
+
 namespace {
 
 /// Segments that are laid out to the side of the visible ones to find a place; beyond, it is
@@ -256,3 +258,5 @@ bool TextViewLayout::isRightToLeft(TextPosition position) const
 {
     return segmentOf(position)->layout.text().isRightToLeft();
 }
+
+} // namespace tarnwick

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+namespace tarnwick {
+
 namespace {
 
 /// Units that are looked at on each side of a place.
@@ -74,3 +76,5 @@ TextPosition previousWord(const TextStorage& storage, TextPosition position)
     return {
         position.line, around.start + std::max<qsizetype>(around.finder.toPreviousBoundary(), 0)};
 }
+
+} // namespace tarnwick

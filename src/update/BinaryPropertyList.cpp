@@ -5,6 +5,8 @@
 #include <bit>
 #include <limits>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr std::size_t headerSize = 8;
@@ -258,3 +260,5 @@ std::optional<PropertyList> readBinaryPropertyList(const QByteArray& bytes)
 {
     return bytes.startsWith("bplist0") ? Reader(bytes).document() : std::nullopt;
 }
+
+} // namespace tarnwick

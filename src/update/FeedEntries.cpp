@@ -1,5 +1,7 @@
 #include "FeedEntries.h"
 
+namespace tarnwick {
+
 namespace {
 
 std::optional<std::u16string> textUnder(const PropertyList::Dictionary& entry, const char* key)
@@ -27,3 +29,5 @@ std::optional<std::vector<FeedEntry>> feedEntries(const std::optional<PropertyLi
     }
     return entries;
 }
+
+} // namespace tarnwick

@@ -4,6 +4,8 @@
 #include "TextPropertyList.h"
 #include "XmlPropertyList.h"
 
+namespace tarnwick {
+
 namespace {
 
 /// Whether the bytes look like XML, in whichever encoding. The old text form may begin with "<" as
@@ -30,3 +32,5 @@ std::optional<PropertyList> readPropertyList(const QByteArray& bytes)
         return readXmlPropertyList(bytes);
     return readTextPropertyList(bytes);
 }
+
+} // namespace tarnwick

@@ -9,6 +9,8 @@
 #include <optional>
 #include <variant>
 
+namespace tarnwick {
+
 /// A value of a property list: a text, a number, a truth value, a date, bytes, or a list or a
 /// dictionary of further values. A value like any other: copies share what they hold.
 struct PropertyList
@@ -67,3 +69,5 @@ private:
 /// "bplist0"), XML (they begin with "<", data in angle brackets excepted), or the old text form.
 /// @returns nothing when the bytes are no property list, are damaged, or cost more than the budget.
 std::optional<PropertyList> readPropertyList(const QByteArray& bytes);
+
+} // namespace tarnwick

@@ -2,6 +2,8 @@
 
 #include <QStringDecoder>
 
+namespace tarnwick {
+
 namespace {
 
 /// What the octal escapes \200 to \377 stand for: the form's own code page, from 0x80.
@@ -227,3 +229,5 @@ std::optional<PropertyList> readTextPropertyList(const QByteArray& bytes)
     std::optional<QString> text = decoded(bytes);
     return text ? Reader(std::move(*text)).document() : std::nullopt;
 }
+
+} // namespace tarnwick

@@ -2,6 +2,8 @@
 
 #include "PropertyList.h"
 
+namespace tarnwick {
+
 /// Reads a property list in its old text form: `( … )` lists, `{ key = value; … }` dictionaries,
 /// `<0f a0>` data, and texts, quoted by " or ' or bare. Comments are those of C++. All leaves are
 /// texts or data: this form knows no numbers.
@@ -10,3 +12,5 @@
 /// @returns nothing when they are not, the syntax is broken, something follows the value, or the
 /// list exceeds PropertyListBudget.
 std::optional<PropertyList> readTextPropertyList(const QByteArray& bytes);
+
+} // namespace tarnwick

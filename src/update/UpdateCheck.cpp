@@ -11,6 +11,8 @@
 #include <QPushButton>
 #include <QUrl>
 
+namespace tarnwick {
+
 namespace {
 
 QString qString(std::u16string_view text)
@@ -175,3 +177,5 @@ void UpdateCheck::download(const QString& address)
         });
     }
 }
+
+} // namespace tarnwick

@@ -8,6 +8,8 @@
 
 #include <chrono>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr int mostRedirects = 20;
@@ -128,3 +130,5 @@ void UpdateDownload::end()
     hasEnded = true;
     QMetaObject::invokeMethod(theReply, &QNetworkReply::abort, Qt::QueuedConnection);
 }
+
+} // namespace tarnwick

@@ -7,6 +7,8 @@ class QNetworkAccessManager;
 class QNetworkReply;
 class QUrl;
 
+namespace tarnwick {
+
 /// Fetches the update feed: one plain GET, of which nothing is heard unless it succeeds.
 ///
 /// Redirects are followed while they keep the scheme, so that a secure address stays one; at most
@@ -46,3 +48,5 @@ private:
     QByteArray theBody;
     bool hasEnded = false;
 };
+
+} // namespace tarnwick

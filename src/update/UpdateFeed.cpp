@@ -2,6 +2,8 @@
 
 #include <unicode/unorm2.h>
 
+namespace tarnwick {
+
 namespace {
 
 /// The text in its canonical decomposition; as it is where ICU has no data.
@@ -80,3 +82,5 @@ bool isFeedAnswer(int httpStatus, std::string_view contentType)
     return httpStatus >= 200 && httpStatus <= 299
         && (mediaType == "text/xml" || mediaType == "text/plain");
 }
+
+} // namespace tarnwick

@@ -4,6 +4,8 @@
 #include <QTimeZone>
 #include <QXmlStreamReader>
 
+namespace tarnwick {
+
 namespace {
 
 std::optional<PropertyList> integerFrom(QString text)
@@ -183,3 +185,5 @@ std::optional<PropertyList> readXmlPropertyList(const QByteArray& bytes)
 {
     return Reader(bytes).document();
 }
+
+} // namespace tarnwick

@@ -1,5 +1,7 @@
 #include "versions/IncrementalUpdate.h"
 
+namespace tarnwick {
+
 namespace {
 
 constexpr std::string_view marker = "%%EOF";
@@ -13,3 +15,5 @@ bool isIncrementallyUpdated(std::string_view bytes)
         return false;
     return bytes.substr(0, bytes.size() - tail).find(marker) != std::string_view::npos;
 }
+
+} // namespace tarnwick

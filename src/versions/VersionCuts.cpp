@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+namespace tarnwick {
+
 std::vector<std::size_t> versionCuts(std::string_view bytes)
 {
     constexpr std::string_view marker = "%%EOF";
@@ -21,3 +23,5 @@ std::vector<std::size_t> versionCuts(std::string_view bytes)
     }
     return cuts;
 }
+
+} // namespace tarnwick

@@ -1,5 +1,7 @@
 #include "versions/VersionNaming.h"
 
+namespace tarnwick {
+
 FileNameParts fileNameParts(std::string_view path)
 {
     while (path.ends_with('/'))
@@ -31,3 +33,5 @@ std::string versionFileName(std::string_view base, std::size_t number, std::stri
         digits.insert(0, 3 - digits.size(), '0');
     return std::string(base) + "-" + digits + std::string(extension);
 }
+
+} // namespace tarnwick

@@ -11,6 +11,8 @@
 #include <system_error>
 #include <unistd.h>
 
+namespace tarnwick {
+
 namespace {
 
 /// Small enough that a cancel is heard at once on a slow disk.
@@ -180,3 +182,5 @@ VersionResult VersionWriter::write(
     }
     return {VersionResult::Outcome::isDone, cuts.size(), {}, {}};
 }
+
+} // namespace tarnwick

@@ -9,6 +9,7 @@
 #include <iterator>
 
 using namespace std::string_literals;
+using namespace tarnwick;
 
 namespace {
 

@@ -6,6 +6,8 @@
 #include <random>
 #include <string>
 
+using namespace tarnwick;
+
 /// The vector form must say of every byte what the portable form says.
 class TestBlockMasks : public QObject
 {

@@ -8,6 +8,8 @@
 #include <fstream>
 #include <iterator>
 
+using namespace tarnwick;
+
 /// What small files of every shape are listed as: kept for ever, as files beside them, so that a
 /// change that alters a listing shows as a difference that somebody has to want.
 class TestGoldenListings : public QObject

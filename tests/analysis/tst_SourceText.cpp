@@ -2,6 +2,8 @@
 
 #include <QtTest>
 
+using namespace tarnwick;
+
 /// What the comparison with the plain analysis does not see: how the analysis is asked, and that it
 /// stays quick and small.
 class TestSourceText : public QObject

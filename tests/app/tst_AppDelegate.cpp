@@ -22,6 +22,8 @@
 #include <atomic>
 #include <memory>
 
+using namespace tarnwick;
+
 class TestAppDelegate : public QObject
 {
     Q_OBJECT

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <limits>
 
+using namespace tarnwick;
+
 class TestPreferences : public QObject
 {
     Q_OBJECT

@@ -16,6 +16,7 @@
 #include <QTest>
 
 using namespace Qt::StringLiterals;
+using namespace tarnwick;
 
 namespace {
 

@@ -11,6 +11,7 @@
 #include <sys/resource.h>
 
 using namespace Qt::StringLiterals;
+using namespace tarnwick;
 
 namespace {
 

@@ -21,6 +21,8 @@
 
 #include <memory>
 
+using namespace tarnwick;
+
 class TestDocument : public QObject
 {
     Q_OBJECT

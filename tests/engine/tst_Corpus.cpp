@@ -6,6 +6,8 @@
 #include <QDirIterator>
 #include <QTest>
 
+using namespace tarnwick;
+
 /// Flattens every file of a folder of real ones and scans the result: one catalog, one trailer that
 /// tells Root and Size, and the document's pages, each of them readable again. Skipped without a
 /// folder: set TARNWICK_CORPUS.

@@ -2,6 +2,8 @@
 
 #include <QTest>
 
+using namespace tarnwick;
+
 class TestFlatSpelling : public QObject
 {
     Q_OBJECT

@@ -7,6 +7,8 @@
 
 #include <QTest>
 
+using namespace tarnwick;
+
 namespace {
 
 QByteArray flatOf(const std::string& file)

@@ -16,6 +16,8 @@
 #include <sys/socket.h>
 #include <sys/syscall.h>
 
+using namespace tarnwick;
+
 /// What stands behind the filter of system calls, as far as the kernel grants it: tried without the
 /// filter.
 class TestIsolation : public QObject

@@ -23,6 +23,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+using namespace tarnwick;
+
 namespace {
 
 constexpr std::size_t page = 4096;

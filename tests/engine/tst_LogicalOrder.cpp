@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <random>
 
+using namespace tarnwick;
+
 namespace {
 
 std::mt19937 random(3);

@@ -6,6 +6,8 @@
 #include <QString>
 #include <QStringList>
 
+namespace tarnwick {
+
 /// Reads RTF back, as far as the writer goes: the text of the body, and how it looks.
 class RtfReader
 {
@@ -138,3 +140,5 @@ private:
     int theGreen = 0;
     int theBlue = 0;
 };
+
+} // namespace tarnwick

@@ -18,6 +18,7 @@
 #include <tuple>
 
 using namespace Qt::StringLiterals;
+using namespace tarnwick;
 
 class TestDocumentExport : public QObject
 {

@@ -17,6 +17,7 @@
 #include <array>
 
 using namespace Qt::StringLiterals;
+using namespace tarnwick;
 
 namespace {
 

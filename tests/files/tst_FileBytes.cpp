@@ -9,6 +9,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace tarnwick;
+
 class TestFileBytes : public QObject
 {
     Q_OBJECT

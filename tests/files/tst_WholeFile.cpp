@@ -19,6 +19,7 @@
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
+using namespace tarnwick;
 
 namespace {
 

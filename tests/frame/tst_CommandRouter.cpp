@@ -10,6 +10,8 @@
 
 #include <memory>
 
+using namespace tarnwick;
+
 namespace {
 
 /// Takes "work", and "mark" with its sender; refuses what it is told to.

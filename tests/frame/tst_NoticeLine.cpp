@@ -15,6 +15,7 @@
 #include <memory>
 
 using namespace Qt::StringLiterals;
+using namespace tarnwick;
 
 namespace {
 

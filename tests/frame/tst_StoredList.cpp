@@ -10,6 +10,8 @@
 #include <memory>
 #include <vector>
 
+using namespace tarnwick;
+
 namespace {
 
 const QString addition = QStringLiteral("--add");

@@ -6,6 +6,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using namespace tarnwick;
+
 class TestWindowPlace : public QObject
 {
     Q_OBJECT

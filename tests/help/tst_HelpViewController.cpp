@@ -9,6 +9,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using namespace tarnwick;
+
 class TestHelpViewController : public QObject
 {
     Q_OBJECT

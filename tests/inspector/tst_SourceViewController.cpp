@@ -16,6 +16,7 @@
 #include <utility>
 
 using namespace Qt::StringLiterals;
+using namespace tarnwick;
 
 namespace {
 

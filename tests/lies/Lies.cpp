@@ -6,6 +6,8 @@
 
 #include <unistd.h>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr float infinite = std::numeric_limits<float>::infinity();
@@ -369,3 +371,5 @@ const Lie* lieNamed(std::string_view name)
         lies.begin(), lies.end(), [name](const Lie& one) { return one.name == name; });
     return lie == lies.end() ? nullptr : &*lie;
 }
+
+} // namespace tarnwick

@@ -5,6 +5,8 @@
 #include <array>
 #include <vector>
 
+namespace tarnwick {
+
 /// One lie of an engine.
 struct Lie
 {
@@ -27,3 +29,5 @@ void putLink(
 void putEntry(PayloadWriter& result, int depth, std::string_view title, int page);
 /// What isFlat and isPrint bring.
 PayloadWriter writtenAnswer(std::uint64_t size);
+
+} // namespace tarnwick

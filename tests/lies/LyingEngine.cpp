@@ -13,6 +13,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace tarnwick;
+
 namespace {
 
 bool readWhole(void* target, std::size_t size)

@@ -6,6 +6,8 @@
 
 #include <unistd.h>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr int pageCount = 3;
@@ -141,3 +143,5 @@ void Teller::write(std::string_view bytes)
         bytes.remove_prefix(static_cast<std::size_t>(written));
     }
 }
+
+} // namespace tarnwick

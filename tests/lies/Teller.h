@@ -4,6 +4,8 @@
 
 #include <string>
 
+namespace tarnwick {
+
 /// A request as the engine gets it.
 struct Question
 {
@@ -38,3 +40,5 @@ private:
     std::string theLie;
     int theFlat;
 };
+
+} // namespace tarnwick

@@ -21,6 +21,7 @@
 #include <QTreeView>
 
 using namespace Qt::StringLiterals;
+using namespace tarnwick;
 
 namespace {
 

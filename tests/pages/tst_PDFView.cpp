@@ -20,6 +20,7 @@
 #include <csignal>
 
 using namespace Qt::StringLiterals;
+using namespace tarnwick;
 
 namespace {
 

@@ -8,6 +8,8 @@
 
 #include <algorithm>
 
+using namespace tarnwick;
+
 namespace {
 
 const QSizeF letter(612, 792);

@@ -3,6 +3,7 @@
 #include <QTest>
 
 using namespace Qt::StringLiterals;
+using namespace tarnwick;
 
 /// What is missing, in words.
 class TestLossText : public QObject

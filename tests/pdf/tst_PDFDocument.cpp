@@ -12,6 +12,7 @@
 #include <csignal>
 
 using namespace Qt::StringLiterals;
+using namespace tarnwick;
 
 namespace {
 

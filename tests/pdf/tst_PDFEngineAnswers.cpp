@@ -6,6 +6,8 @@
 
 #include <limits>
 
+using namespace tarnwick;
+
 namespace {
 
 constexpr float infinite = std::numeric_limits<float>::infinity();

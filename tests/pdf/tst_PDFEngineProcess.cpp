@@ -6,6 +6,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using namespace tarnwick;
+
 class TestPDFEngineProcess : public QObject
 {
     Q_OBJECT

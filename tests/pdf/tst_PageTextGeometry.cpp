@@ -6,6 +6,8 @@
 #include <QPainter>
 #include <QTest>
 
+using namespace tarnwick;
+
 namespace {
 
 /// Lines of characters 10 wide and 12 high, 20 apart, from (100, 100) on.

@@ -8,6 +8,8 @@
 #include <QSignalSpy>
 #include <QTest>
 
+using namespace tarnwick;
+
 class TestPlainPDFViewController : public QObject
 {
     Q_OBJECT

@@ -23,6 +23,8 @@
 
 #include <unistd.h>
 
+using namespace tarnwick;
+
 namespace {
 
 const QByteArray former = "what had the name before";

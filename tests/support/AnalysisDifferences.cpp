@@ -7,6 +7,9 @@
 #include <memory>
 
 using namespace std::string_literals;
+
+namespace tarnwick {
+
 using plain::ColouredText;
 
 namespace {
@@ -146,3 +149,5 @@ std::string analysisDifferences(const std::string& bytes)
         return "cuts";
     return {};
 }
+
+} // namespace tarnwick

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+namespace tarnwick {
+
 /// Pieces written one after another in UTF-8, each behind the letter of its role.
 std::string shownPieces(const std::vector<plain::ColouredText>& pieces);
 
@@ -13,3 +15,5 @@ std::string shownPieces(const std::vector<plain::ColouredText>& pieces);
 /// @param bytes a file's bytes, any whatever.
 /// @returns the first thing that the analysis says otherwise; empty if nothing.
 std::string analysisDifferences(const std::string& bytes);
+
+} // namespace tarnwick

@@ -8,6 +8,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+namespace tarnwick {
+
 /// What becomes of a deed: 0 when it is done, the error that it ends with, or this for a signal
 /// that ends the process.
 constexpr int endedBy(int signal)
@@ -22,7 +24,6 @@ struct Deed
     int (*run)() = nullptr;
     int outcome = 0; ///< what is to become of it
 };
-Q_DECLARE_METATYPE(Deed)
 
 inline int errorOf(long result)
 {
@@ -46,3 +47,7 @@ template<typename Prepare, typename Run> int outcomeOf(Prepare prepare, Run run)
     ::waitpid(child, &status, 0);
     return WIFEXITED(status) ? WEXITSTATUS(status) : endedBy(WTERMSIG(status));
 }
+
+} // namespace tarnwick
+
+Q_DECLARE_METATYPE(tarnwick::Deed)

@@ -7,6 +7,8 @@
 
 #include <functional>
 
+namespace tarnwick {
+
 /// One run of the companion: what it printed, and how it ended.
 struct CompanionRun
 {
@@ -40,3 +42,5 @@ inline CompanionRun runCompanion(const QStringList& words, const CompanionSettin
     return {isExit ? process.exitCode() : -1, process.readAllStandardOutput(),
         process.readAllStandardError()};
 }
+
+} // namespace tarnwick

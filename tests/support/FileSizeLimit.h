@@ -2,6 +2,8 @@
 
 #include <sys/resource.h>
 
+namespace tarnwick {
+
 /// As if the disk were full once a file has this many bytes.
 class FileSizeLimit
 {
@@ -19,3 +21,5 @@ public:
 private:
     rlimit theOld = {};
 };
+
+} // namespace tarnwick

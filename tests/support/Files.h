@@ -4,6 +4,8 @@
 #include <QFile>
 #include <QString>
 
+namespace tarnwick {
+
 inline QByteArray contentOf(const QString& path)
 {
     QFile file(path);
@@ -17,3 +19,5 @@ inline void writeFile(const QString& path, const QByteArray& content)
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
         qFatal("a file of the test cannot be written");
 }
+
+} // namespace tarnwick

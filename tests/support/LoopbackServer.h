@@ -8,6 +8,8 @@
 #include <QTcpSocket>
 #include <QUrl>
 
+namespace tarnwick {
+
 /// A web server on loopback that answers by path with prepared bytes, then hangs up.
 class LoopbackServer : public QObject
 {
@@ -58,3 +60,5 @@ private:
     QList<QByteArray> theRequests;
     qint64 theBytesSent = 0;
 };
+
+} // namespace tarnwick

@@ -2,6 +2,8 @@
 
 #include "support/PdfBuilder.h"
 
+namespace tarnwick {
+
 /// Pages of which no engine gets everything, whatever the machine.
 namespace LostPages {
 
@@ -48,3 +50,5 @@ inline PdfBuilder secondOfThree()
 }
 
 } // namespace LostPages
+
+} // namespace tarnwick

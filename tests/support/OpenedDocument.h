@@ -6,6 +6,8 @@
 
 #include <string>
 
+namespace tarnwick {
+
 /// A document on bytes in memory, whose opening has been waited for.
 class OpenedDocument
 {
@@ -41,3 +43,5 @@ public:
 private:
     PDFDocument theDocument;
 };
+
+} // namespace tarnwick

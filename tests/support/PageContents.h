@@ -4,6 +4,8 @@
 
 #include <QImage>
 
+namespace tarnwick {
+
 /// What a document's pages say and show, asked of its engine and waited for.
 namespace PageContents {
 
@@ -37,3 +39,5 @@ inline QImage image(
 }
 
 } // namespace PageContents
+
+} // namespace tarnwick

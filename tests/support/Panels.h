@@ -8,6 +8,8 @@
 #include <QTimer>
 #include <QWidget>
 
+namespace tarnwick {
+
 /// Top-level widgets of a class that show, oldest first where they stand for equal things.
 template<class Widget> QList<Widget*> allShown()
 {
@@ -41,3 +43,5 @@ inline void answerNext(QMessageBox::StandardButton button)
             question->button(button)->click();
     });
 }
+
+} // namespace tarnwick

@@ -2,6 +2,8 @@
 
 #include <cstdio>
 
+namespace tarnwick {
+
 namespace {
 
 std::string reference(int number)
@@ -230,3 +232,5 @@ std::string PdfBuilder::bytes() const
     }
     return file;
 }
+
+} // namespace tarnwick

@@ -5,6 +5,8 @@
 #include <utility>
 #include <vector>
 
+namespace tarnwick {
+
 /// Builds correct PDF files for tests, one object a few lines, offsets and lengths right.
 ///
 /// Object 1 is the catalog, 2 the one page tree node, 3 the font Helvetica; pages and further
@@ -69,3 +71,5 @@ private:
     int theInfo = 0;
     std::vector<std::pair<int, std::string>> theUpdates;
 };
+
+} // namespace tarnwick

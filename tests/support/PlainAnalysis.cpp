@@ -8,6 +8,8 @@
 #include <optional>
 #include <utility>
 
+namespace tarnwick {
+
 namespace plain {
 namespace {
 
@@ -375,3 +377,5 @@ std::vector<std::size_t> cuts(const std::string& bytes)
 }
 
 } // namespace plain
+
+} // namespace tarnwick

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+namespace tarnwick {
+
 /// The source analysis once more, as slow and as plain as it can be: the second opinion that the
 /// tests hold against the real one. Lines are strings, every record has a copy of its lines, and
 /// each rule is written out where it applies. It shares no code with the analysis.
@@ -31,3 +33,5 @@ Analysis analyse(const std::string& bytes);
 std::vector<std::size_t> cuts(const std::string& bytes);
 
 } // namespace plain
+
+} // namespace tarnwick

@@ -4,6 +4,8 @@
 #include <random>
 #include <vector>
 
+namespace tarnwick {
+
 namespace randomSource {
 namespace {
 
@@ -215,3 +217,5 @@ std::string damagedFile(std::uint64_t seed)
 }
 
 } // namespace randomSource
+
+} // namespace tarnwick

@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <string>
 
+namespace tarnwick {
+
 /// Texts that a scan for lines and keywords could trip over. The same seed gives the same text on
 /// every machine.
 namespace randomSource {
@@ -17,3 +19,5 @@ std::string shuffledLines(std::uint64_t seed);
 std::string damagedFile(std::uint64_t seed);
 
 } // namespace randomSource
+
+} // namespace tarnwick

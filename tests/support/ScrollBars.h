@@ -4,6 +4,8 @@
 #include <QStyle>
 #include <QStyleOptionSlider>
 
+namespace tarnwick {
+
 /// Whether the handle of a horizontal scroll bar is drawn in its left half.
 inline bool isHandleAtTheLeft(const QScrollBar& bar)
 {
@@ -21,3 +23,5 @@ inline bool isHandleAtTheLeft(const QScrollBar& bar)
         QStyle::CC_ScrollBar, &option, QStyle::SC_ScrollBarSlider, &bar);
     return handle.center().x() < bar.width() / 2;
 }
+
+} // namespace tarnwick

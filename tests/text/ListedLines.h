@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <utility>
 
+namespace tarnwick {
+
 inline QStringList linesOf(const TextStorage& storage)
 {
     QStringList lines;
@@ -60,3 +62,5 @@ private:
     qsizetype theLineCount;
     qsizetype theLength;
 };
+
+} // namespace tarnwick

@@ -2,6 +2,8 @@
 
 #include <QTest>
 
+using namespace tarnwick;
+
 class TestTextPalette : public QObject
 {
     Q_OBJECT

@@ -22,6 +22,7 @@
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
+using namespace tarnwick;
 
 /// Prints texts into files, through the dialog.
 class TestTextPrintJob : public QObject

@@ -11,6 +11,7 @@
 #include <QTest>
 
 using namespace Qt::StringLiterals;
+using namespace tarnwick;
 
 /// Prints to PDF files and reads them with poppler's tools.
 class TestTextPrinter : public QObject

@@ -8,6 +8,8 @@
 #include <plist/plist.h>
 #endif
 
+using namespace tarnwick;
+
 using List = PropertyList::Array;
 using Dictionary = PropertyList::Dictionary;
 

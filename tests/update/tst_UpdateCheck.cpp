@@ -12,6 +12,8 @@
 #include <QTest>
 #include <QTimer>
 
+using namespace tarnwick;
+
 namespace {
 
 constexpr int patience = 60'000; // milliseconds: machines that test are busy

@@ -4,6 +4,8 @@
 
 #include <vector>
 
+using namespace tarnwick;
+
 namespace {
 
 const std::u16string prefix = u"https://site.example/app/";

@@ -4,6 +4,8 @@
 
 #include <QTest>
 
+using namespace tarnwick;
+
 class TestVersionCuts : public QObject
 {
     Q_OBJECT

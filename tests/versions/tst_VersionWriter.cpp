@@ -15,6 +15,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+using namespace tarnwick;
+
 namespace {
 
 /// Three saves; the last block is long enough to be written in several slices.

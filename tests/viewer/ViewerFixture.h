@@ -9,6 +9,8 @@
 
 #include <QTest>
 
+namespace tarnwick {
+
 /// View flags that a test sets.
 class TestFlags : public ViewFlags
 {
@@ -60,3 +62,5 @@ private:
     std::unique_ptr<PDFDocumentText> theText;
     std::unique_ptr<ViewController> theController;
 };
+
+} // namespace tarnwick

@@ -15,6 +15,7 @@
 #include <QTreeView>
 
 using namespace Qt::StringLiterals;
+using namespace tarnwick;
 
 /// What the main window says of pages that cannot be read, and where its text stands meanwhile.
 class TestMissingText : public QObject

@@ -3,6 +3,8 @@
 
 #include <QTest>
 
+using namespace tarnwick;
+
 namespace {
 
 std::vector<std::u16string> numbers(int first, int last)

@@ -23,6 +23,7 @@
 #include <functional>
 
 using namespace Qt::StringLiterals;
+using namespace tarnwick;
 
 namespace {
 

@@ -10,6 +10,7 @@
 #include <QToolButton>
 
 using namespace Qt::StringLiterals;
+using namespace tarnwick;
 
 namespace {
 

@@ -8,6 +8,8 @@
 #include <QTextLayout>
 #include <QTextTable>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr double margin = 54.0; // points; A4 then has lines of about 85 characters
@@ -428,3 +430,5 @@ void ManualLayout::paint()
         painter.drawText(foot, Qt::AlignRight | Qt::AlignBottom, QString::number(page + 1));
     }
 }
+
+} // namespace tarnwick

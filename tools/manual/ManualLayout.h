@@ -11,6 +11,8 @@ class QPdfWriter;
 class QPainter;
 class QTextBlock;
 
+namespace tarnwick {
+
 /// The manual laid out on pages: a title page with the contents, then the chapters.
 ///
 /// The source is Markdown as Qt reads it: "#" is the title, "##" begins a chapter, "###" a
@@ -75,3 +77,5 @@ private:
     QStringList theProblems;
     PdfExtras theExtras;
 };
+
+} // namespace tarnwick

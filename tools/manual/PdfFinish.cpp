@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+namespace tarnwick {
+
 namespace {
 
 /// A text string (ISO 32000-2, 7.9.2.2): UTF-16 with a mark, in hexadecimal form.
@@ -182,3 +184,5 @@ std::optional<QByteArray> finishPdf(const QByteArray& painted, const PdfExtras& 
         return std::nullopt;
     return objects->written();
 }
+
+} // namespace tarnwick

@@ -8,6 +8,8 @@
 
 #include <optional>
 
+namespace tarnwick {
+
 /// A place in a document: a page, counted from 0, and points below its upper edge.
 struct PdfPlace
 {
@@ -50,3 +52,5 @@ struct PdfExtras
 /// over as they are, but for pages, catalog and Info dictionary.
 /// @returns nothing when the file is not of this kind, or a place lies on no page.
 std::optional<QByteArray> finishPdf(const QByteArray& painted, const PdfExtras& extras);
+
+} // namespace tarnwick

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+namespace tarnwick {
+
 namespace {
 
 /// The number that follows a key, such as the object number of a reference; 0 when there is none.
@@ -131,3 +133,5 @@ QByteArray PdfObjects::written() const
         + size + "\n/Root " + reference(theCatalog) + "\n/Info " + reference(theInfo) + "\n/ID ["
         + identifier + ' ' + identifier + "]\n>>\nstartxref\n" + table + "\n%%EOF\n";
 }
+
+} // namespace tarnwick

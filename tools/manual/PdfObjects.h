@@ -6,6 +6,8 @@
 
 #include <optional>
 
+namespace tarnwick {
+
 /// The objects of a PDF file as QPdfWriter lays it out: found through its classic cross-reference
 /// table, changed as bytes, and written out again under the same numbers.
 class PdfObjects
@@ -37,3 +39,5 @@ private:
     int theCatalog = 0;
     int theInfo = 0;
 };
+
+} // namespace tarnwick

@@ -10,6 +10,8 @@
 
 #include <cstdio>
 
+using namespace tarnwick;
+
 namespace {
 
 int fail(const QString& reason)

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+namespace tarnwick {
+
 namespace {
 
 /// Fonts, images and parsed resources that MuPDF keeps for later pages.
@@ -151,3 +153,5 @@ LoadedPage::~LoadedPage()
     if (thePage)
         fz_drop_page(theContext, &thePage->super);
 }
+
+} // namespace tarnwick

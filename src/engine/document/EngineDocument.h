@@ -9,6 +9,8 @@
 #include <string>
 #include <string_view>
 
+namespace tarnwick {
+
 /// The document in the engine: MuPDF's handles and what was found out when it was opened.
 class EngineDocument
 {
@@ -79,3 +81,5 @@ private:
     pdf_page* thePage = nullptr;
     int theError = FZ_ERROR_GENERIC;
 };
+
+} // namespace tarnwick

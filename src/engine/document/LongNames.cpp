@@ -6,6 +6,8 @@
 #include <charconv>
 #include <set>
 
+namespace tarnwick {
+
 namespace {
 
 /// What an object stream may unpack to here; those of real files have some hundred kilobytes.
@@ -84,3 +86,5 @@ void LongNames::collectFrom(std::string_view bytes)
         slash = bytes.find('/', end);
     }
 }
+
+} // namespace tarnwick

@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+namespace tarnwick {
+
 /// The names of a document that are longer than a name may be: 127 bytes (ISO 32000-1, Annex C;
 /// ISO 32000-2 has no such limit). MuPDF cuts them there, while the content streams that use a
 /// name of a resource keep it whole, so a file with cut names has lost its fonts for every reader
@@ -34,3 +36,5 @@ private:
     /// By what MuPDF leaves of them; nothing before they are collected.
     std::optional<std::map<std::string, std::string, std::less<>>> theNames;
 };
+
+} // namespace tarnwick

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr std::size_t maximumDepth = 256;
@@ -188,3 +190,5 @@ bool installPageMap(fz_context* ctx, pdf_document* document, const PageTree& tre
     document->linear_page_count = static_cast<int>(count);
     return true;
 }
+
+} // namespace tarnwick

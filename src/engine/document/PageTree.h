@@ -5,6 +5,8 @@
 #include <unordered_map>
 #include <vector>
 
+namespace tarnwick {
+
 /// The page tree as found by walking it once (ISO 32000-2, 7.7.3).
 ///
 /// Kids decide, not Count: writers that append pages forget it, and a hostile Count says anything.
@@ -26,3 +28,5 @@ PageTree walkPageTree(fz_context* ctx, pdf_document* document);
 /// root's Count, beyond which it reads no page.
 /// @returns false without memory for it.
 bool installPageMap(fz_context* ctx, pdf_document* document, const PageTree& tree);
+
+} // namespace tarnwick

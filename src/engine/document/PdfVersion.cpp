@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstddef>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr std::size_t longestNumber = 2;
@@ -48,3 +50,5 @@ std::optional<PdfVersion> headerVersion(std::string_view file)
     file.remove_prefix(place + marker.size());
     return takeVersion(file);
 }
+
+} // namespace tarnwick

@@ -4,6 +4,8 @@
 #include <optional>
 #include <string_view>
 
+namespace tarnwick {
+
 /// A version of PDF as files state it, "1.7": two numbers, each of one or two digits. 1.10 comes
 /// after 1.9.
 struct PdfVersion
@@ -22,3 +24,5 @@ std::optional<PdfVersion> parsePdfVersion(std::string_view text);
 /// 1024 bytes. What follows the two numbers does not matter.
 /// @returns nothing when there is no header, or no version in it.
 std::optional<PdfVersion> headerVersion(std::string_view file);
+
+} // namespace tarnwick

@@ -2,6 +2,8 @@
 
 #include "Attempt.h"
 
+namespace tarnwick {
+
 bool isUnreadable(const EngineDocument& document, int number)
 {
     fz_context* const ctx = document.context();
@@ -63,3 +65,5 @@ EngineLoss contentLoss(const EngineDocument& document, pdf_obj* page)
         return EngineLoss::isNone;
     return count.lost == count.parts ? EngineLoss::isDamaged : EngineLoss::isDamagedInPart;
 }
+
+} // namespace tarnwick

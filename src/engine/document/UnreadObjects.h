@@ -3,6 +3,8 @@
 #include "EngineDocument.h"
 #include "protocol/EngineProtocol.h"
 
+namespace tarnwick {
+
 /// Whether an object stands in the file's table but cannot be read. A number that no object has is
 /// no damage: what leads there is null (ISO 32000-2, 7.3.10). Throws nothing.
 bool isUnreadable(const EngineDocument& document, int number);
@@ -12,3 +14,5 @@ bool isUnreadable(const EngineDocument& document, int number);
 /// looked at.
 /// @param page a page's dictionary. Throws nothing.
 EngineLoss contentLoss(const EngineDocument& document, pdf_obj* page);
+
+} // namespace tarnwick

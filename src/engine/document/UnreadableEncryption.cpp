@@ -2,6 +2,8 @@
 
 #include "Attempt.h"
 
+namespace tarnwick {
+
 namespace {
 
 constexpr std::string_view encryptKey = "/Encrypt";
@@ -108,3 +110,5 @@ std::optional<std::string> unreadableEncryption(fz_context* ctx, std::string_vie
     fz_drop_stream(ctx, stream);
     return reason;
 }
+
+} // namespace tarnwick

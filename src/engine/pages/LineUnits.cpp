@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace tarnwick {
+
 namespace {
 
 bool isMark(char32_t character)
@@ -103,3 +105,5 @@ std::vector<LineUnit> lineUnits(std::span<const DrawnCharacter> line)
 {
     return UnitFinder(line).units();
 }
+
+} // namespace tarnwick

@@ -4,6 +4,8 @@
 #include <span>
 #include <vector>
 
+namespace tarnwick {
+
 /// A character of a line in the order in which it was drawn. Places are measured along the line,
 /// in any unit, from what a reader sees on the left to what stands on the right.
 struct DrawnCharacter
@@ -39,3 +41,5 @@ bool isLeftToRightLetter(char32_t character);
 /// behind other than left-to-right letters comes after its marks, as everything there comes in
 /// reverse.
 std::vector<LineUnit> lineUnits(std::span<const DrawnCharacter> line);
+
+} // namespace tarnwick

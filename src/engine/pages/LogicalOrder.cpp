@@ -9,6 +9,8 @@
 #include <memory>
 #include <string>
 
+namespace tarnwick {
+
 namespace {
 
 UCharDirection directionOf(char32_t character)
@@ -239,3 +241,5 @@ std::vector<LogicalPlace> logicalOrder(
     }
     return result;
 }
+
+} // namespace tarnwick

@@ -6,6 +6,8 @@
 #include <span>
 #include <vector>
 
+namespace tarnwick {
+
 /// The narrowest gap that is a space, in sizes of the letters. MuPDF has the same for letters that
 /// run from the left; between others it finds no spaces.
 constexpr double smallestSpace = 0.15;
@@ -46,3 +48,5 @@ struct LogicalPlace
 ///   and the order of drawing is the best there is.
 std::vector<LogicalPlace> logicalOrder(
     std::span<const DrawnCharacter> line, double size, bool readsFromRight);
+
+} // namespace tarnwick

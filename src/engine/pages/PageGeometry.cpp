@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr float smallestSide = 1;
@@ -33,3 +35,5 @@ PageGeometry pageGeometry(fz_context* ctx, pdf_obj* page)
     geometry.toPageSpace = matrix;
     return geometry;
 }
+
+} // namespace tarnwick

@@ -2,6 +2,8 @@
 
 #include <mupdf/pdf.h>
 
+namespace tarnwick {
+
 /// Where a page lies: page space has its origin in the upper left corner of the page as shown, with
 /// the page's own rotation, y downwards, in points.
 struct PageGeometry
@@ -15,3 +17,5 @@ struct PageGeometry
 /// that viewers must take (ISO 32000-2, annex C); boxes without area, or of values that are no
 /// numbers, count as 612 x 792.
 PageGeometry pageGeometry(fz_context* ctx, pdf_obj* page);
+
+} // namespace tarnwick

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr std::size_t longestNumber = 255;
@@ -136,3 +138,5 @@ std::optional<std::string> pageLabel(const std::vector<PageLabelRange>& ranges, 
         + styledNumber(
             range.style, static_cast<int>(std::min<std::int64_t>(number, 2'000'000'000)));
 }
+
+} // namespace tarnwick

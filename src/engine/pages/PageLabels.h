@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+namespace tarnwick {
+
 /// One range of equally labelled pages (ISO 32000-2, 12.4.2).
 struct PageLabelRange
 {
@@ -21,3 +23,5 @@ std::vector<PageLabelRange> readPageLabels(fz_context* ctx, pdf_document* docume
 /// The label of a page, UTF-8, numbers written with at most 255 characters.
 /// @returns nothing for a page in front of the first range.
 std::optional<std::string> pageLabel(const std::vector<PageLabelRange>& ranges, int page);
+
+} // namespace tarnwick

@@ -8,6 +8,8 @@
 #include <set>
 #include <vector>
 
+namespace tarnwick {
+
 namespace {
 
 /// The beginning of a text that an answer may hold, whole characters of UTF-8.
@@ -225,3 +227,5 @@ int readOutline(const EngineDocument& document, PayloadWriter& result)
     fz_drop_outline(ctx, outline);
     return FZ_ERROR_NONE;
 }
+
+} // namespace tarnwick

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+namespace tarnwick {
+
 namespace {
 
 /// Characters of the same look.
@@ -139,3 +141,5 @@ int readPageText(const EngineDocument& document, int page, int detail, PayloadWr
     fz_drop_stext_page(ctx, text);
     return error;
 }
+
+} // namespace tarnwick

@@ -3,6 +3,8 @@
 #include "EngineDocument.h"
 #include "protocol/EngineProtocol.h"
 
+namespace tarnwick {
+
 /// Appends the text of a page to result, its lines in logical order (TextLines.h). Each line ends
 /// with a line feed; an empty line parts two blocks.
 ///
@@ -13,3 +15,5 @@
 /// text font name].
 /// @returns FZ_ERROR_NONE or what MuPDF threw.
 int readPageText(const EngineDocument& document, int page, int detail, PayloadWriter& result);
+
+} // namespace tarnwick

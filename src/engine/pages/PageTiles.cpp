@@ -5,6 +5,8 @@
 
 #include <optional>
 
+namespace tarnwick {
+
 namespace {
 
 /// From page space to the pixels of the view, whose origin is the turned page's upper left corner.
@@ -133,3 +135,5 @@ int PageTiles::draw(const TileOrder& order, PayloadWriter& result)
     fz_drop_pixmap(ctx, pixmap);
     return error;
 }
+
+} // namespace tarnwick

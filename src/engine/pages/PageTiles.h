@@ -4,6 +4,8 @@
 #include "PageGeometry.h"
 #include "protocol/EngineProtocol.h"
 
+namespace tarnwick {
+
 /// A part of a page to draw.
 struct TileOrder
 {
@@ -45,3 +47,5 @@ private:
         theGeometry; ///< of the page that was loaded last: of the kept one, if there is one
     fz_display_list* theList = nullptr; ///< of the kept page; null when it would not fit in memory
 };
+
+} // namespace tarnwick

@@ -6,6 +6,8 @@
 #include <cmath>
 #include <limits>
 
+namespace tarnwick {
+
 namespace {
 
 /// Whether the letter that stands farthest along a line is one of a left-to-right script.
@@ -78,3 +80,5 @@ bool readsFromRight(const WordCount& page, const WordCount& block, const TextLin
     return page.rightToLeft > page.leftToRight
         && !(isForeign && endsLeftToRight(firstLine, direction));
 }
+
+} // namespace tarnwick

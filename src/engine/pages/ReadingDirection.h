@@ -4,6 +4,8 @@
 
 #include <cstddef>
 
+namespace tarnwick {
+
 /// Which way the words of a text run, by their first letters. Letters would not do: an address of
 /// the web has as many as a sentence.
 struct WordCount
@@ -24,3 +26,5 @@ struct WordCount
 /// @param firstLine of the block, as drawn. @param direction of that line.
 bool readsFromRight(const WordCount& page, const WordCount& block, const TextLine& firstLine,
     const fz_point& direction);
+
+} // namespace tarnwick

@@ -4,6 +4,8 @@
 #include <map>
 #include <utility>
 
+namespace tarnwick {
+
 namespace {
 
 /// Units drawn side by side in one direction, kept from left to right.
@@ -120,3 +122,5 @@ std::vector<std::vector<LineUnit>> sightOrder(const std::vector<LineUnit>& units
         lines.push_back(layer.units());
     return lines;
 }
+
+} // namespace tarnwick

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace tarnwick {
+
 namespace {
 
 bool isHighSurrogate(int number)
@@ -156,3 +158,5 @@ TextLine inLogicalOrder(const TextLine& drawnLine, const fz_point& direction, bo
     }
     return result;
 }
+
+} // namespace tarnwick

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <vector>
 
+namespace tarnwick {
+
 /// The look of characters.
 struct TextStyle
 {
@@ -32,3 +34,5 @@ void appendDrawn(const fz_stext_line& drawn, TextLine& line);
 /// have the place of their gap, line ends between texts that lie over each other have none.
 /// @param direction of the line, a unit vector. @param readsFromRight whether its paragraph does.
 TextLine inLogicalOrder(const TextLine& line, const fz_point& direction, bool readsFromRight);
+
+} // namespace tarnwick

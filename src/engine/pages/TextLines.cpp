@@ -11,6 +11,8 @@
 #include <span>
 #include <utility>
 
+namespace tarnwick {
+
 namespace {
 
 /// Parts of a line that are next to each other in MuPDF's list, put together.
@@ -212,3 +214,5 @@ void visitLines(const fz_stext_page& page, const TakeLine& take)
     else
         visitDrawn(page, take);
 }
+
+} // namespace tarnwick

@@ -4,6 +4,8 @@
 
 #include <functional>
 
+namespace tarnwick {
+
 /// Gets a line, which is good until it returns. @param beginsBlock whether it is its block's first.
 using TakeLine = std::function<void(const TextLine& line, bool beginsBlock)>;
 
@@ -13,3 +15,5 @@ using TakeLine = std::function<void(const TextLine& line, bool beginsBlock)>;
 /// letters of both directions were drawn in logical order. A line that holds right-to-left letters
 /// is put together from such parts and ordered here. All other lines are MuPDF's.
 void visitLines(const fz_stext_page& page, const TakeLine& take);
+
+} // namespace tarnwick

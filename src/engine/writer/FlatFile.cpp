@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <cstring>
 
+namespace tarnwick {
+
 namespace {
 
 /// Deeper values than any writer makes are cut, so that no file can exhaust the stack.
@@ -258,3 +260,5 @@ std::string FlatFile::value(pdf_obj* object, const FlatSpelling& spelling, int d
         return pdf_to_bool(theContext, object) ? "true" : "false";
     return "null";
 }
+
+} // namespace tarnwick

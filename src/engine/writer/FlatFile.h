@@ -10,6 +10,8 @@
 #include <initializer_list>
 #include <map>
 
+namespace tarnwick {
+
 /// A PDF file in the making: objects of the document under new numbers, each value on one line,
 /// decrypted and out of object streams, and a classic cross-reference table. The base of the
 /// writers, which decide what belongs in the file.
@@ -76,3 +78,5 @@ private:
     LongNames theLongNames;
     std::vector<std::uint64_t> theOffsets; ///< of the objects, by number less 1
 };
+
+} // namespace tarnwick

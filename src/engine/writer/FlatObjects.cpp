@@ -3,6 +3,8 @@
 #include "Attempt.h"
 #include "UnreadObjects.h"
 
+namespace tarnwick {
+
 namespace {
 
 /// An object that is a reference itself is against the rules, yet it occurs.
@@ -150,3 +152,5 @@ bool FlatObjects::takeNext(FlatObject& next)
     theQueue.pop_front();
     return true;
 }
+
+} // namespace tarnwick

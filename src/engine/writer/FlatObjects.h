@@ -7,6 +7,8 @@
 #include <unordered_map>
 #include <unordered_set>
 
+namespace tarnwick {
+
 /// An object that the flattened document is to hold.
 struct FlatObject
 {
@@ -82,3 +84,5 @@ private:
     int theCount = 0;
     int theError = FZ_ERROR_NONE;
 };
+
+} // namespace tarnwick

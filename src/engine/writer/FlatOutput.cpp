@@ -4,6 +4,8 @@
 
 #include <unistd.h>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr std::size_t bufferSize = 1u << 20;
@@ -40,3 +42,5 @@ void FlatOutput::writeOut(std::string_view bytes)
             bytes.remove_prefix(static_cast<std::size_t>(written));
     }
 }
+
+} // namespace tarnwick

@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+namespace tarnwick {
+
 /// Writes a file to a descriptor in large pieces and keeps count of the bytes.
 class FlatOutput
 {
@@ -30,3 +32,5 @@ private:
     std::uint64_t thePosition = 0;
     bool theGood = true;
 };
+
+} // namespace tarnwick

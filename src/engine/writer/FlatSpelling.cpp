@@ -7,6 +7,8 @@
 #include <cmath>
 #include <span>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr char hexDigits[] = "0123456789abcdef";
@@ -140,3 +142,5 @@ std::string flatReal(float number)
     const auto end = std::to_chars(text, text + sizeof text, number, std::chars_format::fixed).ptr;
     return std::string(text, end);
 }
+
+} // namespace tarnwick

@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+namespace tarnwick {
+
 /// Spells names and strings so that a reader by keywords finds in an object's line what is there
 /// and nothing else. To a PDF reader every spelling means the same: any character of a name may be
 /// written as #xx, any string in hexadecimal (ISO 32000-2, 7.3.4.3 and 7.3.5).
@@ -51,3 +53,5 @@ private:
 
 /// A number as PDF writes it: no exponent; no number and infinity as 0.
 std::string flatReal(float number);
+
+} // namespace tarnwick

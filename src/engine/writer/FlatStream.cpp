@@ -7,6 +7,8 @@
 
 #include <zlib.h>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr int maximumFilters = 64;
@@ -142,3 +144,5 @@ int appendDecoded(const EngineDocument& document, int number, std::size_t limit,
     fz_drop_buffer(ctx, buffer);
     return error || !isCutShort ? error : FZ_ERROR_GENERIC;
 }
+
+} // namespace tarnwick

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+namespace tarnwick {
+
 /// A stream as the flattened document holds it: decrypted, otherwise as it is stored.
 struct FlatStream
 {
@@ -37,3 +39,5 @@ FlatStream makeFlatStream(std::string data);
 /// Appends a stream as its filters give it, as far as it can be read. @param limit of bytes, about.
 /// @returns FZ_ERROR_NONE when all of it was appended, FZ_ERROR_MEMORY without memory for it.
 int appendDecoded(const EngineDocument& document, int number, std::size_t limit, std::string& data);
+
+} // namespace tarnwick

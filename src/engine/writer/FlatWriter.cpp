@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <cstring>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr int progressStep = 500;
@@ -166,3 +168,5 @@ std::string FlatWriter::page(const FlatObject& object, const Entries& entries)
     return "<< /Type /Page " + entriesBut({"Type", "Contents", "Parent"}, entries, spelling, 1)
         + end + ">>";
 }
+
+} // namespace tarnwick

@@ -2,6 +2,8 @@
 
 #include "FlatFile.h"
 
+namespace tarnwick {
+
 /// Writes the document anew, for readers that go through it by lines and keywords: what can be
 /// reached from the catalog and Info, without encryption, nothing packed into object streams, a
 /// classic cross-reference table, and the same bytes every time.
@@ -38,3 +40,5 @@ private:
     Progress theProgress;
     int thePagesWritten = 0;
 };
+
+} // namespace tarnwick

@@ -4,6 +4,8 @@
 #include "PageGeometry.h"
 #include "UnreadObjects.h"
 
+namespace tarnwick {
+
 namespace {
 
 constexpr int progressStep = 20;
@@ -410,3 +412,5 @@ int PrintWriter::appearanceForm(pdf_obj* appearance)
         {"Type", "Subtype", "Length", "Filter", "DecodeParms"}, sortedEntries(object), spelling, 1);
     return writeForm(entries, *stream);
 }
+
+} // namespace tarnwick

@@ -9,6 +9,8 @@
 #include <utility>
 #include <vector>
 
+namespace tarnwick {
+
 /// A part of a page on a sheet of paper.
 struct PrintSheet
 {
@@ -106,3 +108,5 @@ private:
     std::map<SheetKey, int> theContents; ///< numbers of the sheets' contents, for further copies
     std::size_t theFormBytes = 0; ///< of the forms that have been written
 };
+
+} // namespace tarnwick

@@ -13,6 +13,8 @@
 #include <QShowEvent>
 #include <QStandardPaths>
 
+namespace tarnwick {
+
 HelpViewController::HelpViewController(const QString& file, QWidget* parent)
     : QWidget(parent)
     , theFile(file.isEmpty() ? manualFile() : file)
@@ -85,3 +87,5 @@ void HelpViewController::autoZoom()
 {
     theOutlet->setAutoScales(true);
 }
+
+} // namespace tarnwick

@@ -9,6 +9,8 @@
 #include <new>
 #include <utility>
 
+namespace tarnwick {
+
 SourceScan::SourceScan(const SharedBytes& bytes, SourceContent content, QObject* parent)
     : QObject(parent)
 {
@@ -49,3 +51,5 @@ SourceScan::Result SourceScan::prepare(
         return {};
     }
 }
+
+} // namespace tarnwick

@@ -2,6 +2,8 @@
 
 #include <string_view>
 
+namespace tarnwick {
+
 namespace {
 
 std::string entryCount(std::string_view dictionary, const std::optional<int>& count)
@@ -29,3 +31,5 @@ std::string summaryText(const DocumentFacts& facts, const std::optional<std::str
         text += "Source PDF file " + *source + "\n";
     return text;
 }
+
+} // namespace tarnwick

@@ -3,6 +3,8 @@
 #include <optional>
 #include <string>
 
+namespace tarnwick {
+
 /// What the PDF engine knows of a document, as the summary pane tells it.
 struct DocumentFacts
 {
@@ -20,3 +22,5 @@ inline constexpr const char* noDocumentText = "The CGDocument couldn't be opened
 /// file that has not been scanned.
 std::string summaryText(const DocumentFacts& facts, const std::optional<std::string>& flattened,
     const std::optional<std::string>& source);
+
+} // namespace tarnwick

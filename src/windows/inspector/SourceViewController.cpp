@@ -14,6 +14,8 @@
 
 #include <chrono>
 
+namespace tarnwick {
+
 namespace {
 
 using namespace std::chrono_literals;
@@ -292,3 +294,5 @@ void SourceViewController::writeSummary()
         setBottomText(QString::fromStdString(summaryText(
             factsOf(*theRenderedDocument), summaryOf(theFlatSource), summaryOf(theFileSource))));
 }
+
+} // namespace tarnwick

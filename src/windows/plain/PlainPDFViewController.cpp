@@ -7,6 +7,8 @@
 
 #include <QShowEvent>
 
+namespace tarnwick {
+
 const QString PlainPDFViewController::titlePrefix = QStringLiteral("\u2757\uFE0F");
 
 PlainPDFViewController::PlainPDFViewController(Document* document, QWidget* parent)
@@ -48,3 +50,5 @@ void PlainPDFViewController::PDFViewPerformPrint(PDFView* view)
 {
     PagePrinter::printAsSheet(view->document(), theDocument->displayName(), window());
 }
+
+} // namespace tarnwick

@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <memory>
 
+namespace tarnwick {
+
 namespace {
 
 // ICU counts positions in 32 bits and keeps tables that grow with the text, so long texts are
@@ -121,3 +123,5 @@ std::string countLine(std::int64_t words, std::int64_t characters)
     return std::to_string(std::max<std::int64_t>(words, 0)) + "  words  "
         + std::to_string(characters) + "  chars";
 }
+
+} // namespace tarnwick

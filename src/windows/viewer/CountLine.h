@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+namespace tarnwick {
+
 /// What the count line tells of a text.
 struct TextCounts
 {
@@ -29,3 +31,5 @@ TextCounts countText(
 
 /// The count line: "12  words  345  chars". A negative count of words counts as 0.
 std::string countLine(std::int64_t words, std::int64_t characters);
+
+} // namespace tarnwick

@@ -4,6 +4,8 @@
 #include "Utf16.h"
 #include "pdf/PDFDocumentText.h"
 
+namespace tarnwick {
+
 namespace {
 
 // Searched within a few hundredths of a second, sooner than a thread's answer would be seen.
@@ -85,3 +87,5 @@ void DocumentSearch::search()
     const auto count = static_cast<int>(text.pages.size());
     theJob.start(work, [this, count](int done) { emit progressed(done, count); });
 }
+
+} // namespace tarnwick

@@ -9,6 +9,8 @@
 #include <QObject>
 #include <QString>
 
+namespace tarnwick {
+
 class PDFDocumentText;
 
 /// Searches a document's text for all matches of a text, without holding up the window.
@@ -49,3 +51,5 @@ private:
     bool isWaiting = false;
     BackgroundJob theJob;
 };
+
+} // namespace tarnwick

@@ -9,6 +9,8 @@
 #include <array>
 #include <limits>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr std::size_t unitsBetweenStops = 1 << 16;
@@ -150,7 +152,7 @@ private:
 
     bool isMark(std::size_t position) const
     {
-        return position < theText.size() && ::isMark(codePoint(position));
+        return position < theText.size() && tarnwick::isMark(codePoint(position));
     }
 
     void foldWhiteSpace()
@@ -343,3 +345,5 @@ void FoldedText::fold(std::u16string_view text, SearchOptions options, const std
     }
     thePositions.push_back(static_cast<std::uint32_t>(folder.position()));
 }
+
+} // namespace tarnwick

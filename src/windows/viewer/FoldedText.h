@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+namespace tarnwick {
+
 /// A text in the form in which a search compares it, with the way back to the text's own positions.
 ///
 /// - Canonically equivalent texts fold to the same form (NFD), texts that differ only in case do so
@@ -62,3 +64,5 @@ private:
     std::vector<std::uint32_t> thePositions = {0};
     std::vector<Detour> theDetours;
 };
+
+} // namespace tarnwick

@@ -5,6 +5,8 @@
 #include <QPainter>
 #include <QPalette>
 
+namespace tarnwick {
+
 namespace {
 
 using GlyphIcon::Shape;
@@ -76,3 +78,5 @@ QIcon GlyphIcon::icon(Shape shape)
 {
     return QIcon(new Engine(shape));
 }
+
+} // namespace tarnwick

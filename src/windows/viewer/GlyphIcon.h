@@ -2,6 +2,8 @@
 
 #include <QIcon>
 
+namespace tarnwick {
+
 /// Small drawings for controls, in the colours of the palette at the time of painting, sharp at any
 /// scale.
 namespace GlyphIcon {
@@ -16,3 +18,5 @@ enum class Shape
 QIcon icon(Shape shape);
 
 }
+
+} // namespace tarnwick

@@ -9,6 +9,8 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+namespace tarnwick {
+
 namespace {
 
 /// Ranges of pages that a sentence beside a text names.
@@ -77,3 +79,5 @@ void LossLine::showList()
     dialog->resize(520, 360);
     dialog->show();
 }
+
+} // namespace tarnwick

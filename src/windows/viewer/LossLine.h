@@ -7,6 +7,8 @@
 class QLabel;
 class QToolButton;
 
+namespace tarnwick {
+
 /// Some lines of text that say which pages lack something and why, with a button that opens the
 /// whole list where the lines name only some of the pages. Hidden while nothing is missing.
 class LossLine : public QWidget
@@ -31,3 +33,5 @@ private:
     QLabel* theLabel;
     QToolButton* theListButton;
 };
+
+} // namespace tarnwick

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace tarnwick {
+
 void OutlineModel::setEntries(const QList<PDFOutlineEntry>& entries)
 {
     beginResetModel();
@@ -70,3 +72,5 @@ Qt::ItemFlags OutlineModel::flags(const QModelIndex& index) const
     // An entry that leads nowhere still heads those below it.
     return Qt::ItemIsEnabled | Qt::ItemIsSelectable;
 }
+
+} // namespace tarnwick

@@ -5,6 +5,8 @@
 #include <QAbstractItemModel>
 #include <QList>
 
+namespace tarnwick {
+
 /// A document's outline as a tree of titles (ISO 32000-2, 12.3.3).
 class OutlineModel : public QAbstractItemModel
 {
@@ -43,3 +45,5 @@ private:
     QList<Node> theNodes;
     QList<qsizetype> theRoots;
 };
+
+} // namespace tarnwick

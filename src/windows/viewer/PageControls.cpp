@@ -11,6 +11,8 @@
 #include <QLocale>
 #include <QToolButton>
 
+namespace tarnwick {
+
 namespace {
 
 enum ZoomChoice
@@ -160,3 +162,5 @@ void PageControls::takeEnteredScale()
     showScale();
     line->selectAll();
 }
+
+} // namespace tarnwick

@@ -2,11 +2,14 @@
 
 #include <QObject>
 
-class PDFView;
 class QComboBox;
 class QLabel;
 class QLineEdit;
 class QToolButton;
+
+namespace tarnwick {
+
+class PDFView;
 
 /// Ties the controls that show and choose the page and the magnification to a page view.
 class PageControls : public QObject
@@ -47,3 +50,5 @@ private:
     PDFView* theView = nullptr;
     Widgets theWidgets;
 };
+
+} // namespace tarnwick

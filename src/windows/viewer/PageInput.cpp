@@ -5,6 +5,8 @@
 
 #include <charconv>
 
+namespace tarnwick {
+
 namespace {
 
 std::u16string_view trimmed(std::u16string_view text)
@@ -97,3 +99,5 @@ std::optional<double> scaleForInput(std::u16string_view input)
         return std::nullopt;
     return *percent / 100.;
 }
+
+} // namespace tarnwick

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace tarnwick {
+
 bool PageMarks::mark(int page)
 {
     if (page < 0 || std::find(thePages.begin(), thePages.end(), page) != thePages.end())
@@ -24,3 +26,5 @@ std::optional<int> PageMarks::page(int index) const
     const std::optional<int> known = entry(index);
     return known ? std::optional(thePages[static_cast<std::size_t>(*known)]) : std::nullopt;
 }
+
+} // namespace tarnwick

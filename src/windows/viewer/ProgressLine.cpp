@@ -5,6 +5,8 @@
 #include <QProgressBar>
 #include <QToolButton>
 
+namespace tarnwick {
+
 ProgressLine::ProgressLine(QWidget* parent)
     : QWidget(parent)
     , theLabel(new QLabel(this))
@@ -66,3 +68,5 @@ void ProgressLine::clear()
     hide();
     theLabel->clear();
 }
+
+} // namespace tarnwick

@@ -6,6 +6,8 @@ class QLabel;
 class QProgressBar;
 class QToolButton;
 
+namespace tarnwick {
+
 /// One line that tells of long work: what is done, how far it is, and a button to end it or to try
 /// again. Hidden while there is nothing to tell.
 class ProgressLine : public QWidget
@@ -35,3 +37,5 @@ private:
     QToolButton* theRetryButton;
     bool theMessageWraps = false;
 };
+
+} // namespace tarnwick

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace tarnwick {
+
 namespace {
 
 bool isHighSurrogate(char16_t unit)
@@ -54,3 +56,5 @@ void RecentSearches::restore(const std::vector<std::u16string>& texts)
     for (auto text = texts.rbegin(); text != texts.rend(); ++text)
         add(*text);
 }
+
+} // namespace tarnwick

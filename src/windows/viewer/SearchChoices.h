@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+namespace tarnwick {
+
 /// How a search compares texts. The numbers are those of the usual comparison flags.
 enum class SearchOptions
 {
@@ -42,3 +44,5 @@ public:
 private:
     std::vector<std::u16string> theTexts;
 };
+
+} // namespace tarnwick

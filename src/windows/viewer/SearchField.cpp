@@ -10,6 +10,8 @@
 #include <QMenu>
 #include <QStyle>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr int widestMenuText = 320; // device-independent pixels
@@ -197,3 +199,5 @@ void SearchField::changeEvent(QEvent* event)
     if (event->type() == QEvent::FontChange || event->type() == QEvent::LayoutDirectionChange)
         placeLabel();
 }
+
+} // namespace tarnwick

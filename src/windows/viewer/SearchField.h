@@ -8,6 +8,8 @@ class QAction;
 class QLabel;
 class QMenu;
 
+namespace tarnwick {
+
 /// A line for a search text, with the latest search texts in a menu of its own, a button that
 /// clears it, and room at its end that tells which match is shown.
 ///
@@ -71,3 +73,5 @@ private:
     QLabel* theMatchLabel;
     RecentSearches theRecents;
 };
+
+} // namespace tarnwick

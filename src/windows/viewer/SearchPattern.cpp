@@ -1,5 +1,7 @@
 #include "SearchPattern.h"
 
+namespace tarnwick {
+
 /// For each beginning of the pattern, the fallback is the length of the longest shorter beginning
 /// that also ends it.
 SearchPattern::SearchPattern(std::u16string_view units)
@@ -15,3 +17,5 @@ SearchPattern::SearchPattern(std::u16string_view units)
         theFallbacks[i + 1] = matched;
     }
 }
+
+} // namespace tarnwick

@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+namespace tarnwick {
+
 /// A text that is searched for, as a machine that reads another text unit by unit (Knuth, Morris,
 /// Pratt). Its state is how many units of the pattern the units read last agree with.
 class SearchPattern
@@ -32,3 +34,5 @@ private:
     std::u16string theUnits;
     std::vector<std::size_t> theFallbacks;
 };
+
+} // namespace tarnwick

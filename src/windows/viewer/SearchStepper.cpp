@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <limits>
 
+namespace tarnwick {
+
 SearchStepper::SearchStepper(QWidget* parent)
     : QWidget(parent)
 {
@@ -40,3 +42,5 @@ void SearchStepper::setIntegerValue(int value)
 {
     theValue = std::max(value, -1);
 }
+
+} // namespace tarnwick

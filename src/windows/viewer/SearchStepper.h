@@ -4,6 +4,8 @@
 
 class QToolButton;
 
+namespace tarnwick {
+
 /// Two arrows that move a number by one: the index of the match shown.
 ///
 /// The number may leave the matches at either end, so that whoever listens can wrap it around: it
@@ -35,3 +37,5 @@ private:
     QToolButton* thePreviousButton;
     QToolButton* theNextButton;
 };
+
+} // namespace tarnwick

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr std::size_t mostRuns = 16;
@@ -117,3 +119,5 @@ bool SpellingRuns::readThere(std::size_t unit, const Accept& accept)
     });
     return false;
 }
+
+} // namespace tarnwick

@@ -6,6 +6,8 @@
 #include <functional>
 #include <vector>
 
+namespace tarnwick {
+
 /// Follows the spellings of a folded text that take its detours, beside a search through the text
 /// as it stands.
 ///
@@ -61,3 +63,5 @@ private:
     std::size_t theNextDetour = 0;
     std::size_t theNextForkUnit = 0;
 };
+
+} // namespace tarnwick

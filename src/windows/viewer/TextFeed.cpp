@@ -10,6 +10,8 @@
 
 #include <QLocale>
 
+namespace tarnwick {
+
 namespace {
 
 // Counted within a few hundredths of a second.
@@ -148,3 +150,5 @@ void TextFeed::count(const QString& text)
         return [this, result] { emit counted(result.words, result.characters); };
     });
 }
+
+} // namespace tarnwick

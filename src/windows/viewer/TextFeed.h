@@ -8,6 +8,8 @@
 #include <QString>
 #include <QTimer>
 
+namespace tarnwick {
+
 class PDFDocumentText;
 class PlainTextView;
 class ProgressLine;
@@ -58,3 +60,5 @@ private:
     QTimer theProgressTimer;
     BackgroundJob theCounting;
 };
+
+} // namespace tarnwick

@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <functional>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr std::size_t unitsBetweenStops = 1 << 20;
@@ -165,3 +167,5 @@ std::vector<TextMatch> TextSearch::matches(std::u16string_view page, const std::
     }
     return found;
 }
+
+} // namespace tarnwick

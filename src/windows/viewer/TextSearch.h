@@ -11,6 +11,8 @@
 #include <string_view>
 #include <vector>
 
+namespace tarnwick {
+
 /// Where a searched text was found.
 struct TextMatch
 {
@@ -57,3 +59,5 @@ private:
     FoldedText theFolded;
     std::unique_ptr<Clusters> theClusters;
 };
+
+} // namespace tarnwick

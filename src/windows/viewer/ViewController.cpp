@@ -28,6 +28,8 @@
 
 #include <utility>
 
+namespace tarnwick {
+
 namespace {
 
 const QString stripWidthKey = QStringLiteral("viewerStripWidth");
@@ -337,3 +339,5 @@ bool ViewController::validateCommand(const QString& command) const
     };
     return conditions.value(command, true);
 }
+
+} // namespace tarnwick

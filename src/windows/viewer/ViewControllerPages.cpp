@@ -9,6 +9,8 @@
 
 #include <QComboBox>
 
+namespace tarnwick {
+
 void ViewController::setPageMark()
 {
     if (theMarks.mark(theOutlets.pdfView->currentPage()))
@@ -76,3 +78,5 @@ void ViewController::autoZoom()
 {
     theOutlets.pdfView->setAutoScales(true);
 }
+
+} // namespace tarnwick

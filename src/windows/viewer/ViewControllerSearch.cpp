@@ -18,6 +18,8 @@
 #include <limits>
 #include <utility>
 
+namespace tarnwick {
+
 void ViewController::connectSearch()
 {
     connect(theSearch, &DocumentSearch::found, this, &ViewController::takeMatches);
@@ -166,3 +168,5 @@ void ViewController::performFind()
     theOutlets.searchField->setFocus(Qt::ShortcutFocusReason);
     theOutlets.searchField->selectAll();
 }
+
+} // namespace tarnwick

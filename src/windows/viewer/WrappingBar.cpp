@@ -7,6 +7,8 @@
 
 #include <algorithm>
 
+namespace tarnwick {
+
 namespace {
 
 constexpr QMargins margins(6, 3, 6, 3);
@@ -136,3 +138,5 @@ void WrappingBar::paintEvent(QPaintEvent* event)
         qDrawShadeLine(&painter, shown.topLeft(), shown.bottomLeft(), palette(), true, 1, 0);
     }
 }
+
+} // namespace tarnwick

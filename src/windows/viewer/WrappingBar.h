@@ -4,6 +4,8 @@
 
 #include <span>
 
+namespace tarnwick {
+
 /// A bar of controls that takes further rows where it is too narrow for one.
 ///
 /// Its direct children are groups, in the order of their creation, each with a layout of its own. A
@@ -40,3 +42,5 @@ private:
     QList<QWidget*> groups() const;
     void arrange();
 };
+
+} // namespace tarnwick

@@ -8,6 +8,8 @@
 #include <emmintrin.h>
 #endif
 
+namespace tarnwick {
+
 /// What stands where in a block of 64 bytes; bit i speaks of byte i.
 ///
 /// The scan reads every byte outside streams once, so this is its inner loop: byte by byte it costs
@@ -99,3 +101,5 @@ inline BlockMasks blockMasks(std::string_view text, std::size_t offset)
 
 /// Offset of the first line break at or behind offset, or text.size() when there is none.
 std::size_t nextLineBreak(std::string_view text, std::size_t offset);
+
+} // namespace tarnwick

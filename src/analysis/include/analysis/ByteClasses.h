@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <string_view>
 
+namespace tarnwick {
+
 /// Which bytes end lines and which are white space, the characters being numbered as the bytes.
 
 /// Line feed, vertical tab, form feed, carriage return and NEL each end a line on their own, so
@@ -31,3 +33,5 @@ constexpr std::string_view trimmed(std::string_view line)
         --end;
     return line.substr(begin, end - begin);
 }
+
+} // namespace tarnwick

@@ -8,6 +8,8 @@
 #include <memory_resource>
 #include <type_traits>
 
+namespace tarnwick {
+
 /// A list that only grows at its end and never moves its elements.
 ///
 /// Elements lie in chunks, each as large as all before it, so growing copies nothing: a std::vector
@@ -72,3 +74,5 @@ private:
     std::size_t theCapacity = 0;
     std::size_t theSize = 0;
 };
+
+} // namespace tarnwick

@@ -1,5 +1,7 @@
 #pragma once
 
+namespace tarnwick {
+
 /// The colour of a piece of text. Views turn a role into a colour of the light or dark palette.
 enum class ColourRole : unsigned char
 {
@@ -8,3 +10,5 @@ enum class ColourRole : unsigned char
     isGreen,
     isBlue,
 };
+
+} // namespace tarnwick

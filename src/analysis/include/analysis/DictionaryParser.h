@@ -8,6 +8,8 @@
 #include <optional>
 #include <string_view>
 
+namespace tarnwick {
+
 /// Reads the dictionary entries that define a document's structure from an object's lines.
 ///
 /// A text scan, not a parser of PDF objects: the lines, joined by single spaces, are cut at every
@@ -89,3 +91,5 @@ private:
     Piece thePiece;
     KidsState theKidsState;
 };
+
+} // namespace tarnwick

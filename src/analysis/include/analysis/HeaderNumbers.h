@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <string_view>
 
+namespace tarnwick {
+
 /// The numbers of an object's header line, "12 0 obj".
 struct HeaderNumbers
 {
@@ -13,3 +15,5 @@ struct HeaderNumbers
 /// The header's first two pieces between single spaces, where there is a third; 0 for one that is
 /// no number.
 HeaderNumbers headerNumbers(std::string_view header);
+
+} // namespace tarnwick

@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <string_view>
 
+namespace tarnwick {
+
 /// The keywords that decide what the scan does with a line.
 namespace Keyword {
 enum Flag : unsigned
@@ -24,3 +26,5 @@ enum Flag : unsigned
 /// holds another ("endobj" and "obj") sets both. 0 when there is none.
 /// @param suspect offset of the second byte of the pair.
 unsigned keywordsAt(std::string_view text, std::size_t suspect);
+
+} // namespace tarnwick

@@ -10,6 +10,8 @@
 #include <cstddef>
 #include <string_view>
 
+namespace tarnwick {
+
 /// What a LineScan found in a line, in the order in which the kinds are tested.
 enum class LineKind
 {
@@ -216,3 +218,5 @@ private:
     bool theInXml;
     bool theDone = false;
 };
+
+} // namespace tarnwick

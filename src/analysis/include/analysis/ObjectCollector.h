@@ -16,6 +16,8 @@
 #include <string_view>
 #include <vector>
 
+namespace tarnwick {
+
 /// Receives a listing as it grows, some thousand pieces at a time; the span is valid during the
 /// call.
 using PieceReceiver = std::function<void(std::span<const Piece>)>;
@@ -72,3 +74,5 @@ private:
     ObjectLines theUnparsedLines; ///< of the lines gathered, those that the parser has not read
     bool theParserHasLines = false;
 };
+
+} // namespace tarnwick

@@ -7,6 +7,8 @@
 #include <limits>
 #include <string_view>
 
+namespace tarnwick {
+
 /// Reads an object's lines anew from the file, portion by portion, the way the scan came by them.
 class ObjectLines
 {
@@ -56,3 +58,5 @@ private:
     bool theInXml = false;
     bool theHasFirst = false;
 };
+
+} // namespace tarnwick

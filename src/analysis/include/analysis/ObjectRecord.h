@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 
+namespace tarnwick {
+
 /// What the catalog stores of an object: 16 bytes, which matters in a file of ten million objects.
 ///
 /// Most objects are a few lines, which are read again when somebody asks what they say: hardly
@@ -48,3 +50,5 @@ struct ObjectDetail
 
     bool operator==(const ObjectDetail&) const = default;
 };
+
+} // namespace tarnwick

@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+namespace tarnwick {
+
 /// A reference to an indirect object (ISO 32000-2, 7.3.10) within one saved version.
 ///
 /// The version is not part of the reference's text: it is that of the record in which the reference
@@ -14,3 +16,5 @@ struct ObjectRef
 
     bool operator==(const ObjectRef&) const = default;
 };
+
+} // namespace tarnwick

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <string_view>
 
+namespace tarnwick {
+
 /// What a piece of a listing is; its colour and the line feeds around its text follow from it.
 enum class PieceKind : unsigned char
 {
@@ -65,3 +67,5 @@ inline std::string_view pieceText(std::string_view bytes, Piece piece)
 {
     return bytes.substr(piece.offset(), piece.length());
 }
+
+} // namespace tarnwick

@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+namespace tarnwick {
+
 /// The pieces of a listing, in order, and the lines that they make up.
 ///
 /// Two bytes a piece, where the lines of a file are short and stand close to each other, as most
@@ -115,3 +117,5 @@ private:
     std::size_t theLineCount = 0;
     std::size_t theEnd = 0; ///< of the last piece in the file
 };
+
+} // namespace tarnwick

@@ -5,6 +5,8 @@
 #include <string_view>
 #include <utility>
 
+namespace tarnwick {
+
 /// The bytes of one file and whatever keeps them alive. Copies share the bytes; nobody changes
 /// them.
 struct SharedBytes
@@ -27,3 +29,5 @@ struct SharedBytes
         return {view, std::move(keeper)};
     }
 };
+
+} // namespace tarnwick

@@ -9,6 +9,8 @@
 #include <stop_token>
 #include <string_view>
 
+namespace tarnwick {
+
 /// The source of one PDF file: its bytes as text, and the objects found in them.
 ///
 /// The file's text has one character per byte (byte value = character number). The scan is for
@@ -48,3 +50,5 @@ private:
     SharedBytes theData;
     std::shared_ptr<const pdfObjectCatalog> theObjects;
 };
+
+} // namespace tarnwick

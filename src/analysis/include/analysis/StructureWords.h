@@ -5,6 +5,8 @@
 #include <array>
 #include <string_view>
 
+namespace tarnwick {
+
 /// The words that the analysis reads a file's structure from. Whoever writes a file that is to be
 /// read so spells it by the same lists.
 
@@ -58,3 +60,5 @@ inline constexpr std::array objectTypeNames{
 /// The kind that the names in a line stand for: that of the first in objectTypeNames which the line
 /// holds. @returns isPlain when it holds none.
 ObjectType objectTypeNamed(std::string_view line);
+
+} // namespace tarnwick

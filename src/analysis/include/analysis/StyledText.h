@@ -9,6 +9,8 @@
 #include <string>
 #include <string_view>
 
+namespace tarnwick {
+
 class pdfObjectCatalog;
 
 /// A text made of coloured pieces: a listing of a file, an object list, or the one after the other.
@@ -61,3 +63,5 @@ private:
 
 /// Appends a piece of a listing of these bytes as it reads, its line feeds included.
 void appendPiece(std::string_view bytes, Piece piece, std::u16string& text);
+
+} // namespace tarnwick

@@ -12,6 +12,8 @@
 #include <string_view>
 #include <vector>
 
+namespace tarnwick {
+
 class ObjectReading;
 class pdfObjectCatalog;
 struct DescriptionParts;
@@ -180,3 +182,5 @@ private:
     const pdfObjectCatalog* theCatalog;
     std::size_t theIndex; ///< in scan order
 };
+
+} // namespace tarnwick

@@ -12,6 +12,8 @@
 #include <string_view>
 #include <vector>
 
+namespace tarnwick {
+
 /// How many objects of each kind a file holds.
 struct ObjectCounts
 {
@@ -75,3 +77,5 @@ private:
     ChunkedVector<Kid> theKids;
     std::pmr::vector<std::uint32_t> theOrder; ///< empty when the list has the order of the scan
 };
+
+} // namespace tarnwick

@@ -11,6 +11,8 @@
 
 #include <memory>
 
+namespace tarnwick {
+
 /// One opened PDF file: its bytes as read, the document that the PDF engine makes of them, and the
 /// commands of the document. It is only ever read; nothing is written back to its file.
 ///
@@ -67,3 +69,5 @@ private:
     FileBytes theBytes;
     QFuture<bool> theUpdateSearch; ///< of theBytes
 };
+
+} // namespace tarnwick

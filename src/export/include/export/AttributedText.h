@@ -7,6 +7,8 @@
 #include <QList>
 #include <QString>
 
+namespace tarnwick {
+
 /// A text whose stretches carry font, size, bold, italic and colour.
 ///
 /// Made for whole documents: families and colours stand in tables once, and neighbouring stretches
@@ -52,3 +54,5 @@ private:
     QHash<QString, int> theFamilyIndexes;
     QHash<QRgb, int> theColourIndexes;
 };
+
+} // namespace tarnwick

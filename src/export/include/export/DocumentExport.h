@@ -10,6 +10,8 @@
 #include <memory>
 #include <optional>
 
+namespace tarnwick {
+
 class ExportPanel;
 
 /// The name that an export's panel proposes: the document's name and the kind's ending, whatever
@@ -52,3 +54,5 @@ private:
     QPointer<ExportPanel> thePanel;
     QString thePath; ///< empty until the panel is confirmed
 };
+
+} // namespace tarnwick

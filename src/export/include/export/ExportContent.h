@@ -10,6 +10,8 @@
 #include <memory>
 #include <string_view>
 
+namespace tarnwick {
+
 enum class ExportKind
 {
     isFlatPDF,
@@ -78,3 +80,5 @@ bool writeUtf8(const QString& string, const ExportContent::Sink& sink,
 
 /// A sentence for the user on why the engine brought nothing; empty for isNone and isCancelled.
 QString exportFailureText(PDFFailure failure);
+
+} // namespace tarnwick

@@ -9,6 +9,8 @@
 
 #include <memory>
 
+namespace tarnwick {
+
 /// One run of an export command, from its panel to its last file.
 ///
 /// It belongs to the application, so that windows and documents may close meanwhile, and destroys
@@ -51,3 +53,5 @@ private:
     std::unique_ptr<ExportProgress> theProgress;
     std::unique_ptr<BackgroundWork> theWork;
 };
+
+} // namespace tarnwick

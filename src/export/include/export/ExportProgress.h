@@ -6,6 +6,8 @@
 
 class QProgressDialog;
 
+namespace tarnwick {
+
 /// A progress panel that stands by itself, shown once an export has taken a second.
 class ExportProgress : public QObject
 {
@@ -25,3 +27,5 @@ signals:
 private:
     QProgressDialog* theDialog;
 };
+
+} // namespace tarnwick

@@ -9,6 +9,8 @@
 #include <QString>
 #include <QWidget>
 
+namespace tarnwick {
+
 /// What an export takes from an opened document. A document may close while a panel of its is open:
 /// its bytes stay, the rest is then null.
 struct ExportSource
@@ -21,3 +23,5 @@ struct ExportSource
     QPointer<QWidget> window; ///< for sheets and notices
     QPointer<FrameDocument> frame; ///< whose other windows take the notices, or null
 };
+
+} // namespace tarnwick

@@ -5,6 +5,8 @@
 
 #include <QString>
 
+namespace tarnwick {
+
 /// How writing an export's file ended.
 struct ExportOutcome
 {
@@ -17,3 +19,5 @@ struct ExportOutcome
 /// Any thread. Precondition: content.isTaken().
 ExportOutcome writeExport(
     const ExportContent& content, OutputFile& file, const ExportContent::Progress& progress);
+
+} // namespace tarnwick

@@ -8,6 +8,8 @@
 
 #include <string>
 
+namespace tarnwick {
+
 class ExportPanel;
 
 /// One run of the command that exports the saved versions of a document: a sheet that names a
@@ -42,3 +44,5 @@ private:
     QString theFolder; ///< empty until the panel is confirmed
     VersionResult theResult; ///< of the writing, once it is finished
 };
+
+} // namespace tarnwick

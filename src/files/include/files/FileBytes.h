@@ -7,6 +7,8 @@
 #include <optional>
 #include <string_view>
 
+namespace tarnwick {
+
 /// The bytes of one file, read once and never changed.
 ///
 /// They lie in sealed shared memory (memfd with F_SEAL_WRITE), so that the PDF engine's processes
@@ -53,3 +55,5 @@ private:
 
     std::shared_ptr<const Mapping> theMapping;
 };
+
+} // namespace tarnwick

@@ -2,6 +2,8 @@
 
 #include <cstddef>
 
+namespace tarnwick {
+
 /// Lets large blocks of memory that come from the default memory resource (std::pmr) lie in large
 /// pages, where the system has them. Lists of an analysis fill hundreds of megabytes, and bringing
 /// those in by pages of 4 KB takes about as long as the scan that fills them.
@@ -12,3 +14,5 @@ void useLargePages();
 /// The same for a block of memory from elsewhere that has just been allocated: a wish, which the
 /// system may not grant. Blocks that are too small for it are left as they are.
 void preferLargePages(void* block, std::size_t bytes);
+
+} // namespace tarnwick

@@ -3,6 +3,8 @@
 #include <memory>
 #include <string>
 
+namespace tarnwick {
+
 /// The files that the program has opened and therefore never writes: what it shows is evidence.
 ///
 /// Whoever reads a file counts it in (FileBytes does, and keeps it as long as its bytes live);
@@ -28,3 +30,5 @@ bool contains(const std::string& path);
 bool contains(int descriptor);
 
 } // namespace OpenedFiles
+
+} // namespace tarnwick

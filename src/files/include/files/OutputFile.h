@@ -3,6 +3,8 @@
 #include <string>
 #include <string_view>
 
+namespace tarnwick {
+
 /// Something that the user has the program write into.
 ///
 /// Operations return 0, an errno of what failed, or one of the values below; after a failure only
@@ -33,3 +35,5 @@ protected:
 
 /// What an operation's result says, as a phrase for the user ("No space left on device").
 std::string outputErrorText(int error);
+
+} // namespace tarnwick

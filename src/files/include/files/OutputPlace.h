@@ -5,6 +5,8 @@
 #include <optional>
 #include <string>
 
+namespace tarnwick {
+
 /// The place that a path leads to, its last links followed, for a file that is put there: a folder
 /// and a name in it that is no link.
 class OutputPlace
@@ -41,3 +43,5 @@ private:
     bool theLinkIsOfProcess = false;
     std::optional<int> theDescriptor;
 };
+
+} // namespace tarnwick

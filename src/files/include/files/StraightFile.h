@@ -5,6 +5,8 @@
 #include <memory>
 #include <string>
 
+namespace tarnwick {
+
 /// Something that is written into as it is, because nothing can be put in its place: a device, a
 /// pipe, or what this process has open already. What has been written when it fails stays.
 class StraightFile : public OutputFile
@@ -32,3 +34,5 @@ private:
 /// The way to write into what a path leads to: straight into devices, pipes and open descriptors,
 /// as a WholeFile else.
 std::unique_ptr<OutputFile> outputFileFor(const std::string& path);
+
+} // namespace tarnwick

@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+namespace tarnwick {
+
 /// A file that appears in its folder whole or not at all.
 ///
 /// It is written without a name where the file system allows that, else under a hidden temporary
@@ -60,3 +62,5 @@ private:
     std::string theTemporaryName; ///< empty while the file has no name
     std::size_t theLength = 0;
 };
+
+} // namespace tarnwick

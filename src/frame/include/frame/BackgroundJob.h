@@ -7,6 +7,8 @@
 #include <stop_token>
 #include <thread>
 
+namespace tarnwick {
+
 /// One piece of work in a thread of its own: values in, a result back through the event loop.
 ///
 /// Destroying the job or starting it anew gives running work up: it is asked to stop, waited for
@@ -35,3 +37,5 @@ private:
     std::unique_ptr<QObject> theReceiver; // lives as long as results are wanted
     std::jthread theThread;
 };
+
+} // namespace tarnwick

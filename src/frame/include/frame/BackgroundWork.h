@@ -8,6 +8,8 @@
 
 class QThread;
 
+namespace tarnwick {
+
 /// Work that would hold up the event loop, done by a thread of its own, with progress and cancel.
 ///
 /// Lives in the main thread; its signals arrive there. Destroying it cancels the work and waits for
@@ -42,3 +44,5 @@ private:
     std::atomic<bool> theCancel = false;
     int thePermille = -1; // the thread's own
 };
+
+} // namespace tarnwick

@@ -12,6 +12,8 @@ class QAction;
 class QKeyEvent;
 class QWidget;
 
+namespace tarnwick {
+
 /// Sends a window's menu commands to the object that is to carry them out.
 ///
 /// Each action's object name is a command ("openSource"). A command travels along a chain of
@@ -68,3 +70,5 @@ private:
     QHash<QString, QAction*> theActions;
     QTimer theTimer;
 };
+
+} // namespace tarnwick

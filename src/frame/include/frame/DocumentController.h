@@ -9,6 +9,8 @@
 
 #include <functional>
 
+namespace tarnwick {
+
 class DocumentWindow;
 class RecentFiles;
 
@@ -78,3 +80,5 @@ private:
     QList<FrameDocument*> theDocuments;
     QList<DocumentWindow*> theWindows;
 };
+
+} // namespace tarnwick

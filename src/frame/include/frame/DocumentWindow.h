@@ -4,11 +4,14 @@
 #include <QPointer>
 #include <QString>
 
+class QAction;
+class QDropEvent;
+
+namespace tarnwick {
+
 class CommandRouter;
 class FrameDocument;
 class NoticeLine;
-class QAction;
-class QDropEvent;
 struct Notice;
 
 /// A window of the program: the main menu, and one content widget that does the work.
@@ -99,3 +102,5 @@ private:
     int theSerial;
     bool thePlaceIsKnown = false;
 };
+
+} // namespace tarnwick

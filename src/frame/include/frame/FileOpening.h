@@ -11,11 +11,14 @@
 #include <memory>
 #include <optional>
 
-class FrameDocument;
-class PasswordPrompt;
 class QProgressDialog;
 class QThread;
 class QWidget;
+
+namespace tarnwick {
+
+class FrameDocument;
+class PasswordPrompt;
 
 /// One file on its way to becoming a document: its bytes are read off the main thread, the document
 /// opens them, the password is asked for where one is needed. Takes longer than half a second: a
@@ -68,3 +71,5 @@ private:
     QTimer theProgressTimer;
     bool isConcluded = false;
 };
+
+} // namespace tarnwick

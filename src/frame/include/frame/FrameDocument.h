@@ -7,6 +7,8 @@
 #include <QString>
 #include <QUrl>
 
+namespace tarnwick {
+
 class DocumentWindow;
 
 /// What the frame knows of a document: its file, how it is read, its windows.
@@ -66,3 +68,5 @@ private:
     QList<DocumentWindow*> theWindows;
     QList<DocumentWindow*> theWindowsAlive; // with those that are closed and not yet destroyed
 };
+
+} // namespace tarnwick

@@ -2,8 +2,11 @@
 
 #include <QString>
 
-class FrameDocument;
 class QWidget;
+
+namespace tarnwick {
+
+class FrameDocument;
 
 /// Something that the user is to know and that is worth no alert: what was written and where, what
 /// was not and why.
@@ -35,3 +38,5 @@ QString asSentence(const QString& phrase);
 /// it on standard error.
 /// @param near in the window where the command was given; may be null. @param document may be null.
 void tellUser(const Notice& notice, const QWidget* near, const FrameDocument* document = nullptr);
+
+} // namespace tarnwick

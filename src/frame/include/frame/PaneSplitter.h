@@ -2,6 +2,8 @@
 
 #include <QSplitter>
 
+namespace tarnwick {
+
 /// A splitter whose dividers the keyboard reaches too: Tab goes to them, the arrow keys along the
 /// splitter move them, with Shift four times as far, Home and End as far as it goes. Panes that the
 /// mouse can close, they close too.
@@ -15,3 +17,5 @@ public:
 protected:
     QSplitterHandle* createHandle() override;
 };
+
+} // namespace tarnwick

@@ -5,6 +5,8 @@
 
 #include <functional>
 
+namespace tarnwick {
+
 /// The files that the user opened last, kept in the settings between launches. Absolute paths,
 /// latest first, each once, at most ten. Nothing here looks at the files. Other programs of this
 /// user change the same list: what they added stays.
@@ -38,3 +40,5 @@ private:
 
     QStringList thePaths;
 };
+
+} // namespace tarnwick

@@ -4,6 +4,8 @@
 
 #include <functional>
 
+namespace tarnwick {
+
 /// A list of texts in the user's settings (QSettings) that several programs may change at once.
 ///
 /// Every use reads what stands there now. A change reads, changes and writes under a lock that
@@ -22,3 +24,5 @@ public:
 private:
     QString theKey;
 };
+
+} // namespace tarnwick

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+namespace tarnwick {
+
 /// Single values in the user's settings (QSettings). They are the user's to edit, and what a file
 /// holds in a value's place may be anything: a value of the wrong kind counts as absent.
 namespace StoredValues {
@@ -14,3 +16,5 @@ double number(const QString& key, double absent = 0.0);
 int length(const QString& key, int absent);
 
 }
+
+} // namespace tarnwick

@@ -1,5 +1,7 @@
 #pragma once
 
+namespace tarnwick {
+
 /// The three view preferences as windows read them. The application delegate fills it; windows
 /// read it when they are shown and never write it.
 class ViewFlags
@@ -14,3 +16,5 @@ public:
     /// The inspector's scanned panes hold the coloured listing before the object list.
     virtual bool showSummarySource() const = 0;
 };
+
+} // namespace tarnwick

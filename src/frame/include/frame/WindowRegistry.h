@@ -7,6 +7,8 @@
 
 class QWidget;
 
+namespace tarnwick {
+
 /// Makes windows by identifier, so that those who open a window need not know its class.
 ///
 /// The application registers a factory for each identifier at start; a document then asks for the
@@ -42,3 +44,5 @@ inline const QString source = QStringLiteral("SourceWindowController");
 inline const QString plainPDF = QStringLiteral("PlainPDFWindowController");
 inline const QString help = QStringLiteral("Help Window Controller");
 }
+
+} // namespace tarnwick

@@ -6,6 +6,8 @@
 
 #include <memory>
 
+namespace tarnwick {
+
 class PDFView;
 
 /// A strip of small pages beside a page view: it shows the page view's document, follows its
@@ -56,3 +58,5 @@ private:
     class Private;
     std::unique_ptr<Private> d;
 };
+
+} // namespace tarnwick

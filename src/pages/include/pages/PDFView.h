@@ -9,6 +9,8 @@
 #include <functional>
 #include <memory>
 
+namespace tarnwick {
+
 class PDFDocument;
 class PDFDocumentText;
 struct PDFLink;
@@ -137,3 +139,5 @@ private:
     class Private;
     std::unique_ptr<Private> d;
 };
+
+} // namespace tarnwick

@@ -5,6 +5,9 @@
 #include <QString>
 
 class QPainter;
+
+namespace tarnwick {
+
 class TileCache;
 enum class PDFFailure;
 
@@ -32,3 +35,5 @@ void paint(QPainter& painter, const Page& page, const QPoint& origin, const QRec
 QString failureText(PDFFailure failure);
 
 }
+
+} // namespace tarnwick

@@ -4,6 +4,8 @@
 
 #include <QStringList>
 
+namespace tarnwick {
+
 /// What was made of the pages that something is missing from.
 enum class LossSubject
 {
@@ -39,3 +41,5 @@ QString lostObjectsSentence(qsizetype count);
 /// lacks.
 QStringList missingSentences(
     const PDFLosses& losses, qsizetype lostObjects, LossSubject subject, int most = 4);
+
+} // namespace tarnwick

@@ -17,6 +17,8 @@
 #include <memory>
 #include <optional>
 
+namespace tarnwick {
+
 /// What the engine tells of a document when it has opened it.
 struct PDFFacts
 {
@@ -235,3 +237,5 @@ private:
     class Private;
     std::unique_ptr<Private> d;
 };
+
+} // namespace tarnwick

@@ -8,6 +8,8 @@
 #include <QObject>
 #include <QString>
 
+namespace tarnwick {
+
 class PDFDocument;
 class PDFTextRequest;
 
@@ -62,3 +64,5 @@ private:
     bool theEndWasTold = false;
     PDFPagesText theText; ///< losses of the arrived pages alone
 };
+
+} // namespace tarnwick

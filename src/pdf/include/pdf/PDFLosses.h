@@ -5,6 +5,8 @@
 #include <QList>
 #include <QtGlobal>
 
+namespace tarnwick {
+
 /// Why something of a page is missing from what the PDF engine brought.
 enum class PDFLoss : quint8
 {
@@ -61,3 +63,5 @@ public:
 private:
     QList<Range> theRanges;
 };
+
+} // namespace tarnwick

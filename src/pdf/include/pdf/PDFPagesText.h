@@ -5,6 +5,8 @@
 #include <QList>
 #include <QString>
 
+namespace tarnwick {
+
 /// The texts of a document's pages as far as they have been read, and what is missing from them: a
 /// value, so that nobody passes the texts on without their losses.
 struct PDFPagesText
@@ -24,3 +26,5 @@ struct PDFPagesText
     };
     QList<Gap> gaps() const;
 };
+
+} // namespace tarnwick

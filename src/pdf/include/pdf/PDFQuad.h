@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <array>
 
+namespace tarnwick {
+
 /// Where a character stands: four corners in page space (PDFPageText), or none.
 ///
 /// As flat as it can be: a page may have three million of them, to be made and freed in no time. It
@@ -71,4 +73,7 @@ private:
     std::array<Corner, 4> theCorners;
     bool isThere = false;
 };
-Q_DECLARE_TYPEINFO(PDFQuad, Q_PRIMITIVE_TYPE);
+
+} // namespace tarnwick
+
+Q_DECLARE_TYPEINFO(tarnwick::PDFQuad, Q_PRIMITIVE_TYPE);

@@ -8,6 +8,8 @@
 
 #include <functional>
 
+namespace tarnwick {
+
 /// Why a request to the PDF engine brought no result.
 enum class PDFFailure
 {
@@ -61,3 +63,5 @@ private:
     PDFFailure theFailure = PDFFailure::isNone;
     std::function<void()> theGiveUp;
 };
+
+} // namespace tarnwick

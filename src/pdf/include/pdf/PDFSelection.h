@@ -3,6 +3,8 @@
 #include <QList>
 #include <QString>
 
+namespace tarnwick {
+
 /// A stretch of a document's text: what the user selected, or a match of a search.
 ///
 /// A value. Positions are UTF-16 units of the pages' strings (PDFPageText::string); both ends fall
@@ -40,3 +42,5 @@ public:
 private:
     QList<Range> theRanges;
 };
+
+} // namespace tarnwick

@@ -8,6 +8,8 @@
 #include <QList>
 #include <QString>
 
+namespace tarnwick {
+
 /// A stretch of a page's text in one font, size and colour.
 struct PDFTextRun
 {
@@ -56,3 +58,5 @@ enum class PDFTextDetail
     isWithQuads,
     isWithAttributes,
 };
+
+} // namespace tarnwick

@@ -7,6 +7,8 @@
 
 #include <functional>
 
+namespace tarnwick {
+
 /// A place between two characters of a document's text.
 struct PDFTextPosition
 {
@@ -59,3 +61,5 @@ QList<Stretch> stretchesIn(const PDFPageText& text, const QRectF& area);
 QList<QPolygonF> outlines(const PDFPageText& text, qsizetype start, qsizetype length);
 
 }
+
+} // namespace tarnwick

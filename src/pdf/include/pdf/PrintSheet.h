@@ -4,6 +4,8 @@
 #include <QRectF>
 #include <QSizeF>
 
+namespace tarnwick {
+
 /// What one sheet of paper shows of a document.
 struct PrintSheet
 {
@@ -18,3 +20,5 @@ struct PrintPaper
     QSizeF size; ///< in points
     QPointF corner; ///< where an area's upper left corner comes to lie, from the paper's
 };
+
+} // namespace tarnwick

@@ -5,6 +5,8 @@
 #include <type_traits>
 #include <utility>
 
+namespace tarnwick {
+
 /// Has a list freed by a thread of the pool, when it is the last to hold its items: freeing
 /// millions of them takes as long as making them did. Little lists are freed at once.
 template<class List> void releaseElsewhere(List&& list)
@@ -15,3 +17,5 @@ template<class List> void releaseElsewhere(List&& list)
     if (held.size() > longestFreedAtOnce)
         QThreadPool::globalInstance()->start([held = std::move(held)] {});
 }
+
+} // namespace tarnwick

@@ -8,6 +8,8 @@
 #include <type_traits>
 #include <utility>
 
+namespace tarnwick {
+
 /// Threads for work that is over soon. Scans of large files may keep the global pool busy for
 /// minutes.
 inline QThreadPool& shortWorkPool()
@@ -29,3 +31,5 @@ template<class Work> QFuture<std::invoke_result_t<Work>> runInPool(Work work)
     });
     return promise->future();
 }
+
+} // namespace tarnwick

@@ -2,9 +2,12 @@
 
 #include <QString>
 
+class QWidget;
+
+namespace tarnwick {
+
 class PDFDocument;
 class PDFView;
-class QWidget;
 
 /// Prints a document's pages.
 namespace PagePrinter {
@@ -23,3 +26,5 @@ void printAsSheet(PDFDocument* document, const QString& title, QWidget* window);
 void serve(PDFView* view);
 
 }
+
+} // namespace tarnwick

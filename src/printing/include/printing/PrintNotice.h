@@ -4,6 +4,8 @@
 
 #include <QStringList>
 
+namespace tarnwick {
+
 /// What has been printed where.
 struct PrintedJob
 {
@@ -16,3 +18,5 @@ struct PrintedJob
 /// What the user is told at a printing's end. @param reason why nothing was printed, as a phrase
 /// without full stop; empty when it was.
 Notice printNotice(const PrintedJob& job, const QString& reason);
+
+} // namespace tarnwick

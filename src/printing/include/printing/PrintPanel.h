@@ -4,6 +4,8 @@
 
 class QLineEdit;
 
+namespace tarnwick {
+
 /// The print dialog. It proposes no opened file for printing into and takes none, nor a device or
 /// a pipe; that is said before the question whether to replace a file.
 class PrintPanel : public QPrintDialog
@@ -22,3 +24,5 @@ private:
     void check();
     QString refusal(const QString& path) const;
 };
+
+} // namespace tarnwick

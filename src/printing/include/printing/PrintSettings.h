@@ -8,6 +8,8 @@
 class QPagedPaintDevice;
 class QPrinter;
 
+namespace tarnwick {
+
 /// The settings that everything is printed with: margins of one inch, the contents scaled to fit
 /// the page's width and split into as many pages as their height needs, nothing centred, and the
 /// job sent to the printer like any other. The user chooses printer, paper, pages and copies.
@@ -31,3 +33,5 @@ void applyTo(QPagedPaintDevice& device);
 QSizeF printableSizeInPoints(const QPageLayout& layout);
 
 } // namespace PrintSettings
+
+} // namespace tarnwick

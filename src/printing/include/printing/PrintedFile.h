@@ -8,6 +8,8 @@
 #include <functional>
 #include <memory>
 
+namespace tarnwick {
+
 /// The file that is printed into. It appears whole or not at all, in place of one that had its
 /// name, but never of an opened file (WholeFile).
 class PrintedFile : public QObject
@@ -42,3 +44,5 @@ private:
     std::shared_ptr<Work> theWork; ///< the thread's as well, which may outlive this object
     QString thePath;
 };
+
+} // namespace tarnwick

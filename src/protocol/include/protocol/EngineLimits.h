@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 
+namespace tarnwick {
+
 /// How much the PDF engine may be asked for and may answer.
 ///
 /// The engine keeps to these limits while it writes an answer, and the program refuses an answer
@@ -52,3 +54,5 @@ constexpr std::uint64_t maximumDocumentCharacters(std::uint64_t fileSize)
 {
     return 50'000'000 + 16 * fileSize;
 }
+
+} // namespace tarnwick

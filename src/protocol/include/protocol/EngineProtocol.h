@@ -9,6 +9,8 @@
 #include <string_view>
 #include <type_traits>
 
+namespace tarnwick {
+
 /// How the program and its PDF engine talk: frames over the engine's standard input and output.
 ///
 /// A frame is a header (EngineFrame) and a payload of values one after another, in the machine's
@@ -196,3 +198,5 @@ private:
     std::string_view theRest;
     bool theGood = true;
 };
+
+} // namespace tarnwick

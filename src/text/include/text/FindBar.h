@@ -7,6 +7,8 @@ class QLabel;
 class QLineEdit;
 class QToolButton;
 
+namespace tarnwick {
+
 /// The strip under a text in which one types what to find.
 ///
 /// Enter and Shift+Enter step through the matches, Escape closes it.
@@ -55,3 +57,5 @@ private:
     QCheckBox* theCaseBox;
     QLabel* theStatus;
 };
+
+} // namespace tarnwick

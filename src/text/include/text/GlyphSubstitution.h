@@ -4,6 +4,8 @@
 #include <QFont>
 #include <QString>
 
+namespace tarnwick {
+
 /// Stands in for characters that draw nothing or would upset a line: control characters, bytes
 /// that no character set gives a glyph, lone surrogates.
 ///
@@ -26,3 +28,5 @@ private:
     bool theFontHasPictures = false;
     char16_t theReplacement = u'.';
 };
+
+} // namespace tarnwick

@@ -4,6 +4,8 @@
 #include <optional>
 #include <vector>
 
+namespace tarnwick {
+
 /// Where the lines of a text begin, in little memory.
 ///
 /// Only some line starts are kept, the rest is found by reading on from the one before. They lie at
@@ -47,3 +49,5 @@ private:
     std::vector<Start> theStarts;
     std::size_t theLast = 0;
 };
+
+} // namespace tarnwick

@@ -6,6 +6,8 @@
 
 #include <variant>
 
+namespace tarnwick {
+
 /// A text in the default colour: a string, or a file's bytes with one character per byte.
 ///
 /// Lines end at U+000A to U+000D, U+0085 and, in strings, U+2028 and U+2029. CR LF is one line end
@@ -42,3 +44,5 @@ private:
     std::variant<QString, SharedBytes> theText;
     LineIndex theIndex;
 };
+
+} // namespace tarnwick

@@ -10,6 +10,8 @@
 
 #include <memory>
 
+namespace tarnwick {
+
 class FindBar;
 class ScrollAxis;
 class TextFinder;
@@ -222,3 +224,5 @@ private:
     TextRange theMatch; ///< found last, empty when none was
     QList<TextRange> theVisibleMatches;
 };
+
+} // namespace tarnwick

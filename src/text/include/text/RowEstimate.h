@@ -8,6 +8,8 @@
 
 #include <vector>
 
+namespace tarnwick {
+
 /// About how many rows the lines of a text take, for the scroll bars of a text that is far too long
 /// to be laid out.
 ///
@@ -53,3 +55,5 @@ private:
     qsizetype theLongest = 0;
     std::vector<double> theRowsBefore; ///< each group that is read, and what follows
 };
+
+} // namespace tarnwick

@@ -3,6 +3,8 @@
 #include "analysis/StyledText.h"
 #include "text/TextStorage.h"
 
+namespace tarnwick {
+
 /// Serves the lines of a listing to a text view.
 class StyledTextStorage : public TextStorage
 {
@@ -18,3 +20,5 @@ private:
     StyledText theText;
     qsizetype theLineCount;
 };
+
+} // namespace tarnwick

@@ -5,6 +5,8 @@
 #include <QColor>
 #include <QPalette>
 
+namespace tarnwick {
+
 /// Contrast of two colours as readers meet it: 1 for equal ones, 21 for black on white (the ratio
 /// of relative luminances that the Web Content Accessibility Guidelines define).
 double contrastRatio(const QColor& one, const QColor& other);
@@ -39,3 +41,5 @@ private:
     QColor theMatchBackground{Qt::yellow};
     QColor theMatchText{Qt::black};
 };
+
+} // namespace tarnwick

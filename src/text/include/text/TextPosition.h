@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <compare>
 
+namespace tarnwick {
+
 /// A place between two characters of a text: a line and the number of UTF-16 units before it there.
 struct TextPosition
 {
@@ -28,3 +30,5 @@ struct TextRange
     bool isEmpty() const { return begin == end; }
     bool operator==(const TextRange&) const = default;
 };
+
+} // namespace tarnwick

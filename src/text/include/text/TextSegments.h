@@ -10,6 +10,8 @@
 
 #include <memory>
 
+namespace tarnwick {
+
 /// A stretch of a line, laid out: one row, or several where it is wrapped.
 ///
 /// Rows have one height and one baseline whatever fonts their characters came from. Coordinates are
@@ -94,3 +96,5 @@ private:
     /// Layouts take about 40 bytes per unit.
     mutable QCache<Key, std::shared_ptr<TextSegment>> theCache{300'000};
 };
+
+} // namespace tarnwick

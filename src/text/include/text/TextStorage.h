@@ -4,6 +4,8 @@
 
 #include <QString>
 
+namespace tarnwick {
+
 /// One line of a text as a view draws it: its characters without the line end, in one colour.
 struct TextLine
 {
@@ -40,3 +42,5 @@ public:
         return QStringLiteral("\n");
     }
 };
+
+} // namespace tarnwick

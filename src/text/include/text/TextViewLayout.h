@@ -10,6 +10,8 @@
 #include <functional>
 #include <optional>
 
+namespace tarnwick {
+
 /// Which part of a text a view shows, and where on it.
 ///
 /// Points are pixels from the view's top left corner, y downwards. What is scrolled to is kept as a
@@ -133,3 +135,5 @@ private:
     qreal theLeft = 0;
     mutable qreal theWidest = 0;
 };
+
+} // namespace tarnwick

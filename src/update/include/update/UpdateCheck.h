@@ -11,6 +11,9 @@
 
 class QMessageBox;
 class QUrl;
+
+namespace tarnwick {
+
 class UpdateDownload;
 
 /// The update check: fetches the feed, and offers what it has for this program.
@@ -62,3 +65,5 @@ private:
     QList<std::function<QMessageBox*()>> theAlerts; ///< those still to come
     QPointer<QMessageBox> theAlert; ///< the one that shows
 };
+
+} // namespace tarnwick

@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+namespace tarnwick {
+
 /// An entry of the update feed, as far as it matters. What is absent, or is no text, holds nothing.
 struct FeedEntry
 {
@@ -65,3 +67,5 @@ FeedOutcome readFeed(const std::optional<std::vector<FeedEntry>>& entries,
 /// Whether an answer to the request for the feed is one to read: its status is a success, and its
 /// media type, without parameters such as the character set, is exactly text/xml or text/plain.
 bool isFeedAnswer(int httpStatus, std::string_view contentType);
+
+} // namespace tarnwick

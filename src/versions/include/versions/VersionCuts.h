@@ -4,6 +4,8 @@
 #include <string_view>
 #include <vector>
 
+namespace tarnwick {
+
 /// Ends of the saved versions that one PDF file holds (ISO 32000-2, 7.5.6).
 ///
 /// A save appends to the file and closes with "%%EOF", so each version is a prefix of the file. A
@@ -12,3 +14,5 @@
 /// too, and one that begins with the byte just given away to the version before it is not seen.
 /// @returns strictly increasing cuts in [5, bytes.size()]; empty without a marker.
 std::vector<std::size_t> versionCuts(std::string_view bytes);
+
+} // namespace tarnwick

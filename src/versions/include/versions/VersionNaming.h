@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+namespace tarnwick {
+
 /// A file's name cut in two. Bytes in the file system's encoding, whatever they are.
 struct FileNameParts
 {
@@ -27,3 +29,5 @@ std::string versionFolderName(const FileNameParts& parts);
 /// @param number counts from 1; written with at least three digits, more when it needs them.
 /// @param extension with its dot, or empty (versionExtension()).
 std::string versionFileName(std::string_view base, std::size_t number, std::string_view extension);
+
+} // namespace tarnwick

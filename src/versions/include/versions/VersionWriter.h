@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+namespace tarnwick {
+
 /// How an export of versions ended.
 struct VersionResult
 {
@@ -52,3 +54,5 @@ private:
     std::string theBase;
     std::string theExtension;
 };
+
+} // namespace tarnwick

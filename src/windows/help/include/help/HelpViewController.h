@@ -5,6 +5,8 @@
 
 #include <memory>
 
+namespace tarnwick {
+
 class PDFDocument;
 class PDFDocumentText;
 class PDFView;
@@ -52,3 +54,5 @@ private:
     std::unique_ptr<PDFDocument> theManual;
     std::unique_ptr<PDFDocumentText> theText; // destroyed before the document that it reads
 };
+
+} // namespace tarnwick

@@ -9,6 +9,8 @@
 #include <memory>
 #include <stop_token>
 
+namespace tarnwick {
+
 /// What a pane of the inspector shows of a file's source.
 enum class SourceContent
 {
@@ -51,3 +53,5 @@ private:
     QFutureWatcher<Result> theWatcher;
     Result theResult;
 };
+
+} // namespace tarnwick

@@ -11,14 +11,17 @@
 
 #include <memory>
 
-class Document;
-class PlainTextView;
 class QAbstractScrollArea;
 class QLabel;
 class QToolButton;
 namespace Ui {
 class SourceWindow;
 }
+
+namespace tarnwick {
+
+class Document;
+class PlainTextView;
 
 /// Content of the source inspector: three text panes.
 ///
@@ -115,3 +118,5 @@ private:
     QAbstractScrollArea* theLowerScroller = nullptr;
     QAbstractScrollArea* theBottomScroller = nullptr;
 };
+
+} // namespace tarnwick

@@ -2,6 +2,8 @@
 
 #include <QWidget>
 
+namespace tarnwick {
+
 class Document;
 class PDFView;
 
@@ -39,3 +41,5 @@ private:
     Document* theDocument;
     PDFView* theOutlet = nullptr;
 };
+
+} // namespace tarnwick

@@ -4,6 +4,8 @@
 #include <optional>
 #include <vector>
 
+namespace tarnwick {
+
 /// The marked pages of a window: latest mark first, each page once, 40 at most.
 class PageMarks
 {
@@ -31,3 +33,5 @@ private:
 
     std::vector<int> thePages;
 };
+
+} // namespace tarnwick

@@ -9,6 +9,18 @@
 
 #include <memory>
 
+class QAbstractScrollArea;
+class QCheckBox;
+class QComboBox;
+class QLabel;
+class QMenu;
+class QSplitter;
+namespace Ui {
+class ViewController;
+}
+
+namespace tarnwick {
+
 class DocumentSearch;
 class OutlineModel;
 class PDFDocument;
@@ -19,19 +31,10 @@ class PDFThumbnailView;
 class PDFView;
 class PageControls;
 class PlainTextView;
-class QAbstractScrollArea;
-class QCheckBox;
-class QComboBox;
-class QLabel;
-class QMenu;
-class QSplitter;
 class SearchField;
 class SearchStepper;
 class TextFeed;
 class ViewFlags;
-namespace Ui {
-class ViewController;
-}
 
 /// Content of a document's main window: the pages with thumbnails and outline, the document's text
 /// with its count line, the search, and the marked pages.
@@ -187,3 +190,5 @@ private:
     TextFeed* theTextFeed = nullptr;
     QPointer<PDFThumbnailView> theAttachedStrip; ///< that follows the page view
 };
+
+} // namespace tarnwick

@@ -22,6 +22,7 @@ PDFView::Private::Private(PDFView* view)
     : q(view)
     , theTiles(PDFView::tileLimit, farPages, this)
     , theDetails(this)
+    , theGlide(this)
 {
     theWantTimer.setSingleShot(true);
     connect(&theWantTimer, &QTimer::timeout, this, [this] { wantTiles(); });
@@ -40,7 +41,8 @@ PDFView::Private::Private(PDFView* view)
     theSelectionTimer.setSingleShot(true);
     connect(&theSelectionTimer, &QTimer::timeout, this, [this] { selectBetweenEnds(); });
     connect(&theAutoScroll, &QTimer::timeout, this, [this] { dragSelection(theLastMouse); });
-    connect(&theScrollTimer, &QTimer::timeout, this, [this] { scrollSmoothly({}); });
+    connect(&theGlide, &SmoothScroll::moved, this,
+        [this](const QPointF& step) { moveTo(theOrigin + step); });
     thePulse.setStartValue(1.0);
     thePulse.setEndValue(0.0);
     thePulse.setDuration(450);

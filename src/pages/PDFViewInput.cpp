@@ -49,15 +49,13 @@ void PDFView::wheelEvent(QWheelEvent* event)
         const double steps = angle.y() / notch;
         return d->zoomBy(std::pow(1.15, steps), event->position());
     }
-    if (!pixels.isNull() && event->source() != Qt::MouseEventSynthesizedBySystem) {
-        d->theScrollTimer.stop();
+    if (!pixels.isNull() && event->source() != Qt::MouseEventSynthesizedBySystem)
         return d->scrollTo(d->theOrigin - pixels);
-    }
     const double perNotch = QApplication::wheelScrollLines() * 32.0;
     QPointF by = -angle / notch * perNotch;
     if (event->modifiers().testFlag(Qt::ShiftModifier) && by.x() == 0)
         by = by.transposed();
-    d->scrollSmoothly(by);
+    d->theGlide.add(by);
 }
 
 void PDFView::keyPressEvent(QKeyEvent* event)
@@ -84,7 +82,7 @@ void PDFView::keyPressEvent(QKeyEvent* event)
     case Qt::Key_Right: {
         const int direction = event->key() == Qt::Key_Left ? -1 : 1;
         if (horizontalScrollBar()->maximum() > 0)
-            return d->scrollSmoothly({48.0 * direction, 0});
+            return d->theGlide.add({48.0 * direction, 0});
         return direction < 0 ? goToPreviousPage() : goToNextPage();
     }
     case Qt::Key_PageUp:
@@ -137,7 +135,7 @@ void PDFView::Private::updateCursor(const QPointF& inView)
 
 void PDFView::mousePressEvent(QMouseEvent* event)
 {
-    d->theScrollTimer.stop();
+    d->theGlide.stop();
     d->press(event);
     d->updateCursor(event->position());
 }
@@ -177,6 +175,7 @@ void PDFView::mouseDoubleClickEvent(QMouseEvent* event)
 {
     if (event->button() != Qt::LeftButton)
         return mousePressEvent(event);
+    d->theGlide.stop();
     d->theSinceDoubleClick.start();
     d->startSelecting(event->position(), Private::Drag::isWords, false);
 }
@@ -191,7 +190,7 @@ void PDFView::mouseMoveEvent(QMouseEvent* event)
     case Private::Drag::isNone:
         break;
     case Private::Drag::isHand:
-        d->scrollTo(d->theOrigin - moved);
+        d->moveTo(d->theOrigin - moved);
         break;
     case Private::Drag::isLink:
         if (isFar)

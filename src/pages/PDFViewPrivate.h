@@ -2,6 +2,7 @@
 
 #include "PageDetails.h"
 #include "PageGeometry.h"
+#include "SmoothScroll.h"
 #include "TileLoader.h"
 #include "ViewHistory.h"
 #include "pages/PDFView.h"
@@ -62,9 +63,11 @@ public:
     QSizeF viewSize() const;
     double actualScale() const; ///< pixels for a point at factor 1
     PageGeometry::PageRange shownPages() const;
+    /// Shows a place, whatever way the view was on.
     /// @param target page that a jump leads to: the present one, even where another shows as much.
     void scrollTo(const QPointF& origin, int target = -1);
-    void scrollSmoothly(const QPointF& by);
+    /// Moves the view on its way, of which what is left is still to be gone.
+    void moveTo(const QPointF& origin, int target = -1);
     void stride(Stride stride, int direction);
     void updateBars();
     void takeBars();
@@ -131,8 +134,7 @@ public:
     int theCurrentPage = -1;
     QTimer theWantTimer;
     QTimer theDetailsTimer;
-    QTimer theScrollTimer;
-    QPointF theScrollLeft; ///< what smooth scrolling has still to go
+    SmoothScroll theGlide;
 
     PDFSelection theSelection;
     PDFTextPosition theAnchor;

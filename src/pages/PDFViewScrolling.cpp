@@ -36,9 +36,15 @@ PagePlace PDFView::Private::presentPlace() const
     return theGeometry.placeAt(theOrigin + QPointF(viewSize().width() / 2, 0));
 }
 
+void PDFView::Private::scrollTo(const QPointF& origin, int target)
+{
+    theGlide.stop();
+    moveTo(origin, target);
+}
+
 /// Horizontally the pages that show decide how far one can scroll, so that one poster among a
 /// thousand letters does not make every letter slide about.
-void PDFView::Private::scrollTo(const QPointF& origin, int target)
+void PDFView::Private::moveTo(const QPointF& origin, int target)
 {
     const QSizeF view = viewSize();
     const double ratio = q->viewport()->devicePixelRatioF();
@@ -79,7 +85,6 @@ void PDFView::Private::takeBars()
 {
     if (theBarsAreBeingSet)
         return;
-    theScrollTimer.stop();
     const QScrollBar* const bar = q->verticalScrollBar();
     const QScrollBar* const horizontal = q->horizontalScrollBar();
     const double width = theGeometry.widthOf(shownPages());
@@ -118,27 +123,10 @@ void PDFView::Private::updateCurrentPage(int target)
     emit q->currentPageChanged(page);
 }
 
-void PDFView::Private::scrollSmoothly(const QPointF& by)
-{
-    theScrollLeft += by;
-    if (!by.isNull() && !theScrollTimer.isActive())
-        theScrollTimer.start(12);
-    const bool isLast = theScrollLeft.manhattanLength() < 2;
-    const QPointF step = isLast ? theScrollLeft : theScrollLeft * 0.35;
-    theScrollLeft -= step;
-    if (isLast) {
-        theScrollTimer.stop();
-        theScrollLeft = {};
-    }
-    scrollTo(theOrigin + step);
-}
-
 void PDFView::Private::stride(Stride stride, int direction)
 {
     if (stride == Stride::isLine)
-        return scrollSmoothly({0, double(direction * lineStep)});
-    theScrollTimer.stop();
-    theScrollLeft = {};
+        return theGlide.add({0, double(direction * lineStep)});
     // A few lines stay to go on reading from.
     const double step = std::max<double>(lineStep, viewSize().height() - lineStep);
     scrollTo(theOrigin + QPointF(0, direction * step));
@@ -146,16 +134,12 @@ void PDFView::Private::stride(Stride stride, int direction)
 
 void PDFView::Private::showPlace(const PagePlace& place)
 {
-    theScrollTimer.stop();
-    theScrollLeft = {};
     const QPointF point = theGeometry.contentPoint(place);
     scrollTo({point.x() - viewSize().width() / 2, point.y()});
 }
 
 void PDFView::Private::showPage(int page)
 {
-    theScrollTimer.stop();
-    theScrollLeft = {};
     const QRectF rect = theGeometry.pageRect(page);
     scrollTo({-viewSize().width() / 2, rect.top() - PageGeometry::gap}, page);
 }
@@ -176,8 +160,6 @@ void PDFView::goToPoint(int page, const QPointF& point)
     // Across the page the middle stays in the middle: jumps are up and down.
     const double target = d->theGeometry.contentPoint({page, point}).y();
     const double top = d->theGeometry.pageRect(page).top();
-    d->theScrollTimer.stop();
-    d->theScrollLeft = {};
     d->scrollTo({d->theOrigin.x(), std::max(target, top) - PageGeometry::gap}, page);
 }
 
@@ -189,7 +171,7 @@ void PDFView::Private::setScale(double factor, const QPointF& pointInView)
         return;
     const PagePlace place = theGeometry.placeAt(content(pointInView));
     theGeometry.setScale(scale);
-    scrollTo(theGeometry.contentPoint(place) - pointInView);
+    moveTo(theGeometry.contentPoint(place) - pointInView);
     // While zooming goes on, what is there is shown stretched: no engine is asked for each step.
     wantSoon(90);
     emit q->scaleFactorChanged(bounded);

@@ -188,7 +188,7 @@ void PDFView::Private::dragSelection(const QPointF& inView)
     if (above + below != 0) {
         if (!theAutoScroll.isActive())
             theAutoScroll.start(30);
-        scrollTo(theOrigin + QPointF(0, std::clamp((above + below) / 2, -120.0, 120.0)));
+        moveTo(theOrigin + QPointF(0, std::clamp((above + below) / 2, -120.0, 120.0)));
     } else {
         theAutoScroll.stop();
     }

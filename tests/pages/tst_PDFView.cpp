@@ -62,12 +62,24 @@ struct Shown
     PDFView view;
 };
 
+using Deed = std::function<void(PDFView&)>;
+
+/// @param angle in eighths of a degree, 120 for a notch. @param pixels by a touchpad.
+void turnWheel(PDFView& view, const QPoint& angle, const QPoint& pixels = {})
+{
+    QWheelEvent wheel({9, 9}, view.mapToGlobal(QPoint(9, 9)), pixels, angle, Qt::NoButton,
+        Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(view.viewport(), &wheel);
+}
+
 QColor colourAt(PDFView& view, const QPoint& point)
 {
     return view.viewport()->grab().toImage().pixelColor(point);
 }
 
 } // namespace
+
+Q_DECLARE_METATYPE(Deed)
 
 class TestPDFView : public QObject
 {
@@ -76,6 +88,8 @@ class TestPDFView : public QObject
 private slots:
     void goesToPages();
     void remembersJumps();
+    void oneNotchGoesOneWay_data();
+    void oneNotchGoesOneWay();
     void scales();
     void keepsThePlaceUnderThePointer();
     void rotates();
@@ -134,6 +148,49 @@ void TestPDFView::remembersJumps()
     QVERIFY(!shown.view.canGoBack() && shown.view.canGoForward());
     shown.view.goForward();
     QCOMPARE(shown.view.currentPage(), 6);
+}
+
+/// What ends a glide takes the rest of its way with it.
+void TestPDFView::oneNotchGoesOneWay_data()
+{
+    QTest::addColumn<Deed>("deed");
+    QTest::newRow("nothing before") << Deed([](PDFView&) {});
+    QTest::newRow("after a click") << Deed([](PDFView& view) {
+        QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, {50, 50});
+    });
+    QTest::newRow("after a move by the scroll bar")
+        << Deed([](PDFView& view) { view.verticalScrollBar()->setValue(800); });
+    QTest::newRow("after a touchpad's move") << Deed([](PDFView& view) {
+        turnWheel(view, {}, {0, -50});
+    });
+    QTest::newRow("after a view down")
+        << Deed([](PDFView& view) { QTest::keyClick(&view, Qt::Key_Space); });
+    QTest::newRow("after a jump") << Deed([](PDFView& view) { view.goToPage(3); });
+    QTest::newRow("after a jump to a point") << Deed([](PDFView& view) {
+        view.goToPoint(3, {10, 300});
+    });
+    QTest::newRow("after a match was shown") << Deed([](PDFView& view) {
+        view.setCurrentSelection(PDFSelection(PDFSelection::Range{0, 0, 5}), false);
+        view.scrollSelectionToVisible();
+    });
+    QTest::newRow("in another document") << Deed([](PDFView& view) {
+        PDFDocument* const document = view.document();
+        view.setDocument(nullptr, nullptr);
+        view.setDocument(document, nullptr);
+    });
+}
+
+void TestPDFView::oneNotchGoesOneWay()
+{
+    QFETCH(Deed, deed);
+    Shown shown(tenPages());
+    QVERIFY(shown.waitForText());
+    if (QTest::currentDataTag() != QByteArray("nothing before"))
+        turnWheel(shown.view, {0, -1200});
+    deed(shown.view);
+    const int before = shown.view.verticalScrollBar()->value();
+    turnWheel(shown.view, {0, -120});
+    QTRY_COMPARE(shown.view.verticalScrollBar()->value(), before + 97);
 }
 
 void TestPDFView::scales()

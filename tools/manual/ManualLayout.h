@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ManualGeometry.h"
 #include "PdfFinish.h"
 
 #include <QString>
@@ -9,7 +10,6 @@
 
 class QPdfWriter;
 class QPainter;
-class QTextBlock;
 
 namespace tarnwick {
 
@@ -49,29 +49,19 @@ private:
         QString target;
     };
 
-    void readPictures(const QString& folder);
-    void styleBlocks();
-    void styleHeading(const QTextBlock& block);
-    void styleListing(const QTextBlock& block);
-    static void styleParagraph(const QTextBlock& block);
-    static void styleCode(const QTextBlock& block);
-    void styleTables();
     void addContents();
     void collectLinks();
     void breakPages();
     bool breakBeforeLonelyHeading();
     void fillContents();
     QList<Heading> headings() const;
-    int pageAt(double top) const;
-    PdfPlace placeOf(const QTextBlock& block) const;
     void addExtras();
     void addLink(const Link& link);
     std::optional<PdfPlace> targetPlace(const QString& target) const;
-    double points(double deviceUnits) const;
-    double deviceLength(double pixels) const;
 
     QPdfWriter& theDevice;
     QTextDocument theDocument;
+    ManualGeometry theGeometry;
     QString theTitle;
     QList<Link> theLinks;
     QStringList theProblems;

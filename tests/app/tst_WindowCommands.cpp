@@ -3,6 +3,7 @@
 #include "frame/CommandRouter.h"
 #include "frame/DocumentController.h"
 #include "frame/DocumentWindow.h"
+#include "inspector/SourceViewController.h"
 #include "pdf/PDFDocumentText.h"
 #include "support/PdfBuilder.h"
 
@@ -151,6 +152,8 @@ void TestWindowCommands::menusOfferTheSameByKeyAndMouse()
     QFETCH(const QString, view);
     DocumentWindow* const shown = newWindow(window);
     QVERIFY(QTest::qWaitForWindowActive(shown));
+    if (const auto* const inspector = shown->findChild<SourceViewController*>())
+        QTRY_VERIFY_WITH_TIMEOUT(!inspector->isFilling(), 30'000);
     auto* const widget = shown->findChild<QWidget*>(focus);
     widget->setFocus();
     for (const auto& [name, expected] : {std::pair("editMenu", edit), {"viewMenu", view}}) {

@@ -87,7 +87,37 @@ PieceList::Place PieceList::placeOfLine(std::size_t line) const
         rest -= walk.piece().lineCount();
         walk.step();
     }
-    return {walk.index(), walk.piece(), rest};
+    return {walk.index(), walk.piece(), rest, walk.end()};
+}
+
+std::size_t PieceList::lineOf(std::size_t offset) const
+{
+    // The last block that begins behind a piece which ends at or before the offset.
+    const auto after = std::upper_bound(theBlocks.begin(), theBlocks.end(), offset,
+        [](std::size_t wanted, const Block& block) { return wanted < block.end; });
+    const auto block = static_cast<std::size_t>(after - theBlocks.begin());
+    Walk walk(*this, block == 0 ? 0 : block - 1);
+    std::size_t line = theBlocks[block == 0 ? 0 : block - 1].firstLine;
+    std::size_t found = line + walk.piece().leadingBreaks();
+    std::size_t end = 0; // of the last piece with a place in the file
+    for (; walk.index() < size(); walk.step()) {
+        const Piece piece = walk.piece();
+        const bool isStream = piece.kind() == PieceKind::isStream;
+        if (isStream ? offset < end : offset < piece.offset())
+            break;
+        found = line + piece.leadingBreaks();
+        line += piece.lineCount();
+        end = walk.end();
+    }
+    return found;
+}
+
+std::size_t PieceList::offsetOf(std::size_t line) const
+{
+    const Place place = placeOfLine(line);
+    if (place.piece.kind() == PieceKind::isStream || place.line > place.piece.leadingBreaks())
+        return place.end;
+    return place.piece.offset();
 }
 
 } // namespace tarnwick

@@ -96,6 +96,35 @@ std::size_t StyledText::lineLength(std::size_t index) const
     return piece.kind() == PieceKind::isStream ? streamTextLength(piece) : piece.length();
 }
 
+std::optional<std::size_t> StyledText::lineOfOffset(std::size_t offset) const
+{
+    if (listingLines() == 0)
+        return std::nullopt;
+    return thePieces->lineOf(offset);
+}
+
+std::optional<std::size_t> StyledText::offsetOfLine(std::size_t index) const
+{
+    if (index < listingLines())
+        return thePieces->offsetOf(index);
+    const std::optional<pdfObject> object = objectOfLine(index);
+    return object ? std::optional(object->range().begin) : std::nullopt;
+}
+
+std::optional<std::size_t> StyledText::lineOfObject(const pdfObject& object) const
+{
+    if (!theCatalog)
+        return std::nullopt;
+    return listingLines() + theCatalog->listIndex(object);
+}
+
+std::optional<pdfObject> StyledText::objectOfLine(std::size_t index) const
+{
+    if (!theCatalog || index < listingLines() || index - listingLines() >= theCatalog->size())
+        return std::nullopt;
+    return theCatalog->listedObject(index - listingLines());
+}
+
 ColourRole StyledText::appendLine(
     std::size_t index, std::size_t position, std::size_t count, std::u16string& text) const
 {

@@ -102,6 +102,11 @@ ObjectType pdfObject::objType() const
     return record().objType();
 }
 
+ByteRange pdfObject::range() const
+{
+    return {theCatalog->startOf(record()), record().end()};
+}
+
 std::optional<ObjectRef> pdfObject::link(ObjectLink link) const
 {
     return reference(ObjectReading(*theCatalog, record()).entries(), link);

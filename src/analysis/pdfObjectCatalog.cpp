@@ -25,7 +25,7 @@ pdfObjectCatalog::pdfObjectCatalog(SharedBytes bytes)
 
 pdfObject pdfObjectCatalog::listedObject(std::size_t index) const
 {
-    return object(theOrder.empty() ? index : theOrder[index]);
+    return object(scanIndex(index));
 }
 
 bool pdfObjectCatalog::comesBefore(std::uint32_t one, std::uint32_t other) const

@@ -25,6 +25,8 @@ public:
         std::size_t index = 0; ///< of the piece
         Piece piece;
         std::size_t line = 0;
+        std::size_t end
+            = 0; ///< where the piece, or of a stream the one before it, ends in the file
     };
 
     /// @param bytes what the pieces point into; borrowed.
@@ -48,6 +50,13 @@ public:
     std::size_t lineCount() const { return theLineCount; }
     /// Precondition: line < lineCount().
     Place placeOfLine(std::size_t line) const;
+    /// The line that shows an offset of the file: the last that begins at or before it, or the line
+    /// of the stream that is left out there; the first line for what stands before it.
+    /// Precondition: lineCount() > 0.
+    std::size_t lineOf(std::size_t offset) const;
+    /// The way back: where the line's text begins in the file; of a stream that is left out and of
+    /// an empty line, where the line before ends. Precondition: line < lineCount().
+    std::size_t offsetOf(std::size_t line) const;
 
 private:
     /// So many pieces have a start that is known: a line is reached by 32 steps on average, which
@@ -96,6 +105,8 @@ private:
         std::size_t index() const { return theIndex; }
         /// Precondition: index() < list.size().
         Piece piece() const { return thePiece; }
+        /// Where the piece, or of a stream the one before it, ends in the file.
+        std::size_t end() const { return theEnd; }
         void step();
 
     private:

@@ -6,11 +6,13 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
 namespace tarnwick {
 
+class pdfObject;
 class pdfObjectCatalog;
 
 /// A text made of coloured pieces: a listing of a file, an object list, or the one after the other.
@@ -46,6 +48,20 @@ public:
 
     /// Length of a line without its end. Precondition: index < lineCount().
     std::size_t lineLength(std::size_t index) const;
+
+    /// The line of the listing that shows an offset of the file (PieceList::lineOf()); nothing
+    /// where the text has no listing.
+    std::optional<std::size_t> lineOfOffset(std::size_t offset) const;
+    /// Where a line's text begins in the file: of the listing as PieceList::offsetOf() says, of the
+    /// object list its object's first line. Nothing for the last, empty line.
+    /// Precondition: index < lineCount().
+    std::optional<std::size_t> offsetOfLine(std::size_t index) const;
+    /// The line that describes an object in the object list; nothing where the text has no list.
+    /// Precondition: the object is of the catalog that this text was made with.
+    std::optional<std::size_t> lineOfObject(const pdfObject& object) const;
+    /// The object that a line of the object list describes; nothing for other lines.
+    /// Precondition: index < lineCount().
+    std::optional<pdfObject> objectOfLine(std::size_t index) const;
 
     /// Appends a stretch of a line to text: at most count characters from position on.
     /// Precondition: index < lineCount(), position <= lineLength(index).

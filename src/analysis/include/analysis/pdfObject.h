@@ -112,6 +112,17 @@ private:
     std::array<Link, 3> theLinks;
 };
 
+/// A stretch of a file's bytes: from begin to before end.
+struct ByteRange
+{
+    std::size_t begin = 0;
+    std::size_t end = 0;
+
+    std::size_t size() const { return end - begin; }
+    bool holds(std::size_t offset) const { return begin <= offset && offset < end; }
+    bool operator==(const ByteRange&) const = default;
+};
+
 /// One indirect object, or one trailer, found in a file: a light value that looks into its catalog.
 ///
 /// The record keeps offsets into the file's bytes rather than texts: a file can hold ten million
@@ -126,6 +137,12 @@ public:
     /// Saved version: 1 plus the number of "%%EOF" lines before the object's end.
     std::int64_t objVer() const;
     ObjectType objType() const;
+
+    /// Where it stands in the file: from the start of its first line ("trailer" for a trailer) to
+    /// the start of the line that ended it, the bytes of streams included.
+    ByteRange range() const;
+    /// Its place in the order of the scan: that by which the catalog's object() finds it.
+    std::size_t index() const { return theIndex; }
 
     /// References of the dictionary; absent where no piece of it holds the key.
     std::optional<ObjectRef> theRoot() const;

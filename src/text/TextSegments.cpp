@@ -67,10 +67,29 @@ qreal TextSegment::xOf(qsizetype cursor) const
 qsizetype TextSegment::cursorAt(int row, qreal x) const
 {
     const QTextLine textLine = layout.lineAt(row);
-    const int cursor = textLine.xToCursor(x);
-    const bool isNextRow
-        = row + 1 < rows() && cursor >= textLine.textStart() + textLine.textLength();
+    const int first = textLine.textStart();
+    const int end = first + textLine.textLength();
+    const int cursor = nearestFrom(std::clamp(textLine.xToCursor(x), first, end), textLine, x);
+    const bool isNextRow = row + 1 < rows() && cursor >= end;
     return isNextRow ? layout.previousCursorPosition(cursor) : cursor;
+}
+
+/// Qt looks beside the point, by the width of the spaces that a right-to-left row ends with, and
+/// takes the row's end for what follows an emoji of several.
+int TextSegment::nearestFrom(int cursor, const QTextLine& textLine, qreal x) const
+{
+    const int first = textLine.textStart();
+    const int end = first + textLine.textLength();
+    const auto distance
+        = [&textLine, x](int place) { return std::abs(textLine.cursorToX(place) - x); };
+    for (;;) {
+        const int before = std::max(first, layout.previousCursorPosition(cursor));
+        const int after = std::min(end, layout.nextCursorPosition(cursor));
+        const int nearer = distance(before) < distance(after) ? before : after;
+        if (distance(nearer) >= distance(cursor))
+            return cursor;
+        cursor = nearer;
+    }
 }
 
 void TextSegments::setStorage(std::shared_ptr<const TextStorage> storage)

@@ -37,6 +37,9 @@ struct TextSegment
     qreal xOf(qsizetype cursor) const;
     /// The cursor position nearest to x in a row. A wrapped row's last place belongs to the next.
     qsizetype cursorAt(int row, qreal x) const;
+
+private:
+    int nearestFrom(int cursor, const QTextLine& textLine, qreal x) const;
 };
 
 /// Cuts the lines of a text into segments and lays out those that are asked for.

@@ -1,6 +1,6 @@
 #include "PreferenceStore.h"
 
-#include "frame/StoredValues.h"
+#include "settings/StoredValues.h"
 
 #include <QDateTime>
 #include <QSettings>

@@ -2,6 +2,7 @@
 
 #include "PiecePrinter.h"
 #include "analysis/SourceText.h"
+#include "files/ErrorText.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -25,7 +26,7 @@ ExitStatus finish(PiecePrinter& printer)
 {
     if (printer.finish())
         return ExitStatus::isDone;
-    std::fprintf(stderr, "tarnwick-inspect: standard output: %s\n", std::strerror(errno));
+    std::fprintf(stderr, "tarnwick-inspect: standard output: %s\n", errorText(errno).c_str());
     return ExitStatus::isFailed;
 }
 

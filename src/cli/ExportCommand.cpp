@@ -122,9 +122,8 @@ private:
 
     void write()
     {
-        const auto goOn = [](quint64, quint64) { return true; };
         const std::unique_ptr<OutputFile> file = outputOf(*theArguments.output);
-        const ExportOutcome outcome = writeExport(*theContent, *file, goOn);
+        const ExportOutcome outcome = writeExport(*theContent, *file);
         if (outcome.isWritten)
             return end(reportMissing(*theContent, theArguments));
         end(shownOutput(*theArguments.output), outcome.reason);

@@ -1,10 +1,10 @@
 #include "ExportProgram.h"
 
+#include "files/ErrorText.h"
 #include "files/HelperProgram.h"
 
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
 
 #include <unistd.h>
 
@@ -14,7 +14,7 @@ ExitStatus becomeExportProgram(char** words)
 {
     const std::filesystem::path program = helperProgram("tarnwick-export");
     ::execv(program.c_str(), words);
-    std::fprintf(stderr, "tarnwick-inspect: %s: %s\n", program.c_str(), std::strerror(errno));
+    std::fprintf(stderr, "tarnwick-inspect: %s: %s\n", program.c_str(), errorText(errno).c_str());
     return ExitStatus::isFailed;
 }
 

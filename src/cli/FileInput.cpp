@@ -1,5 +1,6 @@
 #include "FileInput.h"
 
+#include "files/ErrorText.h"
 #include "files/LargePages.h"
 #include "files/OpenedFiles.h"
 
@@ -113,7 +114,7 @@ std::optional<SharedBytes> readInput(const std::string& path, std::string& reaso
     if (input >= 0 && !isStandardInput)
         ::close(input);
     if (error != 0) {
-        reason = std::strerror(error);
+        reason = errorText(error);
         return std::nullopt;
     }
     return buffer.release();

@@ -1,5 +1,6 @@
 #include "VersionsCommand.h"
 
+#include "files/ErrorText.h"
 #include "versions/IncrementalUpdate.h"
 #include "versions/VersionCuts.h"
 #include "versions/VersionNaming.h"
@@ -69,7 +70,7 @@ ExitStatus versionsCommand(const Arguments& arguments, const SharedBytes& bytes)
     const bool isPrinted = std::fwrite(text.data(), 1, text.size(), stdout) == text.size()
         && std::fflush(stdout) == 0;
     if (!isPrinted)
-        return fail("standard output", std::strerror(errno));
+        return fail("standard output", errorText(errno));
     return arguments.exportFolder ? exportVersions(arguments, bytes.view, cuts)
                                   : ExitStatus::isDone;
 }

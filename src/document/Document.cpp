@@ -3,7 +3,6 @@
 #include "export/DocumentExport.h"
 #include "export/VersionExport.h"
 #include "frame/DocumentWindow.h"
-#include "pdf/RunInPool.h"
 #include "versions/IncrementalUpdate.h"
 
 #include <QWidget>
@@ -26,22 +25,27 @@ void Document::readFromData(const FileBytes& bytes)
     theText.reset();
     theRenderedDocument = std::make_unique<PDFDocument>(bytes);
     theBytes = bytes;
-    // As long as the file: nothing to wait for.
-    theUpdateSearch = runInPool([bytes] { return isIncrementallyUpdated(bytes.view()); });
-
-    // Windows show whether there are versions to export, so they wait for both.
-    connect(theRenderedDocument.get(), &PDFDocument::opened, this, [this] {
-        theUpdateSearch.then(this, [this, opened = theRenderedDocument.get()](bool) {
-            if (opened == theRenderedDocument.get())
-                finishOpening();
+    theUpdates.reset();
+    theUpdateSearch.start([bytes] { return isIncrementallyUpdated(bytes.view()); },
+        [this](bool isUpdated) {
+            theUpdates = isUpdated;
+            finishOpening();
         });
-    });
+    connect(theRenderedDocument.get(), &PDFDocument::opened, this, &Document::finishOpening);
     connect(theRenderedDocument.get(), &PDFDocument::locked, this, &FrameDocument::locked);
     connect(theRenderedDocument.get(), &PDFDocument::refused, this, &FrameDocument::refused);
 }
 
+bool Document::isIncr() const
+{
+    return theUpdates ? *theUpdates : isIncrementallyUpdated(theBytes.view());
+}
+
 void Document::finishOpening()
 {
+    // Windows show whether there are versions to export, so they wait for both.
+    if (!theUpdates || theRenderedDocument->state() != PDFDocument::State::isOpen)
+        return;
     theText = std::make_unique<PDFDocumentText>(theRenderedDocument.get());
     emit opened();
 }

@@ -121,9 +121,9 @@ void DocumentExport::goOn()
 
 void DocumentExport::write()
 {
-    startWriting([this](const BackgroundWork::Progress& progress) {
+    startWriting([this](const std::stop_token& stop, const Work::Report& report) {
         WholeFile file(QFile::encodeName(thePath).toStdString());
-        theOutcome = writeExport(*theContent, file, progress);
+        theOutcome = writeExport(*theContent, file, stop, report);
     });
 }
 

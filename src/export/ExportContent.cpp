@@ -16,6 +16,15 @@ std::string_view viewOf(const QByteArray& bytes)
     return {bytes.constData(), static_cast<std::size_t>(bytes.size())};
 }
 
+/// Tells how far a writing is. @returns whether more of it is wanted.
+bool goesOn(const std::stop_token& stop, const ExportContent::Progress& progress, quint64 done,
+    quint64 total)
+{
+    if (progress)
+        progress(done, total);
+    return !stop.stop_requested();
+}
+
 /// The document written out again by the engine.
 class FlatContent : public ExportContent
 {
@@ -41,7 +50,8 @@ public:
         });
     }
 
-    bool write(const Sink& sink, const Progress& progress) const override
+    bool write(
+        const Sink& sink, const std::stop_token& stop, const Progress& progress) const override
     {
         const std::string_view bytes = theBytes.view();
         for (std::size_t done = 0; done < bytes.size();) {
@@ -49,7 +59,7 @@ public:
             if (!sink(slice))
                 return false;
             done += slice.size();
-            if (!progress(done, bytes.size()))
+            if (!goesOn(stop, progress, done, bytes.size()))
                 return false;
         }
         return true;
@@ -83,9 +93,10 @@ public:
         theText->fetch();
     }
 
-    bool write(const Sink& sink, const Progress& progress) const override
+    bool write(
+        const Sink& sink, const std::stop_token& stop, const Progress& progress) const override
     {
-        return writeUtf8(theString, sink, progress);
+        return writeUtf8(theString, sink, stop, progress);
     }
 
 private:
@@ -147,13 +158,14 @@ public:
         });
     }
 
-    bool write(const Sink& sink, const Progress& progress) const override
+    bool write(
+        const Sink& sink, const std::stop_token& stop, const Progress& progress) const override
     {
         RtfWriter writer(theText);
         for (QByteArray part = writer.next(); !part.isEmpty(); part = writer.next()) {
             if (!sink(viewOf(part)))
                 return false;
-            if (!progress(static_cast<quint64>(writer.writtenLength()),
+            if (!goesOn(stop, progress, static_cast<quint64>(writer.writtenLength()),
                     static_cast<quint64>(theText.length())))
                 return false;
         }
@@ -181,8 +193,8 @@ std::unique_ptr<ExportContent> ExportContent::make(ExportKind kind, const Export
     return std::make_unique<RichContent>(document);
 }
 
-bool writeUtf8(
-    const QString& string, const ExportContent::Sink& sink, const ExportContent::Progress& progress)
+bool writeUtf8(const QString& string, const ExportContent::Sink& sink, const std::stop_token& stop,
+    const ExportContent::Progress& progress)
 {
     // One encoder for all slices: a surrogate pair may be cut by one.
     QStringEncoder encoder(QStringEncoder::Utf8);
@@ -192,7 +204,8 @@ bool writeUtf8(
         if (!sink(viewOf(encoded)))
             return false;
         done += slice.size();
-        if (!progress(static_cast<quint64>(done), static_cast<quint64>(string.size())))
+        if (!goesOn(
+                stop, progress, static_cast<quint64>(done), static_cast<quint64>(string.size())))
             return false;
     }
     return true;

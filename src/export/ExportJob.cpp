@@ -29,25 +29,26 @@ void ExportJob::showProgress(const QString& name)
     connect(theProgress.get(), &ExportProgress::cancelled, this, &ExportJob::cancel);
 }
 
-void ExportJob::startWriting(BackgroundWork::Work work)
+void ExportJob::startWriting(const Writing& task)
 {
-    theWork = std::make_unique<BackgroundWork>(std::move(work));
-    connect(theWork.get(), &BackgroundWork::progressed, theProgress.get(),
-        [this](int permille) { theProgress->show(permille, 1000); });
-    connect(theWork.get(), &BackgroundWork::finished, this, &ExportJob::finishWriting);
-    theWork->start();
+    theWork.start(
+        task, [this] { finishWriting(); },
+        [this](quint64 done, quint64 total) {
+            if (theProgress && total > 0)
+                theProgress->show(static_cast<int>(done * 1000 / total), 1000);
+        });
 }
 
 void ExportJob::stopWriting()
 {
-    theWork.reset();
+    theWork.abandonAndWait();
 }
 
 void ExportJob::cancel()
 {
     theProgress.reset();
-    if (theWork)
-        theWork->cancel();
+    if (theWork.isRunning())
+        theWork.requestStop();
     else
         end();
 }

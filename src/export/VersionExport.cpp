@@ -79,9 +79,9 @@ void VersionExport::panelConfirmed()
 
 void VersionExport::write(const std::string& folder)
 {
-    startWriting([this, folder](const BackgroundWork::Progress& progress) {
+    startWriting([this, folder](const std::stop_token& stop, const Work::Report& report) {
         const VersionWriter writer(theSource.bytes.view(), theBase, theExtension);
-        theResult = writer.write(folder, versionCuts(theSource.bytes.view()), progress);
+        theResult = writer.write(folder, versionCuts(theSource.bytes.view()), stop, report);
     });
 }
 

@@ -1,12 +1,13 @@
 #include "files/FileBytes.h"
 
+#include "WriteAll.h"
+#include "files/ErrorText.h"
 #include "files/OpenedFiles.h"
+#include "files/OutputFile.h"
 
-#include <QCoreApplication>
 #include <QFile>
 
 #include <cerrno>
-#include <cstring>
 #include <utility>
 
 #include <fcntl.h>
@@ -44,35 +45,28 @@ private:
     int theNumber;
 };
 
-bool writeAll(int target, const char* bytes, std::size_t size)
+int writeInto(int target, std::string_view bytes)
 {
-    while (size > 0) {
-        const ssize_t written = ::write(target, bytes, size);
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written <= 0)
-            return false;
-        bytes += written;
-        size -= static_cast<std::size_t>(written);
-    }
-    return true;
+    return writeAll(bytes, [target](std::string_view rest, std::size_t) {
+        return ::write(target, rest.data(), rest.size());
+    });
 }
 
-/// Copies what can be read: a file of /proc says no size beforehand.
-bool copyAll(int source, int target)
+/// Copies what can be read: a file of /proc says no size beforehand. @returns 0 or an errno.
+int copyAll(int source, int target, const std::stop_token& stop)
 {
-    std::unique_ptr<char[]> buffer(new char[chunk]);
-    for (;;) {
+    const std::unique_ptr<char[]> buffer(new char[chunk]);
+    while (!stop.stop_requested()) {
         const ssize_t got = ::read(source, buffer.get(), chunk);
         if (got < 0 && errno == EINTR)
             continue;
-        if (got < 0)
-            return false;
-        if (got == 0)
-            return true;
-        if (!writeAll(target, buffer.get(), static_cast<std::size_t>(got)))
-            return false;
+        if (got <= 0)
+            return got == 0 ? 0 : errno;
+        const std::string_view part(buffer.get(), static_cast<std::size_t>(got));
+        if (const int error = writeInto(target, part))
+            return error;
     }
+    return ECANCELED;
 }
 
 /// Bytes of a file; 0 when nobody knows.
@@ -117,11 +111,12 @@ private:
     OpenedFiles::Entry theEntry; ///< of the file that was read
 };
 
-std::optional<FileBytes> FileBytes::read(const QString& path, QString* reason)
+std::optional<FileBytes> FileBytes::read(
+    const QString& path, QString* reason, const std::stop_token& stop)
 {
     const auto fail = [reason](int error) -> std::optional<FileBytes> {
         if (reason)
-            *reason = QString::fromLocal8Bit(std::strerror(error));
+            *reason = QString::fromStdString(errorText(error));
         return std::nullopt;
     };
     // Without O_NONBLOCK, opening a FIFO waits for somebody to write into it.
@@ -134,17 +129,16 @@ std::optional<FileBytes> FileBytes::read(const QString& path, QString* reason)
         return fail(errno);
     if (S_ISDIR(status.st_mode))
         return fail(EISDIR);
-    if (!S_ISREG(status.st_mode) && !S_ISBLK(status.st_mode)) {
-        if (reason)
-            *reason = QCoreApplication::translate("FileBytes", "Not a regular file");
-        return std::nullopt;
-    }
+    if (!S_ISREG(status.st_mode) && !S_ISBLK(status.st_mode))
+        return fail(OutputFile::isNoRegularFile);
     // Before the reading, so that nobody here writes the file meanwhile.
     OpenedFiles::Entry entry
         = OpenedFiles::add(file.number(), QFile::encodeName(path).toStdString());
     Descriptor memory = newSharedMemory();
-    if (!memory.isValid() || !copyAll(file.number(), memory.number()))
+    if (!memory.isValid())
         return fail(errno);
+    if (const int error = copyAll(file.number(), memory.number(), stop))
+        return fail(error);
     const std::size_t size = sizeOf(memory.number());
     std::optional<FileBytes> bytes = adopt(memory.release(), size, std::move(entry));
     return bytes ? bytes : fail(ENOMEM);
@@ -153,7 +147,7 @@ std::optional<FileBytes> FileBytes::read(const QString& path, QString* reason)
 std::optional<FileBytes> FileBytes::copy(std::string_view bytes)
 {
     Descriptor memory = newSharedMemory();
-    if (!memory.isValid() || !writeAll(memory.number(), bytes.data(), bytes.size()))
+    if (!memory.isValid() || writeInto(memory.number(), bytes) != 0)
         return std::nullopt;
     return adopt(memory.release(), bytes.size());
 }

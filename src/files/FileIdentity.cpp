@@ -1,4 +1,4 @@
-#include "FileIdentity.h"
+#include "files/FileIdentity.h"
 
 #include <fcntl.h>
 #include <sys/sysmacros.h>

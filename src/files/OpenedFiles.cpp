@@ -1,7 +1,7 @@
 #include "files/OpenedFiles.h"
 
-#include "FileIdentity.h"
 #include "PathParts.h"
+#include "files/FileIdentity.h"
 
 #include <algorithm>
 #include <array>

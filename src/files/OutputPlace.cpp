@@ -1,7 +1,7 @@
 #include "files/OutputPlace.h"
 
-#include "FileIdentity.h"
 #include "PathParts.h"
+#include "files/FileIdentity.h"
 #include "files/OutputFile.h"
 
 #include <cerrno>

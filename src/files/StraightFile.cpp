@@ -1,6 +1,7 @@
 #include "files/StraightFile.h"
 
 #include "FileSizeSignalBlock.h"
+#include "WriteAll.h"
 #include "files/OpenedFiles.h"
 #include "files/OutputPlace.h"
 #include "files/WholeFile.h"
@@ -57,17 +58,9 @@ int StraightFile::openPath()
 int StraightFile::append(std::string_view bytes)
 {
     const FileSizeSignalBlock block;
-    while (!bytes.empty()) {
-        const ssize_t written = ::write(theDescriptor, bytes.data(), bytes.size());
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written < 0)
-            return errno;
-        if (written == 0)
-            return ENOSPC;
-        bytes.remove_prefix(static_cast<std::size_t>(written));
-    }
-    return 0;
+    return writeAll(bytes, [this](std::string_view rest, std::size_t) {
+        return ::write(theDescriptor, rest.data(), rest.size());
+    });
 }
 
 int StraightFile::commit()

@@ -1,6 +1,7 @@
 #include "files/WholeFile.h"
 
 #include "FileSizeSignalBlock.h"
+#include "WriteAll.h"
 #include "files/OpenedFiles.h"
 
 #include <atomic>
@@ -97,18 +98,12 @@ int WholeFile::append(std::string_view bytes)
 {
     const FileSizeSignalBlock block;
     const std::size_t start = theLength;
-    while (!bytes.empty()) {
-        const ssize_t written
-            = ::pwrite(theDescriptor, bytes.data(), bytes.size(), static_cast<off_t>(theLength));
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written < 0)
-            return errno;
-        if (written == 0)
-            return ENOSPC;
-        theLength += static_cast<std::size_t>(written);
-        bytes.remove_prefix(static_cast<std::size_t>(written));
-    }
+    const auto write = [this, start](std::string_view rest, std::size_t done) {
+        return ::pwrite(theDescriptor, rest.data(), rest.size(), static_cast<off_t>(start + done));
+    };
+    if (const int error = writeAll(bytes, write))
+        return error;
+    theLength += bytes.size();
     // A hint: where it is not understood, commit() waits longer.
     ::sync_file_range(theDescriptor, static_cast<off_t>(start),
         static_cast<off_t>(theLength - start), SYNC_FILE_RANGE_WRITE);

@@ -6,17 +6,9 @@
 
 #include <QFileInfo>
 #include <QProgressDialog>
-#include <QThread>
 #include <QUrl>
 
 namespace tarnwick {
-
-/// What the reading thread leaves; read on the main thread once the thread has finished.
-struct FileOpening::Reading
-{
-    std::optional<FileBytes> bytes;
-    QString reason;
-};
 
 namespace {
 
@@ -61,12 +53,6 @@ FileOpening::~FileOpening()
     isConcluded = true;
     delete thePrompt;
     delete theProgress;
-    if (!theThread || theThread->isFinished())
-        return;
-    // Whoever cancels does not wait for the rest of a large file to be read.
-    theThread->disconnect(this);
-    connect(theThread.get(), &QThread::finished, theThread.get(), &QObject::deleteLater);
-    theThread.release(); // NOLINT(bugprone-unused-return-value): it owns itself from now on
 }
 
 void FileOpening::start()
@@ -83,20 +69,18 @@ void FileOpening::read()
         fail(fault);
         return;
     }
-    theReading = std::make_shared<Reading>();
-    theThread.reset(QThread::create([path = thePath, reading = theReading] {
-        reading->bytes = FileBytes::read(path, &reading->reason);
-    }));
-    connect(theThread.get(), &QThread::finished, this, &FileOpening::finishReading);
-    theThread->start();
+    const auto task = [path = thePath](const std::stop_token& stop) {
+        Reading reading;
+        reading.bytes = FileBytes::read(path, &reading.reason, stop);
+        return reading;
+    };
+    theReading.start(task, [this](const Reading& reading) { finishReading(reading); });
 }
 
-void FileOpening::finishReading()
+void FileOpening::finishReading(const Reading& reading)
 {
-    if (isConcluded)
-        return;
-    if (!theReading->bytes) {
-        fail(asSentence(theReading->reason));
+    if (!reading.bytes) {
+        fail(asSentence(reading.reason));
         return;
     }
     theDocument = makeDocument();
@@ -104,8 +88,7 @@ void FileOpening::finishReading()
     connect(theDocument.get(), &FrameDocument::opened, this, &FileOpening::finishOpening);
     connect(theDocument.get(), &FrameDocument::locked, this, &FileOpening::askForPassword);
     connect(theDocument.get(), &FrameDocument::refused, this, &FileOpening::fail);
-    theDocument->readFromData(*theReading->bytes);
-    theReading.reset(); // the document keeps the bytes now
+    theDocument->readFromData(*reading.bytes);
 }
 
 void FileOpening::askForPassword(bool wasWrong)
@@ -146,6 +129,7 @@ void FileOpening::bringUp()
 void FileOpening::conclude()
 {
     isConcluded = true;
+    theReading.abandon();
     theProgressTimer.stop();
     for (QWidget* dialog : {static_cast<QWidget*>(thePrompt), static_cast<QWidget*>(theProgress)}) {
         if (!dialog)

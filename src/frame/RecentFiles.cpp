@@ -1,6 +1,6 @@
 #include "frame/RecentFiles.h"
 
-#include "frame/StoredList.h"
+#include "settings/StoredList.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -3,7 +3,7 @@
 #include "PDFViewAccessible.h"
 #include "PDFViewPrivate.h"
 #include "pages/PagePainter.h"
-#include "pdf/ReleaseElsewhere.h"
+#include "work/ReleaseElsewhere.h"
 
 #include <QAccessible>
 #include <QScrollBar>

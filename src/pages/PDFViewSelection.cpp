@@ -1,6 +1,6 @@
 #include "PDFViewPrivate.h"
 
-#include "pdf/ReleaseElsewhere.h"
+#include "work/ReleaseElsewhere.h"
 
 #include <QApplication>
 #include <QClipboard>

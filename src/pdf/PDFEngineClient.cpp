@@ -2,7 +2,6 @@
 
 #include "PDFEngineAnswers.h"
 #include "PDFEngineProcess.h"
-#include "pdf/RunInPool.h"
 
 #include <QPointer>
 
@@ -126,11 +125,11 @@ void PDFEngineClient::giveUp(Number number)
         theQueue.erase(place->second);
         theKeys.erase(place);
     } else if (theJob && theJob->first == number
-        && (theState == State::isBusy || theResultIsBeingRead)) {
+        && (theState == State::isBusy || theReading.isRunning())) {
         theJob->second.finish = nullptr;
         theJob->second.progress = nullptr;
         theJob->second.accept = nullptr;
-        if (!theResultIsBeingRead)
+        if (!theReading.isRunning())
             theLimit.start(graceForGivenUp);
     }
 }
@@ -233,17 +232,15 @@ void PDFEngineClient::takeResult(const QByteArray& payload)
 
 void PDFEngineClient::readElsewhere(const QByteArray& payload)
 {
-    theResultIsBeingRead = true;
     const auto read = [payload, decode = theJob->second.decode] {
         PayloadReader reader = readerOf(payload);
         return decode(reader);
     };
-    runInPool(read).then(this, [this, payload](bool isSound) { finishResult(payload, isSound); });
+    theReading.start(read, [this, payload](bool isSound) { finishResult(payload, isSound); });
 }
 
 void PDFEngineClient::finishResult(const QByteArray& payload, bool isSound)
 {
-    theResultIsBeingRead = false;
     const auto& accept = theJob->second.accept;
     PayloadReader reader = readerOf(payload);
     const bool isWhole = theJob->second.decode != nullptr; // which has read it to its end
@@ -292,7 +289,7 @@ void PDFEngineClient::loseEngine(PDFFailure failure)
     const bool wasOpening = theState == State::isOpening;
     const bool isMissing = theEngine && !theEngine->hasStarted();
     stopEngine();
-    if (theResultIsBeingRead)
+    if (theReading.isRunning())
         return; // the engine had sent it whole
     if (!wasOpening && theNonsenses > maximumNonsenses) {
         theState = State::isBroken;

@@ -3,6 +3,7 @@
 #include "files/FileBytes.h"
 #include "pdf/PDFRequest.h"
 #include "protocol/EngineProtocol.h"
+#include "work/Work.h"
 
 #include <QElapsedTimer>
 #include <QObject>
@@ -151,7 +152,7 @@ private:
     int theFailedStarts = 0;
     int theNonsenses = 0;
     std::uint32_t theProgressReports = 0; ///< of the present job
-    bool theResultIsBeingRead = false; ///< by a thread; the engine may be gone meanwhile
+    Work theReading; ///< of a result, in a thread; the engine may be gone meanwhile
     QElapsedTimer theSinceProgress;
     PDFFailure theBreakage = PDFFailure::isEngineDead; ///< what every job fails with when broken
     QTimer theLimit;

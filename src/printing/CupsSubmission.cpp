@@ -6,19 +6,21 @@
 #include <QPrintEngine>
 #include <QPrinter>
 #include <QStringList>
-#include <QThread>
 
 #include <cups/cups.h>
 
-#include <memory>
+#include <algorithm>
 
 namespace tarnwick {
 
 namespace {
 
-/// @returns the reason of a failure, or nothing.
+/// Bytes that are handed over before the next look whether they are still wanted.
+constexpr std::size_t piece = 1u << 20;
+
+/// @returns the reason of a failure, or nothing. A job that is given up is taken back.
 QString submit(const QByteArray& queue, const QByteArray& title, const FileBytes& file,
-    const CupsSubmission::Options& list)
+    const CupsSubmission::Options& list, const std::stop_token& stop)
 {
     cups_option_t* options = nullptr;
     int count = 0;
@@ -30,11 +32,13 @@ QString submit(const QByteArray& queue, const QByteArray& title, const FileBytes
         && cupsStartDocument(
                CUPS_HTTP_DEFAULT, queue.constData(), job, title.constData(), CUPS_FORMAT_PDF, 1)
             == HTTP_STATUS_CONTINUE;
-    const std::string_view bytes = file.view();
-    ok = ok
-        && cupsWriteRequestData(CUPS_HTTP_DEFAULT, bytes.data(), bytes.size())
+    for (std::string_view rest = file.view(); ok && !rest.empty() && !stop.stop_requested();) {
+        const std::string_view part = rest.substr(0, piece);
+        rest.remove_prefix(part.size());
+        ok = cupsWriteRequestData(CUPS_HTTP_DEFAULT, part.data(), part.size())
             == HTTP_STATUS_CONTINUE;
-    ok = ok
+    }
+    ok = ok && !stop.stop_requested()
         && cupsFinishDocument(CUPS_HTTP_DEFAULT, queue.constData())
             < IPP_STATUS_REDIRECTION_OTHER_SITE;
     const QString reason = ok ? QString() : QString::fromUtf8(cupsLastErrorString());
@@ -100,15 +104,10 @@ CupsSubmission::CupsSubmission(const QString& queue, const QString& title, const
     const Options& options, QObject* parent)
     : QObject(parent)
 {
-    const auto reason = std::make_shared<QString>();
-    auto* const thread
-        = QThread::create([queue = queue.toUtf8(), title = title.toUtf8(), file, options, reason] {
-              *reason = submit(queue, title, file, options);
-          });
-    // Read once the thread has ended; a closed window is not asked.
-    connect(thread, &QThread::finished, this, [this, reason] { emit finished(*reason); });
-    connect(thread, &QThread::finished, thread, &QObject::deleteLater);
-    thread->start();
+    theWork.start(
+        [queue = queue.toUtf8(), title = title.toUtf8(), file, options](
+            const std::stop_token& stop) { return submit(queue, title, file, options, stop); },
+        [this](const QString& reason) { emit finished(reason); });
 }
 
 CupsSubmission::~CupsSubmission() = default;

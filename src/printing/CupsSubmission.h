@@ -1,6 +1,7 @@
 #pragma once
 
 #include "files/FileBytes.h"
+#include "work/Work.h"
 
 #include <QList>
 #include <QObject>
@@ -32,7 +33,8 @@ public:
     static Options optionsFor(const QPrinter& printer, Layout layout);
 
     /// Starts handing over on a thread of its own: the print server may take its time.
-    /// finished() follows from the event loop; destroying this does not call the job back.
+    /// finished() follows from the event loop. Destroying this before calls the job back, unless
+    /// the queue has it whole at this very moment.
     CupsSubmission(const QString& queue, const QString& title, const FileBytes& file,
         const Options& options, QObject* parent);
     ~CupsSubmission() override;
@@ -40,6 +42,9 @@ public:
 signals:
     /// @param reason why the queue did not take the job, a sentence of CUPS; empty when it did.
     void finished(const QString& reason);
+
+private:
+    Work theWork;
 };
 
 } // namespace tarnwick

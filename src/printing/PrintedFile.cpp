@@ -1,16 +1,14 @@
 #include "printing/PrintedFile.h"
 
+#include "files/ErrorText.h"
 #include "files/WholeFile.h"
 
 #include <QFile>
-#include <QThread>
 
 #include <algorithm>
 #include <array>
-#include <atomic>
 #include <cerrno>
 #include <charconv>
-#include <optional>
 #include <string_view>
 
 #include <sys/stat.h>
@@ -25,7 +23,7 @@ constexpr std::size_t piece = 8u << 20;
 
 QString phrase(int error)
 {
-    return error == 0 ? QString() : QString::fromStdString(outputErrorText(error));
+    return error == 0 ? QString() : QString::fromStdString(errorText(error));
 }
 
 std::string_view readAt(int file, off_t offset, char* buffer, std::size_t size)
@@ -54,75 +52,64 @@ bool isWholePdf(int file)
     return readAt(file, offset, table.data(), table.size()) == "xref";
 }
 
-} // namespace
-
-struct PrintedFile::Work
+int append(WholeFile& file, std::string_view bytes, const std::stop_token& stop)
 {
-    /// Gives a file that is filled its name, unless it is no longer wanted.
-    int commit(WholeFile& filled)
-    {
-        // The flush is what takes long: after it, giving the name is a matter of a moment.
-        if (!isGivenUp && ::fsync(filled.descriptor()) != 0)
-            return errno;
-        return isGivenUp ? ECANCELED : filled.commit();
+    int error = 0;
+    while (error == 0 && !bytes.empty() && !stop.stop_requested()) {
+        error = file.append(bytes.substr(0, piece));
+        bytes.remove_prefix(std::min(piece, bytes.size()));
     }
-    int write(std::string_view bytes)
-    {
-        int error = 0;
-        while (error == 0 && !bytes.empty() && !isGivenUp) {
-            error = file->append(bytes.substr(0, piece));
-            bytes.remove_prefix(std::min(piece, bytes.size()));
-        }
-        return error == 0 ? commit(*file) : error;
-    }
+    return error;
+}
 
-    std::optional<WholeFile> file;
-    std::atomic<bool> isGivenUp = false;
-};
+/// Gives a file that is filled its name, unless it is no longer wanted.
+int commit(WholeFile& filled, const std::stop_token& stop)
+{
+    // The flush is what takes long: after it, giving the name is a matter of a moment.
+    if (!stop.stop_requested() && ::fsync(filled.descriptor()) != 0)
+        return errno;
+    return stop.stop_requested() ? ECANCELED : filled.commit();
+}
+
+} // namespace
 
 PrintedFile::PrintedFile(const QString& path, QObject* parent)
     : QObject(parent)
-    , theWork(std::make_shared<Work>())
-    , thePath(path)
+    , theFile(std::make_shared<WholeFile>(QFile::encodeName(path).toStdString()))
 {
 }
 
-PrintedFile::~PrintedFile()
-{
-    theWork->isGivenUp = true;
-}
+PrintedFile::~PrintedFile() = default;
 
 QString PrintedFile::open()
 {
-    theWork->file.emplace(QFile::encodeName(thePath).toStdString());
-    return phrase(theWork->file->open());
+    return phrase(theFile->open());
 }
 
 QString PrintedFile::unfinishedPath() const
 {
-    return QStringLiteral("/proc/self/fd/%1").arg(theWork->file->descriptor());
+    return QStringLiteral("/proc/self/fd/%1").arg(theFile->descriptor());
 }
 
 void PrintedFile::complete(const FileBytes& bytes)
 {
-    finishOnThread([bytes](Work& work) { return work.write(bytes.view()); });
+    finish([file = theFile, bytes](const std::stop_token& stop) {
+        const int error = append(*file, bytes.view(), stop);
+        return error == 0 ? commit(*file, stop) : error;
+    });
 }
 
 void PrintedFile::completePainted()
 {
-    finishOnThread([](Work& work) {
+    finish([file = theFile](const std::stop_token& stop) {
         // What keeps the painter's bytes from the file is a full disk, if anything.
-        return isWholePdf(work.file->descriptor()) ? work.commit(*work.file) : ENOSPC;
+        return isWholePdf(file->descriptor()) ? commit(*file, stop) : ENOSPC;
     });
 }
 
-void PrintedFile::finishOnThread(const std::function<int(Work&)>& part)
+void PrintedFile::finish(const std::function<int(const std::stop_token&)>& part)
 {
-    const auto error = std::make_shared<int>(0);
-    auto* const thread = QThread::create([work = theWork, part, error] { *error = part(*work); });
-    connect(thread, &QThread::finished, this, [this, error] { emit finished(phrase(*error)); });
-    connect(thread, &QThread::finished, thread, &QObject::deleteLater);
-    thread->start();
+    theWork.start(part, [this](int error) { emit finished(phrase(error)); });
 }
 
 } // namespace tarnwick

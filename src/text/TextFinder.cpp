@@ -24,8 +24,7 @@ TextFinder::~TextFinder() = default;
 
 void TextFinder::stop()
 {
-    theThread = {};
-    ++theRun;
+    theWork.abandon();
     theSearch.reset();
     theBlocks.clear();
     theBefore = 0;
@@ -41,22 +40,21 @@ void TextFinder::start(std::shared_ptr<const TextStorage> storage, const QString
     theSensitivity = sensitivity;
     theStart = {from.line, 0};
     theSearch = std::make_shared<LineSearch>(std::move(storage), wanted, sensitivity);
-    const auto report = [this, number = theRun](Blocks blocks, bool isLast) {
-        QMetaObject::invokeMethod(
-            this,
-            [this, number, blocks = std::move(blocks), isLast] {
-                if (number == theRun)
-                    take(blocks, isLast);
-            },
-            Qt::QueuedConnection);
-    };
-    theThread
-        = std::jthread([search = *theSearch, start = theStart, report](
-                           const std::stop_token& token) { run(token, search, start, report); });
+    theWork.start(
+        [this, search = *theSearch, from = theStart](
+            const std::stop_token& stop, const Work::Report& report) {
+            run(stop, search, from, [this, &report](Blocks blocks) {
+                report.deliver([this, blocks = std::move(blocks)] { take(blocks); });
+            });
+        },
+        [this] {
+            theIsComplete = true;
+            emit advanced();
+        });
 }
 
 void TextFinder::run(const std::stop_token& stop, const LineSearch& search, TextPosition from,
-    const std::function<void(Blocks, bool)>& report)
+    const std::function<void(Blocks)>& report)
 {
     Blocks blocks;
     QElapsedTimer sinceReport;
@@ -74,16 +72,15 @@ void TextFinder::run(const std::stop_token& stop, const LineSearch& search, Text
             block.range.end = at;
             blocks.push_back(block);
             if (sinceReport.hasExpired(reportPeriod)) {
-                report(std::exchange(blocks, {}), false);
+                report(std::exchange(blocks, {}));
                 sinceReport.restart();
             }
         }
     }
-    if (!stop.stop_requested())
-        report(std::move(blocks), true);
+    report(std::move(blocks));
 }
 
-void TextFinder::take(const Blocks& blocks, bool isLast)
+void TextFinder::take(const Blocks& blocks)
 {
     for (const Block& block : blocks) {
         if (block.range.begin >= theStart) {
@@ -93,7 +90,6 @@ void TextFinder::take(const Blocks& blocks, bool isLast)
             ++theBefore;
         }
     }
-    theIsComplete = isLast;
     emit advanced();
 }
 

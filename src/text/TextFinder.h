@@ -1,12 +1,12 @@
 #pragma once
 
 #include "LineSearch.h"
+#include "work/Work.h"
 
 #include <QObject>
 
 #include <memory>
 #include <stop_token>
-#include <thread>
 #include <vector>
 
 namespace tarnwick {
@@ -74,8 +74,8 @@ private:
     using Blocks = std::vector<Block>;
 
     static void run(const std::stop_token& stop, const LineSearch& search, TextPosition from,
-        const std::function<void(Blocks, bool)>& report);
-    void take(const Blocks& blocks, bool isLast);
+        const std::function<void(Blocks)>& report);
+    void take(const Blocks& blocks);
     Answer firstIn(TextRange range) const;
     Answer lastIn(TextRange range) const;
 
@@ -86,8 +86,7 @@ private:
     Blocks theBlocks; ///< in the text's order
     std::size_t theBefore = 0; ///< number of blocks before theStart
     bool theIsComplete = false;
-    quint64 theRun = 0; ///< tells late reports of an ended thread
-    std::jthread theThread;
+    Work theWork;
 };
 
 } // namespace tarnwick

@@ -1,5 +1,6 @@
 #include "versions/VersionWriter.h"
 
+#include "files/ErrorText.h"
 #include "files/WholeFile.h"
 #include "versions/VersionNaming.h"
 
@@ -82,12 +83,13 @@ struct WrittenVersion
     ContentStamp stamp = ContentStamp(-1);
 };
 
-/// Counts bytes over all versions and asks the caller whether to go on.
+/// Counts bytes over all versions, tells how many there are, and hears whether to go on.
 class Meter
 {
 public:
-    Meter(const VersionWriter::Progress& progress, std::uint64_t total)
-        : theProgress(progress)
+    Meter(const std::stop_token& stop, const VersionWriter::Progress& progress, std::uint64_t total)
+        : theStop(stop)
+        , theProgress(progress)
         , theTotal(total)
     {
     }
@@ -95,10 +97,13 @@ public:
     bool advance(std::size_t bytes)
     {
         theDone += bytes;
-        return !theProgress || theProgress(theDone, theTotal);
+        if (theProgress)
+            theProgress(theDone, theTotal);
+        return !theStop.stop_requested();
     }
 
 private:
+    const std::stop_token& theStop;
     const VersionWriter::Progress& theProgress;
     std::uint64_t theDone = 0;
     std::uint64_t theTotal;
@@ -156,16 +161,17 @@ VersionWriter::VersionWriter(std::string_view bytes, std::string base, std::stri
 {
 }
 
-VersionResult VersionWriter::write(
-    const std::string& folder, const std::vector<std::size_t>& cuts, const Progress& progress) const
+VersionResult VersionWriter::write(const std::string& folder, const std::vector<std::size_t>& cuts,
+    const std::stop_token& stop, const Progress& progress) const
 {
     if (const int error = makeFolders(folder))
-        return failure(0, folder, outputErrorText(error));
+        return failure(0, folder, errorText(error));
     const Folder opened(folder);
     if (opened.descriptor() < 0)
-        return failure(0, folder, outputErrorText(errno));
+        return failure(0, folder, errorText(errno));
 
-    Meter meter(progress, std::accumulate(cuts.begin(), cuts.end(), std::uint64_t{0}));
+    const std::uint64_t total = std::accumulate(cuts.begin(), cuts.end(), std::uint64_t{0});
+    Meter meter(stop, progress, total);
     WrittenVersion last;
     for (std::size_t i = 0; i < cuts.size(); ++i) {
         const std::string name = versionFileName(theBase, i + 1, theExtension);
@@ -174,7 +180,7 @@ VersionResult VersionWriter::write(
         const std::string_view bytes = theBytes.substr(0, cuts[i]);
         const Step step = error == 0 ? writeOne(*file, bytes, last, meter, error) : Step::isFailed;
         if (step == Step::isFailed)
-            return failure(i, folder + "/" + name, outputErrorText(error));
+            return failure(i, folder + "/" + name, errorText(error));
         if (step == Step::isCancelled)
             return {VersionResult::Outcome::isCancelled, i, {}, {}};
         const int descriptor = file->descriptor();

@@ -62,8 +62,8 @@ public:
         : ExportJob(QStringLiteral("Slow"))
     {
         showProgress(QStringLiteral("slow"));
-        startWriting([&mayEnd, &isWhole](const BackgroundWork::Progress& progress) {
-            while (!mayEnd && progress(0, 0))
+        startWriting([&mayEnd, &isWhole](const std::stop_token& stop, const Work::Report&) {
+            while (!mayEnd && !stop.stop_requested())
                 QThread::msleep(1);
             isWhole = mayEnd;
         });

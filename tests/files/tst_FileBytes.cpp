@@ -37,6 +37,9 @@ void TestFileBytes::readsAFile()
     const auto bytes = FileBytes::read(file.fileName());
     QVERIFY(bytes);
     QCOMPARE(QByteArray(bytes->view().data(), static_cast<qsizetype>(bytes->size())), content);
+    std::stop_source stop;
+    stop.request_stop();
+    QVERIFY(!FileBytes::read(file.fileName(), nullptr, stop.get_token()));
 }
 
 void TestFileBytes::saysWhyNothingIsRead()

@@ -1,4 +1,4 @@
-#include "FileIdentity.h"
+#include "files/FileIdentity.h"
 #include "files/OpenedFiles.h"
 #include "files/StraightFile.h"
 #include "files/WholeFile.h"

@@ -1,4 +1,5 @@
-#include "FileIdentity.h"
+#include "files/ErrorText.h"
+#include "files/FileIdentity.h"
 #include "files/OpenedFiles.h"
 #include "files/OutputFile.h"
 #include "support/FileSizeLimit.h"
@@ -10,6 +11,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <functional>
+#include <stop_token>
 #include <utility>
 
 #include <fcntl.h>
@@ -48,10 +51,16 @@ private slots:
     void stopsWhenTheFolderDisappears();
 
 private:
-    VersionResult write(const VersionWriter::Progress& progress = {})
+    /// @param goesOn told how far it is; whether more is to be written.
+    VersionResult write(const std::function<bool(std::uint64_t, std::uint64_t)>& goesOn = {})
     {
         const VersionWriter writer(viewOf(theFile), "r", ".pdf");
-        return writer.write(theFolder.toStdString(), versionCuts(viewOf(theFile)), progress);
+        std::stop_source source;
+        return writer.write(theFolder.toStdString(), versionCuts(viewOf(theFile)),
+            source.get_token(), [&](std::uint64_t done, std::uint64_t total) {
+                if (goesOn && !goesOn(done, total))
+                    source.request_stop();
+            });
     }
     QStringList names() const
     {
@@ -156,7 +165,7 @@ void TestVersionWriter::neverReplacesTheOpenedFile()
         QCOMPARE(makeLink(opened.c_str(), second.c_str()), 0);
         const VersionResult result = write();
         QCOMPARE(result.outcome, VersionResult::Outcome::isFailed);
-        QCOMPARE(result.reason, outputErrorText(OutputFile::isOpenedFile));
+        QCOMPARE(result.reason, errorText(OutputFile::isOpenedFile));
         QCOMPARE(result.filesWritten, 1U);
         QCOMPARE(fileIdentity(second), fileIdentity(opened));
         QVERIFY(contentOf(QString::fromStdString(opened)) == theFile);

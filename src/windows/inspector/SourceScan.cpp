@@ -3,9 +3,6 @@
 #include "text/PlainTextStorage.h"
 #include "text/StyledTextStorage.h"
 
-#include <QPromise>
-#include <QThreadPool>
-
 #include <new>
 #include <utility>
 
@@ -14,22 +11,12 @@ namespace tarnwick {
 SourceScan::SourceScan(const SharedBytes& bytes, SourceContent content, QObject* parent)
     : QObject(parent)
 {
-    connect(&theWatcher, &QFutureWatcher<Result>::finished, this, [this] {
-        theResult = theWatcher.result();
-        emit finished();
-    });
-    const auto promise = std::make_shared<QPromise<Result>>();
-    promise->start();
-    theWatcher.setFuture(promise->future());
-    QThreadPool::globalInstance()->start([promise, bytes, content, stop = theStop.get_token()] {
-        promise->addResult(prepare(bytes, content, stop));
-        promise->finish();
-    });
-}
-
-SourceScan::~SourceScan()
-{
-    theStop.request_stop();
+    theWork.start(
+        [bytes, content](const std::stop_token& stop) { return prepare(bytes, content, stop); },
+        [this](Result result) {
+            theResult = std::move(result);
+            emit finished();
+        });
 }
 
 SourceScan::Result SourceScan::prepare(

@@ -14,7 +14,7 @@ constexpr qsizetype longestTextSearchedAtOnce = 300'000;
 constexpr qsizetype matchesBetweenStops = 10'000; // made in a few milliseconds
 
 QList<PDFSelection> matchesIn(const QList<QString>& pages, TextSearch& search,
-    const std::stop_token& stop = {}, const BackgroundJob::Report& report = {})
+    const std::stop_token& stop = {}, const Work::Report* report = nullptr)
 {
     QList<PDFSelection> matches;
     for (int page = 0; page < pages.size() && !stop.stop_requested(); ++page) {
@@ -25,7 +25,7 @@ QList<PDFSelection> matchesIn(const QList<QString>& pages, TextSearch& search,
                 break;
         }
         if (report)
-            report(page + 1);
+            (*report)(static_cast<quint64>(page) + 1, static_cast<quint64>(pages.size()));
     }
     return matches;
 }
@@ -55,7 +55,7 @@ void DocumentSearch::start(const QString& pattern, SearchOptions options)
 void DocumentSearch::cancel()
 {
     isWaiting = false;
-    theJob.cancel();
+    theWork.abandon();
 }
 
 void DocumentSearch::textArrives()
@@ -77,15 +77,18 @@ void DocumentSearch::search()
         emit found(matchesIn(text.pages, search), text.losses);
         return;
     }
-    const auto work = [this, text, pattern = thePattern, options = theOptions](
-                          const std::stop_token& stop, const BackgroundJob::Report& report) {
+    const auto task = [text, pattern = thePattern, options = theOptions](
+                          const std::stop_token& stop, const Work::Report& report) {
         TextSearch search(unitsOf(pattern), options);
-        const QList<PDFSelection> matches = matchesIn(text.pages, search, stop, report);
-        return BackgroundJob::Delivery(
-            [this, matches, losses = text.losses] { emit found(matches, losses); });
+        return matchesIn(text.pages, search, stop, &report);
     };
-    const auto count = static_cast<int>(text.pages.size());
-    theJob.start(work, [this, count](int done) { emit progressed(done, count); });
+    theWork.start(
+        task,
+        [this, losses = text.losses](
+            const QList<PDFSelection>& matches) { emit found(matches, losses); },
+        [this](quint64 done, quint64 total) {
+            emit progressed(static_cast<int>(done), static_cast<int>(total));
+        });
 }
 
 } // namespace tarnwick

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "SearchChoices.h"
-#include "frame/BackgroundJob.h"
 #include "pdf/PDFLosses.h"
 #include "pdf/PDFSelection.h"
+#include "work/Work.h"
 
 #include <QList>
 #include <QObject>
@@ -31,7 +31,7 @@ public:
     /// Gives the search up; its found() does not come.
     void cancel();
     /// Waiting or searching.
-    bool isRunning() const { return isWaiting || theJob.isRunning(); }
+    bool isRunning() const { return isWaiting || theWork.isRunning(); }
     bool isWaitingForText() const { return isWaiting; }
 
 signals:
@@ -49,7 +49,7 @@ private:
     QString thePattern;
     SearchOptions theOptions = SearchOptions::isIgnoringCase;
     bool isWaiting = false;
-    BackgroundJob theJob;
+    Work theWork;
 };
 
 } // namespace tarnwick

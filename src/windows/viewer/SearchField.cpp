@@ -1,7 +1,7 @@
 #include "SearchField.h"
 
 #include "GlyphIcon.h"
-#include "frame/StoredList.h"
+#include "settings/StoredList.h"
 #include "text/FindBar.h"
 
 #include <QAction>

@@ -44,7 +44,7 @@ TextFeed::TextFeed(PDFDocumentText* text, PlainTextView* view, ProgressLine* lin
 
 void TextFeed::fill()
 {
-    theCounting.cancel();
+    theCounting.abandon();
     isCountWanted = true;
     theTakenPages = 0;
     theTakenLength = 0;
@@ -90,7 +90,7 @@ void TextFeed::finish()
 /// Shows, tells and counts what there is.
 void TextFeed::finishCount()
 {
-    theCounting.cancel();
+    theCounting.abandon();
     const QString text = show();
     emit lossesKnown(theText->text().losses);
     count(text);
@@ -144,11 +144,9 @@ void TextFeed::count(const QString& text)
         emit counted(result.words, result.characters);
         return;
     }
-    theCounting.start([this, text, locale](const std::stop_token& stop,
-                          const BackgroundJob::Report&) -> BackgroundJob::Delivery {
-        const TextCounts result = counts(text, locale, stop);
-        return [this, result] { emit counted(result.words, result.characters); };
-    });
+    theCounting.start(
+        [text, locale](const std::stop_token& stop) { return counts(text, locale, stop); },
+        [this](TextCounts result) { emit counted(result.words, result.characters); });
 }
 
 } // namespace tarnwick

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "frame/BackgroundJob.h"
 #include "pdf/PDFLosses.h"
+#include "work/Work.h"
 
 #include <QElapsedTimer>
 #include <QObject>
@@ -58,7 +58,7 @@ private:
     qsizetype theShownLength = 0;
     bool isCountWanted = false;
     QTimer theProgressTimer;
-    BackgroundJob theCounting;
+    Work theCounting;
 };
 
 } // namespace tarnwick

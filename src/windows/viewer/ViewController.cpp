@@ -8,16 +8,16 @@
 #include "TextFeed.h"
 #include "frame/CommandRouter.h"
 #include "frame/DocumentWindow.h"
-#include "frame/StoredValues.h"
 #include "frame/ViewFlags.h"
 #include "pages/PDFThumbnailView.h"
 #include "pages/PDFView.h"
 #include "pdf/LossText.h"
 #include "pdf/PDFDocument.h"
 #include "pdf/PDFDocumentText.h"
-#include "pdf/ReleaseElsewhere.h"
 #include "printing/PagePrinter.h"
+#include "settings/StoredValues.h"
 #include "text/PlainTextView.h"
+#include "work/ReleaseElsewhere.h"
 
 #include "ui_ViewController.h"
 

@@ -8,7 +8,7 @@
 #include "pages/PDFView.h"
 #include "pdf/LossText.h"
 #include "pdf/PDFDocumentText.h"
-#include "pdf/ReleaseElsewhere.h"
+#include "work/ReleaseElsewhere.h"
 
 #include "ui_ViewController.h"
 

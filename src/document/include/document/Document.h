@@ -6,10 +6,10 @@
 #include "frame/WindowRegistry.h"
 #include "pdf/PDFDocument.h"
 #include "pdf/PDFDocumentText.h"
-
-#include <QFuture>
+#include "work/Work.h"
 
 #include <memory>
+#include <optional>
 
 namespace tarnwick {
 
@@ -32,8 +32,8 @@ public:
     /// The file's bytes, unchanged.
     const FileBytes& theData() const { return theBytes; }
     /// The file carries incremental updates (isIncrementallyUpdated()). Found out in a thread;
-    /// asked for before opened(), this waits for it.
-    bool isIncr() const { return theUpdateSearch.isValid() && theUpdateSearch.result(); }
+    /// asked for before opened(), it is found out here.
+    bool isIncr() const;
     /// The pages' text, fetched once and shared by every window; null before opened(). Whoever
     /// needs it calls fetch().
     PDFDocumentText* documentText() const { return theText.get(); }
@@ -67,7 +67,8 @@ private:
     std::unique_ptr<PDFDocument> theRenderedDocument;
     std::unique_ptr<PDFDocumentText> theText; // destroyed before the document that it reads
     FileBytes theBytes;
-    QFuture<bool> theUpdateSearch; ///< of theBytes
+    std::optional<bool> theUpdates; ///< of theBytes, once they are known
+    Work theUpdateSearch;
 };
 
 } // namespace tarnwick

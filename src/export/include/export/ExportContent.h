@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <memory>
+#include <stop_token>
 #include <string_view>
 
 namespace tarnwick {
@@ -26,8 +27,8 @@ class ExportContent : public QObject
     Q_OBJECT
 
 public:
-    /// Told while writing. @returns whether to go on.
-    using Progress = std::function<bool(quint64 done, quint64 total)>;
+    /// Told while writing.
+    using Progress = std::function<void(quint64 done, quint64 total)>;
     /// Takes the next bytes. @returns false when it cannot.
     using Sink = std::function<bool(std::string_view bytes)>;
 
@@ -48,8 +49,9 @@ public:
     QStringList missing(int most = 4) const;
 
     /// Writes it in slices. Precondition: isTaken(). Thread-safe then.
-    /// @returns false when the sink fails or progress says no.
-    virtual bool write(const Sink& sink, const Progress& progress) const = 0;
+    /// @param progress may be empty. @returns false when the sink fails or it is asked to stop.
+    virtual bool write(
+        const Sink& sink, const std::stop_token& stop, const Progress& progress) const = 0;
 
 signals:
     /// @param total 0 while it is unknown.
@@ -76,7 +78,7 @@ private:
 
 /// Writes a text in slices, in UTF-8 without a byte-order mark; lone surrogates become U+FFFD.
 bool writeUtf8(const QString& string, const ExportContent::Sink& sink,
-    const ExportContent::Progress& progress);
+    const std::stop_token& stop = {}, const ExportContent::Progress& progress = {});
 
 /// A sentence for the user on why the engine brought nothing; empty for isNone and isCancelled.
 QString exportFailureText(PDFFailure failure);

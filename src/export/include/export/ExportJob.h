@@ -1,7 +1,7 @@
 #pragma once
 
 #include "export/ExportProgress.h"
-#include "frame/BackgroundWork.h"
+#include "work/Work.h"
 
 #include <QList>
 #include <QObject>
@@ -36,13 +36,14 @@ protected:
     ExportProgress* progress() const { return theProgress.get(); }
 
     /// Writes on a thread of its own and calls finishWriting() when that is done. Precondition:
-    /// showProgress(). @param work may use what the job owns; nobody else does until then.
-    void startWriting(BackgroundWork::Work work);
+    /// showProgress(). @param task may use what the job owns; nobody else does until then.
+    using Writing = std::function<void(const std::stop_token& stop, const Work::Report& report)>;
+    void startWriting(const Writing& task);
     /// Cancels the writing and waits for it; for destructors of what the writing uses.
     void stopWriting();
     /// Writing is done, has failed or was cancelled. Ends the job, as overrides do at their end.
     virtual void finishWriting() { end(); }
-    bool isWriting() const { return theWork != nullptr; }
+    bool isWriting() const { return theWork.isRunning(); }
 
     /// Gives up: at once, or as soon as the writing has stopped.
     void cancel();
@@ -51,7 +52,7 @@ protected:
 private:
     QString theTitle;
     std::unique_ptr<ExportProgress> theProgress;
-    std::unique_ptr<BackgroundWork> theWork;
+    Work theWork;
 };
 
 } // namespace tarnwick

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <memory>
 #include <optional>
+#include <stop_token>
 #include <string_view>
 
 namespace tarnwick {
@@ -26,8 +27,10 @@ public:
     /// @param path the file's path in the file system's own encoding (QFile::decodeName).
     /// @param[out] reason why nothing was read, as a sentence for the user ("No such file or
     ///   directory", "Is a directory"); untouched on success.
+    /// @param stop gives the reading up, between portions of 16 MB.
     /// @returns nothing when the file cannot be read whole.
-    static std::optional<FileBytes> read(const QString& path, QString* reason = nullptr);
+    static std::optional<FileBytes> read(
+        const QString& path, QString* reason = nullptr, const std::stop_token& stop = {});
 
     /// A sealed copy of bytes in memory. @returns nothing when there is no memory for it.
     static std::optional<FileBytes> copy(std::string_view bytes);

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <string>
 #include <string_view>
 
 namespace tarnwick {
@@ -8,7 +7,8 @@ namespace tarnwick {
 /// Something that the user has the program write into.
 ///
 /// Operations return 0, an errno of what failed, or one of the values below; after a failure only
-/// destruction makes sense. No opened file is ever written (OpenedFiles). Any one thread at a time.
+/// destruction makes sense. errorText() says what they mean. No opened file is ever written
+/// (OpenedFiles). Any one thread at a time.
 class OutputFile
 {
 public:
@@ -32,8 +32,5 @@ public:
 protected:
     OutputFile() = default;
 };
-
-/// What an operation's result says, as a phrase for the user ("No space left on device").
-std::string outputErrorText(int error);
 
 } // namespace tarnwick

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "files/FileBytes.h"
+#include "work/Work.h"
 
 #include <QObject>
 #include <QPointer>
@@ -12,7 +13,6 @@
 #include <optional>
 
 class QProgressDialog;
-class QThread;
 class QWidget;
 
 namespace tarnwick {
@@ -35,7 +35,6 @@ public:
     /// @param path absolute.
     /// @param asking the window that dialogs belong to, or null; may close meanwhile.
     FileOpening(const QString& path, MakeDocument makeDocument, QWidget* asking, QObject* parent);
-    /// A reading thread that is at work ends by itself; nobody hears of it.
     ~FileOpening() override;
 
     const QString& path() const { return thePath; }
@@ -51,9 +50,13 @@ signals:
     void cancelled();
 
 private:
-    struct Reading;
+    struct Reading
+    {
+        std::optional<FileBytes> bytes;
+        QString reason;
+    };
     void read();
-    void finishReading();
+    void finishReading(const Reading& reading);
     void askForPassword(bool wasWrong);
     void showProgress();
     void conclude();
@@ -63,8 +66,7 @@ private:
     QString thePath;
     MakeDocument makeDocument;
     QPointer<QWidget> theAskingWindow;
-    std::shared_ptr<Reading> theReading;
-    std::unique_ptr<QThread> theThread;
+    Work theReading;
     std::unique_ptr<FrameDocument> theDocument;
     QPointer<PasswordPrompt> thePrompt;
     QPointer<QProgressDialog> theProgress;

@@ -1,14 +1,18 @@
 #pragma once
 
 #include "files/FileBytes.h"
+#include "work/Work.h"
 
 #include <QObject>
 #include <QString>
 
 #include <functional>
 #include <memory>
+#include <stop_token>
 
 namespace tarnwick {
+
+class WholeFile;
 
 /// The file that is printed into. It appears whole or not at all, in place of one that had its
 /// name, but never of an opened file (WholeFile).
@@ -38,11 +42,10 @@ signals:
     void finished(const QString& reason);
 
 private:
-    struct Work;
-    void finishOnThread(const std::function<int(Work&)>& part);
+    void finish(const std::function<int(const std::stop_token&)>& part);
 
-    std::shared_ptr<Work> theWork; ///< the thread's as well, which may outlive this object
-    QString thePath;
+    std::shared_ptr<WholeFile> theFile; ///< the work's as well, which may outlive this object
+    Work theWork;
 };
 
 } // namespace tarnwick

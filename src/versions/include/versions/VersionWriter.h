@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <stop_token>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,7 +16,7 @@ struct VersionResult
     enum class Outcome
     {
         isDone, ///< every version is written
-        isCancelled, ///< the caller asked for it
+        isCancelled, ///< it was asked to stop
         isFailed, ///< path could not be written, for reason
     };
 
@@ -36,8 +37,8 @@ struct VersionResult
 class VersionWriter
 {
 public:
-    /// @param done, total bytes of all versions together. @returns whether to go on.
-    using Progress = std::function<bool(std::uint64_t done, std::uint64_t total)>;
+    /// @param done, total bytes of all versions together.
+    using Progress = std::function<void(std::uint64_t done, std::uint64_t total)>;
 
     /// @param bytes the file, borrowed for this object's life.
     /// @param base, extension as versionFileName() takes them; bytes of the file system.
@@ -45,9 +46,10 @@ public:
 
     /// Creates the folder and those above it where they are missing, and writes the versions.
     /// @param cuts of the bytes (versionCuts()), in order.
-    /// @param progress called before the first byte and after every few megabytes; may be empty.
+    /// @param stop looked at before the first byte and after every few megabytes.
+    /// @param progress called likewise; may be empty.
     VersionResult write(const std::string& folder, const std::vector<std::size_t>& cuts,
-        const Progress& progress = {}) const;
+        const std::stop_token& stop = {}, const Progress& progress = {}) const;
 
 private:
     std::string_view theBytes;

@@ -2,8 +2,8 @@
 
 #include "analysis/SourceText.h"
 #include "text/TextStorage.h"
+#include "work/Work.h"
 
-#include <QFutureWatcher>
 #include <QObject>
 
 #include <memory>
@@ -30,7 +30,7 @@ class SourceScan : public QObject
 public:
     /// Starts at once; finished() follows from the event loop.
     SourceScan(const SharedBytes& bytes, SourceContent content, QObject* parent);
-    ~SourceScan() override;
+    ~SourceScan() override = default;
 
     /// The source, scanned unless its content is raw. Valid once finished; null when there was not
     /// enough memory.
@@ -49,9 +49,8 @@ private:
     };
     static Result prepare(const SharedBytes& bytes, SourceContent content, std::stop_token stop);
 
-    std::stop_source theStop;
-    QFutureWatcher<Result> theWatcher;
     Result theResult;
+    Work theWork;
 };
 
 } // namespace tarnwick

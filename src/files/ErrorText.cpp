@@ -1,10 +1,12 @@
+#include "files/ErrorText.h"
+
 #include "files/OutputFile.h"
 
 #include <system_error>
 
 namespace tarnwick {
 
-std::string outputErrorText(int error)
+std::string errorText(int error)
 {
     switch (error) {
     case OutputFile::isOpenedFile:

@@ -1,4 +1,4 @@
-#include "frame/StoredValues.h"
+#include "settings/StoredValues.h"
 
 #include <QSettings>
 

@@ -1,4 +1,4 @@
-#include "frame/StoredList.h"
+#include "settings/StoredList.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,5 +1,5 @@
 #include "frame/RecentFiles.h"
-#include "frame/StoredList.h"
+#include "settings/StoredList.h"
 
 #include <QCoreApplication>
 #include <QProcess>

@@ -4,6 +4,7 @@
 # Parts (all, when none is named):
 #   scan      the scan of bytes in memory, beside `wc -l` on the same file
 #   hostile   the same over hostile shapes, at one size and twice that: the times should double
+#   find      an object by number, offset and line, and who refers to one, beside the scan
 #   programs  tarnwick-inspect from start to end, beside `wc -l`
 #   pages     a window with its first page drawn, text and flattening of whole documents, beside
 #             mutool; the window's start alone, to be taken off; what scrolling costs an event
@@ -27,13 +28,13 @@ while [ $# -gt 0 ]; do
     --runs) runs="$2"; shift ;;
     --small) divisor=32 ;;
     --remove) removes=true ;;
-    scan | hostile | programs | pages | search) parts+=("$1") ;;
+    scan | hostile | find | programs | pages | search) parts+=("$1") ;;
     -h | --help) sed -n '2,/^set /s/^# \{0,1\}//p' "${BASH_SOURCE[0]}"; exit 0 ;;
     *) echo "compare.sh: no option or part $1; see --help" >&2; exit 2 ;;
     esac
     shift
 done
-[ ${#parts[@]} -gt 0 ] || parts=(scan hostile programs pages search)
+[ ${#parts[@]} -gt 0 ] || parts=(scan hostile find programs pages search)
 
 "$root/scripts/install-packages" run build bench
 "$root/scripts/build" bench
@@ -78,6 +79,15 @@ hostilePart() {
             "$programs/scan_file" "$file" "$runs"
             rm "$file"
         done
+    done
+}
+
+findPart() {
+    echo "== Finding objects and who refers to them (processor's time)"
+    for shape in objects updates; do
+        file "$shape" $(($(usualSize "$shape") / divisor))
+        echo "$shape"
+        "$programs/find_objects" "$file" "$runs"
     done
 }
 

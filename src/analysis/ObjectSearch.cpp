@@ -74,13 +74,18 @@ void pdfObjectCatalog::forEachVersion(std::int64_t number, std::int64_t objVer, 
 }
 
 /// Equal objects stand in the list as in the file, and so do their starts.
+std::size_t pdfObjectCatalog::firstFrom(const ListRange& range, std::size_t offset) const
+{
+    return firstWhere(range.begin, range.end,
+        [&](std::size_t listed) { return startOf(theRecords[scanIndex(listed)]) >= offset; });
+}
+
 std::optional<pdfObject> pdfObjectCatalog::find(std::int64_t number, std::int64_t objVer) const
 {
     std::optional<pdfObject> found;
     forEachVersion(number, objVer, [&](const ListRange& range) {
         const std::size_t start = startOf(theRecords[scanIndex(range.end - 1)]);
-        found = listedObject(firstWhere(range.begin, range.end,
-            [&](std::size_t listed) { return startOf(theRecords[scanIndex(listed)]) >= start; }));
+        found = listedObject(firstFrom(range, start));
         return false;
     });
     return found;
@@ -104,10 +109,36 @@ std::vector<pdfObject> pdfObjectCatalog::findAll(std::int64_t number) const
     return objects;
 }
 
+std::optional<pdfObject> pdfObjectCatalog::findAfter(const pdfObject& object) const
+{
+    const std::int64_t number = object.objNo();
+    const ListRange own = rangeOf(number, object.objVer());
+    const std::size_t later = firstFrom(own, object.range().begin + 1);
+    if (later < own.end)
+        return listedObject(later);
+    constexpr std::int64_t lowest = std::numeric_limits<std::int64_t>::min();
+    std::size_t next = lowerBound(object.objVer() + 1, lowest);
+    for (std::size_t searched = 0; next < size() && searched < mostVersionsSearched; ++searched) {
+        const std::int64_t version = theRecords[scanIndex(next)].objVer;
+        const ListRange range = rangeOf(number, version);
+        if (range.begin < range.end)
+            return listedObject(range.begin);
+        next = lowerBound(version + 1, lowest);
+    }
+    while (next < size() && objNo(theRecords[scanIndex(next)]) != number)
+        ++next;
+    return next < size() ? std::optional(listedObject(next)) : std::nullopt;
+}
+
+std::size_t pdfObjectCatalog::firstEndingBehind(std::size_t offset) const
+{
+    return firstWhere(
+        0, size(), [&](std::size_t record) { return theRecords[record].end() > offset; });
+}
+
 std::optional<pdfObject> pdfObjectCatalog::recordAt(std::size_t offset) const
 {
-    const std::size_t index = firstWhere(
-        0, size(), [&](std::size_t record) { return theRecords[record].end() > offset; });
+    const std::size_t index = firstEndingBehind(offset);
     if (index == size() || startOf(theRecords[index]) > offset)
         return std::nullopt;
     return object(index);

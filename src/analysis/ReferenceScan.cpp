@@ -56,10 +56,13 @@ public:
             --thePosition;
         if (from == thePosition)
             return std::nullopt;
-        std::string digits;
+        constexpr std::size_t digitsThatFit = 18;
+        if (from - thePosition > digitsThatFit)
+            return longNumber(from);
+        std::int64_t value = 0;
         for (std::size_t index = thePosition; index < from; ++index)
-            digits += narrow(theText[index]);
-        return saturatedNumber(digits);
+            value = value * 10 + (narrow(theText[index]) - '0');
+        return value;
     }
     /// Whether a word can begin here: what stands before is no part of one, or nothing does. At the
     /// floor it is not known what stands before, unless that is the text's start.
@@ -69,6 +72,14 @@ public:
     }
 
 private:
+    std::int64_t longNumber(std::size_t end) const
+    {
+        std::string digits;
+        for (std::size_t index = thePosition; index < end; ++index)
+            digits += narrow(theText[index]);
+        return saturatedNumber(digits);
+    }
+
     Text theText;
     std::size_t thePosition;
     std::size_t theFloor;

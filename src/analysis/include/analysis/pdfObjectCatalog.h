@@ -67,6 +67,13 @@ public:
     /// Every object of that number, in the order of the file; records of the same lines once.
     std::vector<pdfObject> findAll(std::int64_t objNo) const;
 
+    /// What took an object's place: the next object of its number in its version, else the first in
+    /// the next version that has one. @returns nothing for an object that is current.
+    std::optional<pdfObject> findAfter(const pdfObject& object) const;
+
+    /// The first record, in the order of the scan, whose range() ends behind an offset; size()
+    /// where there is none.
+    std::size_t firstEndingBehind(std::size_t offset) const;
     /// The first record whose range() holds an offset in the file.
     std::optional<pdfObject> recordAt(std::size_t offset) const;
     /// Where an object stands in the object list: the way back from listedObject().
@@ -98,6 +105,8 @@ private:
         std::size_t begin = 0;
         std::size_t end = 0;
     };
+    /// The first of a range's objects that begins at or behind an offset, or the range's end.
+    std::size_t firstFrom(const ListRange& range, std::size_t offset) const;
     ListRange rangeOf(std::int64_t objNo, std::int64_t objVer) const;
     /// The first object of the list that does not come before that of a version and a number.
     std::size_t lowerBound(std::int64_t objVer, std::int64_t objNo) const;

@@ -1,0 +1,225 @@
+#include "analysis/ObjectKind.h"
+#include "analysis/ObjectUsers.h"
+#include "analysis/SourceText.h"
+
+#include <QtTest>
+
+using namespace tarnwick;
+
+/// Who refers to an object, and what objects are.
+class TestObjectUsers : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void countsOnlyCode_data();
+    void countsOnlyCode();
+    void tellsAtOnceAndStops();
+    void keepsSomeAndCountsAll();
+    void namesKinds_data();
+    void namesKinds();
+    void findsStreams_data();
+    void findsStreams();
+    void tellsTheWay();
+    void tellsWhatWasReplaced();
+};
+
+namespace {
+
+SourceText scanned(const std::string& bytes)
+{
+    SourceText source(SharedBytes::ofString(bytes));
+    source.makeListing(false);
+    return source;
+}
+
+} // namespace
+
+void TestObjectUsers::countsOnlyCode_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<QString>("users");
+    const auto row = [](const char* name, const QByteArray& file, const char* users) {
+        QTest::newRow(name) << file << QString::fromLatin1(users);
+    };
+    const auto object
+        = [](const QByteArray& body) { return QByteArray("3 0 obj\n" + body + "\nendobj\n"); };
+    row("nobody", "", "");
+    row("a value", object("<</A 7 0 R>>"), "3");
+    row("itself, twice", "7 0 obj\n[7 0 R 7 0 R]\nendobj\n", "7 7");
+    row("another generation and another number", object("[7 2 R 17 0 R 70 0 R]"), "3");
+    row("broken over lines", object("[7\r\n0\r\nR]"), "3");
+    row("zeros before it", object("[007 0 R]"), "3");
+    row("a string", object("<</A (see 7 0 R) /B 7 0 R>>"), "3");
+    row("a string in brackets within", object("<</A (a\\) (b) 7 0 R) /B (%) /C 7 0 R>>"), "3");
+    row("a comment", object("<</A 1 % 7 0 R\n/B 7 0 R>>"), "3");
+    row("a stream", object("<</L 7 0 R>>\nstream\n[7 0 R]\nendstream"), "3");
+    row("a dictionary beside the word stream", object("<</L 7 0 R>>stream\n[7 0 R]\nendstream"),
+        "3");
+    row("metadata in the open", object("<</Subtype/XML/L 7 0 R>>\nstream\n<a>7 0 R</a>\nendstream"),
+        "3");
+    row("a key that only sounds like one", object("<</Params 7 0 R/Beam 7 0 R>>"), "3 3");
+    row("a trailer", "trailer\n<</Root 7 0 R>>\nstartxref\n0\n%%EOF\n", "8000001");
+    row("an object without end", "3 0 obj\n[7 0 R]\n", "?");
+    row("a string that is not closed ends with its object", object("(7 0 R") + object("[7 0 R]"),
+        "3");
+    row("a record that is made again", object("[7 0 R]") + "startxref\n", "3");
+    row("two saves", object("[7 0 R]") + "%%EOF\n" + object("[7 0 R]"), "3 3");
+    row("the file's first bytes", "7 0 R", "?");
+    row("behind ten thousand objects",
+        QByteArray(object("[1 0 R]")).repeated(10000) + object("[7 0 R]"), "3");
+}
+
+void TestObjectUsers::countsOnlyCode()
+{
+    QFETCH(QByteArray, file);
+    QFETCH(QString, users);
+    const SourceText source = scanned(file.toStdString());
+    const ObjectUses uses = ObjectUsers(source.theCatalog()).find(7);
+    QStringList found;
+    for (const ObjectUse& use : uses.uses)
+        found.append(use.user ? QString::number(source.theCatalog().object(*use.user).objNo())
+                              : QStringLiteral("?"));
+    QCOMPARE(found.join(QLatin1Char(' ')), users);
+    QCOMPARE(uses.count, uses.uses.size());
+    QVERIFY(uses.isComplete);
+}
+
+void TestObjectUsers::tellsAtOnceAndStops()
+{
+    std::string file = "1 0 obj\n[7 0 R]\nendobj\n";
+    file.resize(std::size_t{64} << 20, ' ');
+    const SourceText source = scanned(file + "[7 0 R]");
+    std::stop_source stop;
+    std::vector<std::size_t> counts;
+    const ObjectUses uses = ObjectUsers(source.theCatalog())
+                                .find(
+                                    7,
+                                    [&](const ObjectUses& soFar, std::size_t done) {
+                                        counts.push_back(soFar.count);
+                                        QVERIFY(done < file.size() / 2);
+                                        stop.request_stop();
+                                    },
+                                    stop.get_token());
+    QCOMPARE(counts, std::vector<std::size_t>{1});
+    QCOMPARE(uses.count, std::size_t{1});
+    QVERIFY(!uses.isComplete);
+}
+
+void TestObjectUsers::keepsSomeAndCountsAll()
+{
+    std::string file = "1 0 obj\n(a) [";
+    for (std::size_t use = 0; use < ObjectUses::mostKept + 5; ++use)
+        file += "7 0 R ";
+    const SourceText source = scanned(file + "]\nendobj\n");
+    const ObjectUses uses = ObjectUsers(source.theCatalog()).find(7);
+    QCOMPARE(uses.count, ObjectUses::mostKept + 5);
+    QCOMPARE(uses.uses.size(), ObjectUses::mostKept);
+}
+
+void TestObjectUsers::namesKinds_data()
+{
+    QTest::addColumn<QString>("body");
+    QTest::addColumn<QString>("kind");
+    const auto row = [](const char* name, const char* body, const char* kind) {
+        QTest::newRow(name) << QString::fromLatin1(body) << QString::fromLatin1(kind);
+    };
+    row("a type", "<</Type/Page/Annots[<</Type/Annot>>]>>", "Page");
+    row("spelled with a code", "<< /Ty#70e /Fo#6Et >>", "Font");
+    row("an XObject", "<</Type/XObject/Subtype/Image>>stream\nendstream", "Image");
+    row("an image without type", "<</Subtype /Image>>", "Image");
+    row("an annotation without type", "<</Subtype/Link/Rect[0 0 1 1]>>", "Annot");
+    row("an action", "<</S/JavaScript/JS(x)>>", "Action");
+    row("a type within a value is not its own", "<</A<</Type/Font>>/B[/Type/Page]>>", "Dictionary");
+    row("a stream that says nothing", "<</Length 3>>\nstream\nabc\nendstream", "Stream");
+    row("an array", "[/Type /Page]", "Array");
+    row("a number", "12", "Number");
+    row("a string", "(/Type /Page)", "String");
+    row("nothing", "", "");
+    row("a type to surprise a terminal", "<</Type/#1B#5B2J>>", "?[2J");
+}
+
+void TestObjectUsers::namesKinds()
+{
+    QFETCH(QString, body);
+    QFETCH(QString, kind);
+    const SourceText source = scanned("3 0 obj\n" + body.toStdString() + "\nendobj\n");
+    const pdfObjectCatalog& catalog = source.theCatalog();
+    QCOMPARE(QString::fromStdString(objectKind(catalog, catalog.object(0))), kind);
+}
+
+void TestObjectUsers::findsStreams_data()
+{
+    QTest::addColumn<QByteArray>("body");
+    QTest::addColumn<QByteArray>("data");
+    QTest::addColumn<int>("end");
+    const auto row
+        = [](const char* name, const char* body, const char* data, StoredStream::End end) {
+              QTest::newRow(name) << QByteArray(body) << QByteArray(data) << static_cast<int>(end);
+          };
+    using End = StoredStream::End;
+    row("as long as it says", "<</Length 3>>\nstream\r\nabc\r\nendstream", "abc", End::isLength);
+    row("the keyword within", "<</Length 11>>stream\nendstream a\nendstream", "endstream a",
+        End::isLength);
+    row("too short a length", "<</Length 2>>\nstream\nabc\nendstream", "abc", End::isKeyword);
+    row("too long a length", "<</Length 999999999999999999999>>\nstream\nabc\r\nendstream", "abc",
+        End::isKeyword);
+    row("no length", "<<>>\nstream\nabcendstream", "abc", End::isKeyword);
+    row("a negative one", "<</Length -3>>\nstream\nabc\nendstream", "abc", End::isKeyword);
+}
+
+void TestObjectUsers::findsStreams()
+{
+    QFETCH(QByteArray, body);
+    QFETCH(QByteArray, data);
+    QFETCH(int, end);
+    const std::string file = "3 0 obj\n" + body.toStdString() + "\nendobj\n";
+    const SourceText source = scanned(file);
+    const ByteRange range = source.theCatalog().object(0).range();
+    const ObjectSource object(file, range);
+    const StoredStream stream = findStream(file, range, object, object.integer("Length"));
+    QCOMPARE(QByteArray::fromStdString(file.substr(stream.range.begin, stream.range.size())), data);
+    QCOMPARE(static_cast<int>(stream.end), end);
+}
+
+void TestObjectUsers::tellsTheWay()
+{
+    std::string deep;
+    for (int level = 0; level < 100; ++level)
+        deep += '[';
+    const std::string file = "3 0 obj\n<< /A 1 0 R /B [2 [3 0 R] << /C (4 0 R) /D#20E 5 0 R >>] /F "
+        + deep + "6 0 R\nendobj\n";
+    const SourceText source = scanned(file);
+    const ObjectSource object(file, source.theCatalog().object(0).range());
+    QStringList ways;
+    forEachReference(file, object, [&](const PlacedReference& reference) {
+        ways.append(QString::fromStdString(reference.path) + QLatin1Char('=')
+            + QString::number(reference.token.number));
+        return ways.size() < 4;
+    });
+    const QString cut
+        = QStringLiteral("/F") + QStringLiteral("[0]").repeated(31) + QStringLiteral("=6");
+    QCOMPARE(ways,
+        (QStringList{QStringLiteral("/A=1"), QStringLiteral("/B[1][0]=3"),
+            QStringLiteral("/B[2]/D E=5"), cut}));
+}
+
+void TestObjectUsers::tellsWhatWasReplaced()
+{
+    std::string file = "5 0 obj\nendobj\n5 0 obj\nendobj\n6 0 obj\nendobj\n%%EOF\n";
+    for (int save = 2; save < 1500; ++save)
+        file += "%%EOF\n7 0 obj\nendobj\n";
+    const SourceText source = scanned(file + "5 0 obj\nendobj\n");
+    const pdfObjectCatalog& catalog = source.theCatalog();
+    const auto replaced = [&](std::size_t index) {
+        return objectState(catalog, catalog.object(index)).replacedIn.value_or(0);
+    };
+    QCOMPARE(replaced(0), 1);
+    QCOMPARE(replaced(1), 1500); // past more versions than are searched
+    QCOMPARE(replaced(2), 0);
+    QCOMPARE(replaced(3), 4);
+    QCOMPARE(replaced(catalog.size() - 1), 0);
+}
+
+QTEST_APPLESS_MAIN(TestObjectUsers)
+#include "tst_ObjectUsers.moc"

@@ -30,6 +30,26 @@ constexpr int mostZoom = 800;
 constexpr auto estimateSlice = 4ms;
 constexpr int estimatePeriod = 8; ///< milliseconds
 
+QList<QTextLayout::FormatRange> markFormats(
+    const QList<TextMark>& marks, const TextPalette& colours)
+{
+    QList<QTextLayout::FormatRange> formats;
+    for (const TextMark& mark : marks) {
+        QTextLayout::FormatRange format;
+        format.start = static_cast<int>(mark.start);
+        format.length = static_cast<int>(mark.length);
+        if (mark.kind == TextMark::Kind::isAside) {
+            format.format.setForeground(colours.aside());
+        } else {
+            format.format.setForeground(colours.strayText());
+            format.format.setBackground(colours.strayBackground());
+            format.format.setFontUnderline(true); // not by colour alone
+        }
+        formats.append(format);
+    }
+    return formats;
+}
+
 } // namespace
 
 PlainTextView::PlainTextView(QWidget* parent)
@@ -319,7 +339,7 @@ void PlainTextView::paintSegment(
 
 QList<QTextLayout::FormatRange> PlainTextView::formatsOf(const TextSegment& segment) const
 {
-    QList<QTextLayout::FormatRange> formats;
+    QList<QTextLayout::FormatRange> formats = markFormats(segment.marks, theColours);
     const auto add = [&](TextRange range, const QColor& background, const QColor& text) {
         const TextRange own{
             {segment.line, segment.start}, {segment.line, segment.start + segment.length}};
@@ -337,9 +357,17 @@ QList<QTextLayout::FormatRange> PlainTextView::formatsOf(const TextSegment& segm
     const QPalette colours = palette();
     for (const TextRange& match : theVisibleMatches)
         add(match, theColours.matchBackground(), theColours.matchText());
-    add(selection(), colours.color(selectionGroup(), QPalette::Highlight),
-        colours.color(selectionGroup(), QPalette::HighlightedText));
+    for (const TextRange& selected : selectedRanges(segment.line)) {
+        add(selected, colours.color(selectionGroup(), QPalette::Highlight),
+            colours.color(selectionGroup(), QPalette::HighlightedText));
+    }
     return formats;
+}
+
+QList<TextRange> PlainTextView::selectedRanges(qsizetype line) const
+{
+    Q_UNUSED(line)
+    return {selection()};
 }
 
 QPalette::ColorGroup PlainTextView::selectionGroup() const
@@ -352,7 +380,10 @@ void PlainTextView::paintSelectedLineEnd(
     QPainter& painter, const TextSegment& segment, QPointF origin) const
 {
     const TextPosition end{segment.line, segment.start + segment.length};
-    if (!segment.endsLine || selection().begin > end || selection().end <= end)
+    const QList<TextRange> ranges = selectedRanges(segment.line);
+    const bool isSelected = std::any_of(ranges.begin(), ranges.end(),
+        [end](const TextRange& range) { return range.begin <= end && range.end > end; });
+    if (!segment.endsLine || !isSelected)
         return;
     const QTextLine row = segment.layout.lineAt(segment.rows() - 1);
     const qreal width = theLayout.characterWidth() / 2;

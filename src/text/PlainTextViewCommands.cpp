@@ -4,9 +4,7 @@
 #include "ClipboardText.h"
 #include "TextPrintJob.h"
 
-#include <QAction>
 #include <QContextMenuEvent>
-#include <QMenu>
 
 #include <algorithm>
 #include <array>
@@ -94,32 +92,37 @@ void PlainTextView::print()
 void PlainTextView::contextMenuEvent(QContextMenuEvent* event)
 {
     QMenu menu(this);
-    const auto add = [this](QMenu& to, const QString& title, const QString& command,
-                         void (PlainTextView::*slot)(), const QKeySequence& keys = {}) {
-        QAction* action = to.addAction(title, this, slot);
-        action->setShortcut(keys);
-        action->setEnabled(validateCommand(command));
-        return action;
-    };
-    add(menu, tr("&Copy"), u"copy"_s, &PlainTextView::copy, QKeySequence::Copy);
-    add(menu, tr("Select &All"), u"selectAll"_s, &PlainTextView::selectAll,
-        QKeySequence::SelectAll);
-    menu.addSeparator();
-    if (theFindBarIsEnabled)
-        add(menu, tr("&Find…"), u"performFind"_s, &PlainTextView::performFind, QKeySequence::Find);
-    QAction* wrap = add(menu, tr("&Wrap Lines"), u"toggleWrap"_s, &PlainTextView::toggleWrap);
-    wrap->setCheckable(true);
-    wrap->setChecked(isWrapping());
-    QMenu* zoom = menu.addMenu(tr("&Zoom"));
-    add(*zoom, tr("Zoom &In"), u"zoomIn"_s, &PlainTextView::zoomIn, QKeySequence::ZoomIn);
-    add(*zoom, tr("Zoom &Out"), u"zoomOut"_s, &PlainTextView::zoomOut, QKeySequence::ZoomOut);
-    add(*zoom, tr("&Actual Size"), u"actualSize"_s, &PlainTextView::actualSize,
-        QKeySequence(Qt::CTRL | Qt::Key_0));
-    menu.addSeparator();
-    add(menu, tr("&Print…"), u"print"_s, &PlainTextView::print);
+    fillContextMenu(menu);
     const bool isKey = event->reason() == QContextMenuEvent::Keyboard;
     const std::optional<QRectF> caret = isKey ? caretRect(theCaret) : std::nullopt;
     menu.exec(caret ? viewport()->mapToGlobal(caret->bottomLeft().toPoint()) : event->globalPos());
+}
+
+void PlainTextView::fillContextMenu(QMenu& menu)
+{
+    addCommand(menu, tr("&Copy"), u"copy"_s, &PlainTextView::copy, QKeySequence::Copy);
+    addCommand(menu, tr("Select &All"), u"selectAll"_s, &PlainTextView::selectAll,
+        QKeySequence::SelectAll);
+    menu.addSeparator();
+    if (theFindBarIsEnabled)
+        addCommand(
+            menu, tr("&Find…"), u"performFind"_s, &PlainTextView::performFind, QKeySequence::Find);
+    QAction* wrap
+        = addCommand(menu, tr("&Wrap Lines"), u"toggleWrap"_s, &PlainTextView::toggleWrap);
+    wrap->setCheckable(true);
+    wrap->setChecked(isWrapping());
+    addZoomMenu(menu);
+    menu.addSeparator();
+    addCommand(menu, tr("&Print…"), u"print"_s, &PlainTextView::print);
+}
+
+void PlainTextView::addZoomMenu(QMenu& menu)
+{
+    QMenu& zoom = *menu.addMenu(tr("&Zoom"));
+    addCommand(zoom, tr("Zoom &In"), u"zoomIn"_s, &PlainTextView::zoomIn, QKeySequence::ZoomIn);
+    addCommand(zoom, tr("Zoom &Out"), u"zoomOut"_s, &PlainTextView::zoomOut, QKeySequence::ZoomOut);
+    addCommand(zoom, tr("&Actual Size"), u"actualSize"_s, &PlainTextView::actualSize,
+        QKeySequence(Qt::CTRL | Qt::Key_0));
 }
 
 } // namespace tarnwick

@@ -89,6 +89,7 @@ QString PlainTextView::selectedText(qsizetype limit) const
 /// Changes the selection without scrolling.
 void PlainTextView::select(TextPosition anchor, TextPosition caret)
 {
+    settle(anchor, caret);
     const bool isChange = anchor != theAnchor || caret != theCaret;
     theAnchor = anchor;
     theCaret = caret;
@@ -99,6 +100,12 @@ void PlainTextView::select(TextPosition anchor, TextPosition caret)
         return;
     tellAccessibility(false);
     emit selectionChanged();
+}
+
+void PlainTextView::settle(TextPosition& anchor, TextPosition& caret) const
+{
+    Q_UNUSED(anchor)
+    Q_UNUSED(caret)
 }
 
 void PlainTextView::moveCaret(TextPosition caret, bool extend)
@@ -188,10 +195,9 @@ bool PlainTextView::handleCommandKey(QKeyEvent* event)
 
 // --- Mouse ---------------------------------------------------------------------------------------
 
-/// What a click selects at a place.
-TextRange PlainTextView::unitAt(TextPosition position) const
+TextRange PlainTextView::unitAt(TextPosition position, SelectBy by) const
 {
-    switch (theSelectBy) {
+    switch (by) {
     case SelectBy::isWord:
         return wordAt(*theStorage, position);
     case SelectBy::isLine: {
@@ -240,14 +246,14 @@ void PlainTextView::beginDrag(const QPointF& point, SelectBy by, bool extend)
         extendTo(position);
         return;
     }
-    theFirstUnit = unitAt(position);
-    select(theFirstUnit.begin, theFirstUnit.end);
+    theFirstUnit = unitAt(position, by);
+    select(theFirstUnit.begin, by == SelectBy::isCharacter ? theFirstUnit.begin : theFirstUnit.end);
 }
 
 /// Selects from what the drag began with to what is at a place, both included.
 void PlainTextView::extendTo(TextPosition position)
 {
-    const TextRange last = unitAt(position);
+    const TextRange last = unitAt(position, theSelectBy);
     if (last.begin < theFirstUnit.begin)
         select(theFirstUnit.end, last.begin);
     else

@@ -63,11 +63,16 @@ TextPalette::TextPalette(const QColor& text, const QColor& background)
     , theRed(legible(QColor(0xE0, 0x1B, 0x24), background))
     , theGreen(legible(QColor(0x1F, 0x9D, 0x3A), background))
     , theBlue(legible(QColor(0x1A, 0x5F, 0xE0), background))
+    , theAside(legible(mixed(text, background, 0.5f), background))
 {
     if (luminance(background) < 0.2) {
+        theStrayBackground = QColor(0x5A, 0x38, 0x10);
+        theStrayText = QColor(0xFF, 0xE6, 0xC4);
         theMatchBackground = QColor(0x7A, 0x5C, 0x00);
         theMatchText = Qt::white;
     } else {
+        theStrayBackground = QColor(0xFF, 0xE3, 0xC2);
+        theStrayText = QColor(0x5C, 0x2E, 0x00);
         theMatchBackground = QColor(0xFF, 0xE0, 0x66);
         theMatchText = Qt::black;
     }

@@ -162,6 +162,7 @@ std::shared_ptr<TextSegment> TextSegments::make(qsizetype line, qsizetype index)
     made->length = length;
     made->endsLine = index + 1 == count(line);
     made->role = text.role;
+    made->marks = text.marks;
     layOut(*made);
     return made;
 }

@@ -37,9 +37,11 @@ void TestTextPalette::everyRoleIsLegible()
         const QColor red = colours.colour(ColourRole::isRed);
         const QColor green = colours.colour(ColourRole::isGreen);
         const QColor blue = colours.colour(ColourRole::isBlue);
-        for (const QColor& colour : {colours.colour(ColourRole::isDefault), red, green, blue})
+        for (const QColor& colour :
+            {colours.colour(ColourRole::isDefault), red, green, blue, colours.aside()})
             QVERIFY2(contrastRatio(colour, background) >= 4.5, qPrintable(background.name()));
         QVERIFY(contrastRatio(colours.matchText(), colours.matchBackground()) >= 4.5);
+        QVERIFY(contrastRatio(colours.strayText(), colours.strayBackground()) >= 4.5);
         if (keepsHues) {
             QVERIFY(red.red() > red.green() && red.red() > red.blue());
             QVERIFY(green.green() > green.red() && green.green() > green.blue());

@@ -6,7 +6,9 @@
 #include "text/TextViewLayout.h"
 
 #include <QAbstractScrollArea>
+#include <QAction>
 #include <QBasicTimer>
+#include <QMenu>
 
 #include <memory>
 
@@ -82,6 +84,8 @@ public:
     TextRange selection() const { return TextRange::between(theAnchor, theCaret); }
     bool hasSelection() const { return theAnchor != theCaret; }
     TextPosition caret() const { return theCaret; }
+    /// The end of the selection that stays when the caret moves with Shift.
+    TextPosition anchor() const { return theAnchor; }
     /// Selects from anchor to caret, places outside the text being moved into it, and shows the
     /// caret.
     void setSelection(TextPosition anchor, TextPosition caret);
@@ -94,11 +98,11 @@ public:
     std::optional<QRectF> caretRect(TextPosition position) const;
     TextPosition positionAt(const QPointF& viewportPoint) const;
 
-    Q_INVOKABLE bool validateCommand(const QString& command) const;
+    Q_INVOKABLE virtual bool validateCommand(const QString& command) const;
     Q_INVOKABLE bool commandIsChecked(const QString& command) const;
 
 public slots:
-    void copy();
+    virtual void copy();
     void selectAll();
     /// Opens the find bar, with the selected text where that is short.
     void performFind();
@@ -134,14 +138,34 @@ protected:
     void wheelEvent(QWheelEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
 
-private:
+    // What a view of something else than running text does otherwise:
     enum class SelectBy
     {
         isCharacter,
         isWord,
         isLine,
     };
+    /// What a click selects at a place, and what a drag from or to it includes.
+    virtual TextRange unitAt(TextPosition position, SelectBy by) const;
+    /// Moves both ends of a selection to where they may stand.
+    virtual void settle(TextPosition& anchor, TextPosition& caret) const;
+    /// What shows as selected of a line: ranges of it, or that begin or end outside.
+    virtual QList<TextRange> selectedRanges(qsizetype line) const;
+    virtual void offerPrimarySelection();
+    virtual void fillContextMenu(QMenu& menu);
+    /// Adds an item for one of the commands, enabled as validateCommand() says.
+    template<class View>
+    QAction* addCommand(QMenu& menu, const QString& title, const QString& command,
+        void (View::*slot)(), const QKeySequence& keys = {})
+    {
+        QAction* const action = menu.addAction(title, static_cast<View*>(this), slot);
+        action->setShortcut(keys);
+        action->setEnabled(validateCommand(command));
+        return action;
+    }
+    void addZoomMenu(QMenu& menu);
 
+private:
     void applyFont();
     void applyPalette();
     void relayout();
@@ -166,8 +190,6 @@ private:
     void autoScroll();
     void scrollByWheel(QPointF delta);
     void extendTo(TextPosition position);
-    TextRange unitAt(TextPosition position) const;
-    void offerPrimarySelection();
     void tellAccessibility(bool textIsNew);
 
     enum class Seek

@@ -27,6 +27,12 @@ public:
 
     QColor colour(ColourRole role) const;
 
+    /// Of what says something about the text and is not part of it: as faint as can be read.
+    QColor aside() const { return theAside; }
+    /// Behind what does not belong where it stands; text on it is strayText().
+    QColor strayBackground() const { return theStrayBackground; }
+    QColor strayText() const { return theStrayText; }
+
     /// Behind a match of a search; text on it is matchText().
     QColor matchBackground() const { return theMatchBackground; }
     QColor matchText() const { return theMatchText; }
@@ -38,6 +44,9 @@ private:
     QColor theRed{Qt::black};
     QColor theGreen{Qt::black};
     QColor theBlue{Qt::black};
+    QColor theAside{Qt::darkGray};
+    QColor theStrayBackground{Qt::lightGray};
+    QColor theStrayText{Qt::black};
     QColor theMatchBackground{Qt::yellow};
     QColor theMatchText{Qt::black};
 };

@@ -28,6 +28,7 @@ struct TextSegment
     qsizetype length = 0;
     bool endsLine = true;
     ColourRole role = ColourRole::isDefault;
+    QList<TextMark> marks; ///< their places count from the segment's first unit
     QTextLayout layout;
     qreal width = 0; ///< of its widest row
 

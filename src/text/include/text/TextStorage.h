@@ -2,15 +2,36 @@
 
 #include "analysis/ColourRole.h"
 
+#include <QList>
 #include <QString>
+
+#include <cstddef>
+#include <optional>
 
 namespace tarnwick {
 
-/// One line of a text as a view draws it: its characters without the line end, in one colour.
+/// A stretch of a line that looks otherwise than the rest of it.
+struct TextMark
+{
+    enum class Kind
+    {
+        isAside, ///< says something about the text: dimmed
+        isStray, ///< does not belong where it stands: shaded and underlined
+    };
+    qsizetype start = 0; ///< UTF-16 units of the served characters before it
+    qsizetype length = 0;
+    Kind kind = Kind::isAside;
+
+    bool operator==(const TextMark&) const = default;
+};
+
+/// One line of a text as a view draws it: its characters without the line end, in one colour but
+/// for what is marked.
 struct TextLine
 {
     QString text;
     ColourRole role = ColourRole::isDefault;
+    QList<TextMark> marks = {};
 };
 
 /// A text that serves its lines one by one, so that a view of a gigabyte keeps only what shows.
@@ -40,6 +61,14 @@ public:
     {
         Q_UNUSED(index)
         return QStringLiteral("\n");
+    }
+
+    /// Where the text of a line begins in the bytes that it was made from; nothing where nobody
+    /// knows, or where the text is not made from bytes. Precondition as for line().
+    virtual std::optional<std::size_t> lineOffset(qsizetype index) const
+    {
+        Q_UNUSED(index)
+        return std::nullopt;
     }
 };
 

@@ -107,32 +107,30 @@ bool isSound(const PDFWrittenAnswer& written, int pageCount)
 
 bool takesAnswer(const AskedFor& asked, std::string_view payload)
 {
-    PayloadReader reader(payload);
     const auto check = [](const auto& result, const auto&... context) {
         return result && isSound(*result, context...);
     };
     switch (asked.kind) {
     case EngineRequest::isOpen:
     case EngineRequest::isUnlock:
-        return check(readOpenedAnswer(reader));
+        return check(readOpenedAnswer(payload));
     case EngineRequest::isMeasure:
-        return check(readMeasureAnswer(reader, asked.pageCount), asked.pageCount);
+        return check(readMeasureAnswer(payload, asked.pageCount), asked.pageCount);
     case EngineRequest::isTile: {
         const QByteArray bytes(payload.data(), static_cast<qsizetype>(payload.size()));
-        PayloadReader tile({bytes.constData(), payload.size()});
-        const auto image = readTileAnswer(tile, bytes, asked.size);
+        const auto image = readTileAnswer(bytes, asked.size);
         require(!image || image->size() == asked.size, "an image of another size");
         return image.has_value();
     }
     case EngineRequest::isText:
-        return check(readTextAnswer(reader, asked.detail), asked.detail);
+        return check(readTextAnswer(payload, asked.detail), asked.detail);
     case EngineRequest::isLinks:
-        return check(readLinksAnswer(reader, asked.pageCount), asked.pageCount);
+        return check(readLinksAnswer(payload, asked.pageCount), asked.pageCount);
     case EngineRequest::isOutline:
-        return check(readOutlineAnswer(reader, asked.pageCount), asked.pageCount);
+        return check(readOutlineAnswer(payload, asked.pageCount), asked.pageCount);
     case EngineRequest::isFlat:
     case EngineRequest::isPrint:
-        return check(readWrittenAnswer(reader, asked.pageCount), asked.pageCount);
+        return check(readWrittenAnswer(payload, asked.pageCount), asked.pageCount);
     }
     return false;
 }

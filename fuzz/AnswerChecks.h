@@ -1,6 +1,7 @@
 #pragma once
 
 #include "PDFEngineAnswers.h"
+#include "protocol/EngineMessages.h"
 
 namespace tarnwick {
 
@@ -11,6 +12,7 @@ struct AskedFor
     int pageCount = 0; ///< of the document; of the pages to measure
     PDFTextDetail detail = PDFTextDetail::isPlain;
     QSize size; ///< of the tile
+    bool writesFile = false;
 };
 
 /// Reads an answer as the program does, and ends the process where the result breaks what the

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "protocol/EngineProtocol.h"
+#include "protocol/EngineMessages.h"
 
 #include <string>
 #include <string_view>

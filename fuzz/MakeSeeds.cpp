@@ -154,137 +154,70 @@ Seeds propertyLists()
     };
 }
 
-std::string packedFloats(std::initializer_list<float> numbers)
-{
-    PayloadWriter payload;
-    for (const float number : numbers)
-        payload.put(number);
-    return payload.bytes();
-}
-
-void putTarget(PayloadWriter& payload, int page, const char* address)
-{
-    payload.put(page);
-    payload.put(5.f);
-    payload.put(6.f);
-    payload.putText(address);
-}
-
 /// An answer to a request behind the head that the target reads.
-std::string answer(EngineRequest kind, int detail, const PayloadWriter& payload)
+template<typename Request>
+std::string answer(const std::string& payload, EngineTextDetail detail = EngineTextDetail::isPlain)
 {
-    const auto request = static_cast<std::uint8_t>(static_cast<int>(kind) - 1);
     PayloadWriter head;
-    head.put(request);
+    head.put(static_cast<std::uint8_t>(static_cast<int>(Request::kind) - 1));
     head.put(std::uint16_t{2});
     head.put(static_cast<std::uint8_t>(detail));
     head.put(std::uint16_t{0}); // a tile of a single pixel
-    return head.bytes() + payload.bytes();
+    return head.bytes() + payload;
 }
 
-PayloadWriter textAnswer(int detail)
+std::string textAnswer(EngineTextDetail detail)
 {
-    PayloadWriter payload;
-    payload.put(static_cast<std::uint8_t>(EngineLoss::isNone));
-    payload.put(std::uint32_t{3});
-    for (const std::uint32_t character : {0x61u, 0x1f600u, 0x0au})
-        payload.put(character);
-    for (int number = 0; detail == 1 && number < 24; ++number)
-        payload.put(static_cast<float>(number));
-    if (detail == 2) {
-        payload.put(std::uint32_t{1});
-        payload.put(std::uint32_t{0});
-        payload.put(std::uint32_t{3});
-        payload.put(10.5f);
-        payload.put(std::uint8_t{3});
-        payload.put(0xff102030u);
-        payload.putText("ABCDEF+Arial,BoldItalicMT");
-    }
-    return payload;
+    TextResult result;
+    result.characters = std::vector<char32_t>{0x61, 0x1f600, 0x0a};
+    if (detail == EngineTextDetail::isWithQuads)
+        result.quads = std::vector<EngineQuad>(3, {{{{0, 1}, {2, 3}, {4, 5}, {6, 7}}}});
+    if (detail == EngineTextDetail::isWithAttributes)
+        result.runs = {{3, 10.5f, true, true, 0xff102030u, "ABCDEF+Arial,BoldItalicMT"}};
+    return answer<TextRequest>(packed(result), detail);
 }
 
 Seeds answers()
 {
-    PayloadWriter opened, measures, tile, links, outline, written;
-    for (const int fact : {2, 1, 7, -1, 3})
-        opened.put(fact);
-    for (const float side : {612.f, 792.f})
-        opened.put(side);
-    for (const char* const label : {"iv", ""}) {
-        measures.put(612.f);
-        measures.put(792.f);
-        measures.put(static_cast<std::uint8_t>(*label != 0));
-        measures.putText(label);
-    }
-    tile.put(0xff123456u);
-    links.put(std::uint32_t{1});
-    const std::string area = packedFloats({1, 2, 30, 40});
-    links.putBytes(area.data(), area.size());
-    putTarget(links, -1, "https://a.example/");
-    outline.put(std::uint8_t{1});
-    outline.put(std::uint32_t{2});
-    for (const int depth : {0, 1}) {
-        outline.put(depth);
-        outline.putText("Title");
-        putTarget(outline, depth, "");
-    }
-    written.put(std::uint64_t{1000});
-    written.put(std::uint32_t{3});
-    written.put(std::uint32_t{2});
-    for (const int page : {0, 1}) {
-        written.put(page);
-        written.put(static_cast<std::uint8_t>(EngineLoss::isDamaged));
-    }
-    using Kind = EngineRequest;
+    const EngineTarget target = {0, 5, 6, {}};
     return {
-        answer(Kind::isOpen, 0, opened),
-        answer(Kind::isMeasure, 0, measures),
-        answer(Kind::isTile, 0, tile),
-        answer(Kind::isLinks, 0, links),
-        answer(Kind::isOutline, 0, outline),
-        answer(Kind::isFlat, 0, written),
-        answer(Kind::isText, 0, textAnswer(0)),
-        answer(Kind::isText, 1, textAnswer(1)),
-        answer(Kind::isText, 2, textAnswer(2)),
+        answer<OpenRequest>(packed(OpenedAnswer{2, 1, 7, -1, 3, 612, 792})),
+        answer<MeasureRequest>(
+            packed(MeasureResult{{{612, 792, true, "iv"}, {612, 792, false, {}}}})),
+        answer<TileRequest>(packed(TileResult{std::vector<std::uint32_t>{0xff123456u}})),
+        answer<LinksRequest>(
+            packed(LinksResult{{{1, 2, 30, 40, {-1, 5, 6, "https://a.example/"}}}})),
+        answer<OutlineRequest>(packed(
+            OutlineResult{EngineLoss::isDamaged, {{0, "Title", target}, {1, "Title", target}}})),
+        answer<FlatRequest>(packed(
+            WrittenResult{1000, 3, {{0, EngineLoss::isDamaged}, {1, EngineLoss::isDamaged}}})),
+        textAnswer(EngineTextDetail::isPlain),
+        textAnswer(EngineTextDetail::isWithQuads),
+        textAnswer(EngineTextDetail::isWithAttributes),
     };
 }
 
 /// A request as the target reads it.
-std::string framed(EngineRequest kind, const PayloadWriter& payload)
+template<typename Request> std::string framed(const Request& request)
 {
-    return std::string{static_cast<char>(kind), static_cast<char>(payload.bytes().size())}
-    + payload.bytes();
+    const std::string payload = packed(request);
+    return std::string{static_cast<char>(Request::kind), static_cast<char>(payload.size())}
+    + payload;
 }
 
 Seeds requests()
 {
-    PayloadWriter pages, tile, text, page, paper;
-    pages.put(0);
-    pages.put(3);
-    page.put(1);
-    tile.put(0);
-    tile.put(0.5);
-    for (const int number : {1, 10, 20, 8, 8})
-        tile.put(number);
-    text.put(0);
-    text.put(std::uint8_t{2});
-    for (const double length : {595., 842., 18., 18.})
-        paper.put(length);
-    paper.put(std::uint32_t{1});
-    paper.put(1);
-    for (const double number : {0., 0., 559., 806., 0.9})
-        paper.put(number);
-    using Kind = EngineRequest;
+    const MeasureRequest pages = {0, 3};
     const std::string first(1, '\0'); // the document
-    const std::string opening = framed(Kind::isOpen, {});
+    const std::string opening = framed(OpenRequest());
     std::string raw;
-    appendRequest(raw, Kind::isMeasure, pages.bytes());
+    appendRequest(raw, pages);
     return {
-        first + framed(Kind::isMeasure, pages) + framed(Kind::isTile, tile)
-            + framed(Kind::isText, text) + framed(Kind::isLinks, page)
-            + framed(Kind::isOutline, {}),
-        first + framed(Kind::isFlat, {}) + opening,
-        first + framed(Kind::isPrint, paper) + opening,
+        first + framed(pages) + framed(TileRequest{0, 0.5, 1, 10, 20, 8, 8})
+            + framed(TextRequest{0, EngineTextDetail::isWithAttributes}) + framed(LinksRequest{1})
+            + framed(OutlineRequest()),
+        first + framed(FlatRequest()) + opening,
+        first + framed(PrintRequest{595, 842, 18, 18, {{1, 0, 0, 559, 806, 0.9}}}) + opening,
         first + opening + std::string(1, '\0') + raw,
     };
 }

@@ -10,7 +10,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     PayloadReader input(textOf(data, size));
     AskedFor asked;
-    asked.kind = static_cast<EngineRequest>(input.take<std::uint8_t>() % 8 + 1);
+    asked.kind = static_cast<EngineRequest>(input.take<std::uint8_t>() % EngineRequests::count + 1);
     asked.pageCount = static_cast<int>(input.take<std::uint16_t>());
     asked.detail = static_cast<PDFTextDetail>(input.take<std::uint8_t>() % 3);
     asked.size.setWidth(1 + input.take<std::uint8_t>());

@@ -10,16 +10,7 @@ using namespace tarnwick;
 
 namespace {
 
-using Kind = EngineRequest;
-
 constexpr int pagesTried = 3;
-
-template<typename... Numbers> std::string packed(Numbers... numbers)
-{
-    PayloadWriter payload;
-    (payload.put(numbers), ...);
-    return payload.bytes();
-}
 
 /// Opens the document, with an empty password where it wants one, and asks.
 class Session
@@ -28,15 +19,21 @@ public:
     explicit Session(std::string_view file)
         : theFile(file)
     {
-        ask(Kind::isOpen);
-        ask(Kind::isUnlock, packed(std::uint32_t{0}));
+        ask(OpenRequest());
+        ask(UnlockRequest());
     }
 
-    void ask(Kind kind, const std::string& payload = {},
-        PDFTextDetail detail = PDFTextDetail::isPlain, const QSize& size = {})
+    template<typename Request> void ask(const Request& request)
     {
-        appendRequest(theRequests, kind, payload);
-        theAsked.push_back({kind, 0, detail, size});
+        appendRequest(theRequests, request);
+        AskedFor asked;
+        asked.kind = Request::kind;
+        asked.writesFile = writesFile<Request>;
+        if constexpr (std::is_same_v<Request, TextRequest>)
+            asked.detail = request.detail;
+        if constexpr (std::is_same_v<Request, TileRequest>)
+            asked.size = {request.width, request.height};
+        theAsked.push_back(asked);
     }
 
     /// Holds each answer against its request. @returns the written file, if it was written.
@@ -51,7 +48,7 @@ public:
                 continue;
             require(asked != theAsked.end(), "more answers than requests");
             check(*asked, kind, answer.payload);
-            if (kind == EngineAnswer::isDone && asked->kind >= Kind::isFlat)
+            if (kind == EngineAnswer::isDone && asked->writesFile)
                 written = engine.written();
             ++asked;
         }
@@ -67,8 +64,8 @@ private:
         if (kind != EngineAnswer::isDone && kind != EngineAnswer::isOpened)
             return;
         if (kind == EngineAnswer::isOpened)
-            thePageCount = PayloadReader(payload).take<int>();
-        if (asked.kind == Kind::isMeasure)
+            thePageCount = unpacked<OpenedAnswer>(payload)->pageCount;
+        if (asked.kind == EngineRequest::isMeasure)
             asked.pageCount = std::min(pagesTried, thePageCount);
         else
             asked.pageCount = thePageCount;
@@ -84,14 +81,14 @@ private:
 Session readingSession(std::string_view file)
 {
     Session session(file);
-    session.ask(Kind::isMeasure, packed(0, pagesTried));
-    session.ask(Kind::isOutline);
+    session.ask(MeasureRequest{0, pagesTried});
+    session.ask(OutlineRequest());
     for (int page = 0; page < pagesTried; ++page) {
-        session.ask(Kind::isLinks, packed(page));
+        session.ask(LinksRequest{page});
         for (const auto detail :
             {PDFTextDetail::isPlain, PDFTextDetail::isWithQuads, PDFTextDetail::isWithAttributes})
-            session.ask(Kind::isText, packed(page, static_cast<std::uint8_t>(detail)), detail);
-        session.ask(Kind::isTile, packed(page, 0.25, page, 10, 20, 64, 48), {}, {64, 48});
+            session.ask(TextRequest{page, detail});
+        session.ask(TileRequest{page, 0.25, page, 10, 20, 64, 48});
     }
     return session;
 }
@@ -99,24 +96,18 @@ Session readingSession(std::string_view file)
 std::string flattened(std::string_view file)
 {
     Session session(file);
-    session.ask(Kind::isFlat);
+    session.ask(FlatRequest());
     return session.run();
 }
 
 /// Two pages on one sheet each, and the first again.
 std::string printed(std::string_view file)
 {
-    PayloadWriter order;
-    for (const double length : {595.0, 842.0, 18.0, 18.0})
-        order.put(length);
-    order.put(std::uint32_t{3});
-    for (const int page : {0, 1, 0}) {
-        order.put(page);
-        for (const double number : {0.0, 0.0, 559.0, 806.0, 0.9})
-            order.put(number);
-    }
+    PrintRequest order = {595, 842, 18, 18, {}};
+    for (const int page : {0, 1, 0})
+        order.sheets.push_back({page, 0, 0, 559, 806, 0.9});
     Session session(file);
-    session.ask(Kind::isPrint, order.bytes());
+    session.ask(order);
     return session.run();
 }
 

@@ -33,7 +33,7 @@ const std::string& document(std::size_t index)
 std::string framed(std::string_view input)
 {
     std::string requests;
-    appendRequest(requests, EngineRequest::isOpen);
+    appendRequest(requests, OpenRequest());
     while (input.size() >= 2 && input[0] != 0) {
         const auto length = static_cast<std::uint8_t>(input[1]);
         appendRequest(requests, static_cast<EngineRequest>(input[0]), input.substr(2, length));
@@ -49,7 +49,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (size == 0)
         return 0;
     const EngineRun engine(document(data[0]), framed(textOf(data + 1, size - 1)));
-    for (const EngineRun::Answer& answer : engine.answers())
-        require(answer.frame.size <= maximumAnswerSize, "a longer answer than the program takes");
+    const auto largest = static_cast<std::uint32_t>(EngineRequests::largestResult());
+    for (const EngineRun::Answer& answer : engine.answers()) {
+        const auto kind = static_cast<EngineAnswer>(answer.frame.kind);
+        require(answer.frame.size <= largestPayload(kind, largest),
+            "a longer answer than the program takes");
+    }
     return 0;
 }

@@ -6,7 +6,7 @@
 
 #include "LogicalOrder.h"
 #include "SightOrder.h"
-#include "protocol/EngineProtocol.h"
+#include "protocol/Payload.h"
 
 #include <iterator>
 

@@ -42,7 +42,7 @@ void writeWhole(const void* source, std::size_t size)
 std::optional<EnginePipe::Request> EnginePipe::read()
 {
     EngineFrame frame;
-    if (!readWhole(&frame, sizeof frame) || frame.size > maximumRequestSize)
+    if (!readWhole(&frame, sizeof frame) || frame.size > EngineRequests::largestRequest())
         return std::nullopt;
     Request request{frame.request, static_cast<EngineRequest>(frame.kind), {}};
     request.payload.resize(frame.size);
@@ -51,14 +51,14 @@ std::optional<EnginePipe::Request> EnginePipe::read()
     return request;
 }
 
-void EnginePipe::answer(std::uint32_t number, EngineAnswer kind, const PayloadWriter& payload)
+void EnginePipe::answer(std::uint32_t number, EngineAnswer kind, std::string_view payload)
 {
     EngineFrame frame;
-    frame.size = static_cast<std::uint32_t>(payload.bytes().size());
+    frame.size = static_cast<std::uint32_t>(payload.size());
     frame.request = number;
     frame.kind = static_cast<std::uint8_t>(kind);
     writeWhole(&frame, sizeof frame);
-    writeWhole(payload.bytes().data(), payload.bytes().size());
+    writeWhole(payload.data(), payload.size());
 }
 
 } // namespace tarnwick

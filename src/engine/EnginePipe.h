@@ -1,6 +1,6 @@
 #pragma once
 
-#include "protocol/EngineProtocol.h"
+#include "protocol/EngineMessages.h"
 
 #include <optional>
 #include <string>
@@ -23,7 +23,7 @@ public:
     std::optional<Request> read();
 
     /// Answers a request; ends the process when nobody listens any more.
-    void answer(std::uint32_t number, EngineAnswer kind, const PayloadWriter& payload);
+    void answer(std::uint32_t number, EngineAnswer kind, std::string_view payload);
 };
 
 } // namespace tarnwick

@@ -8,7 +8,6 @@
 #include "PrintWriter.h"
 
 #include <algorithm>
-#include <cmath>
 #include <new>
 
 namespace tarnwick {
@@ -27,50 +26,60 @@ void EngineServer::run()
         try {
             serve(*request);
         } catch (const std::bad_alloc&) {
-            PayloadWriter fault;
-            fault.put(static_cast<std::uint8_t>(EngineFault::isOutOfMemory));
-            answer(EngineAnswer::isFailed, fault);
+            fail(FZ_ERROR_MEMORY);
         }
     }
 }
 
-void EngineServer::answer(EngineAnswer kind, const PayloadWriter& payload)
-{
-    thePipe.answer(theNumber, kind, payload);
-}
-
 void EngineServer::serve(const EnginePipe::Request& request)
 {
-    PayloadReader arguments(request.payload);
-    if (request.kind == EngineRequest::isOpen)
-        return answerState(theDocument.open(), false);
-    if (request.kind == EngineRequest::isUnlock && theState == EngineDocument::State::isLocked)
-        return answerState(theDocument.unlock(std::string(arguments.takeText())), true);
-    PayloadWriter result;
-    const int error = theState == EngineDocument::State::isOpen
-        ? perform(request.kind, arguments, result)
-        : FZ_ERROR_GENERIC;
-    if (!error)
-        return answer(EngineAnswer::isDone, result);
-    PayloadWriter fault;
-    fault.put(static_cast<std::uint8_t>(
-        error == FZ_ERROR_MEMORY ? EngineFault::isOutOfMemory : EngineFault::isDamaged));
-    answer(EngineAnswer::isFailed, fault);
+    const bool isKnown = EngineRequests::visit(request.kind, [&](const auto& kind) {
+        using Request = std::decay_t<decltype(kind)>;
+        if (const std::optional<Request> message = unpacked<Request>(request.payload))
+            take(*message);
+        else
+            fail(FZ_ERROR_GENERIC);
+    });
+    if (!isKnown)
+        fail(FZ_ERROR_GENERIC);
+}
+
+template<typename Answer> void EngineServer::answer(const Answer& message)
+{
+    thePipe.answer(theNumber, Answer::kind, packed(message));
+}
+
+void EngineServer::fail(int error)
+{
+    const bool isFull = error == FZ_ERROR_MEMORY;
+    answer(FailedAnswer{isFull ? EngineFault::isOutOfMemory : EngineFault::isDamaged});
+}
+
+// --- Opening -------------------------------------------------------------------------------------
+
+void EngineServer::take(const OpenRequest&)
+{
+    answerState(theDocument.open(), false);
+}
+
+void EngineServer::take(const UnlockRequest& request)
+{
+    if (theState == EngineDocument::State::isLocked)
+        answerState(theDocument.unlock(request.password), true);
+    else
+        fail(FZ_ERROR_GENERIC);
 }
 
 void EngineServer::answerState(EngineDocument::State state, bool wasTried)
 {
     theState = state;
-    PayloadWriter payload;
     switch (state) {
     case EngineDocument::State::isOpen:
         return answerOpened();
     case EngineDocument::State::isLocked:
-        payload.put(static_cast<std::uint8_t>(wasTried));
-        return answer(EngineAnswer::isLocked, payload);
+        return answer(LockedAnswer{wasTried});
     case EngineDocument::State::isRefused:
-        payload.putText(theDocument.refusal());
-        return answer(EngineAnswer::isRefused, payload);
+        return answer(RefusedAnswer{theDocument.refusal()});
     }
 }
 
@@ -93,143 +102,92 @@ void EngineServer::answerOpened()
     const PdfVersion version = theDocument.version();
     const PageGeometry first
         = theDocument.pageCount() > 0 ? geometryOf(theDocument, 0) : PageGeometry();
-    PayloadWriter facts;
-    for (const int fact : {theDocument.pageCount(), version.major, version.minor,
-             theDocument.infoEntryCount(), theDocument.catalogEntryCount()})
-        facts.put(fact);
-    facts.put(first.width);
-    facts.put(first.height);
-    answer(EngineAnswer::isOpened, facts);
+    answer(OpenedAnswer{theDocument.pageCount(), version.major, version.minor,
+        theDocument.infoEntryCount(), theDocument.catalogEntryCount(), first.width, first.height});
 }
 
-int EngineServer::perform(EngineRequest kind, PayloadReader& arguments, PayloadWriter& result)
+// --- The open document ---------------------------------------------------------------------------
+
+template<typename Request> void EngineServer::take(const Request& request)
 {
-    switch (kind) {
-    case EngineRequest::isMeasure:
-        return measure(arguments, result);
-    case EngineRequest::isTile:
-        return drawTile(arguments, result);
-    case EngineRequest::isText:
-        return readText(arguments, result);
-    case EngineRequest::isLinks:
-        return readLinks(theDocument, arguments.take<int>(), result);
-    case EngineRequest::isOutline:
-        return readOutline(theDocument, result);
-    case EngineRequest::isFlat:
-        return writeFlat(result);
-    case EngineRequest::isPrint:
-        return writePrint(arguments, result);
-    case EngineRequest::isOpen:
-    case EngineRequest::isUnlock:
-        break;
-    }
-    return FZ_ERROR_GENERIC;
+    typename Request::Result result;
+    const int error
+        = theState == EngineDocument::State::isOpen ? perform(request, result) : FZ_ERROR_GENERIC;
+    if (error)
+        fail(error);
+    else
+        thePipe.answer(theNumber, EngineAnswer::isDone, packed(result));
 }
 
-/// For each page: float width, height, byte it has a label, text label.
-int EngineServer::measure(PayloadReader& arguments, PayloadWriter& result)
+int EngineServer::perform(const MeasureRequest& request, MeasureResult& result)
 {
-    const int first = std::max(arguments.take<int>(), 0);
-    const int count
-        = std::min({arguments.take<int>(), theDocument.pageCount() - first, maximumMeasuredPages});
+    const int end = std::min(theDocument.pageCount(), request.first + request.count);
     if (!theLabels)
         theLabels = readPageLabels(theDocument.context(), theDocument.document());
-    for (int page = first; page < first + count; ++page) {
+    for (int page = request.first; page < end; ++page) {
         const PageGeometry geometry = geometryOf(theDocument, page);
-        const std::optional<std::string> label = pageLabel(*theLabels, page);
-        result.put(geometry.width);
-        result.put(geometry.height);
-        result.put(static_cast<std::uint8_t>(label.has_value()));
-        result.putText(label.value_or(std::string()).substr(0, longestLabel));
+        std::optional<std::string> label = pageLabel(*theLabels, page);
+        const bool hasLabel = label.has_value();
+        result.pages.push_back(
+            {geometry.width, geometry.height, hasLabel, std::move(label).value_or(std::string())});
     }
     return FZ_ERROR_NONE;
 }
 
-int EngineServer::drawTile(PayloadReader& arguments, PayloadWriter& result)
+int EngineServer::perform(const TileRequest& request, TileResult& result)
 {
-    TileOrder order;
-    order.page = arguments.take<int>();
-    order.scale = arguments.take<double>();
-    order.rotation = arguments.take<int>();
-    for (int* number : {&order.x, &order.y, &order.width, &order.height})
-        *number = arguments.take<int>();
-    const auto isSide = [](int side) { return side > 0 && side <= maximumTileSide; };
-    const auto isPlace = [](int place) { return place >= -(1 << 28) && place <= 1 << 28; };
-    if (!arguments.isDone() || !isSide(order.width) || !isSide(order.height) || !isPlace(order.x)
-        || !isPlace(order.y) || !std::isfinite(order.scale) || order.scale <= 0)
-        return FZ_ERROR_GENERIC;
-    return theTiles.draw(order, result);
+    return theTiles.draw(request, result);
 }
 
-int EngineServer::readText(PayloadReader& arguments, PayloadWriter& result)
+int EngineServer::perform(const TextRequest& request, TextResult& result)
 {
-    const int page = arguments.take<int>();
-    const int detail = arguments.take<std::uint8_t>();
-    return readPageText(theDocument, page, detail, result);
+    return readPageText(theDocument, request, result);
 }
 
-void EngineServer::answerProgress(int done, int total)
+int EngineServer::perform(const LinksRequest& request, LinksResult& result)
 {
-    PayloadWriter progress;
-    progress.put(done);
-    progress.put(total);
-    answer(EngineAnswer::isProgress, progress);
+    return readLinks(theDocument, request.page, result);
+}
+
+int EngineServer::perform(const OutlineRequest&, OutlineResult& result)
+{
+    return readOutline(theDocument, result);
+}
+
+// --- Files ---------------------------------------------------------------------------------------
+
+FlatFile::Progress EngineServer::progress()
+{
+    return [this](int done, int total) { answer(ProgressAnswer{done, total}); };
 }
 
 namespace {
 
-/// [size of the file, lost objects, count of pages that lack something, then for each: int page,
-/// byte EngineLoss].
-void putWritten(const FlatFile& file, const FlatFile::Losses& losses, PayloadWriter& result)
+/// Has a file written, and tells of it.
+template<typename Writer> int write(Writer&& writer, WrittenResult& result)
 {
-    result.put(file.size());
-    result.put(static_cast<std::uint32_t>(file.lostObjects()));
-    result.put(static_cast<std::uint32_t>(losses.size()));
-    for (const auto& [page, loss] : losses) {
-        result.put(page);
-        result.put(static_cast<std::uint8_t>(loss));
-    }
+    const int error = writer.write();
+    result.size = writer.size();
+    result.lostObjects = static_cast<std::uint32_t>(writer.lostObjects());
+    for (const auto& [page, loss] : writer.losses())
+        result.losses.push_back({page, loss});
+    return error;
 }
 
 } // namespace
 
-int EngineServer::writeFlat(PayloadWriter& result)
+int EngineServer::perform(const FlatRequest&, WrittenResult& result)
 {
     if (theFlatDescriptor < 0)
         return FZ_ERROR_GENERIC;
-    FlatWriter writer(theDocument, theFlatDescriptor,
-        [this](int done, int total) { answerProgress(done, total); });
-    const int error = writer.write();
-    putWritten(writer, writer.losses(), result);
-    return error;
+    return write(FlatWriter(theDocument, theFlatDescriptor, progress()), result);
 }
 
-int EngineServer::writePrint(PayloadReader& arguments, PayloadWriter& result)
+int EngineServer::perform(const PrintRequest& request, WrittenResult& result)
 {
-    bool isSound = theFlatDescriptor >= 0;
-    const auto take = [&](double& number) {
-        number = arguments.take<double>();
-        isSound = isSound && std::isfinite(number);
-    };
-    PrintOrder order;
-    for (double* number : {&order.width, &order.height, &order.left, &order.top})
-        take(*number);
-    const auto count = arguments.take<std::uint32_t>();
-    if (!arguments.holds(count, printSheetSize))
+    if (theFlatDescriptor < 0)
         return FZ_ERROR_GENERIC;
-    order.sheets.resize(count);
-    for (PrintSheet& sheet : order.sheets) {
-        sheet.page = arguments.take<int>();
-        for (double* number : {&sheet.x, &sheet.y, &sheet.width, &sheet.height, &sheet.scale})
-            take(*number);
-    }
-    if (!isSound || !arguments.isDone())
-        return FZ_ERROR_GENERIC;
-    PrintWriter writer(theDocument, order, theFlatDescriptor,
-        [this](int done, int total) { answerProgress(done, total); });
-    const int error = writer.write();
-    putWritten(writer, writer.losses(), result);
-    return error;
+    return write(PrintWriter(theDocument, request, theFlatDescriptor, progress()), result);
 }
 
 } // namespace tarnwick

@@ -2,6 +2,7 @@
 
 #include "EngineDocument.h"
 #include "EnginePipe.h"
+#include "FlatFile.h"
 #include "PageLabels.h"
 #include "PageTiles.h"
 
@@ -21,17 +22,25 @@ public:
 
 private:
     void serve(const EnginePipe::Request& request);
+    void take(const OpenRequest& request);
+    void take(const UnlockRequest& request);
+    /// Any other request, on an open document.
+    template<typename Request> void take(const Request& request);
     void answerState(EngineDocument::State state, bool wasTried);
     void answerOpened();
-    /// Runs what a request asks for on an open document. @returns MuPDF's error code.
-    int perform(EngineRequest kind, PayloadReader& arguments, PayloadWriter& result);
-    int measure(PayloadReader& arguments, PayloadWriter& result);
-    int drawTile(PayloadReader& arguments, PayloadWriter& result);
-    int readText(PayloadReader& arguments, PayloadWriter& result);
-    int writeFlat(PayloadWriter& result);
-    int writePrint(PayloadReader& arguments, PayloadWriter& result);
-    void answerProgress(int done, int total);
-    void answer(EngineAnswer kind, const PayloadWriter& payload);
+
+    // What a request asks for, on an open document. Each returns MuPDF's error code.
+    int perform(const MeasureRequest& request, MeasureResult& result);
+    int perform(const TileRequest& request, TileResult& result);
+    int perform(const TextRequest& request, TextResult& result);
+    int perform(const LinksRequest& request, LinksResult& result);
+    int perform(const OutlineRequest& request, OutlineResult& result);
+    int perform(const FlatRequest& request, WrittenResult& result);
+    int perform(const PrintRequest& request, WrittenResult& result);
+
+    FlatFile::Progress progress();
+    template<typename Answer> void answer(const Answer& message);
+    void fail(int error);
 
     EnginePipe thePipe;
     EngineDocument theDocument;

@@ -18,8 +18,6 @@ namespace {
 
 constexpr int flatLimit = 30'000; ///< milliseconds
 constexpr int sheetLimit = 20; ///< milliseconds more for each sheet that is printed
-constexpr qsizetype maximumSheets = 1'000'000;
-static_assert(maximumSheets * printSheetSize < maximumRequestSize);
 /// The first batch is what shows at once; 1000 pages take the engine some 10 ms.
 constexpr int firstBatch = 100;
 constexpr int laterBatch = maximumMeasuredPages;
@@ -190,8 +188,7 @@ PDFEngineClient* PDFDocument::Private::flatEngine()
 
 void PDFDocument::Private::takeFacts(const QByteArray& payload)
 {
-    PayloadReader reader({payload.constData(), static_cast<std::size_t>(payload.size())});
-    const std::optional<PDFOpenedAnswer> answer = readOpenedAnswer(reader);
+    const std::optional<PDFOpenedAnswer> answer = readOpenedAnswer(viewOf(payload));
     if (!answer)
         return refuse(tr("The PDF engine stopped while it was reading the file."));
     theFacts = answer->facts;
@@ -217,18 +214,10 @@ void PDFDocument::Private::measureFrom(int first)
     if (count <= 0)
         return;
     const auto measures = std::make_shared<QList<PDFPageMeasure>>();
-    PayloadWriter payload;
-    payload.put(first);
-    payload.put(count);
-    PDFEngineJob job;
-    job.kind = EngineRequest::isMeasure;
+    PDFEngineJob job = jobFor(MeasureRequest{first, count});
     job.priority = PDFEngineJob::Priority::isBackground;
-    job.payload = payload.bytes();
-    job.decode = [measures, count](PayloadReader& reader) {
-        const auto answer = readMeasureAnswer(reader, count);
-        *measures = answer.value_or(QList<PDFPageMeasure>());
-        return answer.has_value();
-    };
+    job.onResult([count](std::string_view payload) { return readMeasureAnswer(payload, count); },
+        [measures](QList<PDFPageMeasure> answer) { *measures = std::move(answer); });
     job.finish
         = [this, measures, first, count](PDFFailure) { takeMeasures(first, count, *measures); };
     thePages->submit(std::move(job));
@@ -306,15 +295,14 @@ PDFFlatRequest* PDFDocument::Private::askForFile(PDFEngineJob job, QObject* pare
 {
     auto* const request = new PDFFlatRequest(parent);
     PDFEngineClient* const client = flatEngine();
-    job.accept
-        = [request, client, count = theFacts.pageCount](PayloadReader& reader, const QByteArray&) {
-              const std::optional<PDFWrittenAnswer> answer = readWrittenAnswer(reader, count);
-              const std::optional<FileBytes> bytes
-                  = answer ? client->takeFlat(answer->size) : std::nullopt;
-              if (bytes)
-                  request->theFile = {*bytes, answer->losses, answer->lostObjects};
-              return bytes.has_value();
-          };
+    job.accept = [request, client, count = theFacts.pageCount](const QByteArray& payload) {
+        const std::optional<PDFWrittenAnswer> answer = readWrittenAnswer(viewOf(payload), count);
+        const std::optional<FileBytes> bytes
+            = answer ? client->takeFlat(answer->size) : std::nullopt;
+        if (bytes)
+            request->theFile = {*bytes, answer->losses, answer->lostObjects};
+        return bytes.has_value();
+    };
     job.progress = [request](int done, int total) { emit request->progressed(done, total); };
     submit(client, request, std::move(job));
     return request;
@@ -322,8 +310,7 @@ PDFFlatRequest* PDFDocument::Private::askForFile(PDFEngineJob job, QObject* pare
 
 PDFFlatRequest* PDFDocument::requestFlat(QObject* parent)
 {
-    PDFEngineJob job;
-    job.kind = EngineRequest::isFlat;
+    PDFEngineJob job = jobFor(FlatRequest());
     job.timeLimit = flatLimit;
     return d->askForFile(std::move(job), parent);
 }
@@ -331,26 +318,23 @@ PDFFlatRequest* PDFDocument::requestFlat(QObject* parent)
 PDFFlatRequest* PDFDocument::requestPrint(
     const PrintPaper& paper, const QList<PrintSheet>& sheets, QObject* parent)
 {
-    if (sheets.size() > maximumSheets) {
+    if (static_cast<std::size_t>(sheets.size()) > maximumSheets) {
         auto* const request = new PDFFlatRequest(parent);
         d->finishLater(request, PDFFailure::isOutOfMemory);
         return request;
     }
-    PayloadWriter payload;
-    for (const double number :
-        {paper.size.width(), paper.size.height(), paper.corner.x(), paper.corner.y()})
-        payload.put(number);
-    payload.put(static_cast<std::uint32_t>(sheets.size()));
+    PrintRequest order;
+    order.width = paper.size.width();
+    order.height = paper.size.height();
+    order.left = paper.corner.x();
+    order.top = paper.corner.y();
     for (const PrintSheet& sheet : sheets) {
         const QRectF& area = sheet.area;
-        payload.put(sheet.page);
-        for (const double number : {area.x(), area.y(), area.width(), area.height(), sheet.scale})
-            payload.put(number);
+        order.sheets.push_back(
+            {sheet.page, area.x(), area.y(), area.width(), area.height(), sheet.scale});
     }
-    PDFEngineJob job;
-    job.kind = EngineRequest::isPrint;
+    PDFEngineJob job = jobFor(order);
     job.timeLimit = flatLimit + sheetLimit * static_cast<int>(sheets.size());
-    job.payload = payload.bytes();
     return d->askForFile(std::move(job), parent);
 }
 
@@ -378,18 +362,11 @@ void PDFDocument::Private::askText(const std::shared_ptr<TextRun>& run, int page
     }
     run->age.start();
     const auto text = std::make_shared<PDFPageText>();
-    PayloadWriter payload;
-    payload.put(page);
-    payload.put(static_cast<std::uint8_t>(run->detail));
-    PDFEngineJob job;
-    job.kind = EngineRequest::isText;
+    PDFEngineJob job = jobFor(TextRequest{page, run->detail});
     job.timeLimit = thePageTimeLimit;
-    job.payload = payload.bytes();
-    job.decode = [text, detail = run->detail](PayloadReader& reader) {
-        auto answer = readTextAnswer(reader, detail);
-        *text = std::move(answer).value_or(PDFPageText());
-        return answer.has_value();
-    };
+    job.onResult([detail = run->detail](
+                     std::string_view payload) { return readTextAnswer(payload, detail); },
+        [text](PDFPageText answer) { *text = std::move(answer); });
     job.finish = [this, run, page, text](PDFFailure failure) {
         remember(EngineRequest::isText, page, failure);
         if (failure != PDFFailure::isNone)
@@ -430,19 +407,11 @@ PDFTileRequest* PDFDocument::requestTile(
     int page, double scale, int rotation, const QRect& area, QObject* parent)
 {
     auto* const request = new PDFTileRequest(parent);
-    PayloadWriter payload;
-    payload.put(page);
-    payload.put(scale);
-    payload.put(rotation);
-    for (const int number : {area.x(), area.y(), area.width(), area.height()})
-        payload.put(number);
-    PDFEngineJob job;
-    job.kind = EngineRequest::isTile;
+    PDFEngineJob job = jobFor(
+        TileRequest{page, scale, rotation, area.x(), area.y(), area.width(), area.height()});
     job.priority = PDFEngineJob::Priority::isTile;
-    job.payload = payload.bytes();
-    job.largestResult = static_cast<std::uint32_t>(qint64{area.width()} * area.height() * 4);
-    job.accept = [request, size = area.size()](PayloadReader& reader, const QByteArray& answer) {
-        const std::optional<QImage> image = readTileAnswer(reader, answer, size);
+    job.accept = [request, size = area.size()](const QByteArray& payload) {
+        const std::optional<QImage> image = readTileAnswer(payload, size);
         request->theImage = image.value_or(QImage());
         return image.has_value();
     };
@@ -453,21 +422,10 @@ PDFTileRequest* PDFDocument::requestTile(
 PDFLinksRequest* PDFDocument::requestLinks(int page, QObject* parent)
 {
     auto* const request = new PDFLinksRequest(parent);
-    PayloadWriter payload;
-    payload.put(page);
-    PDFEngineJob job;
-    job.kind = EngineRequest::isLinks;
-    job.payload = payload.bytes();
-    const auto links = std::make_shared<QList<PDFLink>>();
-    job.decode = [links, count = pageCount()](PayloadReader& reader) {
-        auto answer = readLinksAnswer(reader, count);
-        *links = std::move(answer).value_or(QList<PDFLink>());
-        return answer.has_value();
-    };
-    job.accept = [request, links](PayloadReader&, const QByteArray&) {
-        request->theLinks = std::move(*links);
-        return true;
-    };
+    PDFEngineJob job = jobFor(LinksRequest{page});
+    job.onResult(
+        [count = pageCount()](std::string_view payload) { return readLinksAnswer(payload, count); },
+        [request](QList<PDFLink> links) { request->theLinks = std::move(links); });
     d->submitForPage(d->thePages, request, std::move(job), page);
     return request;
 }
@@ -475,18 +433,10 @@ PDFLinksRequest* PDFDocument::requestLinks(int page, QObject* parent)
 PDFOutlineRequest* PDFDocument::requestOutline(QObject* parent)
 {
     auto* const request = new PDFOutlineRequest(parent);
-    PDFEngineJob job;
-    job.kind = EngineRequest::isOutline;
-    const auto outline = std::make_shared<PDFOutline>();
-    job.decode = [outline, count = pageCount()](PayloadReader& reader) {
-        auto answer = readOutlineAnswer(reader, count);
-        *outline = std::move(answer).value_or(PDFOutline());
-        return answer.has_value();
-    };
-    job.accept = [request, outline](PayloadReader&, const QByteArray&) {
-        request->theOutline = std::move(*outline);
-        return true;
-    };
+    PDFEngineJob job = jobFor(OutlineRequest());
+    job.onResult([count = pageCount()](
+                     std::string_view payload) { return readOutlineAnswer(payload, count); },
+        [request](PDFOutline outline) { request->theOutline = std::move(outline); });
     d->submit(d->thePages, request, std::move(job));
     return request;
 }

@@ -2,11 +2,11 @@
 
 #include "PDFFontName.h"
 #include "pdf/PageTextGeometry.h"
+#include "protocol/EngineMessages.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <limits>
 
 namespace tarnwick {
 
@@ -14,15 +14,15 @@ namespace {
 
 constexpr qsizetype longestShownLabel = 255; ///< UTF-16 units
 
-QString textOf(std::string_view utf8)
-{
-    return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
-}
-
 /// A coordinate that painters can take: hostile files place things at infinity.
 double soundCoordinate(float number)
 {
     return std::isfinite(number) ? std::clamp(double{number}, -1e6, 1e6) : 0;
+}
+
+QPointF soundPoint(float x, float y)
+{
+    return {soundCoordinate(x), soundCoordinate(y)};
 }
 
 double soundSide(float side)
@@ -30,32 +30,21 @@ double soundSide(float side)
     return std::isfinite(side) ? std::clamp(double{side}, 1.0, 14400.0) : 1.0;
 }
 
-QPointF takePoint(PayloadReader& reader)
+std::optional<int> soundCount(int count)
 {
-    const double x = soundCoordinate(reader.take<float>());
-    const double y = soundCoordinate(reader.take<float>());
-    return {x, y};
+    return count >= 0 ? std::optional<int>(count) : std::nullopt;
 }
 
-QSizeF takeSize(PayloadReader& reader)
+int soundPage(int page, int pageCount)
 {
-    const double width = soundSide(reader.take<float>());
-    const double height = soundSide(reader.take<float>());
-    return {width, height};
+    return page >= 0 && page < pageCount ? page : -1;
 }
 
-/// The bytes of a text in an answer. A longer one is read as nothing, and the answer is then none.
-std::string_view takeText(PayloadReader& reader, std::size_t longest)
+PDFLoss lossOf(EngineLoss loss)
 {
-    const auto size = reader.take<std::uint32_t>();
-    return reader.takeBytes(size <= longest ? size : std::numeric_limits<std::size_t>::max());
-}
-
-std::optional<PDFLoss> takeLoss(PayloadReader& reader)
-{
-    switch (static_cast<EngineLoss>(reader.take<quint8>())) {
+    switch (loss) {
     case EngineLoss::isNone:
-        return PDFLoss::isNone;
+        break;
     case EngineLoss::isDamaged:
         return PDFLoss::isDamaged;
     case EngineLoss::isDamagedInPart:
@@ -63,73 +52,65 @@ std::optional<PDFLoss> takeLoss(PayloadReader& reader)
     case EngineLoss::isCut:
         return PDFLoss::isCut;
     }
-    return std::nullopt;
-}
-
-std::optional<int> soundCount(int count)
-{
-    return count >= 0 ? std::optional<int>(count) : std::nullopt;
+    return PDFLoss::isNone;
 }
 
 } // namespace
 
-std::optional<PDFOpenedAnswer> readOpenedAnswer(PayloadReader& reader)
+std::optional<PDFOpenedAnswer> readOpenedAnswer(std::string_view payload)
 {
-    PDFOpenedAnswer answer;
-    answer.facts.pageCount = reader.take<int>();
-    answer.facts.majorVersion = std::clamp(reader.take<int>(), 0, 99);
-    answer.facts.minorVersion = std::clamp(reader.take<int>(), 0, 99);
-    answer.facts.infoEntryCount = soundCount(reader.take<int>());
-    answer.facts.catalogEntryCount = soundCount(reader.take<int>());
-    answer.firstPageSize = takeSize(reader);
-    const int pages = answer.facts.pageCount;
-    if (!reader.isDone() || pages < 0 || pages > maximumPageCount)
+    const auto message = unpacked<OpenedAnswer>(payload);
+    if (!message)
         return std::nullopt;
+    PDFOpenedAnswer answer;
+    answer.facts.pageCount = message->pageCount;
+    answer.facts.majorVersion = std::clamp(message->majorVersion, 0, 99);
+    answer.facts.minorVersion = std::clamp(message->minorVersion, 0, 99);
+    answer.facts.infoEntryCount = soundCount(message->infoEntries);
+    answer.facts.catalogEntryCount = soundCount(message->catalogEntries);
+    answer.firstPageSize = {soundSide(message->firstWidth), soundSide(message->firstHeight)};
     return answer;
 }
 
-std::optional<QList<PDFPageMeasure>> readMeasureAnswer(PayloadReader& reader, int count)
+std::optional<QList<PDFPageMeasure>> readMeasureAnswer(std::string_view payload, int count)
 {
+    const auto message = unpacked<MeasureResult>(payload);
+    if (!message || message->pages.size() != static_cast<std::size_t>(std::max(count, 0)))
+        return std::nullopt;
     QList<PDFPageMeasure> measures;
-    for (int page = 0; page < count && reader.isGood(); ++page) {
+    for (const PageMeasure& page : message->pages) {
         PDFPageMeasure measure;
-        measure.size = takeSize(reader);
-        const bool hasLabel = reader.take<quint8>() != 0;
-        const QString label = textOf(takeText(reader, longestLabel));
-        if (hasLabel)
-            measure.label = label.left(longestShownLabel);
+        measure.size = {soundSide(page.width), soundSide(page.height)};
+        if (page.hasLabel)
+            measure.label = QString::fromStdString(page.label).left(longestShownLabel);
         measures.append(measure);
     }
-    if (!reader.isDone())
-        return std::nullopt;
     return measures;
 }
 
-std::optional<QImage> readTileAnswer(
-    PayloadReader& reader, const QByteArray& payload, const QSize& size)
+std::optional<QImage> readTileAnswer(const QByteArray& payload, const QSize& size)
 {
-    const qsizetype rowSize = qsizetype{size.width()} * 4;
-    const std::string_view pixels
-        = reader.takeBytes(static_cast<std::size_t>(rowSize * size.height()));
-    if (!reader.isDone() || pixels.empty())
+    const auto message = unpacked<TileResult>(viewOf(payload));
+    const qsizetype count = qsizetype{size.width()} * size.height();
+    if (!message || count <= 0 || message->pixels.size() != static_cast<std::size_t>(count))
         return std::nullopt;
+    const char* const pixels = message->pixels.bytes().data();
     auto* const owner = new QByteArray(payload);
     return QImage(
-        reinterpret_cast<const uchar*>(pixels.data()), size.width(), size.height(), rowSize,
-        QImage::Format_RGB32, [](void* bytes) { delete static_cast<QByteArray*>(bytes); }, owner);
+        reinterpret_cast<const uchar*>(pixels), size.width(), size.height(),
+        qsizetype{size.width()} * 4, QImage::Format_RGB32,
+        [](void* bytes) { delete static_cast<QByteArray*>(bytes); }, owner);
 }
 
 namespace {
 
-/// Takes count code points; the result has one UTF-16 unit more for each that needs two.
-QString takeString(PayloadReader& reader, std::uint32_t count)
+/// The result has one UTF-16 unit more for each code point that needs two.
+QString stringOf(const PackedItems<char32_t>& characters)
 {
     QString string;
-    if (!reader.holds(count, sizeof(char32_t)))
-        return string;
-    string.reserve(static_cast<qsizetype>(count));
-    for (std::uint32_t index = 0; index < count; ++index) {
-        const auto character = static_cast<char32_t>(reader.take<std::uint32_t>());
+    string.reserve(static_cast<qsizetype>(characters.size()));
+    for (std::size_t index = 0; index < characters.size(); ++index) {
+        const char32_t character = characters[index];
         const bool isSound
             = character != 0 && character <= 0x10ffff && !QChar::isSurrogate(character);
         string.append(QChar::fromUcs4(isSound ? character : char32_t{QChar::ReplacementCharacter}));
@@ -137,25 +118,23 @@ QString takeString(PayloadReader& reader, std::uint32_t count)
     return string;
 }
 
-PDFQuad takeQuad(PayloadReader& reader)
+PDFQuad soundQuad(const EngineQuad& quad)
 {
     std::array<QPointF, 4> corners;
-    for (QPointF& corner : corners)
-        corner = takePoint(reader);
+    std::transform(quad.corners.begin(), quad.corners.end(), corners.begin(),
+        [](const EngineQuad::Point& point) { return soundPoint(point.x, point.y); });
     return PDFQuad(corners);
 }
 
-/// One quad for each UTF-16 unit; the engine sends one for each code point.
-QList<PDFQuad> takeQuads(PayloadReader& reader, std::uint32_t count, const QString& string)
+/// One quad for each UTF-16 unit of the string; the engine sends one for each code point.
+QList<PDFQuad> quadsOf(const PackedItems<EngineQuad>& sent, const QString& string)
 {
     QList<PDFQuad> quads;
-    if (!reader.holds(count, 8 * sizeof(float)))
-        return quads;
     quads.reserve(string.size());
-    while (quads.size() < string.size()) {
+    for (std::size_t index = 0; index < sent.size(); ++index) {
         const QChar unit = string.at(quads.size());
-        const PDFQuad quad = takeQuad(reader);
-        quads.append(unit == u'\n' ? PDFQuad() : quad);
+        const PDFQuad quad = unit == u'\n' ? PDFQuad() : soundQuad(sent[index]);
+        quads.append(quad);
         if (unit.isHighSurrogate())
             quads.append(quad);
     }
@@ -172,172 +151,109 @@ qsizetype runLength(const QString& string, qsizetype start, std::uint32_t codePo
     return codePoints == 0 ? end - start : 0;
 }
 
-bool takeRuns(PayloadReader& reader, const QString& string, QList<PDFTextRun>& runs)
+PDFTextRun lookOf(const EngineTextRun& sent)
 {
-    constexpr std::size_t smallestRun = 21;
-    const auto count = reader.take<std::uint32_t>();
-    if (count > maximumTextRuns || !reader.holds(count, smallestRun))
-        return false;
+    const PDFFontName font = parseFontName(QString::fromStdString(sent.fontName));
+    PDFTextRun run;
+    run.sizeInPoints = std::isfinite(sent.size) ? std::clamp(double{sent.size}, 0.1, 10'000.0) : 1;
+    run.family = font.family;
+    run.isBold = sent.isBold || font.isBold;
+    run.isItalic = sent.isItalic || font.isItalic;
+    run.colour = QColor::fromRgb(QRgb{sent.colour & 0xffffffu});
+    return run;
+}
+
+/// @returns whether the runs cover the string.
+bool readRuns(
+    const std::vector<EngineTextRun>& sent, const QString& string, QList<PDFTextRun>& runs)
+{
     qsizetype end = 0;
-    for (std::uint32_t index = 0; index < count && reader.isGood(); ++index) {
-        PDFTextRun run;
-        reader.take<std::uint32_t>(); // where the run starts: right behind the one before
+    for (const EngineTextRun& one : sent) {
+        PDFTextRun run = lookOf(one);
         run.start = end;
-        run.length = runLength(string, end, reader.take<std::uint32_t>());
-        const float size = reader.take<float>();
-        run.sizeInPoints = std::isfinite(size) ? std::clamp(double{size}, 0.1, 10'000.0) : 1;
-        const auto flags = reader.take<std::uint8_t>();
-        const auto colour = reader.take<std::uint32_t>();
-        const PDFFontName font = parseFontName(textOf(takeText(reader, longestFontName)));
-        run.family = font.family;
-        run.isBold = (flags & 1) || font.isBold;
-        run.isItalic = (flags & 2) || font.isItalic;
-        run.colour = QColor::fromRgb(QRgb{colour & 0xffffffu});
+        run.length = runLength(string, end, one.length);
         if (run.length == 0)
             return false;
         end += run.length;
         runs.append(run);
     }
-    return reader.isGood() && end == string.size();
+    return end == string.size();
 }
 
 } // namespace
 
-std::optional<PDFPageText> readTextAnswer(PayloadReader& reader, PDFTextDetail detail)
+std::optional<PDFPageText> readTextAnswer(std::string_view payload, PDFTextDetail detail)
 {
+    const auto message = unpacked<TextResult>(payload);
+    const bool wantsQuads = detail == PDFTextDetail::isWithQuads;
+    if (!message || message->quads.size() != (wantsQuads ? message->characters.size() : 0))
+        return std::nullopt;
     PDFPageText text;
-    const std::optional<PDFLoss> loss = takeLoss(reader);
-    if (!loss)
-        return std::nullopt;
-    text.loss = *loss;
-    const auto count = reader.take<std::uint32_t>();
-    if (count > maximumPageCharacters)
-        return std::nullopt;
-    text.string = takeString(reader, count);
-    if (detail == PDFTextDetail::isWithQuads) {
-        text.quads = takeQuads(reader, count, text.string);
-        text.blocks = PageTextGeometry::blocksOf(text.quads);
-    }
-    if (detail == PDFTextDetail::isWithAttributes && !takeRuns(reader, text.string, text.runs))
-        return std::nullopt;
-    if (!reader.isDone())
+    text.loss = lossOf(message->loss);
+    text.string = stringOf(message->characters);
+    text.quads = quadsOf(message->quads, text.string);
+    text.blocks = PageTextGeometry::blocksOf(text.quads);
+    if (detail == PDFTextDetail::isWithAttributes
+        && !readRuns(message->runs, text.string, text.runs))
         return std::nullopt;
     return text;
 }
 
-namespace {
-
-struct Target
+std::optional<QList<PDFLink>> readLinksAnswer(std::string_view payload, int pageCount)
 {
-    int page = -1;
-    QPointF point;
-    QString address;
-};
-
-/// Takes titles and addresses while they are no longer, in all, than an answer's may be.
-class TargetTexts
-{
-public:
-    explicit TargetTexts(PayloadReader& reader)
-        : theReader(reader)
-    {
-    }
-    QString take()
-    {
-        const std::string_view text = takeText(theReader, std::min(longestTargetText, theRoom));
-        theRoom -= text.size();
-        return textOf(text);
-    }
-
-private:
-    PayloadReader& theReader;
-    std::size_t theRoom = maximumTargetTexts;
-};
-
-Target takeTarget(PayloadReader& reader, TargetTexts& texts, int pageCount)
-{
-    Target target;
-    target.page = reader.take<int>();
-    target.point = takePoint(reader);
-    target.address = texts.take();
-    if (target.page < 0 || target.page >= pageCount)
-        target.page = -1;
-    return target;
-}
-
-} // namespace
-
-std::optional<QList<PDFLink>> readLinksAnswer(PayloadReader& reader, int pageCount)
-{
-    constexpr std::size_t smallestLink = 32;
-    QList<PDFLink> links;
-    const auto count = reader.take<std::uint32_t>();
-    if (count > maximumLinks || !reader.holds(count, smallestLink))
+    const auto message = unpacked<LinksResult>(payload);
+    if (!message)
         return std::nullopt;
-    TargetTexts texts(reader);
-    for (std::uint32_t index = 0; index < count && reader.isGood(); ++index) {
+    QList<PDFLink> links;
+    links.reserve(static_cast<qsizetype>(message->links.size()));
+    for (const EngineLink& sent : message->links) {
         PDFLink link;
-        const QPointF corner = takePoint(reader);
-        link.area = QRectF(corner, takePoint(reader)).normalized();
-        const Target target = takeTarget(reader, texts, pageCount);
-        link.page = target.page;
-        link.point = target.point;
-        link.url = QUrl(target.address);
+        link.area = QRectF(soundPoint(sent.left, sent.top), soundPoint(sent.right, sent.bottom))
+                        .normalized();
+        link.page = soundPage(sent.target.page, pageCount);
+        link.point = soundPoint(sent.target.x, sent.target.y);
+        link.url = QUrl(QString::fromStdString(sent.target.address));
         links.append(link);
     }
-    if (!reader.isDone())
-        return std::nullopt;
     return links;
 }
 
-std::optional<PDFOutline> readOutlineAnswer(PayloadReader& reader, int pageCount)
+std::optional<PDFOutline> readOutlineAnswer(std::string_view payload, int pageCount)
 {
-    constexpr std::size_t smallestEntry = 24;
+    const auto message = unpacked<OutlineResult>(payload);
+    if (!message)
+        return std::nullopt;
     PDFOutline outline;
-    const std::optional<PDFLoss> loss = takeLoss(reader);
-    if (!loss)
-        return std::nullopt;
-    outline.loss = *loss;
-    const auto count = reader.take<std::uint32_t>();
-    if (count > maximumOutlineEntries || !reader.holds(count, smallestEntry))
-        return std::nullopt;
-    TargetTexts texts(reader);
+    outline.loss = lossOf(message->loss);
+    outline.entries.reserve(static_cast<qsizetype>(message->entries.size()));
     int deepest = 0; // an entry is at most one level below the one before it
-    for (std::uint32_t index = 0; index < count && reader.isGood(); ++index) {
+    for (const EngineOutlineEntry& sent : message->entries) {
         PDFOutlineEntry entry;
-        entry.depth = std::clamp(reader.take<int>(), 0, deepest);
+        entry.depth = std::clamp(sent.depth, 0, deepest);
         deepest = std::min(entry.depth + 1, maximumOutlineDepth - 1);
-        entry.title = texts.take();
-        const Target target = takeTarget(reader, texts, pageCount);
-        entry.page = target.page;
-        entry.point = target.point;
+        entry.title = QString::fromStdString(sent.title);
+        entry.page = soundPage(sent.target.page, pageCount);
+        entry.point = soundPoint(sent.target.x, sent.target.y);
         outline.entries.append(entry);
     }
-    if (!reader.isDone())
-        return std::nullopt;
     return outline;
 }
 
-std::optional<PDFWrittenAnswer> readWrittenAnswer(PayloadReader& reader, int pageCount)
+std::optional<PDFWrittenAnswer> readWrittenAnswer(std::string_view payload, int pageCount)
 {
-    constexpr std::size_t lossSize = 5;
+    const auto message = unpacked<WrittenResult>(payload);
+    if (!message)
+        return std::nullopt;
     PDFWrittenAnswer answer;
-    answer.size = reader.take<std::uint64_t>();
-    answer.lostObjects = reader.take<std::uint32_t>();
-    const auto count = reader.take<std::uint32_t>();
-    if (!reader.holds(count, lossSize))
-        return std::nullopt;
+    answer.size = message->size;
+    answer.lostObjects = message->lostObjects;
     int next = 0; // pages grow
-    for (std::uint32_t index = 0; index < count; ++index) {
-        const int page = reader.take<int>();
-        const std::optional<PDFLoss> loss = takeLoss(reader);
-        if (!loss || page < next || page >= pageCount)
+    for (const EnginePageLoss& lost : message->losses) {
+        if (lost.page < next || lost.page >= pageCount)
             return std::nullopt;
-        answer.losses.add(page, *loss);
-        next = page + 1;
+        answer.losses.add(lost.page, lossOf(lost.loss));
+        next = lost.page + 1;
     }
-    if (!reader.isDone())
-        return std::nullopt;
     return answer;
 }
 

@@ -20,11 +20,6 @@ constexpr int maximumNonsenses = 3;
 constexpr qint64 millisecondsBetweenProgress = 50;
 constexpr qsizetype longestResultReadAtOnce = 64 * 1024; ///< bytes
 
-PayloadReader readerOf(const QByteArray& payload)
-{
-    return PayloadReader({payload.constData(), static_cast<std::size_t>(payload.size())});
-}
-
 } // namespace
 
 PDFEngineClient::PDFEngineClient(const FileBytes& bytes, bool writesFlat, QObject* parent)
@@ -83,11 +78,11 @@ void PDFEngineClient::stopEngine()
 void PDFEngineClient::send(EngineRequest kind, std::string_view payload, int timeLimit)
 {
     const Number number = theJob ? theJob->first : ++theLastNumber;
-    const std::uint32_t largest = theJob ? theJob->second.largestResult : 0;
+    const std::uint32_t largest = theJob ? theJob->second.largestResult : 0; // openings have none
     theSentKind = kind;
     theProgressReports = 0;
     theSinceProgress.invalidate();
-    theEngine->send(number, kind, payload, largest > 0 ? largest : largestResult(kind), timeLimit);
+    theEngine->send(number, kind, payload, largest, timeLimit);
     theLimit.start(timeLimit);
 }
 
@@ -97,10 +92,8 @@ void PDFEngineClient::unlock(const QString& password)
     open();
     if (theState != State::isLocked)
         return;
-    PayloadWriter payload;
-    payload.putText(*thePassword);
     theState = State::isOpening;
-    send(EngineRequest::isUnlock, payload.bytes(), openingLimit());
+    send(EngineRequest::isUnlock, packed(UnlockRequest{*thePassword}), openingLimit());
 }
 
 PDFEngineClient::Number PDFEngineClient::submit(PDFEngineJob job)
@@ -163,13 +156,10 @@ void PDFEngineClient::takeOpeningAnswer(EngineAnswer kind, const QByteArray& pay
         return takeFacts(payload);
     case EngineAnswer::isLocked:
         return takeLock(payload);
-    case EngineAnswer::isRefused: {
-        PayloadReader reader = readerOf(payload);
-        const std::string_view reason = reader.takeText();
-        if (!reader.isDone())
-            return distrustEngine();
-        return failOpening(QString::fromUtf8(reason.data(), static_cast<qsizetype>(reason.size())));
-    }
+    case EngineAnswer::isRefused:
+        if (const auto refusal = unpacked<RefusedAnswer>(viewOf(payload)))
+            return failOpening(QString::fromStdString(refusal->reason));
+        return distrustEngine();
     default:
         return distrustEngine();
     }
@@ -177,10 +167,9 @@ void PDFEngineClient::takeOpeningAnswer(EngineAnswer kind, const QByteArray& pay
 
 void PDFEngineClient::takeFacts(const QByteArray& payload)
 {
-    PayloadReader reader = readerOf(payload);
     // The same bytes make the same document each time.
     const bool isOther = theDocumentWasOpen && payload != theFacts;
-    if (isOther || !readOpenedAnswer(reader))
+    if (isOther || !readOpenedAnswer(viewOf(payload)))
         return distrustEngine();
     theState = State::isIdle;
     theFailedStarts = 0;
@@ -192,30 +181,28 @@ void PDFEngineClient::takeFacts(const QByteArray& payload)
 
 void PDFEngineClient::takeLock(const QByteArray& payload)
 {
-    PayloadReader reader = readerOf(payload);
-    const bool wasTried = reader.take<quint8>() != 0;
-    if (!reader.isDone() || wasTried != (theSentKind == EngineRequest::isUnlock))
+    const auto lock = unpacked<LockedAnswer>(viewOf(payload));
+    if (!lock || lock->wasTried != (theSentKind == EngineRequest::isUnlock))
         return distrustEngine();
     theState = State::isLocked;
-    if (thePassword && !wasTried)
+    if (thePassword && !lock->wasTried)
         unlock(QString::fromStdString(*thePassword));
     else if (theDocumentWasOpen || thePasswordIsKnown)
         failOpening(tr("The PDF engine does not take the password any more."));
     else
-        emit locked(wasTried);
+        emit locked(lock->wasTried);
 }
 
 void PDFEngineClient::takeJobAnswer(EngineAnswer kind, const QByteArray& payload)
 {
-    PayloadReader reader = readerOf(payload);
     if (kind == EngineAnswer::isProgress)
         return takeProgress(payload);
     if (kind == EngineAnswer::isDone)
         return takeResult(payload);
-    const auto fault = static_cast<EngineFault>(reader.take<quint8>());
-    if (kind != EngineAnswer::isFailed || !reader.isDone())
+    const auto failed = unpacked<FailedAnswer>(viewOf(payload));
+    if (kind != EngineAnswer::isFailed || !failed)
         return distrustEngine();
-    if (fault == EngineFault::isOutOfMemory)
+    if (failed->fault == EngineFault::isOutOfMemory)
         return loseEngine(PDFFailure::isOutOfMemory);
     endJob(PDFFailure::isDamaged);
 }
@@ -226,25 +213,19 @@ void PDFEngineClient::takeResult(const QByteArray& payload)
     const auto& decode = theJob->second.decode;
     if (decode && payload.size() > longestResultReadAtOnce)
         return readElsewhere(payload);
-    PayloadReader reader = readerOf(payload);
-    finishResult(payload, !decode || decode(reader));
+    finishResult(payload, !decode || decode(viewOf(payload)));
 }
 
 void PDFEngineClient::readElsewhere(const QByteArray& payload)
 {
-    const auto read = [payload, decode = theJob->second.decode] {
-        PayloadReader reader = readerOf(payload);
-        return decode(reader);
-    };
+    const auto read = [payload, decode = theJob->second.decode] { return decode(viewOf(payload)); };
     theReading.start(read, [this, payload](bool isSound) { finishResult(payload, isSound); });
 }
 
 void PDFEngineClient::finishResult(const QByteArray& payload, bool isSound)
 {
     const auto& accept = theJob->second.accept;
-    PayloadReader reader = readerOf(payload);
-    const bool isWhole = theJob->second.decode != nullptr; // which has read it to its end
-    if (!isSound || (accept && (!accept(reader, payload) || (!isWhole && !reader.isDone()))))
+    if (!isSound || (accept && !accept(payload)))
         return distrustEngine();
     endJob(PDFFailure::isNone);
 }
@@ -252,12 +233,8 @@ void PDFEngineClient::finishResult(const QByteArray& payload, bool isSound)
 /// Of many reports a second, which would hold up the event loop, a few are passed on.
 void PDFEngineClient::takeProgress(const QByteArray& payload)
 {
-    PayloadReader reader = readerOf(payload);
-    const int done = reader.take<int>();
-    const int total = reader.take<int>();
-    const bool isWriting
-        = theSentKind == EngineRequest::isFlat || theSentKind == EngineRequest::isPrint;
-    if (!isWriting || !reader.isDone() || done < 0 || total < 0 || (total > 0 && done > total)
+    const auto report = unpacked<ProgressAnswer>(viewOf(payload));
+    if (!theJob->second.writesFile || !report || (report->total > 0 && report->done > report->total)
         || ++theProgressReports > maximumProgressReports)
         return distrustEngine();
     const bool isSoon
@@ -265,7 +242,7 @@ void PDFEngineClient::takeProgress(const QByteArray& payload)
     if (isSoon || !theJob->second.progress)
         return;
     theSinceProgress.start();
-    theJob->second.progress(done, total);
+    theJob->second.progress(report->done, report->total);
 }
 
 void PDFEngineClient::endJob(PDFFailure failure)
@@ -274,7 +251,7 @@ void PDFEngineClient::endJob(PDFFailure failure)
     const PDFEngineJob job = std::move(std::exchange(theJob, std::nullopt)->second);
     if (theState == State::isBusy)
         theState = State::isIdle;
-    if (job.kind == EngineRequest::isFlat || job.kind == EngineRequest::isPrint)
+    if (job.writesFile)
         stopEngine();
     if (theState == State::isOff && !theQueue.empty())
         startEngine();

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "PDFEngineJob.h"
 #include "files/FileBytes.h"
 #include "pdf/PDFRequest.h"
-#include "protocol/EngineProtocol.h"
 #include "work/Work.h"
 
 #include <QElapsedTimer>
@@ -10,7 +10,6 @@
 #include <QString>
 #include <QTimer>
 
-#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -20,37 +19,6 @@
 namespace tarnwick {
 
 class PDFEngineProcess;
-
-/// Milliseconds that the engine may take for a page, unless its job says otherwise.
-constexpr int pdfPageTimeLimit = 20'000;
-
-/// One piece of work for an engine.
-struct PDFEngineJob
-{
-    /// Served in this order among the jobs that wait.
-    enum class Priority
-    {
-        isPromptWork, ///< what the user waits for, first come first served
-        isTile, ///< latest first: what came last is what shows now
-        isBackground,
-    };
-
-    EngineRequest kind = EngineRequest::isMeasure;
-    Priority priority = Priority::isPromptWork;
-    int timeLimit = pdfPageTimeLimit; ///< milliseconds from when the engine starts on it
-    std::string payload;
-    std::uint32_t largestResult = 0; ///< bytes; 0 for what the kind of request may bring at most
-    /// Reads the result, of which the reader is at the start, into values that this function and
-    /// finish share. Long results are read in a thread of the pool. May be empty. @returns false
-    /// when the result makes no sense, as accept does.
-    std::function<bool(PayloadReader&)> decode;
-    /// Takes the result in the main thread, behind decode; the reader is at its start. May be
-    /// empty. @returns false when it makes no sense: the engine is then replaced and the job has
-    /// failed.
-    std::function<bool(PayloadReader&, const QByteArray& payload)> accept;
-    std::function<void(int done, int total)> progress; ///< may be empty
-    std::function<void(PDFFailure)> finish; ///< called once, last of all; not after giveUp()
-};
 
 /// Keeps an engine at work: a queue of jobs, one at a time, each with its time limit.
 ///

@@ -2,7 +2,7 @@
 
 #include "ProcessorTime.h"
 #include "files/HelperProgram.h"
-#include "protocol/EngineLimits.h"
+#include "protocol/EngineMessages.h"
 
 #include <QFile>
 #include <QPointer>

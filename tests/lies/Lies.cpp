@@ -1,8 +1,8 @@
 #include "Lies.h"
 
 #include <algorithm>
-#include <cstring>
 #include <limits>
+#include <string>
 
 #include <unistd.h>
 
@@ -14,24 +14,9 @@ constexpr float infinite = std::numeric_limits<float>::infinity();
 constexpr float none = std::numeric_limits<float>::quiet_NaN();
 constexpr std::uint32_t countless = 0xfffffff0u;
 
-void done(Teller& teller, const Question& question, const PayloadWriter& result)
+template<typename Request> Request asked(const Question& question)
 {
-    teller.answer(question, EngineAnswer::isDone, result);
-}
-
-void putTarget(PayloadWriter& result, int page, float x, float y, std::string_view address)
-{
-    result.put(page);
-    result.put(x);
-    result.put(y);
-    result.putText(address);
-}
-
-int detailOf(const Question& question)
-{
-    PayloadReader arguments(question.payload);
-    arguments.take<int>();
-    return arguments.take<std::uint8_t>();
+    return unpacked<Request>(question.payload).value_or(Request());
 }
 
 /// A count and then nothing, or not what it counts.
@@ -39,87 +24,75 @@ template<std::size_t bytesBehind> void claimCount(Teller& teller, const Question
 {
     PayloadWriter result;
     if (question.kind != EngineRequest::isLinks)
-        result.put(std::uint8_t{0}); // nothing is lost or cut
+        result.put(static_cast<std::uint8_t>(EngineLoss::isNone));
     result.put(countless);
     const std::string rest(bytesBehind, '\1');
     result.putBytes(rest.data(), rest.size());
-    done(teller, question, result);
+    teller.answer(question, EngineAnswer::isDone, result.bytes());
 }
 
 template<int pages> void claimPages(Teller& teller, const Question& question)
 {
-    teller.answer(question, EngineAnswer::isOpened, Teller::facts(pages));
+    teller.answer(question, Teller::facts(pages));
 }
 
 void lockForEver(Teller& teller, const Question& question)
 {
-    PayloadWriter wasNotTried;
-    wasNotTried.put(std::uint8_t{0});
-    teller.answer(question, EngineAnswer::isLocked, wasNotTried);
+    teller.answer(question, LockedAnswer{false});
 }
 
 void refuseAtLength(Teller& teller, const Question& question)
 {
     PayloadWriter reason;
-    reason.putText(std::string(1u << 20, 'r'));
-    teller.answer(question, EngineAnswer::isRefused, reason);
+    reason.put(1u << 20);
+    const std::string text(1u << 20, 'r');
+    reason.putBytes(text.data(), text.size());
+    teller.answer(question, EngineAnswer::isRefused, reason.bytes());
 }
 
 void refuseInNoUtf8(Teller& teller, const Question& question)
 {
-    PayloadWriter reason;
-    reason.putText("<b>\xff\xc3\x28 \xed\xa0\x80");
-    teller.answer(question, EngineAnswer::isRefused, reason);
+    teller.answer(question, RefusedAnswer{"<b>\xff\xc3\x28 \xed\xa0\x80"});
 }
 
 void measureWithoutEnd(Teller& teller, const Question& question)
 {
-    PayloadWriter result;
-    PayloadReader arguments(question.payload);
-    arguments.take<int>();
-    const int count = arguments.take<int>();
-    for (int page = 0; page < count; ++page) {
-        for (const float side : {page % 3 == 0 ? none : infinite, -1e30f})
-            result.put(side);
-        result.put(std::uint8_t{255});
-        result.putText(std::string(longestLabel, '\xff'));
-    }
-    done(teller, question, result);
+    MeasureResult result;
+    for (int page = 0; page < asked<MeasureRequest>(question).count; ++page)
+        result.pages.push_back(
+            {page % 3 == 0 ? none : infinite, -1e30f, true, std::string(longestLabel, '\xff')});
+    teller.done(question, result);
 }
 
 void measureTooFew(Teller& teller, const Question& question)
 {
-    done(teller, question, {});
+    teller.done(question, MeasureResult());
 }
 
 template<int difference> void drawOtherSize(Teller& teller, const Question& question)
 {
-    PayloadReader arguments(question.payload);
-    arguments.takeBytes(4 * sizeof(int) + sizeof(double));
-    const int width = arguments.take<int>();
-    const int height = arguments.take<int>();
-    PayloadWriter result;
-    const std::string pixels(static_cast<std::size_t>(width * height * 4 + difference), '\x7f');
-    result.putBytes(pixels.data(), pixels.size());
-    done(teller, question, result);
+    const auto tile = asked<TileRequest>(question);
+    const std::string pixels(static_cast<std::size_t>(tile.width * tile.height * 4), '\x7f');
+    std::string result = packed(TileResult{PackedItems<std::uint32_t>(pixels)});
+    result.resize(result.size() + static_cast<std::size_t>(difference), '\x7f');
+    teller.answer(question, EngineAnswer::isDone, result);
 }
 
 /// The beginning of a tile in single bytes, the rest at once.
 void drawByteByByte(Teller& teller, const Question& question)
 {
-    PayloadReader arguments(question.payload);
-    arguments.takeBytes(4 * sizeof(int) + sizeof(double));
-    const int width = arguments.take<int>();
-    const int height = arguments.take<int>();
+    const auto tile = asked<TileRequest>(question);
+    const std::string pixels(static_cast<std::size_t>(tile.width * tile.height * 4), '\x7f');
+    const std::string result = packed(TileResult{PackedItems<std::uint32_t>(pixels)});
     EngineFrame head;
-    head.size = static_cast<std::uint32_t>(width * height * 4);
+    head.size = static_cast<std::uint32_t>(result.size());
     head.request = question.number;
     head.kind = static_cast<std::uint8_t>(EngineAnswer::isDone);
     teller.send(head, {});
-    const std::uint32_t slow = std::min(head.size, 20'000u);
-    for (std::uint32_t byte = 0; byte < slow; ++byte)
-        teller.write(std::string_view("\x7f", 1));
-    teller.write(std::string(head.size - slow, '\x7f'));
+    const std::size_t slow = std::min<std::size_t>(head.size, 20'000);
+    for (std::size_t byte = 0; byte < slow; ++byte)
+        teller.write(std::string_view(result).substr(byte, 1));
+    teller.write(std::string_view(result).substr(slow));
 }
 
 void announceFourGigabytes(Teller& teller, const Question& question)
@@ -154,29 +127,26 @@ void answerInNoKind(Teller& teller, const Question& question)
 
 void openAgain(Teller& teller, const Question& question)
 {
-    teller.answer(question, EngineAnswer::isOpened, Teller::facts(3));
+    teller.answer(question, Teller::facts(3));
 }
 
 /// Each engine on the file counts other pages, and has to be started anew.
 void openDifferently(Teller& teller, const Question& question)
 {
     for (int time = 0; time < 2; ++time)
-        teller.answer(question, EngineAnswer::isOpened, Teller::facts(3 + ::getpid() % 997));
+        teller.answer(question, Teller::facts(3 + ::getpid() % 997));
 }
 
 void reportWithoutEnd(Teller& teller, const Question& question)
 {
-    for (int done = 0;; done = (done + 1) % 1000) {
-        PayloadWriter progress;
-        progress.put(done);
-        progress.put(1000);
-        teller.answer(question, EngineAnswer::isProgress, progress);
-    }
+    for (int done = 0;; done = (done + 1) % 1000)
+        teller.answer(question, ProgressAnswer{done, 1000});
 }
 
 void tellLongText(Teller& teller, const Question& question)
 {
-    done(teller, question, textAnswer(detailOf(question), std::string(maximumPageCharacters, 'e')));
+    const EngineTextDetail detail = asked<TextRequest>(question).detail;
+    teller.done(question, textOf(detail, std::string(maximumPageCharacters, 'e')));
 }
 
 void tellManyLines(Teller& teller, const Question& question)
@@ -184,47 +154,41 @@ void tellManyLines(Teller& teller, const Question& question)
     std::string lines(maximumPageCharacters, '\n');
     for (std::size_t letter = 0; letter < lines.size(); letter += 2)
         lines[letter] = 'e';
-    done(teller, question, textAnswer(detailOf(question), lines));
+    teller.done(question, textOf(asked<TextRequest>(question).detail, lines));
 }
 
 void tellNoUnicode(Teller& teller, const Question& question)
 {
-    PayloadWriter result = textAnswer(detailOf(question), std::string(4, '?'));
-    std::string bytes = result.bytes();
-    const std::uint32_t letters[] = {0xd800, 0, 0x110000, 0xffffffffu};
-    std::memcpy(bytes.data() + bytes.find("?"), letters, sizeof letters);
-    PayloadWriter broken;
-    broken.putBytes(bytes.data(), bytes.size());
-    done(teller, question, broken);
+    TextResult result = textOf(asked<TextRequest>(question).detail, std::string(4, '?'));
+    result.characters = std::vector<char32_t>{0xd800, 0, 0x110000, 0xffffffffu};
+    teller.done(question, result);
 }
 
 void placeTextNowhere(Teller& teller, const Question& question)
 {
-    PayloadWriter result = textAnswer(0, "nowhere");
-    for (int corner = 0; detailOf(question) == 1 && corner < 7 * 8; ++corner)
-        result.put(corner % 3 == 0 ? none : corner % 3 == 1 ? -infinite : 3e38f);
-    done(teller, question, result);
+    TextResult result = textOf(asked<TextRequest>(question).detail, "nowhere");
+    if (!result.quads.isEmpty())
+        result.quads = std::vector<EngineQuad>(
+            7, {{{{none, -infinite}, {3e38f, none}, {-infinite, 3e38f}, {none, infinite}}}});
+    teller.done(question, result);
 }
 
 void linkToTheLimit(Teller& teller, const Question& question)
 {
-    PayloadWriter result;
-    result.put(maximumLinks);
-    const std::string address = "http://example.com/" + std::string(800, 'a');
-    for (std::uint32_t link = 0; link < maximumLinks; ++link)
-        putLink(result, {0, 0, 612, 792}, -1, address);
-    done(teller, question, result);
+    const EngineLink link
+        = {0, 0, 612, 792, {-1, 10, 10, "http://example.com/" + std::string(800, 'a')}};
+    teller.done(question, LinksResult{std::vector<EngineLink>(maximumLinks, link)});
 }
 
 void linkToNowhere(Teller& teller, const Question& question)
 {
-    PayloadWriter result;
-    result.put(std::uint32_t{4});
-    putLink(result, {none, infinite, -infinite, 3e38f}, 0x7fffffff, "file:///etc/passwd");
-    putLink(result, {50, 50, 50, 50}, -77, "\xff\xfe\xed\xa0\x80");
-    putLink(result, {90, 90, -90, -90}, 3, "javascript:alert(1)");
-    putLink(result, {1, 1, 2, 2}, 2, std::string(64, '\0'));
-    done(teller, question, result);
+    teller.done(question,
+        LinksResult{{
+            {none, infinite, -infinite, 3e38f, {0x7fffffff, 10, 10, "file:///etc/passwd"}},
+            {50, 50, 50, 50, {-77, 10, 10, "\xff\xfe\xed\xa0\x80"}},
+            {90, 90, -90, -90, {3, 10, 10, "javascript:alert(1)"}},
+            {1, 1, 2, 2, {2, 10, 10, std::string(64, '\0')}},
+        }});
 }
 
 enum class Tree
@@ -237,10 +201,8 @@ enum class Tree
 
 template<Tree tree> void outlineToTheLimit(Teller& teller, const Question& question)
 {
-    PayloadWriter result;
-    result.put(std::uint8_t{1});
-    result.put(maximumOutlineEntries);
-    const std::string title(120, 't');
+    OutlineResult result;
+    result.loss = EngineLoss::isDamaged;
     for (std::uint32_t entry = 0; entry < maximumOutlineEntries; ++entry) {
         int depth = 0;
         if (tree == Tree::isUnderOne)
@@ -249,14 +211,15 @@ template<Tree tree> void outlineToTheLimit(Teller& teller, const Question& quest
             depth = static_cast<int>(entry % maximumOutlineDepth);
         else if (tree == Tree::isNonsense)
             depth = static_cast<int>(entry * 2654435761u);
-        putEntry(result, depth, title, static_cast<int>(entry));
+        result.entries.push_back(
+            {depth, std::string(120, 't'), {static_cast<int>(entry), none, -infinite, {}}});
     }
-    done(teller, question, result);
+    teller.done(question, result);
 }
 
 void writeNothing(Teller& teller, const Question& question)
 {
-    done(teller, question, writtenAnswer(1u << 30));
+    teller.done(question, WrittenResult{1u << 30, 0, {}});
 }
 
 /// A file of a terabyte that takes no memory, until somebody reads it.
@@ -264,59 +227,29 @@ void writeHoles(Teller& teller, const Question& question)
 {
     constexpr std::uint64_t size = std::uint64_t{1} << 40;
     static_cast<void>(::ftruncate(teller.flat(), static_cast<off_t>(size)) == 0);
-    done(teller, question, writtenAnswer(size));
+    teller.done(question, WrittenResult{size, 0, {}});
 }
 
 } // namespace
 
-PayloadWriter textAnswer(int detail, std::string_view latin1)
+TextResult textOf(EngineTextDetail detail, std::string_view latin1)
 {
-    PayloadWriter result;
-    result.put(static_cast<std::uint8_t>(EngineLoss::isNone));
-    result.put(static_cast<std::uint32_t>(latin1.size()));
-    result.reserve(latin1.size() * (detail == 1 ? 36 : 4) + 64);
-    for (const char letter : latin1)
-        result.put(static_cast<std::uint32_t>(static_cast<unsigned char>(letter)));
+    TextResult result;
+    std::vector<char32_t> characters;
+    std::vector<EngineQuad> quads;
     float x = 0;
-    for (std::size_t letter = 0; detail == 1 && letter < latin1.size(); ++letter) {
-        x = latin1[letter] == '\n' ? 0 : x + 0.5f;
-        const float y = 20 + static_cast<float>(letter * 700 / latin1.size());
-        for (const float corner : {x, y, x + 0.5f, y, x + 0.5f, y + 8, x, y + 8})
-            result.put(corner);
+    for (const char letter : latin1) {
+        x = letter == '\n' ? 0 : x + 0.5f;
+        const float y = 20 + static_cast<float>(characters.size() * 700 / latin1.size());
+        if (detail == EngineTextDetail::isWithQuads)
+            quads.push_back({{{{x, y}, {x + 0.5f, y}, {x + 0.5f, y + 8}, {x, y + 8}}}});
+        characters.push_back(static_cast<unsigned char>(letter));
     }
-    if (detail != 2)
-        return result;
-    result.put(std::uint32_t{1});
-    result.put(std::uint32_t{0});
-    result.put(static_cast<std::uint32_t>(latin1.size()));
-    result.put(12.0f);
-    result.put(std::uint8_t{0});
-    result.put(std::uint32_t{0});
-    result.putText("Helvetica");
-    return result;
-}
-
-void putLink(
-    PayloadWriter& result, const std::array<float, 4>& area, int page, std::string_view address)
-{
-    for (const float edge : area)
-        result.put(edge);
-    putTarget(result, page, 10, 10, address);
-}
-
-void putEntry(PayloadWriter& result, int depth, std::string_view title, int page)
-{
-    result.put(depth);
-    result.putText(title);
-    putTarget(result, page, none, -infinite, "");
-}
-
-PayloadWriter writtenAnswer(std::uint64_t size)
-{
-    PayloadWriter result;
-    result.put(size);
-    result.put(std::uint32_t{0}); // objects that are lost
-    result.put(std::uint32_t{0}); // pages that are
+    result.characters = std::move(characters);
+    result.quads = std::move(quads);
+    if (detail == EngineTextDetail::isWithAttributes)
+        result.runs
+            = {{static_cast<std::uint32_t>(latin1.size()), 12, false, false, 0, "Helvetica"}};
     return result;
 }
 

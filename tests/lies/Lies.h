@@ -2,7 +2,6 @@
 
 #include "Teller.h"
 
-#include <array>
 #include <vector>
 
 namespace tarnwick {
@@ -20,14 +19,7 @@ const std::vector<Lie>& allLies();
 /// @returns null for an unknown name.
 const Lie* lieNamed(std::string_view name);
 
-// Parts of answers, in the layout of EngineProtocol.h.
-
-/// @param detail as isText has it. All characters in one look.
-PayloadWriter textAnswer(int detail, std::string_view latin1);
-void putLink(
-    PayloadWriter& result, const std::array<float, 4>& area, int page, std::string_view address);
-void putEntry(PayloadWriter& result, int depth, std::string_view title, int page);
-/// What isFlat and isPrint bring.
-PayloadWriter writtenAnswer(std::uint64_t size);
+/// All characters in one look, or at places side by side.
+TextResult textOf(EngineTextDetail detail, std::string_view latin1);
 
 } // namespace tarnwick

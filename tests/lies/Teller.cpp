@@ -2,6 +2,7 @@
 
 #include "Lies.h"
 
+#include <type_traits>
 #include <utility>
 
 #include <unistd.h>
@@ -12,60 +13,53 @@ namespace {
 
 constexpr int pageCount = 3;
 
-PayloadWriter measures(PayloadReader arguments)
+constexpr std::string_view writtenFile = "%PDF-1.4\n1 0 obj\n<< /Type /Catalog >>\nendobj\n%%EOF\n";
+
+NoResult truth(const OpenRequest&)
 {
-    PayloadWriter result;
-    const int first = arguments.take<int>();
-    const int count = arguments.take<int>();
-    for (int page = first; page < first + count; ++page) {
-        result.put(612.0f);
-        result.put(792.0f);
-        result.put(std::uint8_t{0});
-        result.putText("");
-    }
-    return result;
+    return {};
 }
 
-PayloadWriter tile(PayloadReader arguments)
+NoResult truth(const UnlockRequest&)
 {
-    arguments.takeBytes(2 * sizeof(int) + sizeof(double)); // page, scale, rotation
-    arguments.takeBytes(2 * sizeof(int)); // corner
-    const int width = arguments.take<int>();
-    const int height = arguments.take<int>();
-    PayloadWriter result;
-    const std::string pixels(static_cast<std::size_t>(width * height) * 4, '\xff');
-    result.putBytes(pixels.data(), pixels.size());
-    return result;
+    return {};
 }
 
-PayloadWriter text(PayloadReader arguments)
+MeasureResult truth(const MeasureRequest& request)
 {
-    arguments.take<int>();
-    return textAnswer(arguments.take<std::uint8_t>(), "A line of text\n");
+    return {
+        std::vector<PageMeasure>(static_cast<std::size_t>(request.count), {612, 792, false, {}})};
 }
 
-PayloadWriter links()
+TileResult truth(const TileRequest& request)
 {
-    PayloadWriter result;
-    result.put(std::uint32_t{1});
-    putLink(result, {10, 10, 100, 30}, 1, "");
-    return result;
+    return {std::vector<std::uint32_t>(
+        static_cast<std::size_t>(request.width * request.height), 0xffffffffu)};
 }
 
-PayloadWriter outline()
+TextResult truth(const TextRequest& request)
 {
-    PayloadWriter result;
-    result.put(std::uint8_t{0}); // it is whole
-    result.put(std::uint32_t{1});
-    putEntry(result, 0, "Chapter", 2);
-    return result;
+    return textOf(request.detail, "A line of text\n");
 }
 
-PayloadWriter file(int descriptor)
+LinksResult truth(const LinksRequest&)
 {
-    constexpr std::string_view bytes = "%PDF-1.4\n1 0 obj\n<< /Type /Catalog >>\nendobj\n%%EOF\n";
-    const auto size = static_cast<std::uint64_t>(::write(descriptor, bytes.data(), bytes.size()));
-    return writtenAnswer(size);
+    return {{{10, 10, 100, 30, {1, 10, 10, {}}}}};
+}
+
+OutlineResult truth(const OutlineRequest&)
+{
+    return {EngineLoss::isNone, {{0, "Chapter", {2, 10, 10, {}}}}};
+}
+
+WrittenResult truth(const FlatRequest&)
+{
+    return {writtenFile.size(), 0, {}};
+}
+
+WrittenResult truth(const PrintRequest&)
+{
+    return {writtenFile.size(), 0, {}};
 }
 
 } // namespace
@@ -76,14 +70,9 @@ Teller::Teller(std::string lie, int flat)
 {
 }
 
-PayloadWriter Teller::facts(int pages)
+OpenedAnswer Teller::facts(int pages)
 {
-    PayloadWriter facts;
-    for (const int fact : {pages, 1, 7, 1, 2})
-        facts.put(fact);
-    facts.put(612.0f);
-    facts.put(792.0f);
-    return facts;
+    return {pages, 1, 7, 1, 2, 612, 792};
 }
 
 void Teller::take(const Question& question)
@@ -98,34 +87,23 @@ void Teller::take(const Question& question)
 
 void Teller::tellTruth(const Question& question)
 {
-    const PayloadReader arguments(question.payload);
-    switch (question.kind) {
-    case EngineRequest::isOpen:
-    case EngineRequest::isUnlock:
-        return answer(question, EngineAnswer::isOpened, facts(pageCount));
-    case EngineRequest::isMeasure:
-        return answer(question, EngineAnswer::isDone, measures(arguments));
-    case EngineRequest::isTile:
-        return answer(question, EngineAnswer::isDone, tile(arguments));
-    case EngineRequest::isText:
-        return answer(question, EngineAnswer::isDone, text(arguments));
-    case EngineRequest::isLinks:
-        return answer(question, EngineAnswer::isDone, links());
-    case EngineRequest::isOutline:
-        return answer(question, EngineAnswer::isDone, outline());
-    case EngineRequest::isFlat:
-    case EngineRequest::isPrint:
-        return answer(question, EngineAnswer::isDone, file(theFlat));
-    }
+    EngineRequests::visit(question.kind, [&](const auto& kind) {
+        using Request = std::decay_t<decltype(kind)>;
+        if constexpr (std::is_same_v<typename Request::Result, NoResult>)
+            return answer(question, facts(pageCount));
+        if constexpr (writesFile<Request>)
+            static_cast<void>(::write(theFlat, writtenFile.data(), writtenFile.size()) > 0);
+        done(question, truth(*unpacked<Request>(question.payload)));
+    });
 }
 
-void Teller::answer(const Question& question, EngineAnswer kind, const PayloadWriter& payload)
+void Teller::answer(const Question& question, EngineAnswer kind, std::string_view payload)
 {
     EngineFrame head;
-    head.size = static_cast<std::uint32_t>(payload.bytes().size());
+    head.size = static_cast<std::uint32_t>(payload.size());
     head.request = question.number;
     head.kind = static_cast<std::uint8_t>(kind);
-    send(head, payload.bytes());
+    send(head, payload);
 }
 
 void Teller::send(const EngineFrame& head, std::string_view payload)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "protocol/EngineProtocol.h"
+#include "protocol/EngineMessages.h"
 
 #include <string>
 
@@ -27,14 +27,23 @@ public:
     /// The answer of an engine that does not lie.
     void tellTruth(const Question& question);
 
-    void answer(const Question& question, EngineAnswer kind, const PayloadWriter& payload);
+    void answer(const Question& question, EngineAnswer kind, std::string_view payload);
+    template<typename Answer> void answer(const Question& question, const Answer& message)
+    {
+        answer(question, Answer::kind, packed(message));
+    }
+    /// The result of the request.
+    template<typename Result> void done(const Question& question, const Result& result)
+    {
+        answer(question, EngineAnswer::isDone, packed(result));
+    }
     /// A frame whose head may say anything.
     void send(const EngineFrame& head, std::string_view payload);
     /// Bytes as they are; ends the process when nobody reads them.
     void write(std::string_view bytes);
     int flat() const { return theFlat; }
 
-    static PayloadWriter facts(int pages);
+    static OpenedAnswer facts(int pages);
 
 private:
     std::string theLie;

@@ -397,22 +397,13 @@ void TestPDFDocument::servesOthersWhenAStallingPageIsCancelled()
 void TestPDFDocument::endsAnEngineThatTakesTooLong()
 {
     PDFEngineClient client(*FileBytes::copy(stallingFile()), false, nullptr);
-    PayloadWriter stalling;
-    stalling.put(1);
-    stalling.put(std::uint8_t{0});
-    PayloadWriter quick;
-    quick.put(0);
-    quick.put(std::uint8_t{0});
     std::optional<PDFFailure> stalled;
     std::optional<PDFFailure> served;
-    PDFEngineJob job;
-    job.kind = EngineRequest::isText;
+    PDFEngineJob job = jobFor(TextRequest{1, EngineTextDetail::isPlain});
     job.timeLimit = 200;
-    job.payload = stalling.bytes();
     job.finish = [&stalled](PDFFailure failure) { stalled = failure; };
     client.submit(job);
-    job.timeLimit = 20'000;
-    job.payload = quick.bytes();
+    job = jobFor(TextRequest{0, EngineTextDetail::isPlain});
     job.finish = [&served](PDFFailure failure) { served = failure; };
     client.submit(job);
     QTRY_VERIFY_WITH_TIMEOUT(stalled && served, 30'000);

@@ -1,7 +1,7 @@
 #include "PageTree.h"
 
 #include "Attempt.h"
-#include "protocol/EngineProtocol.h"
+#include "protocol/EngineLimits.h"
 
 #include <algorithm>
 

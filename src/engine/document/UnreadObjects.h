@@ -1,7 +1,7 @@
 #pragma once
 
 #include "EngineDocument.h"
-#include "protocol/EngineProtocol.h"
+#include "protocol/EngineLoss.h"
 
 namespace tarnwick {
 

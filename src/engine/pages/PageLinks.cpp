@@ -6,36 +6,32 @@
 
 #include <cmath>
 #include <set>
+#include <string>
+#include <utility>
 #include <vector>
 
 namespace tarnwick {
 
 namespace {
 
-/// The beginning of a text that an answer may hold, whole characters of UTF-8.
-std::string_view shortened(const char* text)
+/// The titles and addresses of one answer, which have limits each and in all.
+class TargetTexts
 {
-    const std::string_view view = text ? std::string_view(text) : std::string_view();
-    if (view.size() <= longestTargetText)
-        return view;
-    std::size_t end = longestTargetText;
-    while (end > longestTargetText - 4 && (static_cast<unsigned char>(view[end]) & 0xc0u) == 0x80u)
-        --end;
-    return view.substr(0, end);
-}
+public:
+    /// As much of a text as an answer may hold; a byte more shows that there is more.
+    std::string take(const char* text)
+    {
+        const std::string_view whole = text ? std::string_view(text) : std::string_view();
+        const std::string_view taken = whole.substr(0, longestTargetText + 1);
+        theSize += taken.size();
+        return std::string(taken);
+    }
+    /// Whether there may be one of each more.
+    bool hasRoom() const { return theSize + 2 * (longestTargetText + 1) <= maximumTargetTexts; }
 
-/// Puts a title or an address and counts its bytes.
-void putTargetText(std::string_view text, std::size_t& targetTexts, PayloadWriter& result)
-{
-    result.putText(text);
-    targetTexts += text.size();
-}
-
-/// Whether an answer that holds so many bytes of titles and addresses may have one of each more.
-bool hasRoom(std::size_t targetTexts)
-{
-    return targetTexts + 2 * longestTargetText <= maximumTargetTexts;
-}
+private:
+    std::size_t theSize = 0;
+};
 
 float sound(float number)
 {
@@ -43,8 +39,7 @@ float sound(float number)
 }
 
 /// Where an address of MuPDF's leads: "#page=..." within the document, anything else outside.
-void putTarget(const EngineDocument& document, const char* address, std::size_t& targetTexts,
-    PayloadWriter& result)
+EngineTarget targetOf(const EngineDocument& document, const char* address, TargetTexts& texts)
 {
     fz_context* const ctx = document.context();
     int page = -1;
@@ -57,20 +52,20 @@ void putTarget(const EngineDocument& document, const char* address, std::size_t&
         target = pdf_resolve_link_dest(ctx, document.document(), address);
         page = target.loc.page;
     });
+    if (isOutside)
+        return {-1, 0, 0, texts.take(address)};
     if (error || page < 0 || page >= document.pageCount())
-        page = -1;
-    result.put(page);
-    result.put(page < 0 ? 0.0f : sound(target.x));
-    result.put(page < 0 ? 0.0f : sound(target.y));
-    putTargetText(isOutside ? shortened(address) : std::string_view(), targetTexts, result);
+        return {};
+    return {page, sound(target.x), sound(target.y), {}};
 }
 
 /// Walks an outline without recursion; the tree was built by MuPDF, which cuts its cycles.
-class OutlineWriter
+class OutlineWalk
 {
 public:
-    explicit OutlineWriter(const EngineDocument& document)
+    OutlineWalk(const EngineDocument& document, std::vector<EngineOutlineEntry>& entries)
         : theDocument(document)
+        , theEntries(entries)
     {
     }
     void add(const fz_outline* first)
@@ -83,7 +78,7 @@ public:
                 --depth;
                 continue;
             }
-            if (theCount == maximumOutlineEntries || !hasRoom(theTargetTexts)) {
+            if (theEntries.size() == maximumOutlineEntries || !theTexts.hasRoom()) {
                 theOutlineIsCut = true;
                 return;
             }
@@ -97,34 +92,25 @@ public:
                 theOutlineIsCut = true;
         }
     }
-    /// @param damage of the outline, whatever was left out besides.
-    void write(EngineLoss damage, PayloadWriter& result) const
-    {
-        const bool isCutAlone = theOutlineIsCut && damage == EngineLoss::isNone;
-        result.put(static_cast<std::uint8_t>(isCutAlone ? EngineLoss::isCut : damage));
-        result.put(theCount);
-        result.putBytes(theEntries.bytes().data(), theEntries.bytes().size());
-    }
+    /// Whether entries were left out.
+    bool isCut() const { return theOutlineIsCut; }
 
 private:
     void put(const fz_outline& entry, int depth)
     {
-        ++theCount;
-        theEntries.put(depth);
-        putTargetText(shortened(entry.title), theTargetTexts, theEntries);
-        putTarget(theDocument, entry.uri, theTargetTexts, theEntries);
+        std::string title = theTexts.take(entry.title);
+        theEntries.push_back({depth, std::move(title), targetOf(theDocument, entry.uri, theTexts)});
     }
 
     const EngineDocument& theDocument;
+    std::vector<EngineOutlineEntry>& theEntries;
+    TargetTexts theTexts;
     bool theOutlineIsCut = false;
-    std::uint32_t theCount = 0;
-    std::size_t theTargetTexts = 0;
-    PayloadWriter theEntries;
 };
 
 } // namespace
 
-int readLinks(const EngineDocument& document, int page, PayloadWriter& result)
+int readLinks(const EngineDocument& document, int page, LinksResult& result)
 {
     fz_context* const ctx = document.context();
     const LoadedPage loaded(document, page);
@@ -134,18 +120,14 @@ int readLinks(const EngineDocument& document, int page, PayloadWriter& result)
     const int error = attempt(ctx, [&] { links = pdf_load_links(ctx, loaded.page()); });
     if (error)
         return error;
-    PayloadWriter items;
-    std::uint32_t count = 0;
-    std::size_t targetTexts = 0;
-    for (const fz_link* link = links; link && count < maximumLinks && hasRoom(targetTexts);
-         link = link->next, ++count) {
-        for (const float edge : {link->rect.x0, link->rect.y0, link->rect.x1, link->rect.y1})
-            items.put(sound(edge));
-        putTarget(document, link->uri, targetTexts, items);
+    TargetTexts texts;
+    for (const fz_link* link = links; link && result.links.size() < maximumLinks && texts.hasRoom();
+         link = link->next) {
+        const fz_rect& area = link->rect;
+        result.links.push_back({sound(area.x0), sound(area.y0), sound(area.x1), sound(area.y1),
+            targetOf(document, link->uri, texts)});
     }
     fz_drop_link(ctx, links);
-    result.put(count);
-    result.putBytes(items.bytes().data(), items.bytes().size());
     return FZ_ERROR_NONE;
 }
 
@@ -214,17 +196,19 @@ EngineLoss outlineDamage(const EngineDocument& document)
 
 } // namespace
 
-int readOutline(const EngineDocument& document, PayloadWriter& result)
+int readOutline(const EngineDocument& document, OutlineResult& result)
 {
     fz_context* const ctx = document.context();
     fz_outline* outline = nullptr;
     const int error = attempt(ctx, [&] { outline = pdf_load_outline(ctx, document.document()); });
     if (error)
         return error;
-    OutlineWriter writer(document);
-    writer.add(outline);
-    writer.write(outlineDamage(document), result);
+    OutlineWalk walk(document, result.entries);
+    walk.add(outline);
     fz_drop_outline(ctx, outline);
+    result.loss = outlineDamage(document);
+    if (walk.isCut() && result.loss == EngineLoss::isNone)
+        result.loss = EngineLoss::isCut;
     return FZ_ERROR_NONE;
 }
 

@@ -4,7 +4,7 @@
 #include "TextLines.h"
 #include "UnreadObjects.h"
 
-#include <string>
+#include <utility>
 #include <vector>
 
 namespace tarnwick {
@@ -14,16 +14,21 @@ namespace {
 /// Characters of the same look.
 struct Run
 {
-    std::uint32_t start = 0;
-    std::uint32_t length = 0;
     TextStyle style;
+    std::uint32_t length = 0;
 };
+
+EngineQuad quadOf(const fz_quad& quad)
+{
+    const auto point = [](const fz_point& corner) { return EngineQuad::Point{corner.x, corner.y}; };
+    return {{point(quad.ul), point(quad.ur), point(quad.lr), point(quad.ll)}};
+}
 
 /// Collects a page's characters.
 class TextCollector
 {
 public:
-    explicit TextCollector(int detail)
+    explicit TextCollector(EngineTextDetail detail)
         : theDetail(detail)
     {
     }
@@ -35,7 +40,8 @@ public:
             add(one);
         addLineEnd();
     }
-    void write(fz_context* ctx, PayloadWriter& result) const;
+    /// Hands over what has been collected, for good.
+    void finish(fz_context* ctx, TextResult& result);
     /// Whether characters were left out, the page having more than maximumPageCharacters.
     bool isCut() const { return theTextIsCut; }
     bool isEmpty() const { return theText.empty(); }
@@ -44,10 +50,10 @@ private:
     void addLineEnd() { add({U'\n', {}, theRuns.empty() ? TextStyle{} : theRuns.back().style}); }
     void add(const TextCharacter& one);
 
-    int theDetail;
+    EngineTextDetail theDetail;
     bool theTextIsCut = false;
-    std::u32string theText;
-    std::vector<fz_quad> theQuads;
+    std::vector<char32_t> theText;
+    std::vector<EngineQuad> theQuads;
     std::vector<Run> theRuns;
 };
 
@@ -57,55 +63,46 @@ void TextCollector::add(const TextCharacter& one)
         theTextIsCut = theTextIsCut || one.character != U'\n';
         return;
     }
-    if (theDetail == 2) {
+    if (theDetail == EngineTextDetail::isWithAttributes) {
         const bool isNew = theRuns.empty() || theRuns.back().style != one.style;
         if (isNew && theRuns.size() < maximumTextRuns)
-            theRuns.push_back({static_cast<std::uint32_t>(theText.size()), 0, one.style});
+            theRuns.push_back({one.style});
         ++theRuns.back().length;
     }
-    if (theDetail == 1)
-        theQuads.push_back(one.quad);
-    theText += one.character;
+    if (theDetail == EngineTextDetail::isWithQuads)
+        theQuads.push_back(quadOf(one.quad));
+    theText.push_back(one.character);
 }
 
-std::string_view fontName(fz_context* ctx, fz_font* font)
+EngineTextRun runOf(fz_context* ctx, const TextStyle& style)
 {
-    return font ? std::string_view(fz_font_name(ctx, font)).substr(0, longestFontName)
-                : std::string_view();
-}
-
-void TextCollector::write(fz_context* ctx, PayloadWriter& result) const
-{
-    result.put(static_cast<std::uint32_t>(theText.size()));
-    result.putBytes(theText.data(), theText.size() * sizeof(char32_t));
-    for (const fz_quad& quad : theQuads) {
-        for (const fz_point& corner : {quad.ul, quad.ur, quad.lr, quad.ll}) {
-            result.put(corner.x);
-            result.put(corner.y);
-        }
+    EngineTextRun run;
+    run.size = style.size;
+    run.colour = style.colour;
+    if (style.font) {
+        run.isBold = fz_font_is_bold(ctx, style.font) != 0;
+        run.isItalic = fz_font_is_italic(ctx, style.font) != 0;
+        run.fontName = fz_font_name(ctx, style.font);
     }
-    if (theDetail != 2)
-        return;
-    result.put(static_cast<std::uint32_t>(theRuns.size()));
+    return run;
+}
+
+void TextCollector::finish(fz_context* ctx, TextResult& result)
+{
+    result.characters = std::move(theText);
+    result.quads = std::move(theQuads);
     for (const Run& run : theRuns) {
-        fz_font* const font = run.style.font;
-        const bool isBold = font && fz_font_is_bold(ctx, font);
-        const bool isItalic = font && fz_font_is_italic(ctx, font);
-        result.put(run.start);
-        result.put(run.length);
-        result.put(run.style.size);
-        result.put(static_cast<std::uint8_t>((isBold ? 1 : 0) | (isItalic ? 2 : 0)));
-        result.put(run.style.colour);
-        result.putText(fontName(ctx, font));
+        result.runs.push_back(runOf(ctx, run.style));
+        result.runs.back().length = run.length;
     }
 }
 
 } // namespace
 
-int readPageText(const EngineDocument& document, int page, int detail, PayloadWriter& result)
+int readPageText(const EngineDocument& document, const TextRequest& request, TextResult& result)
 {
     fz_context* const ctx = document.context();
-    const LoadedPage loaded(document, page);
+    const LoadedPage loaded(document, request.page);
     if (!loaded.page())
         return loaded.error();
     fz_stext_page* text = nullptr;
@@ -126,17 +123,16 @@ int readPageText(const EngineDocument& document, int page, int detail, PayloadWr
     if (error != FZ_ERROR_MEMORY && device)
         error = FZ_ERROR_NONE; // what came before the damage is text as well
     if (!error) {
-        TextCollector collector(detail);
+        TextCollector collector(request.detail);
         visitLines(*text, [&collector](const TextLine& line, bool beginsBlock) {
             collector.addLine(line, beginsBlock);
         });
-        EngineLoss loss = contentLoss(document, loaded.page()->obj);
+        result.loss = contentLoss(document, loaded.page()->obj);
         if (collector.isCut())
-            loss = EngineLoss::isCut;
-        else if (isDamaged || (loss == EngineLoss::isDamaged && !collector.isEmpty()))
-            loss = EngineLoss::isDamagedInPart;
-        result.put(static_cast<std::uint8_t>(loss));
-        collector.write(ctx, result);
+            result.loss = EngineLoss::isCut;
+        else if (isDamaged || (result.loss == EngineLoss::isDamaged && !collector.isEmpty()))
+            result.loss = EngineLoss::isDamagedInPart;
+        collector.finish(ctx, result);
     }
     fz_drop_stext_page(ctx, text);
     return error;

@@ -10,7 +10,7 @@ namespace tarnwick {
 namespace {
 
 /// From page space to the pixels of the view, whose origin is the turned page's upper left corner.
-fz_matrix viewMatrix(const TileOrder& order, const PageGeometry& geometry)
+fz_matrix viewMatrix(const TileRequest& order, const PageGeometry& geometry)
 {
     fz_matrix turn = fz_identity;
     switch (order.rotation & 3) {
@@ -31,22 +31,21 @@ fz_matrix viewMatrix(const TileOrder& order, const PageGeometry& geometry)
 }
 
 /// Three bytes a pixel from MuPDF, four for the program.
-void appendPixels(const fz_pixmap* pixmap, PayloadWriter& result)
+std::vector<std::uint32_t> pixelsOf(const fz_pixmap* pixmap)
 {
-    std::string row(static_cast<std::size_t>(pixmap->w) * 4, '\xff');
-    result.reserve(row.size() * static_cast<std::size_t>(pixmap->h));
+    std::vector<std::uint32_t> pixels(
+        static_cast<std::size_t>(pixmap->w) * static_cast<std::size_t>(pixmap->h));
+    auto pixel = pixels.begin();
     for (int y = 0; y < pixmap->h; ++y) {
         const unsigned char* sample = pixmap->samples + pixmap->stride * y;
-        for (std::size_t x = 0; x < row.size(); x += 4, sample += 3) {
-            row[x] = static_cast<char>(sample[0]);
-            row[x + 1] = static_cast<char>(sample[1]);
-            row[x + 2] = static_cast<char>(sample[2]);
-        }
-        result.putBytes(row.data(), row.size());
+        for (int x = 0; x < pixmap->w; ++x, sample += 3, ++pixel)
+            *pixel = 0xff000000u | std::uint32_t{sample[2]} << 16 | std::uint32_t{sample[1]} << 8
+                | std::uint32_t{sample[0]};
     }
+    return pixels;
 }
 
-bool isPart(const TileOrder& order, const PageGeometry& geometry)
+bool isPart(const TileRequest& order, const PageGeometry& geometry)
 {
     const bool isTurned = (order.rotation & 1) != 0;
     const double width = (isTurned ? geometry.height : geometry.width) * order.scale;
@@ -92,7 +91,7 @@ void PageTiles::keepPage(pdf_page* page, int index)
     theList = list;
 }
 
-int PageTiles::draw(const TileOrder& order, PayloadWriter& result)
+int PageTiles::draw(const TileRequest& order, TileResult& result)
 {
     fz_context* const ctx = theDocument.context();
     if (order.page != theKeptPage)
@@ -131,7 +130,7 @@ int PageTiles::draw(const TileOrder& order, PayloadWriter& result)
     if (error != FZ_ERROR_MEMORY && device)
         error = FZ_ERROR_NONE;
     if (!error)
-        appendPixels(pixmap, result);
+        result.pixels = pixelsOf(pixmap);
     fz_drop_pixmap(ctx, pixmap);
     return error;
 }

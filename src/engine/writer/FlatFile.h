@@ -4,7 +4,7 @@
 #include "FlatOutput.h"
 #include "FlatStream.h"
 #include "LongNames.h"
-#include "protocol/EngineProtocol.h"
+#include "protocol/EngineLoss.h"
 
 #include <functional>
 #include <initializer_list>

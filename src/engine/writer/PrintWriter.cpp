@@ -41,7 +41,7 @@ std::string shownBox(const PageGeometry& geometry)
 } // namespace
 
 PrintWriter::PrintWriter(
-    const EngineDocument& document, const PrintOrder& order, int descriptor, Progress progress)
+    const EngineDocument& document, const PrintRequest& order, int descriptor, Progress progress)
     : FlatFile(document, FlatStructure::isPlain, descriptor)
     , theOrder(order)
     , theProgress(std::move(progress))
@@ -63,7 +63,7 @@ int PrintWriter::write()
     const auto total = static_cast<int>(theOrder.sheets.size());
     std::vector<int> kids;
     writeHeader();
-    for (const PrintSheet& sheet : theOrder.sheets) {
+    for (const EngineSheet& sheet : theOrder.sheets) {
         const int number = theObjects.reserve();
         writeSheet(sheet, number, pages);
         writeReached();
@@ -128,7 +128,7 @@ void PrintWriter::writeCatalog(int number, int pages)
 
 // --- Sheets --------------------------------------------------------------------------------------
 
-void PrintWriter::writeSheet(const PrintSheet& sheet, int number, int parent)
+void PrintWriter::writeSheet(const EngineSheet& sheet, int number, int parent)
 {
     const Form& form = formOf(sheet.page);
     std::string entries = "/Resources << >> ";
@@ -138,7 +138,7 @@ void PrintWriter::writeSheet(const PrintSheet& sheet, int number, int parent)
     writeObject(number, "<< /Type /Page /Parent " + reference(parent) + " " + entries + ">>");
 }
 
-int PrintWriter::contentsOf(const PrintSheet& sheet, const Form& form)
+int PrintWriter::contentsOf(const EngineSheet& sheet, const Form& form)
 {
     int& number = theContents[{
         static_cast<double>(sheet.page), sheet.x, sheet.y, sheet.width, sheet.height, sheet.scale}];

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "FlatFile.h"
+#include "protocol/FileMessages.h"
 
 #include <array>
 #include <map>
@@ -10,22 +11,6 @@
 #include <vector>
 
 namespace tarnwick {
-
-/// A part of a page on a sheet of paper.
-struct PrintSheet
-{
-    int page = 0; ///< index from 0
-    double x = 0, y = 0, width = 0, height = 0; ///< in points of the page as it is scaled
-    double scale = 1; ///< points of paper for a point of the page
-};
-
-/// What is to be printed on which paper, in points.
-struct PrintOrder
-{
-    double width = 0, height = 0; ///< of the paper
-    double left = 0, top = 0; ///< where the parts of pages begin
-    std::vector<PrintSheet> sheets;
-};
 
 /// Writes sheets of paper as a PDF file: a page for each, which clips to its part and paints the
 /// document's page as a form (ISO 32000-1, 8.10). Text stays text and lines stay lines, under the
@@ -38,8 +23,8 @@ class PrintWriter : public FlatFile
 {
 public:
     /// @param order borrowed. @param descriptor borrowed, written from its position on.
-    PrintWriter(
-        const EngineDocument& document, const PrintOrder& order, int descriptor, Progress progress);
+    PrintWriter(const EngineDocument& document, const PrintRequest& order, int descriptor,
+        Progress progress);
     ~PrintWriter();
 
     /// @returns FZ_ERROR_NONE, FZ_ERROR_MEMORY when memory or room for the file ran out.
@@ -70,7 +55,7 @@ private:
         EngineLoss loss = EngineLoss::isNone; ///< of every page that shares it
     };
 
-    void writeSheet(const PrintSheet& sheet, int number, int parent);
+    void writeSheet(const EngineSheet& sheet, int number, int parent);
     void writePages(int number, const std::vector<int>& kids);
     void writeCatalog(int number, int pages);
     void writeReached();
@@ -89,14 +74,14 @@ private:
     std::string resourcesEntry(pdf_obj* page);
     int innerResources(pdf_obj* resources);
     std::string groupEntry(pdf_obj* page);
-    int contentsOf(const PrintSheet& sheet, const Form& form);
+    int contentsOf(const EngineSheet& sheet, const Form& form);
 
     bool mayHaveMarks(pdf_obj* page) const;
     std::vector<Mark> marksOf(int page);
     Mark markOf(pdf_annot* annotation);
     int appearanceForm(pdf_obj* appearance);
 
-    const PrintOrder& theOrder;
+    const PrintRequest& theOrder;
     Progress theProgress;
     int theError = FZ_ERROR_NONE;
     EngineLoss theLoss = EngineLoss::isNone; ///< of the page that is being made into a form

@@ -3,6 +3,7 @@
 #include "pdf/PDFLosses.h"
 
 #include "pdf/PDFQuad.h"
+#include "protocol/EngineTextDetail.h"
 
 #include <QColor>
 #include <QList>
@@ -52,11 +53,6 @@ struct PDFPageText
 };
 
 /// What a text request is to deliver besides the strings.
-enum class PDFTextDetail
-{
-    isPlain,
-    isWithQuads,
-    isWithAttributes,
-};
+using PDFTextDetail = EngineTextDetail;
 
 } // namespace tarnwick

@@ -7,18 +7,17 @@ namespace tarnwick {
 
 /// How much the PDF engine may be asked for and may answer.
 ///
-/// The engine keeps to these limits while it writes an answer, and the program refuses an answer
-/// that does not: a file that has taken the engine over is held by them as well. A limit that only
-/// one of the two ends knows is none.
-
-constexpr std::uint32_t maximumRequestSize = 64u << 20; ///< a million sheets to print
-constexpr std::uint32_t maximumAnswerSize = 160u << 20;
+/// Most of them stand in the description of a field (EngineMessages.h), from which both ends have
+/// them: the engine keeps to them while it writes an answer, and the program refuses an answer that
+/// does not, so that a file that has taken the engine over is held by them as well.
 
 constexpr int maximumPageCount = 4'000'000;
 constexpr int maximumMeasuredPages = 1000; ///< pages that are measured in one go
 constexpr int maximumTileSide = 4096; ///< pixels
-/// Bytes of a sheet in isPrint.
-constexpr std::size_t printSheetSize = sizeof(int) + 5 * sizeof(double);
+constexpr int maximumTilePlace = 1 << 28; ///< pixels from a page's corner
+constexpr std::size_t maximumSheets = 1'000'000; ///< to print in one go
+/// Bytes of a password: of those that files take, the first 127 count (ISO 32000-2, 7.6.4.3.3).
+constexpr std::size_t longestPassword = 4096;
 
 /// Characters of one page's text; what follows is left out. The longest real pages have some
 /// 50,000.

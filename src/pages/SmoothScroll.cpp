@@ -1,5 +1,7 @@
 #include "SmoothScroll.h"
 
+namespace tarnwick {
+
 namespace {
 
 constexpr int period = 12; ///< milliseconds
@@ -36,3 +38,5 @@ void SmoothScroll::step()
         stop();
     emit moved(step);
 }
+
+} // namespace tarnwick

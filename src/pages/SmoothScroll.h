@@ -4,6 +4,8 @@
 #include <QPointF>
 #include <QTimer>
 
+namespace tarnwick {
+
 /// Takes a view along a way in steps that grow smaller, so that the eye can follow.
 class SmoothScroll : public QObject
 {
@@ -29,3 +31,5 @@ private:
     QTimer theTimer;
     QPointF theLeft;
 };
+
+} // namespace tarnwick

@@ -173,6 +173,10 @@ void TestPDFView::oneNotchGoesOneWay_data()
         view.setCurrentSelection(PDFSelection(PDFSelection::Range{0, 0, 5}), false);
         view.scrollSelectionToVisible();
     });
+    QTest::newRow("while a match is still to be found on its page") << Deed([](PDFView& view) {
+        view.setCurrentSelection(PDFSelection(PDFSelection::Range{5, 0, 5}), false);
+        view.scrollSelectionToVisible();
+    });
     QTest::newRow("in another document") << Deed([](PDFView& view) {
         PDFDocument* const document = view.document();
         view.setDocument(nullptr, nullptr);

@@ -1,6 +1,7 @@
 #include "Windows.h"
 
 #include "AppDelegate.h"
+#include "bytes/BytesViewController.h"
 #include "frame/DocumentWindow.h"
 #include "help/HelpViewController.h"
 #include "inspector/SourceViewController.h"
@@ -21,6 +22,10 @@ void registerWindows(AppDelegate& delegate)
     windows.add(WindowIdentifiers::source, [&delegate](Document* document) {
         return delegate.makeWindow(
             WindowIdentifiers::source, document, new SourceViewController(document, &delegate));
+    });
+    windows.add(WindowIdentifiers::bytes, [&delegate](Document* document) {
+        return delegate.makeWindow(
+            WindowIdentifiers::bytes, document, new BytesViewController(document));
     });
     delegate.plainWindowRegistry().add(WindowIdentifiers::help, [&delegate](void*) {
         return delegate.makeWindow(WindowIdentifiers::help, nullptr, new HelpViewController);

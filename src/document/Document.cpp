@@ -1,11 +1,14 @@
 #include "document/Document.h"
 
+#include "document/BytesDisplay.h"
 #include "export/DocumentExport.h"
 #include "export/VersionExport.h"
 #include "frame/DocumentWindow.h"
 #include "versions/IncrementalUpdate.h"
 
 #include <QWidget>
+
+#include <algorithm>
 
 namespace tarnwick {
 
@@ -66,6 +69,8 @@ bool Document::validateCommand(const QString& command) const
         return isIncr();
     if (command == QLatin1String("openSource"))
         return theRegistry->knows(WindowIdentifiers::source);
+    if (command == QLatin1String("openBytes"))
+        return theRegistry->knows(WindowIdentifiers::bytes);
     if (command == QLatin1String("openPlainPDF"))
         return theRegistry->knows(WindowIdentifiers::plainPDF);
     return true;
@@ -74,6 +79,26 @@ bool Document::validateCommand(const QString& command) const
 void Document::openSource()
 {
     showNewWindow(WindowIdentifiers::source);
+}
+
+void Document::openBytes()
+{
+    showNewWindow(WindowIdentifiers::bytes);
+}
+
+void Document::showBytes(std::size_t offset, std::size_t length)
+{
+    const auto isForBytes = [](const DocumentWindow* window) {
+        return window->identifier() == WindowIdentifiers::bytes;
+    };
+    if (std::none_of(windows().begin(), windows().end(), isForBytes))
+        openBytes();
+    const auto latest = std::find_if(windows().rbegin(), windows().rend(), isForBytes);
+    if (latest == windows().rend())
+        return;
+    (*latest)->bringUp();
+    if (auto* const display = dynamic_cast<BytesDisplay*>((*latest)->content()))
+        display->goTo(offset, length);
 }
 
 void Document::openPlainPDF()

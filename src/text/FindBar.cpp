@@ -15,7 +15,7 @@ namespace tarnwick {
 FindBar::FindBar(QWidget* parent)
     : QFrame(parent)
     , theField(new QLineEdit)
-    , theCaseBox(new QCheckBox(tr("&Match case")))
+    , theBox(new QCheckBox(tr("&Match case")))
     , theStatus(new QLabel)
 {
     setAutoFillBackground(true);
@@ -26,8 +26,7 @@ FindBar::FindBar(QWidget* parent)
     layout->setSpacing(4);
     theField->setObjectName(u"findField"_s);
     theField->setMaxLength(longestText);
-    theField->setPlaceholderText(tr("Find in text"));
-    theField->setAccessibleName(tr("Find in text"));
+    setPrompt(tr("Find in text"));
     theField->setClearButtonEnabled(true);
     theField->setMinimumWidth(80);
     theField->setMaximumWidth(420);
@@ -44,8 +43,8 @@ FindBar::FindBar(QWidget* parent)
     next->setToolTip(tr("Next match (F3)"));
     connect(next, &QToolButton::clicked, this, &FindBar::nextWanted);
 
-    layout->addWidget(theCaseBox);
-    connect(theCaseBox, &QCheckBox::toggled, this, &FindBar::wantedChanged);
+    layout->addWidget(theBox);
+    connect(theBox, &QCheckBox::toggled, this, &FindBar::wantedChanged);
     theStatus->setObjectName(u"findStatus"_s);
     theStatus->setAccessibleDescription(tr("Search result")); // its name is what it says
     theStatus->setMinimumWidth(10);
@@ -80,7 +79,31 @@ void FindBar::setText(const QString& text)
 
 Qt::CaseSensitivity FindBar::sensitivity() const
 {
-    return theCaseBox->isChecked() ? Qt::CaseSensitive : Qt::CaseInsensitive;
+    return theBox->isChecked() ? Qt::CaseSensitive : Qt::CaseInsensitive;
+}
+
+void FindBar::setBox(const QString& title, const QString& toolTip)
+{
+    theBox->setText(title);
+    theBox->setToolTip(toolTip);
+    setBoxChecked(false);
+}
+
+bool FindBar::isBoxChecked() const
+{
+    return theBox->isChecked();
+}
+
+void FindBar::setBoxChecked(bool checked)
+{
+    const QSignalBlocker blocker(theBox);
+    theBox->setChecked(checked);
+}
+
+void FindBar::setPrompt(const QString& prompt)
+{
+    theField->setPlaceholderText(prompt);
+    theField->setAccessibleName(prompt);
 }
 
 void FindBar::edit()

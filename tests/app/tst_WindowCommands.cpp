@@ -123,7 +123,7 @@ void TestWindowCommands::menusOfferTheSameByKeyAndMouse_data()
     QTest::addColumn<QString>("focus");
     QTest::addColumn<QString>("edit");
     QTest::addColumn<QString>("view");
-    const QString windows = u"openSource openPlainPDF "_s;
+    const QString windows = u"openSource openBytes openPlainPDF "_s;
     const QString pages
         = u"zoomIn zoomOut actualSize autoZoom fitPage rotateClockwise rotateCounterclockwise"_s;
     const QString find = u"selectAll performFind doFindNext doFindPrev"_s;
@@ -139,6 +139,8 @@ void TestWindowCommands::menusOfferTheSameByKeyAndMouse_data()
         QTest::addRow("inspector, %s", qPrintable(pane))
             << WindowIdentifiers::source << pane << find
             << windows + u"zoomIn zoomOut actualSize toggleWrap"_s;
+    QTest::newRow("bytes") << WindowIdentifiers::bytes << u"bytesView"_s << find
+                           << windows + u"zoomIn zoomOut actualSize"_s;
     QTest::newRow("plain window") << WindowIdentifiers::plainPDF << u"thePDFView"_s
                                   << u"selectAll"_s << windows + pages;
     QTest::newRow("help") << WindowIdentifiers::help << u"helpPDFView"_s << u"selectAll"_s << pages;

@@ -8,6 +8,7 @@
 #include "pdf/PDFDocumentText.h"
 #include "work/Work.h"
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 
@@ -43,6 +44,10 @@ public:
     void unlock(const QString& password) override;
     void makeWindowControllers() override;
 
+    /// Shows bytes of the file, selected, in the latest of its windows for bytes, which comes to
+    /// the front; in a new one where there is none.
+    void showBytes(std::size_t offset, std::size_t length);
+
     /// "exportPDFversions" is possible exactly while isIncr(), a command that opens a window while
     /// the registry makes such windows, every other command always.
     Q_INVOKABLE bool validateCommand(const QString& command) const;
@@ -50,6 +55,8 @@ public:
 public slots:
     /// Opens a further source inspector.
     void openSource();
+    /// Opens a further window for the file's bytes.
+    void openBytes();
     /// Opens a further plain PDF window.
     void openPlainPDF();
     /// Each runs its panel and writes when that is answered (VersionExport, DocumentExport).

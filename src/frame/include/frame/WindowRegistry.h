@@ -41,6 +41,7 @@ private:
 namespace WindowIdentifiers {
 inline const QString document = QStringLiteral("Document Window Controller");
 inline const QString source = QStringLiteral("SourceWindowController");
+inline const QString bytes = QStringLiteral("BytesWindowController");
 inline const QString plainPDF = QStringLiteral("PlainPDFWindowController");
 inline const QString help = QStringLiteral("Help Window Controller");
 }

@@ -28,6 +28,14 @@ public:
     void setText(const QString& text);
     Qt::CaseSensitivity sensitivity() const;
 
+    /// Has the box mean something else than the use of case; it is unchecked then.
+    void setBox(const QString& title, const QString& toolTip);
+    bool isBoxChecked() const;
+    /// Checks it or not without telling anyone.
+    void setBoxChecked(bool checked);
+    /// What the field asks for while it is empty, and its name for screen readers.
+    void setPrompt(const QString& prompt);
+
     /// Gives the keyboard to the field, its text selected.
     void edit();
 
@@ -54,7 +62,7 @@ private:
     QToolButton* addButton(const QString& name);
 
     QLineEdit* theField;
-    QCheckBox* theCaseBox;
+    QCheckBox* theBox; ///< of the use of case, at first
     QLabel* theStatus;
 };
 

@@ -125,42 +125,6 @@ std::optional<std::int64_t> ObjectSource::wholeNumber() const
 
 namespace {
 
-bool endstreamFollows(std::string_view bytes, std::size_t position)
-{
-    while (position < bytes.size() && isSourceSpace(bytes[position]))
-        ++position;
-    return bytes.substr(position).starts_with(LineWord::endstream);
-}
-
-} // namespace
-
-StoredStream findStream(std::string_view bytes, ByteRange object, const ObjectSource& source,
-    std::optional<std::int64_t> length)
-{
-    StoredStream stream;
-    stream.length = length;
-    const std::size_t begin = *source.streamBegin();
-    const std::size_t most = bytes.size() - begin;
-    if (length && *length >= 0 && static_cast<std::uint64_t>(*length) <= most) {
-        stream.range = {begin, begin + static_cast<std::size_t>(*length)};
-        if (endstreamFollows(bytes, stream.range.end))
-            return stream;
-    }
-    const std::size_t objectEnd = std::max(begin, object.end);
-    std::size_t end = bytes.substr(0, objectEnd).find(LineWord::endstream, begin);
-    stream.end = end == std::string_view::npos ? StoredStream::End::isMissing
-                                               : StoredStream::End::isKeyword;
-    end = std::min(end, objectEnd);
-    if (end > begin && bytes[end - 1] == '\n')
-        --end;
-    if (end > begin && bytes[end - 1] == '\r')
-        --end;
-    stream.range = {begin, end};
-    return stream;
-}
-
-namespace {
-
 /// The way from an object's value down to where a walk over its tokens stands.
 class ValuePath
 {

@@ -1,6 +1,6 @@
 #include "analysis/ObjectUsers.h"
 
-#include "CodeScan.h"
+#include "RecordCursor.h"
 #include "analysis/ReferenceScan.h"
 #include "analysis/SourceLexer.h"
 
@@ -70,11 +70,10 @@ class Search
 {
 public:
     Search(const pdfObjectCatalog& catalog, std::int64_t objNo)
-        : theCatalog(catalog)
-        , theText(catalog.bytes())
+        : theText(catalog.bytes())
         , theNumber(objNo)
         , theDigits(std::to_string(objNo))
-        , theCode(theText)
+        , theCursor(catalog)
     {
     }
 
@@ -127,47 +126,17 @@ private:
         const std::optional<ScannedReference> found = ReferenceScan::endingAt(theText, letter);
         if (!found || found->objNo != theNumber)
             return;
-        moveTo(found->begin);
-        if (!theCode.isCode(region(found->begin), found->begin))
+        if (!theCursor.isCode(found->begin))
             return;
         ++theUses.count;
-        if (theUses.uses.size() == ObjectUses::mostKept)
-            return;
-        const bool isInRecord = theRecord < theCatalog.size() && theRange.begin <= found->begin;
-        theUses.uses.push_back(
-            {found->begin, found->objGen, isInRecord ? std::optional(theRecord) : std::nullopt});
+        if (theUses.uses.size() < ObjectUses::mostKept)
+            theUses.uses.push_back({found->begin, found->objGen, theCursor.record(found->begin)});
     }
 
-    /// Finds the first record that ends behind an offset: mostly the same as last time, or soon
-    /// behind that.
-    void moveTo(std::size_t offset)
-    {
-        constexpr std::size_t mostSteps = 8;
-        for (std::size_t steps = 0; offset >= theRange.end; ++steps) {
-            theRecord = theHasRange && steps < mostSteps ? theRecord + 1
-                                                         : theCatalog.firstEndingBehind(offset);
-            theHasRange = true;
-            theRange = theRecord < theCatalog.size() ? theCatalog.object(theRecord).range()
-                                                     : ByteRange{theText.size(), theText.size()};
-        }
-    }
-
-    /// The record, or what stands before it and behind the one before that.
-    ByteRange region(std::size_t offset) const
-    {
-        if (theRange.begin <= offset)
-            return theRange;
-        return {theRecord > 0 ? theCatalog.object(theRecord - 1).range().end : 0, theRange.begin};
-    }
-
-    const pdfObjectCatalog& theCatalog;
     std::string_view theText;
     std::int64_t theNumber;
     std::string theDigits;
-    CodeScan theCode;
-    std::size_t theRecord = 0;
-    ByteRange theRange; ///< of that record
-    bool theHasRange = false;
+    RecordCursor theCursor;
     ObjectUses theUses;
 };
 

@@ -2,30 +2,55 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <string_view>
+#include <system_error>
+#include <utility>
 
 namespace tarnwick {
 
 namespace {
 
-/// A command and the options that it takes besides its file.
+/// What a command takes besides its file, as bits.
+enum Taken : unsigned
+{
+    json = 1u << 0,
+    exportFolder = 1u << 1,
+    output = 1u << 2, ///< and needs it
+    object = 1u << 3, ///< an object's number, which it needs
+    generation = 1u << 4,
+    oneVersion = 1u << 5, ///< --at-version, --raw
+};
+
 struct Command
 {
     std::string_view name;
-    bool json;
-    bool exportFolder;
-    bool output; ///< and needs it
+    unsigned takes = 0;
 };
 
 constexpr std::array commands{
-    Command{"listing", true, false, false},
-    Command{"objects", true, false, false},
-    Command{"summary", false, false, false},
-    Command{"versions", true, true, false},
-    Command{"flat", true, false, true},
-    Command{"text", true, false, true},
-    Command{"rtf", true, false, true},
+    Command{"listing", json},
+    Command{"objects", json},
+    Command{"summary", 0},
+    Command{"versions", json | exportFolder},
+    Command{"object", json | object | generation | oneVersion},
+    Command{"uses", json | object},
+    Command{"tree", json},
+    Command{"flat", json | output},
+    Command{"text", json | output},
+    Command{"rtf", json | output},
 };
+
+/// A number that a saved version, an object or a generation can have.
+std::optional<std::int64_t> countingNumber(const std::string& word)
+{
+    std::int64_t number = 0;
+    const char* end = word.data() + word.size();
+    const auto [stop, error] = std::from_chars(word.data(), end, number);
+    if (error != std::errc() || stop != end || number < 0)
+        return std::nullopt;
+    return number;
+}
 
 /// Goes through the words, putting each where it belongs.
 class Parser
@@ -67,6 +92,10 @@ private:
             theOptionsAreOver = true;
         else if (word == "--json")
             theArguments.json = true;
+        else if (word == "--raw")
+            theArguments.raw = true;
+        else if (word == "--at-version")
+            return takeNumber(word, theArguments.atVersion);
         else if (word == "--help" || word == "-h")
             theArguments.wantsHelp = true;
         else if (word == "--version")
@@ -90,44 +119,78 @@ private:
         return true;
     }
 
+    bool takeNumber(const std::string& option, std::optional<std::int64_t>& value)
+    {
+        std::optional<std::string> word;
+        if (!takeValue(option, word))
+            return false;
+        value = countingNumber(*word);
+        return value || fail(option + " needs a number, not " + *word);
+    }
+
     bool takeOperand(const std::string& word)
     {
-        if (theOperands == 0)
-            theArguments.command = word;
-        else if (theOperands == 1)
-            theArguments.file = word;
-        else
-            return fail("more than one file");
-        ++theOperands;
+        theOperands.push_back(word);
         return true;
     }
 
     bool check()
     {
-        if (theOperands == 0)
+        if (theOperands.empty())
             return fail("no command");
+        theArguments.command = theOperands[0];
         const auto command = std::find_if(commands.begin(), commands.end(),
             [this](const Command& c) { return c.name == theArguments.command; });
         if (command == commands.end())
             return fail("unknown command " + theArguments.command);
-        if (theOperands < 2)
+        if (theOperands.size() < 2)
             return fail("no file");
-        if (theArguments.json && !command->json)
-            return fail(theArguments.command + " has no --json");
-        if (theArguments.exportFolder && !command->exportFolder)
-            return fail(theArguments.command + " has no --export");
-        if (theArguments.output.has_value() != command->output)
-            return fail(theArguments.command + (command->output ? " needs -o OUT" : " has no -o"));
-        if (theArguments.passwordFile && !command->output)
-            return fail(theArguments.command + " has no --password-file");
+        theArguments.file = theOperands[1];
+        return checkOptions(command->takes) && takeObject(command->takes);
+    }
+
+    bool checkOptions(unsigned takes)
+    {
+        const bool writes = (takes & Taken::output) != 0;
+        const std::array<std::pair<bool, std::string>, 5> refused{{
+            {theArguments.json && (takes & Taken::json) == 0, "--json"},
+            {theArguments.exportFolder && (takes & Taken::exportFolder) == 0, "--export"},
+            {theArguments.passwordFile && !writes, "--password-file"},
+            {theArguments.raw && (takes & Taken::oneVersion) == 0, "--raw"},
+            {theArguments.atVersion && (takes & Taken::oneVersion) == 0, "--at-version"},
+        }};
+        for (const auto& [isRefused, option] : refused) {
+            if (isRefused)
+                return fail(theArguments.command + " has no " + option);
+        }
+        if (theArguments.output.has_value() != writes)
+            return fail(theArguments.command + (writes ? " needs -o OUT" : " has no -o"));
+        if (theArguments.raw && theArguments.json)
+            return fail("--raw and --json exclude each other");
         return true;
+    }
+
+    /// The operands behind the file.
+    bool takeObject(unsigned takes)
+    {
+        const std::size_t numbers = ((takes & Taken::object) != 0 ? 1u : 0u)
+            + ((takes & Taken::generation) != 0 ? 1u : 0u);
+        if (theOperands.size() > 2 + numbers)
+            return fail(numbers == 0 ? "more than one file" : "too many numbers");
+        for (std::size_t index = 2; index < theOperands.size(); ++index) {
+            const std::optional<std::int64_t> number = countingNumber(theOperands[index]);
+            if (!number)
+                return fail("this is no object number: " + theOperands[index]);
+            (index == 2 ? theArguments.objNo : theArguments.objGen) = number;
+        }
+        return numbers == 0 || theArguments.objNo || fail("no object number");
     }
 
     const std::vector<std::string>& theWords;
     std::string& theProblem;
     Arguments theArguments;
     std::size_t theNext = 0;
-    std::size_t theOperands = 0;
+    std::vector<std::string> theOperands;
     bool theOptionsAreOver = false;
 };
 

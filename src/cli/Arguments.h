@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -12,17 +13,21 @@ enum class ExitStatus
     isDone = 0,
     isFailed = 1, ///< the file cannot be read, or the export failed
     isWrongUse = 2,
-    isIncomplete = 4, ///< done, but something of the document is missing; standard error says what
+    isIncomplete = 4, ///< done, but something is missing from it; standard error says what
 };
 
 /// The words of a command line, taken apart.
 struct Arguments
 {
-    std::string command; ///< "listing", "objects", "summary", "versions", "flat", "text", "rtf"
+    std::string command; ///< one of those that --help names
     std::string file; ///< "-" for standard input
     bool json = false; ///< --json
     bool wantsHelp = false; ///< --help or -h
     bool wantsVersion = false; ///< --version
+    std::optional<std::int64_t> objNo; ///< of the commands that take an object
+    std::optional<std::int64_t> objGen;
+    std::optional<std::int64_t> atVersion; ///< --at-version V
+    bool raw = false; ///< --raw
     std::optional<std::string> exportFolder; ///< --export FOLDER
     std::optional<std::string> output; ///< -o OUT or --output OUT
     std::optional<std::string> passwordFile; ///< --password-file FILE

@@ -1,5 +1,7 @@
 #include "PiecePrinter.h"
 
+#include "JsonText.h"
+
 #include <array>
 
 namespace tarnwick {
@@ -22,39 +24,6 @@ void appendUtf8(char16_t character, std::string& out)
         out += static_cast<char>(0x80 | ((code >> 6) & 0x3F));
         out += static_cast<char>(0x80 | (code & 0x3F));
     }
-}
-
-void appendEscaped(char16_t character, std::string& out)
-{
-    constexpr std::string_view digits = "0123456789abcdef";
-    const unsigned code = character;
-    out += "\\u";
-    for (unsigned shift = 16; shift > 0; shift -= 4)
-        out += digits[(code >> (shift - 4)) & 0xF];
-}
-
-void appendJsonCharacter(char16_t character, std::string& out)
-{
-    switch (character) {
-    case u'"':
-        out += "\\\"";
-        return;
-    case u'\\':
-        out += "\\\\";
-        return;
-    case u'\n':
-        out += "\\n";
-        return;
-    case u'\t':
-        out += "\\t";
-        return;
-    default:
-        break;
-    }
-    if (character < 0x20 || character >= 0x7F)
-        appendEscaped(character, out);
-    else
-        out += static_cast<char>(character);
 }
 
 /// C0 controls as their pictures, C1 controls as the replacement character.

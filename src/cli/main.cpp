@@ -2,6 +2,9 @@
 #include "Arguments.h"
 #include "ExportProgram.h"
 #include "FileInput.h"
+#include "ObjectCommand.h"
+#include "TreeCommand.h"
+#include "UsesCommand.h"
 #include "VersionsCommand.h"
 #include "files/LargePages.h"
 #include "files/OpenedFiles.h"
@@ -26,6 +29,11 @@ Commands:
   summary  FILE             how many objects of each kind there are
   versions FILE [--json] [--export FOLDER]
                             where the saved versions end; writes each to a file
+  object   FILE N [G] [--at-version V] [--raw | --json]
+                            object number N as it is stored; --raw: the stored
+                            bytes of its stream
+  uses     FILE N [--json]  who refers to object N
+  tree     FILE [--json]    the objects, followed from the trailer
   flat     FILE -o OUT      the document written out again by the PDF engine
   text     FILE -o OUT      its text, in UTF-8
   rtf      FILE -o OUT      its text with fonts and colours, as RTF
@@ -34,8 +42,10 @@ Options:
                  file to write; "-" for standard output
   --password-file FILE
                  first line is the document's password; else it is asked for
-  --json         one JSON object a line for every piece (versions: one in all;
-                 flat, text, rtf: one on standard error that says what is missing)
+  --at-version V the object as it was in saved version V
+  --json         one JSON object a line for every piece (listing, objects), one
+                 in all for the others (flat, text, rtf: on standard error, what
+                 is missing); docs/JSON.md describes them
   --help         this text
   --version      the program's version
 
@@ -43,8 +53,8 @@ Exit status:
   0  done
   1  the file cannot be read or the export failed
   2  wrong use
-  4  done, but something of the document is missing from what was written;
-     standard error says which pages, and why
+  4  done, but something is missing from what was written: pages of a document,
+     or objects within object streams; standard error says what, and why
 )";
 
 ExitStatus fail(ExitStatus status, const std::string& message)
@@ -67,6 +77,12 @@ ExitStatus run(const Arguments& arguments)
         return objectsCommand(arguments, *bytes);
     if (arguments.command == "summary")
         return summaryCommand(arguments, *bytes);
+    if (arguments.command == "object")
+        return objectCommand(arguments, *bytes);
+    if (arguments.command == "uses")
+        return usesCommand(arguments, *bytes);
+    if (arguments.command == "tree")
+        return treeCommand(arguments, *bytes);
     if (arguments.command == "versions")
         return versionsCommand(arguments, *bytes);
     return fail(ExitStatus::isWrongUse, "unknown command " + arguments.command);

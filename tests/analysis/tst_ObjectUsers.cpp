@@ -1,6 +1,9 @@
+#include "analysis/NameSearch.h"
 #include "analysis/ObjectKind.h"
 #include "analysis/ObjectUsers.h"
 #include "analysis/SourceText.h"
+#include "analysis/SourceTree.h"
+#include "analysis/StoredStream.h"
 
 #include <QtTest>
 
@@ -22,6 +25,9 @@ private slots:
     void findsStreams();
     void tellsTheWay();
     void tellsWhatWasReplaced();
+    void followsFromTheTrailer_data();
+    void followsFromTheTrailer();
+    void seesWhatIsHidden();
 };
 
 namespace {
@@ -219,6 +225,76 @@ void TestObjectUsers::tellsWhatWasReplaced()
     QCOMPARE(replaced(2), 0);
     QCOMPARE(replaced(3), 4);
     QCOMPARE(replaced(catalog.size() - 1), 0);
+}
+
+void TestObjectUsers::followsFromTheTrailer_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<QString>("nodes");
+    QTest::addColumn<int>("limit");
+    const auto row = [](const char* name, const QByteArray& file, const QString& nodes,
+                         TreeLimit limit = TreeLimit::isNone) {
+        QTest::newRow(name) << file << nodes << static_cast<int>(limit);
+    };
+    const auto object = [](int number, const QByteArray& body) -> QByteArray {
+        return QByteArray::number(number) + " 0 obj\n" + body + "\nendobj\n";
+    };
+    const QByteArray trailer = "trailer\n<</Root 1 0 R>>\nstartxref\n%%EOF\n";
+    row("nothing", "", QStringLiteral("none"));
+    row("a ring", object(1, "[2 0 R]") + object(2, "[1 0 R 0 0 R 2 0 R]") + trailer,
+        QStringLiteral("1:1s 2:2s 3:1l 3:0m 3:2l"));
+    row("an object twice", object(1, "[2 0 R 2 0 R]") + object(2, "3") + trailer,
+        QStringLiteral("1:1s 2:2s 2:2r"));
+    row("the version of the trailer",
+        object(1, "[2 0 R]") + trailer + object(1, "[3 0 R]") + trailer + object(1, "[4 0 R]"),
+        QStringLiteral("1:1s 2:3m"));
+    row("a list stands beside its object",
+        object(1, "<</Next 2 0 R/A 3 0 R>>") + object(2, "[]") + object(3, "[]") + trailer,
+        QStringLiteral("1:1s 1:2s 2:3s"));
+    row("a cross-reference stream",
+        object(4, "<</Type/XRef/Root 5 0 R>>\nstream\nendstream") + "startxref\n%%EOF\n",
+        QStringLiteral("1:5m"));
+    row("a catalog alone", object(4, "<</Type/Catalog/Pages 5 0 R>>"), QStringLiteral("1:5m"));
+    QByteArray deep;
+    for (int number = 1; number < 200; ++number)
+        deep += object(number, '[' + QByteArray::number(number + 1) + " 0 R]");
+    row("too deep", deep + trailer, {}, TreeLimit::isDepth);
+    QByteArray wide = '[' + QByteArray("2 0 R ").repeated(60000) + ']';
+    row("too wide", object(1, wide) + object(2, wide) + trailer, {}, TreeLimit::isNodes);
+}
+
+void TestObjectUsers::followsFromTheTrailer()
+{
+    QFETCH(QByteArray, file);
+    QFETCH(QString, nodes);
+    QFETCH(int, limit);
+    const SourceText source = scanned(file.toStdString());
+    const SourceTree tree(source.theCatalog());
+    const std::optional<pdfObject> start = tree.start();
+    QStringList found;
+    TreeLimit reached = TreeLimit::isNone;
+    if (start)
+        reached = tree.walk(*start, [&](const TreeNode& node) {
+            found.append(QStringLiteral("%1:%2").arg(node.depth).arg(node.objNo)
+                + QLatin1Char("srlm"[static_cast<std::size_t>(node.kind)]));
+        });
+    QCOMPARE(static_cast<int>(reached), limit);
+    QVERIFY(static_cast<std::size_t>(found.size()) <= SourceTree::mostNodes);
+    if (reached == TreeLimit::isNone)
+        QCOMPARE(start ? found.join(QLatin1Char(' ')) : QStringLiteral("none"), nodes);
+    else
+        QVERIFY(static_cast<std::size_t>(found.size()) >= SourceTree::mostDepth);
+}
+
+void TestObjectUsers::seesWhatIsHidden()
+{
+    const SourceText source
+        = scanned("1 0 obj\n<</Type/ObjStm/N 5>>\nstream\n/ObjStm\nendstream\nendobj\n"
+                  "2 0 obj\n<</Type/Obj#53tm/N 99999999999>>\nendobj\n"
+                  "3 0 obj\n<</A/ObjStm/B(/Type/ObjStm)/N 7>>\nendobj\n");
+    const HiddenObjects hidden = hiddenObjects(source.theCatalog());
+    QCOMPARE(hidden.streams, std::size_t{2});
+    QCOMPARE(hidden.objects, std::size_t{8388607 + 5});
 }
 
 QTEST_APPLESS_MAIN(TestObjectUsers)

@@ -29,6 +29,8 @@ private slots:
     void tellsWrongUseFromBadFiles_data();
     void tellsWrongUseFromBadFiles();
     void printsTexts();
+    void looksIntoObjects_data();
+    void looksIntoObjects();
     void escapesWhatIsNotAscii();
     void reportsAFullDisk();
     void printsTheCuts();
@@ -87,6 +89,18 @@ void TestCompanion::tellsWrongUseFromBadFiles_data()
     row("a name that begins with a dash", u"listing -- -x"_s, 1, "-x: No such file or directory");
     row("options behind the file", u"listing "_s + small + u" --json"_s, 0, "");
     row("help", u"--help"_s, 0, "");
+    row("no object", u"object "_s + small, 2, "no object number");
+    row("a word for an object", u"uses -- "_s + small + u" -1"_s, 2,
+        "this is no object number: -1");
+    row("too many numbers", u"uses "_s + small + u" 1 0"_s, 2, "too many numbers");
+    row("a version that is none", u"object "_s + small + u" 1 --at-version x"_s, 2,
+        "--at-version needs a number, not x");
+    row("two forms at once", u"object --raw --json "_s + small + u" 1"_s, 2, "exclude each other");
+    row("an object that is not there", u"object "_s + small + u" 99999999999"_s, 1,
+        "there is no object 99999999999 in the listing");
+    row("a generation that is not there", u"object "_s + small + u" 1 3"_s, 1, "there is 1 0 1");
+    row("an object without stream", u"object --raw "_s + small + u" 1"_s, 1, "has no stream");
+    row("no tree", u"tree /dev/null"_s, 1, "no trailer with a Root and no catalog");
 }
 
 void TestCompanion::tellsWrongUseFromBadFiles()
@@ -114,6 +128,65 @@ void TestCompanion::printsTexts()
         QByteArray("contains 1 objects, consisting of:\n0 pages\n1 catalogs, "
                    "0 info objects, 0 trailers.\nMaximum version = 1\n"));
     QCOMPARE(print("objects", u"-"_s, "7 0 obj\nx\nendobj\n"), QByteArray("7 0 1 x\n"));
+}
+
+void TestCompanion::looksIntoObjects_data()
+{
+    QTest::addColumn<QString>("words");
+    QTest::addColumn<QByteArray>("output");
+    QTest::addColumn<int>("status");
+    const auto row = [](const char* name, const QString& words, const QByteArray& output,
+                         int status = 0) { QTest::newRow(name) << words << output << status; };
+    const QByteArray page = "3 0 obj\n<</Type/Page/Parent 2 0 R/Contents 4 0 R>>\nendobj\n";
+    row("the latest of an object", u"object - 3"_s, page);
+    row("an earlier one", u"object - 3 --at-version 1"_s, "3 0 obj\n<</Old 9 0 R>>\nendobj\n");
+    row("a stream's source", u"object - 4 0"_s,
+        "4 0 obj\n<</Length 5 0 R>>stream\n[\u2026stream length 3\u2026]\nendstream\nendobj\n");
+    row("a stream's bytes", u"object - 4 --raw"_s,
+        "a\xFF"
+        "b");
+    row("known facts", u"object - 5 --json"_s,
+        R"({"schema":"object","schemaVersion":1,"number":5,"generation":0,"version":1,)"
+        R"("kind":"Number","replacedIn":null,"offset":191,"length":16,)"
+        R"("source":"5 0 obj\n3\nendobj","stream":null,"references":[],)"
+        R"("all":[{"generation":0,"version":1,"offset":191}]})"
+        "\n");
+    row("users", u"uses - 2"_s,
+        "30\t1 0 1\tCatalog\t/Pages\n90\t2 0 1\tPages\t/A[1]/B#20\n242\t3 0 2\tPage\t/Parent\n");
+    row("nobody", u"uses - 8"_s, "");
+    row("a tree with loops and a hole", u"tree -"_s,
+        "Trailer\n  /Root 1 0 R Catalog\n    /Pages 2 0 R Pages\n      /Kids[0] 3 0 R Page\n"
+        "        /Parent 2 0 R Pages (loop)\n        /Contents 4 0 R Stream\n"
+        "          /Length 5 0 R Number\n      /A[1]/B#20 2 0 R Pages (loop)\n"
+        "  /Info 6 0 R (no such object)\n");
+    row("what object streams hold is said", u"uses - 8 --json"_s,
+        R"({"schema":"uses","schemaVersion":1,"number":8,"count":0,"uses":[],)"
+        R"("notSeen":{"objectStreams":1,"objects":12}})"
+        "\n",
+        4);
+}
+
+void TestCompanion::looksIntoObjects()
+{
+    QFETCH(QString, words);
+    QFETCH(QByteArray, output);
+    QFETCH(int, status);
+    const QByteArray file = "1 0 obj\n<</Type/Catalog/Pages 2 0 R>>\nendobj\n"
+                            "2 0 obj\n<</Type/Pages/Kids[3 0 R]/A[1<</B#20 2 0 R>>]>>\nendobj\n"
+                            "3 0 obj\n<</Old 9 0 R>>\nendobj\n"
+                            "4 0 obj\n<</Length 5 0 R>>stream\na\xFF"
+                            "b\nendstream\nendobj\n"
+                            "5 0 obj\n3\nendobj\n%%EOF\n"
+                            "3 0 obj\n<</Type/Page/Parent 2 0 R/Contents 4 0 R>>\nendobj\n"
+                            "trailer\n<</Root 1 0 R/Info 6 0 R>>\nstartxref\n0\n%%EOF\n";
+    const QByteArray hidden = status == 4
+        ? QByteArray("7 0 obj\n<</Type/ObjStm/N 12>>\nstream\nendstream\nendobj\n")
+        : QByteArray();
+    const CompanionRun run
+        = runCompanion(words.split(QLatin1Char(' ')), {{}, hidden + file, {}, {}});
+    QCOMPARE(run.output, output);
+    QCOMPARE(run.status, status);
+    QCOMPARE(run.errors.isEmpty(), status == 0);
 }
 
 void TestCompanion::escapesWhatIsNotAscii()

@@ -1,0 +1,126 @@
+#include "JsonText.h"
+
+namespace tarnwick {
+
+namespace {
+
+/// Of all commands' forms; goes up when one changes so that a reader could misunderstand it.
+constexpr std::int64_t schemaVersion = 1;
+
+void appendEscaped(char16_t character, std::string& out)
+{
+    constexpr std::string_view digits = "0123456789abcdef";
+    const unsigned code = character;
+    out += "\\u";
+    for (unsigned shift = 16; shift > 0; shift -= 4)
+        out += digits[(code >> (shift - 4)) & 0xF];
+}
+
+} // namespace
+
+void appendJsonCharacter(char16_t character, std::string& out)
+{
+    switch (character) {
+    case u'"':
+        out += "\\\"";
+        return;
+    case u'\\':
+        out += "\\\\";
+        return;
+    case u'\n':
+        out += "\\n";
+        return;
+    case u'\t':
+        out += "\\t";
+        return;
+    default:
+        break;
+    }
+    if (character < 0x20 || character >= 0x7F)
+        appendEscaped(character, out);
+    else
+        out += static_cast<char>(character);
+}
+
+void appendJsonString(std::string_view bytes, std::string& out)
+{
+    out += '"';
+    for (const char byte : bytes)
+        appendJsonCharacter(static_cast<unsigned char>(byte), out);
+    out += '"';
+}
+
+JsonText JsonText::ofCommand(std::string_view schema)
+{
+    JsonText json;
+    json.open('{').key("schema").string(schema).key("schemaVersion").number(schemaVersion);
+    return json;
+}
+
+void JsonText::separate()
+{
+    if (theNeedsComma)
+        theText += ',';
+    theNeedsComma = true;
+}
+
+JsonText& JsonText::value(std::string_view text)
+{
+    separate();
+    theText += text;
+    return *this;
+}
+
+JsonText& JsonText::key(std::string_view name)
+{
+    separate();
+    theText += '"';
+    theText += name;
+    theText += "\":";
+    theNeedsComma = false;
+    return *this;
+}
+
+JsonText& JsonText::string(std::string_view bytes)
+{
+    separate();
+    appendJsonString(bytes, theText);
+    return *this;
+}
+
+JsonText& JsonText::number(std::int64_t number)
+{
+    return value(std::to_string(number));
+}
+
+JsonText& JsonText::number(std::size_t number)
+{
+    return value(std::to_string(number));
+}
+
+JsonText& JsonText::boolean(bool boolean)
+{
+    return value(boolean ? "true" : "false");
+}
+
+JsonText& JsonText::null()
+{
+    return value("null");
+}
+
+JsonText& JsonText::open(char bracket)
+{
+    separate();
+    theText += bracket;
+    theNeedsComma = false;
+    return *this;
+}
+
+JsonText& JsonText::close(char bracket)
+{
+    theText += bracket;
+    theNeedsComma = true;
+    return *this;
+}
+
+} // namespace tarnwick

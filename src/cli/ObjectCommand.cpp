@@ -1,0 +1,179 @@
+#include "ObjectCommand.h"
+
+#include "CommandOutput.h"
+#include "analysis/BlockMasks.h"
+#include "analysis/ObjectKind.h"
+#include "analysis/SourceText.h"
+#include "analysis/StoredStream.h"
+
+#include <limits>
+#include <string>
+
+#include <unistd.h>
+
+namespace tarnwick {
+
+namespace {
+
+std::optional<pdfObject> wantedObject(const pdfObjectCatalog& catalog, const Arguments& arguments)
+{
+    const std::int64_t version
+        = arguments.atVersion.value_or(std::numeric_limits<std::int64_t>::max());
+    if (!arguments.objGen)
+        return catalog.find(*arguments.objNo, version);
+    std::optional<pdfObject> found;
+    for (const pdfObject& object : catalog.findAll(*arguments.objNo)) {
+        if (object.objVer() <= version && object.objGen() == *arguments.objGen)
+            found = object;
+    }
+    return found;
+}
+
+ExitStatus complainMissing(const pdfObjectCatalog& catalog, const Arguments& arguments)
+{
+    std::string reason = "there is no object " + std::to_string(*arguments.objNo);
+    if (arguments.objGen)
+        reason += ' ' + std::to_string(*arguments.objGen);
+    reason += " in the listing";
+    if (arguments.atVersion)
+        reason += " at version " + std::to_string(*arguments.atVersion);
+    std::string others;
+    for (const pdfObject& object : catalog.findAll(*arguments.objNo))
+        others += (others.empty() ? "" : ", ") + shownNumbers(object);
+    if (!others.empty() && others.size() < 200)
+        reason += "; there is " + others + " (number, generation, version)";
+    complain(ExitStatus::isFailed, arguments.file, reason);
+    reportHidden(catalog, arguments, nullptr);
+    return ExitStatus::isFailed;
+}
+
+/// An object with what is read of it.
+struct Shown
+{
+    Shown(const pdfObjectCatalog& theCatalog, const pdfObject& theObject)
+        : catalog(theCatalog)
+        , object(theObject)
+        , range(theObject.range())
+        , source(theCatalog.bytes(), range, range.size())
+        , stream(storedStream(theCatalog, theObject, source))
+    {
+        // The line that ended it, "endobj" mostly, belongs to what is shown.
+        range.end = nextLineBreak(catalog.bytes(), range.end);
+    }
+
+    std::string_view bytes(std::size_t begin, std::size_t end) const
+    {
+        return catalog.bytes().substr(begin, end - begin);
+    }
+
+    /// As stored, but for the data of a stream, of which only the length is told.
+    std::string text() const
+    {
+        if (!stream || stream->range.end > range.end)
+            return std::string(bytes(range.begin, range.end));
+        return std::string(bytes(range.begin, stream->range.begin)) + "[\xE2\x80\xA6stream length "
+            + std::to_string(stream->range.size()) + "\xE2\x80\xA6]"
+            + std::string(bytes(stream->range.end, range.end));
+    }
+
+    const pdfObjectCatalog& catalog;
+    pdfObject object;
+    ByteRange range;
+    ObjectSource source;
+    std::optional<StoredStream> stream;
+};
+
+ExitStatus printRaw(const Shown& shown, const Arguments& arguments)
+{
+    const std::string name = "object " + std::to_string(*arguments.objNo);
+    if (!shown.stream)
+        return complain(ExitStatus::isFailed, arguments.file, name + " has no stream");
+    if (::isatty(STDOUT_FILENO) != 0)
+        return complain(ExitStatus::isWrongUse, arguments.file,
+            "--raw prints bytes that a terminal may obey; send them to a file or a pipe");
+    ExitStatus status = ExitStatus::isDone;
+    if (shown.stream->end == StoredStream::End::isMissing)
+        status = complain(ExitStatus::isIncomplete, arguments.file,
+            "the stream of " + name + " has no end; it is printed up to the end of the object");
+    else if (shown.stream->end == StoredStream::End::isKeyword && shown.stream->length)
+        complain(status, arguments.file,
+            "the Length of " + name + " is " + std::to_string(*shown.stream->length)
+                + ", but \"endstream\" stands behind " + std::to_string(shown.stream->range.size())
+                + " bytes, which are printed");
+    return printBytes(shown.bytes(shown.stream->range.begin, shown.stream->range.end), status);
+}
+
+void appendStream(const Shown& shown, JsonText& json)
+{
+    json.key("stream");
+    if (!shown.stream) {
+        json.null();
+        return;
+    }
+    const StoredStream& stream = *shown.stream;
+    json.open('{').key("offset").number(stream.range.begin);
+    json.key("length").number(stream.range.size()).key("lengthEntry");
+    if (stream.length)
+        json.number(*stream.length);
+    else
+        json.null();
+    constexpr std::string_view ends[] = {"Length", "endstream", "none"};
+    json.key("endsBy").string(ends[static_cast<std::size_t>(stream.end)]).close('}');
+}
+
+void appendReferences(const Shown& shown, JsonText& json)
+{
+    json.key("references").open('[');
+    forEachReference(shown.catalog.bytes(), shown.source, [&](const PlacedReference& reference) {
+        json.open('{').key("path").string(reference.path);
+        json.key("offset").number(reference.token.begin);
+        json.key("number").number(reference.token.number);
+        json.key("generation").number(reference.token.generation).close('}');
+        return true;
+    });
+    json.close(']');
+}
+
+std::string jsonOf(const Shown& shown)
+{
+    JsonText json = JsonText::ofCommand("object");
+    appendObject(shown.catalog, shown.object, json);
+    const ObjectState state = objectState(shown.catalog, shown.object);
+    json.key("replacedIn");
+    if (state.replacedIn)
+        json.number(*state.replacedIn);
+    else
+        json.null();
+    json.key("offset").number(shown.range.begin).key("length").number(shown.range.size());
+    const std::size_t sourceEnd = shown.stream ? shown.stream->range.begin : shown.range.end;
+    json.key("source").string(shown.bytes(shown.range.begin, sourceEnd));
+    appendStream(shown, json);
+    appendReferences(shown, json);
+    json.key("all").open('[');
+    for (const pdfObject& other : shown.catalog.findAll(shown.object.objNo())) {
+        json.open('{').key("generation").number(other.objGen());
+        json.key("version").number(other.objVer());
+        json.key("offset").number(other.range().begin).close('}');
+    }
+    return json.close(']').close('}').text() + '\n';
+}
+
+} // namespace
+
+ExitStatus objectCommand(const Arguments& arguments, const SharedBytes& bytes)
+{
+    SourceText source(bytes);
+    source.scan({});
+    const pdfObjectCatalog& catalog = source.theCatalog();
+    const std::optional<pdfObject> object = wantedObject(catalog, arguments);
+    if (!object)
+        return complainMissing(catalog, arguments);
+    const Shown shown(catalog, *object);
+    if (arguments.raw)
+        return printRaw(shown, arguments);
+    if (arguments.json)
+        return printBytes(jsonOf(shown), ExitStatus::isDone);
+    return printBytes(shown.text() + '\n', ExitStatus::isDone);
+}
+
+} // namespace tarnwick

@@ -147,6 +147,14 @@ QString PlainTextStorage::lineEnd(qsizetype index) const
     return characters(static_cast<qsizetype>(end), static_cast<qsizetype>(next - end));
 }
 
+std::optional<std::size_t> PlainTextStorage::lineOffset(qsizetype index) const
+{
+    assert(index >= 0 && index < lineCount());
+    if (std::holds_alternative<QString>(theText))
+        return std::nullopt;
+    return extent(static_cast<std::size_t>(index)).begin;
+}
+
 QString PlainTextStorage::characters(qsizetype begin, qsizetype length) const
 {
     if (const auto* text = std::get_if<QString>(&theText))

@@ -10,7 +10,6 @@
 #include <QApplication>
 #include <QFontDatabase>
 #include <QPaintEvent>
-#include <QPainter>
 #include <QStyle>
 #include <QStyleHints>
 
@@ -29,26 +28,6 @@ constexpr int mostZoom = 800;
 /// Reading line lengths takes so much of the event loop's time at once, and pauses as long.
 constexpr auto estimateSlice = 4ms;
 constexpr int estimatePeriod = 8; ///< milliseconds
-
-QList<QTextLayout::FormatRange> markFormats(
-    const QList<TextMark>& marks, const TextPalette& colours)
-{
-    QList<QTextLayout::FormatRange> formats;
-    for (const TextMark& mark : marks) {
-        QTextLayout::FormatRange format;
-        format.start = static_cast<int>(mark.start);
-        format.length = static_cast<int>(mark.length);
-        if (mark.kind == TextMark::Kind::isAside) {
-            format.format.setForeground(colours.aside());
-        } else {
-            format.format.setForeground(colours.strayText());
-            format.format.setBackground(colours.strayBackground());
-            format.format.setFontUnderline(true); // not by colour alone
-        }
-        formats.append(format);
-    }
-    return formats;
-}
 
 } // namespace
 
@@ -90,6 +69,7 @@ void PlainTextView::setTextStorage(std::shared_ptr<const TextStorage> storage)
     theAnchor = theCaret = {};
     theGoal = -1;
     theMatch = {};
+    theGutterDigits = 0;
     if (theFinder->isActive())
         startSearch({});
     relayout();
@@ -189,6 +169,7 @@ void PlainTextView::updateView()
     else
         theHorizontal->show(theLayout.left(), std::max(theLayout.width(), theLayout.left()),
             size.width(), theLayout.characterWidth() * 4);
+    updateGutter();
     theVisibleMatches.clear();
     if (!isFindBarOpen() || !theFinder->isActive())
         return;
@@ -242,7 +223,7 @@ void PlainTextView::tellAccessibility(bool textIsNew)
 void PlainTextView::resizeEvent(QResizeEvent* event)
 {
     QAbstractScrollArea::resizeEvent(event);
-    placeFindBar();
+    placeMargins();
     theLayout.setSize(viewport()->size());
     theGoal = -1;
     relayout();
@@ -311,98 +292,6 @@ void PlainTextView::restartBlinking()
         theBlinkTimer.start(period / 2, this);
     else
         theBlinkTimer.stop();
-}
-
-// --- Painting ----------------------------------------------------------------------------------
-
-void PlainTextView::paintEvent(QPaintEvent*)
-{
-    QPainter painter(viewport());
-    theLayout.forEachVisible([&](const TextSegment& segment, QPointF origin) {
-        paintSegment(painter, segment, origin);
-        paintSelectedLineEnd(painter, segment, origin);
-    });
-    theLayout.forEachVisibleGap([&](std::size_t gap, qreal y) {
-        paintGap(painter, theGaps.at(static_cast<qsizetype>(gap)).note, y);
-    });
-    if (hasFocus() && theCaretIsVisible)
-        paintCaret(painter);
-}
-
-void PlainTextView::paintSegment(
-    QPainter& painter, const TextSegment& segment, QPointF origin) const
-{
-    painter.setPen(theColours.colour(segment.role));
-    const QRectF clip(QPointF(), QSizeF(viewport()->size()));
-    segment.layout.draw(&painter, origin, formatsOf(segment), clip);
-}
-
-QList<QTextLayout::FormatRange> PlainTextView::formatsOf(const TextSegment& segment) const
-{
-    QList<QTextLayout::FormatRange> formats = markFormats(segment.marks, theColours);
-    const auto add = [&](TextRange range, const QColor& background, const QColor& text) {
-        const TextRange own{
-            {segment.line, segment.start}, {segment.line, segment.start + segment.length}};
-        const TextPosition begin = std::max(range.begin, own.begin);
-        const TextPosition end = std::min(range.end, own.end);
-        if (begin >= end)
-            return;
-        QTextLayout::FormatRange format;
-        format.start = static_cast<int>(begin.unit - segment.start);
-        format.length = static_cast<int>(end.unit - begin.unit);
-        format.format.setBackground(background);
-        format.format.setForeground(text);
-        formats.append(format);
-    };
-    const QPalette colours = palette();
-    for (const TextRange& match : theVisibleMatches)
-        add(match, theColours.matchBackground(), theColours.matchText());
-    for (const TextRange& selected : selectedRanges(segment.line)) {
-        add(selected, colours.color(selectionGroup(), QPalette::Highlight),
-            colours.color(selectionGroup(), QPalette::HighlightedText));
-    }
-    return formats;
-}
-
-QList<TextRange> PlainTextView::selectedRanges(qsizetype line) const
-{
-    Q_UNUSED(line)
-    return {selection()};
-}
-
-QPalette::ColorGroup PlainTextView::selectionGroup() const
-{
-    return hasFocus() && isActiveWindow() ? QPalette::Active : QPalette::Inactive;
-}
-
-/// Shows that a line's end belongs to the selection.
-void PlainTextView::paintSelectedLineEnd(
-    QPainter& painter, const TextSegment& segment, QPointF origin) const
-{
-    const TextPosition end{segment.line, segment.start + segment.length};
-    const QList<TextRange> ranges = selectedRanges(segment.line);
-    const bool isSelected = std::any_of(ranges.begin(), ranges.end(),
-        [end](const TextRange& range) { return range.begin <= end && range.end > end; });
-    if (!segment.endsLine || !isSelected)
-        return;
-    const QTextLine row = segment.layout.lineAt(segment.rows() - 1);
-    const qreal width = theLayout.characterWidth() / 2;
-    const bool isRightToLeft = segment.layout.text().isRightToLeft();
-    const qreal x = row.x() + (isRightToLeft ? -width : row.naturalTextWidth());
-    painter.fillRect(
-        QRectF(origin.x() + x, origin.y() + (segment.rows() - 1) * theLayout.rowHeight(), width,
-            theLayout.rowHeight()),
-        palette().color(selectionGroup(), QPalette::Highlight));
-}
-
-void PlainTextView::paintCaret(QPainter& painter) const
-{
-    const std::optional<QRectF> caret = theLayout.caretAt(theCaret);
-    if (!caret)
-        return;
-    const int width = style()->pixelMetric(QStyle::PM_TextCursorWidth, nullptr, this);
-    painter.fillRect(
-        QRectF(caret->topLeft(), QSizeF(width, caret->height())), palette().color(QPalette::Text));
 }
 
 } // namespace tarnwick

@@ -28,6 +28,8 @@ bool PlainTextView::validateCommand(const QString& command) const
         return theFindBarIsEnabled && !findableSelection().isEmpty();
     if (command == "performFind"_L1 || command == "doFindNext"_L1 || command == "doFindPrev"_L1)
         return theFindBarIsEnabled;
+    if (command == "toggleGutter"_L1)
+        return theGutterKind != Gutter::isNone;
     if (command == "zoomIn"_L1)
         return theZoomPercent < zoomSteps.back();
     if (command == "zoomOut"_L1)
@@ -37,7 +39,8 @@ bool PlainTextView::validateCommand(const QString& command) const
 
 bool PlainTextView::commandIsChecked(const QString& command) const
 {
-    return command == "toggleWrap"_L1 && isWrapping();
+    return command == "toggleGutter"_L1 ? isGutterShown()
+                                        : command == "toggleWrap"_L1 && isWrapping();
 }
 
 void PlainTextView::copy()

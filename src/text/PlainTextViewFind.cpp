@@ -43,8 +43,7 @@ void PlainTextView::openFindBar()
     if (isFindBarOpen())
         return;
     theFindBar->show();
-    setViewportMargins(0, 0, 0, theFindBar->sizeHint().height());
-    placeFindBar();
+    placeMargins();
     updateFindStatus();
     updateView();
     viewport()->update();
@@ -56,7 +55,7 @@ void PlainTextView::closeFindBar()
         return;
     const bool hadFocus = theFindBar->isAncestorOf(focusWidget() ? focusWidget() : this);
     theFindBar->hide();
-    setViewportMargins({});
+    placeMargins();
     theSeek = Seek::isNothing;
     updateView();
     viewport()->update();

@@ -23,6 +23,12 @@ qsizetype StyledTextStorage::lineLength(qsizetype index) const
     return static_cast<qsizetype>(theText.lineLength(static_cast<std::size_t>(index)));
 }
 
+std::optional<std::size_t> StyledTextStorage::lineOffset(qsizetype index) const
+{
+    assert(index >= 0 && index < theLineCount);
+    return theText.offsetOfLine(static_cast<std::size_t>(index));
+}
+
 TextLine StyledTextStorage::line(qsizetype index, qsizetype position, qsizetype count) const
 {
     assert(index >= 0 && index < theLineCount);

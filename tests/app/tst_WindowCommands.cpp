@@ -138,9 +138,9 @@ void TestWindowCommands::menusOfferTheSameByKeyAndMouse_data()
     for (const QString& pane : {u"upperTextView"_s, u"lowerTextView"_s, u"bottomTextView"_s})
         QTest::addRow("inspector, %s", qPrintable(pane))
             << WindowIdentifiers::source << pane << find
-            << windows + u"zoomIn zoomOut actualSize toggleWrap"_s;
+            << windows + u"zoomIn zoomOut actualSize toggleWrap toggleGutter"_s;
     QTest::newRow("bytes") << WindowIdentifiers::bytes << u"bytesView"_s << find
-                           << windows + u"zoomIn zoomOut actualSize"_s;
+                           << windows + u"zoomIn zoomOut actualSize toggleGutter"_s;
     QTest::newRow("plain window") << WindowIdentifiers::plainPDF << u"thePDFView"_s
                                   << u"selectAll"_s << windows + pages;
     QTest::newRow("help") << WindowIdentifiers::help << u"helpPDFView"_s << u"selectAll"_s << pages;

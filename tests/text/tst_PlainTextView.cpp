@@ -1,11 +1,17 @@
 #include "text/PlainTextView.h"
 
+#include "TextGutter.h"
+#include "analysis/SourceText.h"
 #include "support/ScrollBars.h"
+#include "text/HexStorage.h"
 #include "text/ListedLines.h"
+#include "text/PlainTextStorage.h"
+#include "text/StyledTextStorage.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QScrollBar>
+#include <QSettings>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -28,6 +34,9 @@ private slots:
     void gapsStandBetweenTheLines_data();
     void gapsStandBetweenTheLines();
     void coloursFollowThePalette();
+    void gutterTellsLines_data();
+    void gutterTellsLines();
+    void gutterIsNoPartOfTheText();
 
 private:
     QPoint pointOf(TextPosition position) const
@@ -49,6 +58,7 @@ QByteArray shown(TextPosition position)
 
 void TestPlainTextView::init()
 {
+    QSettings().clear();
     theView = std::make_unique<PlainTextView>();
     theView->useFixedPitchFont();
     theView->resize(600, 400);
@@ -251,6 +261,62 @@ void TestPlainTextView::coloursFollowThePalette()
     QVERIFY(light.green() > light.red() && light.green() > light.blue());
     QCOMPARE(inkAt(), TextPalette(dark).colour(ColourRole::isGreen));
     QVERIFY(inkAt() != light);
+}
+
+void TestPlainTextView::gutterTellsLines_data()
+{
+    QTest::addColumn<std::shared_ptr<const TextStorage>>("storage");
+    QTest::addColumn<QStringList>("told");
+    const SharedBytes bytes = SharedBytes::ofString("%PDF-1.4\n\n1 0 obj\r\n<<>> endobj\n");
+    const auto add = [](const char* name, const TextStorage* storage, const QStringList& told) {
+        QTest::newRow(name) << std::shared_ptr<const TextStorage>(storage) << told;
+    };
+    add("bytes", new PlainTextStorage(bytes), {u"1 0"_s, u"2 "_s, u"3 10"_s, u"4 19"_s, u"5 "_s});
+    add("a string has no offsets", new PlainTextStorage(u"a\nb"_s), {u"1 "_s, u"2 "_s});
+    SourceText source(bytes); // an empty line behind endobj, the object list
+    add("a listing", new StyledTextStorage(source.makeListing(true)),
+        {u"1 0"_s, u"2 10"_s, u"3 19"_s, u"4 "_s, u"5 10"_s, u"6 "_s});
+    add("digits", new HexStorage(bytes), {u"1 0"_s, u"2 16"_s});
+}
+
+void TestPlainTextView::gutterTellsLines()
+{
+    QFETCH(const std::shared_ptr<const TextStorage>, storage);
+    QFETCH(const QStringList, told);
+    QStringList labels;
+    for (qsizetype line = 0; line < storage->lineCount(); ++line) {
+        const TextGutter::Label label = TextGutter::labelOf(*storage, line);
+        labels += label.number + u' ' + label.offset;
+    }
+    QCOMPARE(labels, told);
+}
+
+void TestPlainTextView::gutterIsNoPartOfTheText()
+{
+    QVERIFY(!theView->validateCommand(u"toggleGutter"_s)); // a text that offers none
+    PlainTextView other;
+    const auto offer = [](PlainTextView& view) {
+        view.setGutter(PlainTextView::Gutter::isLinesAndOffsets);
+        return view.isGutterShown();
+    };
+    QVERIFY(!offer(*theView) && !offer(other)); // off at first
+    const QString text = u"one\ntwo\n"_s.repeated(50);
+    theView->setPlainText(text);
+    const int left = theView->viewport()->x();
+    theView->toggleGutter();
+    QVERIFY(theView->commandIsChecked(u"toggleGutter"_s) && other.isGutterShown());
+    QVERIFY(offer(*std::make_unique<PlainTextView>())); // kept in the settings
+    QVERIFY(theView->viewport()->x() > left);
+    QTest::mouseClick(theView->viewport(), Qt::LeftButton, {}, QPoint(5, 5));
+    QCOMPARE(shown(theView->caret()), "0:0");
+    QTest::mouseClick(theView->findChild<TextGutter*>(), Qt::LeftButton, {}, QPoint(5, 100));
+    QCOMPARE(shown(theView->caret()), "0:0");
+    theView->selectAll();
+    theView->copy();
+    QCOMPARE(QGuiApplication::clipboard()->text(), text);
+    theView->toggleGutter();
+    QCOMPARE(theView->viewport()->x(), left);
+    QVERIFY(!other.isGutterShown());
 }
 
 QTEST_MAIN(TestPlainTextView)

@@ -23,6 +23,7 @@ BytesViewController::BytesViewController(Document* document, QWidget* parent)
     ui->setupUi(this);
     setFocusProxy(ui->bytesView);
     ui->strayNote->hide();
+    ui->bytesView->setGutter(PlainTextView::Gutter::isOffsets);
     theSearch = new BytesSearch(ui->findBar, ui->bytesView, this);
     ui->offsetField->installEventFilter(this);
     connect(ui->offsetField, &QLineEdit::returnPressed, this, &BytesViewController::takeOffset);

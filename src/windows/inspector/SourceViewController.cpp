@@ -119,12 +119,14 @@ void SourceViewController::setUpperTextView(PlainTextView* view)
 {
     theUpper.view = view;
     setUpListing(view);
+    view->setGutter(PlainTextView::Gutter::isLinesAndOffsets);
 }
 
 void SourceViewController::setLowerTextView(PlainTextView* view)
 {
     theLower.view = view;
     setUpListing(view);
+    view->setGutter(PlainTextView::Gutter::isLinesAndOffsets);
     setFocusProxy(view);
 }
 

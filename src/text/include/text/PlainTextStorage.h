@@ -27,6 +27,8 @@ public:
     TextLine line(
         qsizetype index, qsizetype position = 0, qsizetype count = 1'000'000) const override;
     QString lineEnd(qsizetype index) const override;
+    /// Of bytes.
+    std::optional<std::size_t> lineOffset(qsizetype index) const override;
 
     /// The line that a unit of the text belongs to, a line end to the line that it ends; the last
     /// line for positions behind the text. Precondition: position >= 0.

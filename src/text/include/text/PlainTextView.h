@@ -17,6 +17,7 @@ namespace tarnwick {
 class FindBar;
 class ScrollAxis;
 class TextFinder;
+class TextGutter;
 
 /// Shows a text of any size, to be read, selected, copied, searched and printed.
 ///
@@ -78,6 +79,17 @@ public:
     void setFindBarEnabled(bool enabled);
     bool isFindBarEnabled() const { return theFindBarIsEnabled; }
 
+    /// What can be told beside the lines; it is no part of the text.
+    enum class Gutter
+    {
+        isNone, ///< at first
+        isLinesAndOffsets,
+        isOffsets,
+    };
+    /// Offers it to the command toggleGutter(), whose state all views share and the settings keep.
+    void setGutter(Gutter gutter);
+    bool isGutterShown() const { return theGutter != nullptr; }
+
     /// What is printed goes by this name; by default the window's title.
     void setPrintName(const QString& name) { thePrintName = name; }
 
@@ -114,6 +126,8 @@ public slots:
     void zoomOut();
     void actualSize();
     void toggleWrap();
+    /// Shows or hides the gutters of all views that have one.
+    void toggleGutter();
     /// Prints the text as it is, laid out for the paper, whatever the view's size, zoom and
     /// colours.
     void print();
@@ -171,6 +185,18 @@ private:
     void relayout();
     void updateView();
     void placeFindBar();
+    void placeMargins();
+    void showGutter(bool show);
+    /// Where the digits end, in pixels from the gutter's left edge.
+    struct GutterColumns
+    {
+        qreal numberRight = 0;
+        qreal offsetRight = 0;
+    };
+    GutterColumns gutterColumns() const;
+    qreal gutterWidth() const;
+    void updateGutter();
+    void paintGutter(QPainter& painter) const;
     void scrollVertically(double from, double to, bool isDragged);
     void paintSegment(QPainter& painter, const TextSegment& segment, QPointF origin) const;
     QList<QTextLayout::FormatRange> formatsOf(const TextSegment& segment) const;
@@ -209,6 +235,9 @@ private:
     void updateFindStatus();
 
     std::shared_ptr<const TextStorage> theStorage;
+    Gutter theGutterKind = Gutter::isNone;
+    TextGutter* theGutter = nullptr; ///< while it is shown
+    qsizetype theGutterDigits = 0; ///< of the longest offset that has shown
     QList<Gap> theGaps;
     QStringList theMissing;
     TextViewLayout theLayout;

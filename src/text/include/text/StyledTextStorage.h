@@ -15,6 +15,7 @@ public:
     qsizetype lineLength(qsizetype index) const override;
     TextLine line(
         qsizetype index, qsizetype position = 0, qsizetype count = 1'000'000) const override;
+    std::optional<std::size_t> lineOffset(qsizetype index) const override;
 
 private:
     StyledText theText;

@@ -7,6 +7,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 namespace {
@@ -55,11 +57,11 @@ QString LossText::pages(const QList<PDFLosses::Range>& ranges, int most)
         return tr("page %1").arg(named.constFirst());
     if (others > 0)
         return (others == 1 ? tr("pages %1 and %2 other") : tr("pages %1 and %2 others"))
-            .arg(named.join(QStringLiteral(", ")), number(others));
+            .arg(named.join(u", "_s), number(others));
     if (named.size() < 2)
         return named.isEmpty() ? QString() : tr("pages %1").arg(named.constFirst());
     const QString end = named.takeLast();
-    return tr("pages %1 and %2").arg(named.join(QStringLiteral(", ")), end);
+    return tr("pages %1 and %2").arg(named.join(u", "_s), end);
 }
 
 /// @param isPart some of the pages is there. @param isOne they are a single page.

@@ -2,14 +2,13 @@
 
 #include "PDFEngineAnswers.h"
 #include "PDFEngineClient.h"
-
-#include <QElapsedTimer>
-#include <QPointer>
-#include <QTimer>
+#include "PDFPageMeasures.h"
+#include "PDFPageWork.h"
+#include "PDFTextReading.h"
 
 #include <algorithm>
 #include <cassert>
-#include <map>
+#include <memory>
 #include <utility>
 
 namespace tarnwick {
@@ -18,30 +17,17 @@ namespace {
 
 constexpr int flatLimit = 30'000; ///< milliseconds
 constexpr int sheetLimit = 20; ///< milliseconds more for each sheet that is printed
-/// The first batch is what shows at once; 1000 pages take the engine some 10 ms.
-constexpr int firstBatch = 100;
-constexpr int laterBatch = maximumMeasuredPages;
-/// UTF-16 units of all labels; pages behind have their number. Four million usual labels have half.
-constexpr qsizetype mostLabelUnits = 64'000'000;
-/// Pages that keep ending the engine when they are measured keep the size that stood in for theirs.
-constexpr int maximumLostBatches = 3;
-/// A document whose pages keep ending the engine is given up, rather than waited for page by page:
-/// when so many are lost, or when they have taken as long as so many that reach their time limit.
-constexpr int maximumLostPages = 100;
-constexpr int maximumSlowPages = 8;
 
 } // namespace
 
 class PDFDocument::Private
 {
 public:
-    /// What a request was at when it ended an engine.
-    using Culprit = std::pair<EngineRequest, int>;
-
     Private(PDFDocument* document, const FileBytes& bytes)
         : q(document)
         , theBytes(bytes)
         , thePages(new PDFEngineClient(bytes, false, document))
+        , theMeasures(new PDFPageMeasures(thePages, document))
     {
     }
     PDFEngineClient* textEngine();
@@ -50,31 +36,6 @@ public:
     PDFFlatRequest* askForFile(PDFEngineJob job, QObject* parent);
     void takeFacts(const QByteArray& payload);
     void refuse(const QString& reason);
-    void measureFrom(int first);
-    void keepLabel(int page, const QString& label);
-    void takeMeasures(int first, int count, const QList<PDFPageMeasure>& measures);
-
-    /// Hands a job to an engine on behalf of a request, which hears of its end.
-    void submit(PDFEngineClient* client, PDFRequest* request, PDFEngineJob job);
-    /// Likewise for work on one page, unless that has ended an engine before.
-    void submitForPage(PDFEngineClient* client, PDFRequest* request, PDFEngineJob job, int page);
-    void finishLater(PDFRequest* request, PDFFailure failure);
-    void remember(EngineRequest kind, int page, PDFFailure failure);
-
-    struct TextRun
-    {
-        QPointer<PDFTextRequest> request;
-        PDFTextDetail detail;
-        int first;
-        int last;
-        int lostPages = 0;
-        qint64 lostTime = 0; ///< milliseconds that the lost pages have taken
-        QElapsedTimer age = {}; ///< of the present page's request
-        std::uint64_t characters = 0;
-    };
-    void askText(const std::shared_ptr<TextRun>& run, int page);
-    void deliverText(
-        const std::shared_ptr<TextRun>& run, int page, const PDFPageText& text, PDFFailure failure);
 
     PDFDocument* q;
     FileBytes theBytes;
@@ -84,13 +45,8 @@ public:
     State theState = State::isOpening;
     PDFFacts theFacts;
     QString theRefusal;
-    QSizeF theFirstSize;
-    QList<QSizeF> theSizes; ///< of the pages that have been measured
-    QList<QString> theLabels; ///< null for pages without; ends behind the last page with one
-    qsizetype theLabelUnits = 0; ///< of all labels
-    int theLostBatches = 0;
-    int thePageTimeLimit = pdfPageTimeLimit;
-    std::map<Culprit, PDFFailure> theCulprits;
+    PDFPageMeasures* theMeasures;
+    std::shared_ptr<PDFPageWork> theWork = std::make_shared<PDFPageWork>();
 };
 
 PDFDocument::PDFDocument(const FileBytes& bytes, QObject* parent)
@@ -105,6 +61,7 @@ PDFDocument::PDFDocument(const FileBytes& bytes, QObject* parent)
     });
     connect(d->thePages, &PDFEngineClient::refused, this,
         [this](const QString& reason) { d->refuse(reason); });
+    connect(d->theMeasures, &PDFPageMeasures::measured, this, &PDFDocument::pagesMeasured);
     d->thePages->open();
 }
 
@@ -131,7 +88,7 @@ const PDFFacts& PDFDocument::facts() const
 QSizeF PDFDocument::pageSize(int page) const
 {
     assert(page >= 0 && page < pageCount());
-    return page < d->theSizes.size() ? d->theSizes.at(page) : d->theFirstSize;
+    return d->theMeasures->size(page);
 }
 
 QString PDFDocument::pageLabel(int page) const
@@ -143,7 +100,7 @@ QString PDFDocument::pageLabel(int page) const
 
 QStringView PDFDocument::ownPageLabel(int page) const
 {
-    return page < d->theLabels.size() ? QStringView(d->theLabels.at(page)) : QStringView();
+    return d->theMeasures->label(page);
 }
 
 QString PDFDocument::refusalReason() const
@@ -153,7 +110,7 @@ QString PDFDocument::refusalReason() const
 
 void PDFDocument::setPageTimeLimit(int milliseconds)
 {
-    d->thePageTimeLimit = milliseconds;
+    d->theWork->setTimeLimit(milliseconds);
 }
 
 QList<qint64> PDFDocument::engineProcessIds() const
@@ -192,9 +149,8 @@ void PDFDocument::Private::takeFacts(const QByteArray& payload)
     if (!answer)
         return refuse(tr("The PDF engine stopped while it was reading the file."));
     theFacts = answer->facts;
-    theFirstSize = answer->firstPageSize;
     theState = State::isOpen;
-    measureFrom(0);
+    theMeasures->start(answer->facts.pageCount, answer->firstPageSize);
     emit q->opened();
 }
 
@@ -206,89 +162,6 @@ void PDFDocument::Private::refuse(const QString& reason)
     theState = State::isRefused;
     theRefusal = reason;
     emit q->refused(reason);
-}
-
-void PDFDocument::Private::measureFrom(int first)
-{
-    const int count = std::min(first == 0 ? firstBatch : laterBatch, theFacts.pageCount - first);
-    if (count <= 0)
-        return;
-    const auto measures = std::make_shared<QList<PDFPageMeasure>>();
-    PDFEngineJob job = jobFor(MeasureRequest{first, count});
-    job.priority = PDFEngineJob::Priority::isBackground;
-    job.onResult([count](std::string_view payload) { return readMeasureAnswer(payload, count); },
-        [measures](QList<PDFPageMeasure> answer) { *measures = std::move(answer); });
-    job.finish
-        = [this, measures, first, count](PDFFailure) { takeMeasures(first, count, *measures); };
-    thePages->submit(std::move(job));
-}
-
-void PDFDocument::Private::takeMeasures(int first, int count, const QList<PDFPageMeasure>& measures)
-{
-    if (measures.isEmpty() && ++theLostBatches <= maximumLostBatches)
-        return measureFrom(first);
-    for (int index = 0; index < measures.size(); ++index) {
-        theSizes.append(measures.at(index).size);
-        if (measures.at(index).label)
-            keepLabel(first + index, *measures.at(index).label);
-    }
-    if (measures.isEmpty())
-        return;
-    measureFrom(first + count);
-    emit q->pagesMeasured(first, count);
-}
-
-void PDFDocument::Private::keepLabel(int page, const QString& label)
-{
-    theLabelUnits += label.size();
-    if (theLabelUnits > mostLabelUnits)
-        return;
-    theLabels.resize(page + 1);
-    theLabels.last() = label.isNull() ? QStringLiteral("") : label;
-}
-
-void PDFDocument::Private::finishLater(PDFRequest* request, PDFFailure failure)
-{
-    QTimer::singleShot(0, request, [request, failure] { request->finish(failure); });
-}
-
-void PDFDocument::Private::submit(PDFEngineClient* client, PDFRequest* request, PDFEngineJob job)
-{
-    const QPointer<PDFRequest> waiting(request);
-    if (!job.finish) {
-        job.finish = [waiting](PDFFailure failure) {
-            if (waiting)
-                waiting->finish(failure);
-        };
-    }
-    const PDFEngineClient::Number number = client->submit(std::move(job));
-    request->theGiveUp = [client = QPointer<PDFEngineClient>(client), number] {
-        if (client)
-            client->giveUp(number);
-    };
-}
-
-void PDFDocument::Private::remember(EngineRequest kind, int page, PDFFailure failure)
-{
-    if (failure == PDFFailure::isEngineDead || failure == PDFFailure::isTimedOut)
-        theCulprits.emplace(Culprit(kind, page), failure);
-}
-
-void PDFDocument::Private::submitForPage(
-    PDFEngineClient* client, PDFRequest* request, PDFEngineJob job, int page)
-{
-    const EngineRequest kind = job.kind;
-    if (page < 0 || page >= theFacts.pageCount)
-        return finishLater(request, PDFFailure::isDamaged);
-    if (const auto culprit = theCulprits.find({kind, page}); culprit != theCulprits.end())
-        return finishLater(request, culprit->second);
-    job.timeLimit = thePageTimeLimit;
-    job.finish = [this, waiting = QPointer<PDFRequest>(request), kind, page](PDFFailure failure) {
-        remember(kind, page, failure);
-        if (waiting)
-            waiting->finish(failure);
-    };
-    submit(client, request, std::move(job));
 }
 
 PDFFlatRequest* PDFDocument::Private::askForFile(PDFEngineJob job, QObject* parent)
@@ -304,7 +177,7 @@ PDFFlatRequest* PDFDocument::Private::askForFile(PDFEngineJob job, QObject* pare
         return bytes.has_value();
     };
     job.progress = [request](int done, int total) { emit request->progressed(done, total); };
-    submit(client, request, std::move(job));
+    PDFPageWork::submit(client, request, std::move(job));
     return request;
 }
 
@@ -320,7 +193,7 @@ PDFFlatRequest* PDFDocument::requestPrint(
 {
     if (static_cast<std::size_t>(sheets.size()) > maximumSheets) {
         auto* const request = new PDFFlatRequest(parent);
-        d->finishLater(request, PDFFailure::isOutOfMemory);
+        PDFPageWork::finishLater(request, PDFFailure::isOutOfMemory);
         return request;
     }
     PrintRequest order;
@@ -343,64 +216,12 @@ PDFTextRequest* PDFDocument::requestText(int first, int last, PDFTextDetail deta
     auto* const request = new PDFTextRequest(parent);
     const int end = std::min(last, pageCount() - 1);
     if (first < 0 || first > end)
-        d->finishLater(request, PDFFailure::isNone);
+        PDFPageWork::finishLater(request, PDFFailure::isNone);
     else
-        d->askText(
-            std::make_shared<Private::TextRun>(Private::TextRun{request, detail, first, end}),
-            first);
+        (new PDFTextReading(request, d->textEngine(), d->theWork, {first, end}, detail,
+             maximumDocumentCharacters(d->theBytes.size())))
+            ->start();
     return request;
-}
-
-void PDFDocument::Private::askText(const std::shared_ptr<TextRun>& run, int page)
-{
-    const auto culprit = theCulprits.find({EngineRequest::isText, page});
-    if (culprit != theCulprits.end()) {
-        const PDFPageText lost = PDFPageText::lost(culprit->second);
-        QTimer::singleShot(0, run->request,
-            [this, run, page, lost] { deliverText(run, page, lost, PDFFailure::isNone); });
-        return;
-    }
-    run->age.start();
-    const auto text = std::make_shared<PDFPageText>();
-    PDFEngineJob job = jobFor(TextRequest{page, run->detail});
-    job.timeLimit = thePageTimeLimit;
-    job.onResult([detail = run->detail](
-                     std::string_view payload) { return readTextAnswer(payload, detail); },
-        [text](PDFPageText answer) { *text = std::move(answer); });
-    job.finish = [this, run, page, text](PDFFailure failure) {
-        remember(EngineRequest::isText, page, failure);
-        if (failure != PDFFailure::isNone)
-            *text = PDFPageText::lost(failure);
-        deliverText(run, page, *text, failure);
-    };
-    submit(textEngine(), run->request, std::move(job));
-}
-
-/// A page that has no text to give, whatever the reason, does not keep the others from theirs.
-void PDFDocument::Private::deliverText(
-    const std::shared_ptr<TextRun>& run, int page, const PDFPageText& text, PDFFailure failure)
-{
-    const QPointer<PDFTextRequest>& request = run->request;
-    if (!request || request->isFinished())
-        return;
-    if (failure != PDFFailure::isNone && failure != PDFFailure::isDamaged) {
-        run->lostPages += 1;
-        run->lostTime += run->age.elapsed();
-        if (textEngine()->isBroken() || run->lostPages > maximumLostPages
-            || run->lostTime > qint64{maximumSlowPages} * pdfPageTimeLimit)
-            return request->finish(failure);
-    }
-    run->characters += static_cast<std::uint64_t>(text.string.size());
-    if (run->characters > maximumDocumentCharacters(theBytes.size()))
-        return request->finish(PDFFailure::isOutOfMemory);
-    // The next page is read while this one is being looked at.
-    if (page < run->last)
-        askText(run, page + 1);
-    emit request->pageReady(page, text);
-    if (request && !request->isFinished())
-        emit request->progressed(page - run->first + 1, run->last - run->first + 1);
-    if (request && page == run->last)
-        request->finish(PDFFailure::isNone);
 }
 
 PDFTileRequest* PDFDocument::requestTile(
@@ -415,7 +236,7 @@ PDFTileRequest* PDFDocument::requestTile(
         request->theImage = image.value_or(QImage());
         return image.has_value();
     };
-    d->submitForPage(d->thePages, request, std::move(job), page);
+    d->theWork->submit(d->thePages, request, std::move(job), page, pageCount());
     return request;
 }
 
@@ -426,7 +247,7 @@ PDFLinksRequest* PDFDocument::requestLinks(int page, QObject* parent)
     job.onResult(
         [count = pageCount()](std::string_view payload) { return readLinksAnswer(payload, count); },
         [request](QList<PDFLink> links) { request->theLinks = std::move(links); });
-    d->submitForPage(d->thePages, request, std::move(job), page);
+    d->theWork->submit(d->thePages, request, std::move(job), page, pageCount());
     return request;
 }
 
@@ -437,7 +258,7 @@ PDFOutlineRequest* PDFDocument::requestOutline(QObject* parent)
     job.onResult([count = pageCount()](
                      std::string_view payload) { return readOutlineAnswer(payload, count); },
         [request](PDFOutline outline) { request->theOutline = std::move(outline); });
-    d->submit(d->thePages, request, std::move(job));
+    PDFPageWork::submit(d->thePages, request, std::move(job));
     return request;
 }
 

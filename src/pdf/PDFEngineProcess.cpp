@@ -20,6 +20,8 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 namespace {
@@ -146,7 +148,7 @@ bool PDFEngineProcess::start(const FileBytes& bytes, bool writesFlat)
             ::fcntl(flat, F_SETFD, 0);
     });
     theProcess->setProcessEnvironment(engineEnvironment());
-    theProcess->setWorkingDirectory(QStringLiteral("/"));
+    theProcess->setWorkingDirectory(u"/"_s);
     theProcess->setStandardOutputFile(QProcess::nullDevice());
 #ifdef TARNWICK_SANITIZED
     theProcess->setProcessChannelMode(QProcess::ForwardedErrorChannel);

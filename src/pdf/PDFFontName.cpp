@@ -3,6 +3,8 @@
 #include <QRegularExpression>
 #include <QStringList>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 namespace {
@@ -20,9 +22,9 @@ QString withoutSubsetPrefix(const QString& name)
 bool isStyle(const QString& suffix)
 {
     static const QRegularExpression pattern(
-        QStringLiteral("^(Bold|Bd|Italic|Ital|It|Oblique|Obl|Regular|Reg|Roman|Normal|Book|Medium|"
+        u"^(Bold|Bd|Italic|Ital|It|Oblique|Obl|Regular|Reg|Roman|Normal|Book|Medium|"
                        "Light|Semi|Demi|Extra|Ultra|Thin|Black|Heavy|Cond(ensed)?|Narrow|PS|MT|"
-                       "Identity|[HV]|[ -])+$"),
+                       "Identity|[HV]|[ -])+$"_s,
         QRegularExpression::CaseInsensitiveOption);
     return pattern.match(suffix).hasMatch();
 }
@@ -32,10 +34,10 @@ QString withSpaces(const QString& name)
 {
     if (name.contains(u' '))
         return name;
-    static const QRegularExpression seam(QStringLiteral("(?<=\\p{Ll})(?=\\p{Lu}\\p{Ll})"));
+    static const QRegularExpression seam(u"(?<=\\p{Ll})(?=\\p{Lu}\\p{Ll})"_s);
     QString parted = name;
-    parted.replace(seam, QStringLiteral(" "));
-    return parted.replace(QStringLiteral("Deja Vu"), QStringLiteral("DejaVu"));
+    parted.replace(seam, u" "_s);
+    return parted.replace(u"Deja Vu"_s, u"DejaVu"_s);
 }
 
 } // namespace
@@ -49,20 +51,19 @@ PDFFontName parseFontName(const QString& name)
         style = family.mid(seam + 1);
         family.truncate(seam);
     }
-    for (const QString& tail :
-        {QStringLiteral("PSMT"), QStringLiteral("MT"), QStringLiteral("PS")}) {
+    for (const QString& tail : {u"PSMT"_s, u"MT"_s, u"PS"_s}) {
         if (family.size() > tail.size() && family.endsWith(tail))
             family.chop(tail.size());
     }
     PDFFontName result;
     result.family = withSpaces(family).simplified();
     if (result.family.isEmpty())
-        result.family = QStringLiteral("Times");
+        result.family = u"Times"_s;
     const auto holds = [&style](const char* word) {
         return style.contains(QLatin1String(word), Qt::CaseInsensitive);
     };
     result.isBold = holds("bold") || holds("black") || holds("heavy") || holds("bd");
-    result.isItalic = holds("ital") || holds("obl") || style == QStringLiteral("It");
+    result.isItalic = holds("ital") || holds("obl") || style == u"It"_s;
     return result;
 }
 

@@ -74,7 +74,6 @@ public:
 
 private:
     friend class PDFDocument;
-    friend class PDFEngineClient;
     using PDFRequest::PDFRequest;
     PDFWrittenFile theFile;
 };
@@ -89,7 +88,6 @@ signals:
 
 private:
     friend class PDFDocument;
-    friend class PDFEngineClient;
     using PDFRequest::PDFRequest;
 };
 
@@ -102,7 +100,6 @@ public:
 
 private:
     friend class PDFDocument;
-    friend class PDFEngineClient;
     using PDFRequest::PDFRequest;
     QImage theImage;
 };
@@ -116,7 +113,6 @@ public:
 
 private:
     friend class PDFDocument;
-    friend class PDFEngineClient;
     using PDFRequest::PDFRequest;
     QList<PDFLink> theLinks;
 };
@@ -130,7 +126,6 @@ public:
 
 private:
     friend class PDFDocument;
-    friend class PDFEngineClient;
     using PDFRequest::PDFRequest;
     PDFOutline theOutline;
 };

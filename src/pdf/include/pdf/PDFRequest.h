@@ -49,7 +49,7 @@ protected:
 
 private:
     friend class PDFDocument;
-    friend class PDFEngineClient;
+    friend class PDFPageWork;
     enum class State
     {
         isRunning,

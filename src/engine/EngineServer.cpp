@@ -12,10 +12,10 @@
 
 namespace tarnwick {
 
-EngineServer::EngineServer(std::string_view bytes, int flat)
+EngineServer::EngineServer(std::string_view bytes, int output)
     : theDocument(bytes)
     , theTiles(theDocument)
-    , theFlatDescriptor(flat)
+    , theOutput(output)
 {
 }
 
@@ -156,7 +156,7 @@ int EngineServer::perform(const OutlineRequest&, OutlineResult& result)
 
 // --- Files ---------------------------------------------------------------------------------------
 
-FlatFile::Progress EngineServer::progress()
+WrittenFile::Progress EngineServer::progress()
 {
     return [this](int done, int total) { answer(ProgressAnswer{done, total}); };
 }
@@ -178,16 +178,16 @@ template<typename Writer> int write(Writer&& writer, WrittenResult& result)
 
 int EngineServer::perform(const FlatRequest&, WrittenResult& result)
 {
-    if (theFlatDescriptor < 0)
+    if (theOutput < 0)
         return FZ_ERROR_GENERIC;
-    return write(FlatWriter(theDocument, theFlatDescriptor, progress()), result);
+    return write(FlatWriter(theDocument, theOutput, progress()), result);
 }
 
 int EngineServer::perform(const PrintRequest& request, WrittenResult& result)
 {
-    if (theFlatDescriptor < 0)
+    if (theOutput < 0)
         return FZ_ERROR_GENERIC;
-    return write(PrintWriter(theDocument, request, theFlatDescriptor, progress()), result);
+    return write(PrintWriter(theDocument, request, theOutput, progress()), result);
 }
 
 } // namespace tarnwick

@@ -2,9 +2,9 @@
 
 #include "EngineDocument.h"
 #include "EnginePipe.h"
-#include "FlatFile.h"
 #include "PageLabels.h"
 #include "PageTiles.h"
+#include "WrittenFile.h"
 
 #include <optional>
 
@@ -14,8 +14,9 @@ namespace tarnwick {
 class EngineServer
 {
 public:
-    /// @param bytes the file. @param flat descriptor for the flattened or printed document, or -1.
-    EngineServer(std::string_view bytes, int flat);
+    /// @param bytes the file. @param output descriptor for the flattened or printed document, or
+    /// -1.
+    EngineServer(std::string_view bytes, int output);
 
     /// Returns when the program closes its end.
     void run();
@@ -38,14 +39,14 @@ private:
     int perform(const FlatRequest& request, WrittenResult& result);
     int perform(const PrintRequest& request, WrittenResult& result);
 
-    FlatFile::Progress progress();
+    WrittenFile::Progress progress();
     template<typename Answer> void answer(const Answer& message);
     void fail(int error);
 
     EnginePipe thePipe;
     EngineDocument theDocument;
     PageTiles theTiles;
-    int theFlatDescriptor;
+    int theOutput;
     std::uint32_t theNumber = 0;
     EngineDocument::State theState = EngineDocument::State::isRefused;
     std::optional<std::vector<PageLabelRange>> theLabels;

@@ -1,8 +1,8 @@
 // The PDF engine: reads one document from shared memory and answers requests on its pipes.
 //
-// tarnwick-pdf-engine BYTES [FLAT]
+// tarnwick-pdf-engine BYTES [OUTPUT]
 //   BYTES  descriptor of sealed shared memory with the file
-//   FLAT   descriptor of empty shared memory that the flattened or printed document is written to
+//   OUTPUT   descriptor of empty shared memory that the flattened or printed document is written to
 
 #include "EngineServer.h"
 #include "Lockdown.h"
@@ -41,9 +41,9 @@ int main(int argc, char** argv)
     if (argc < 2 || argc > 3)
         return 2;
     const int bytes = descriptorOf(argv[1]);
-    const int flat = argc == 3 ? descriptorOf(argv[2]) : -1;
+    const int output = argc == 3 ? descriptorOf(argv[2]) : -1;
     struct stat status = {};
-    if (bytes < 0 || (argc == 3 && flat < 0) || ::fstat(bytes, &status) != 0)
+    if (bytes < 0 || (argc == 3 && output < 0) || ::fstat(bytes, &status) != 0)
         return 2;
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     ::fcntl(STDOUT_FILENO, F_SETPIPE_SZ, pipeSize);
@@ -54,9 +54,9 @@ int main(int argc, char** argv)
         if (address == MAP_FAILED)
             return 3;
     }
-    if (!lockDown({size, flat}))
+    if (!lockDown({size, output}))
         return 3;
-    EngineServer server({static_cast<const char*>(address), size}, flat);
+    EngineServer server({static_cast<const char*>(address), size}, output);
     server.run();
     // Freeing a large document object by object takes seconds; the system does it at once.
     ::_exit(0);

@@ -37,7 +37,7 @@ public:
 
     void take() override
     {
-        PDFFlatRequest* const request = theDocument->requestFlat(this);
+        PDFFileRequest* const request = theDocument->requestFlat(this);
         connect(request, &PDFRequest::progressed, this, &ExportContent::progressed);
         connect(request, &PDFRequest::finished, this, [this, request] {
             if (!request->succeeded()) {

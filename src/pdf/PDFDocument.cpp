@@ -15,7 +15,7 @@ namespace tarnwick {
 
 namespace {
 
-constexpr int flatLimit = 30'000; ///< milliseconds
+constexpr int fileLimit = 30'000; ///< milliseconds
 constexpr int sheetLimit = 20; ///< milliseconds more for each sheet that is printed
 
 } // namespace
@@ -31,9 +31,9 @@ public:
     {
     }
     PDFEngineClient* textEngine();
-    PDFEngineClient* flatEngine();
+    PDFEngineClient* fileEngine();
     /// Has a file written into shared memory.
-    PDFFlatRequest* askForFile(PDFEngineJob job, QObject* parent);
+    PDFFileRequest* askForFile(PDFEngineJob job, QObject* parent);
     void takeFacts(const QByteArray& payload);
     void refuse(const QString& reason);
 
@@ -41,7 +41,7 @@ public:
     FileBytes theBytes;
     PDFEngineClient* thePages;
     PDFEngineClient* theTextEngine = nullptr; ///< started when needed
-    PDFEngineClient* theFlatEngine = nullptr; ///< likewise
+    PDFEngineClient* theFileEngine = nullptr; ///< likewise
     State theState = State::isOpening;
     PDFFacts theFacts;
     QString theRefusal;
@@ -116,7 +116,7 @@ void PDFDocument::setPageTimeLimit(int milliseconds)
 QList<qint64> PDFDocument::engineProcessIds() const
 {
     QList<qint64> ids;
-    for (const PDFEngineClient* client : {d->thePages, d->theTextEngine, d->theFlatEngine}) {
+    for (const PDFEngineClient* client : {d->thePages, d->theTextEngine, d->theFileEngine}) {
         if (client && client->engineProcessId() != 0)
             ids.append(client->engineProcessId());
     }
@@ -134,13 +134,13 @@ PDFEngineClient* PDFDocument::Private::textEngine()
 
 /// Reading pages leaves traces in the library's objects, such as appearances made for annotations:
 /// the flattened document comes from an engine that has done nothing else.
-PDFEngineClient* PDFDocument::Private::flatEngine()
+PDFEngineClient* PDFDocument::Private::fileEngine()
 {
-    if (!theFlatEngine) {
-        theFlatEngine = new PDFEngineClient(theBytes, true, q);
-        theFlatEngine->setPassword(thePages->password());
+    if (!theFileEngine) {
+        theFileEngine = new PDFEngineClient(theBytes, true, q);
+        theFileEngine->setPassword(thePages->password());
     }
-    return theFlatEngine;
+    return theFileEngine;
 }
 
 void PDFDocument::Private::takeFacts(const QByteArray& payload)
@@ -164,14 +164,14 @@ void PDFDocument::Private::refuse(const QString& reason)
     emit q->refused(reason);
 }
 
-PDFFlatRequest* PDFDocument::Private::askForFile(PDFEngineJob job, QObject* parent)
+PDFFileRequest* PDFDocument::Private::askForFile(PDFEngineJob job, QObject* parent)
 {
-    auto* const request = new PDFFlatRequest(parent);
-    PDFEngineClient* const client = flatEngine();
+    auto* const request = new PDFFileRequest(parent);
+    PDFEngineClient* const client = fileEngine();
     job.accept = [request, client, count = theFacts.pageCount](const QByteArray& payload) {
         const std::optional<PDFWrittenAnswer> answer = readWrittenAnswer(viewOf(payload), count);
         const std::optional<FileBytes> bytes
-            = answer ? client->takeFlat(answer->size) : std::nullopt;
+            = answer ? client->takeFile(answer->size) : std::nullopt;
         if (bytes)
             request->theFile = {*bytes, answer->losses, answer->lostObjects};
         return bytes.has_value();
@@ -181,18 +181,18 @@ PDFFlatRequest* PDFDocument::Private::askForFile(PDFEngineJob job, QObject* pare
     return request;
 }
 
-PDFFlatRequest* PDFDocument::requestFlat(QObject* parent)
+PDFFileRequest* PDFDocument::requestFlat(QObject* parent)
 {
     PDFEngineJob job = jobFor(FlatRequest());
-    job.timeLimit = flatLimit;
+    job.timeLimit = fileLimit;
     return d->askForFile(std::move(job), parent);
 }
 
-PDFFlatRequest* PDFDocument::requestPrint(
+PDFFileRequest* PDFDocument::requestPrint(
     const PrintPaper& paper, const QList<PrintSheet>& sheets, QObject* parent)
 {
     if (static_cast<std::size_t>(sheets.size()) > maximumSheets) {
-        auto* const request = new PDFFlatRequest(parent);
+        auto* const request = new PDFFileRequest(parent);
         PDFPageWork::finishLater(request, PDFFailure::isOutOfMemory);
         return request;
     }
@@ -207,7 +207,7 @@ PDFFlatRequest* PDFDocument::requestPrint(
             {sheet.page, area.x(), area.y(), area.width(), area.height(), sheet.scale});
     }
     PDFEngineJob job = jobFor(order);
-    job.timeLimit = flatLimit + sheetLimit * static_cast<int>(sheets.size());
+    job.timeLimit = fileLimit + sheetLimit * static_cast<int>(sheets.size());
     return d->askForFile(std::move(job), parent);
 }
 

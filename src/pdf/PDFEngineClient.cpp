@@ -22,10 +22,10 @@ constexpr qsizetype longestResultReadAtOnce = 64 * 1024; ///< bytes
 
 } // namespace
 
-PDFEngineClient::PDFEngineClient(const FileBytes& bytes, bool writesFlat, QObject* parent)
+PDFEngineClient::PDFEngineClient(const FileBytes& bytes, bool writesFile, QObject* parent)
     : QObject(parent)
     , theBytes(bytes)
-    , theFlatIsWanted(writesFlat)
+    , theFileIsWanted(writesFile)
 {
     theLimit.setSingleShot(true);
     connect(&theLimit, &QTimer::timeout, this, [this] { loseEngine(PDFFailure::isTimedOut); });
@@ -56,7 +56,7 @@ void PDFEngineClient::startEngine()
     });
     theState = State::isOpening;
     // A failure to start must not reach the caller before it has connected to the signals.
-    if (!theEngine->start(theBytes, theFlatIsWanted)) {
+    if (!theEngine->start(theBytes, theFileIsWanted)) {
         QTimer::singleShot(0, theEngine, [this] { loseEngine(PDFFailure::isEngineDead); });
         return;
     }
@@ -316,9 +316,9 @@ void PDFEngineClient::failWaitingJobs()
     }
 }
 
-std::optional<FileBytes> PDFEngineClient::takeFlat(std::size_t size)
+std::optional<FileBytes> PDFEngineClient::takeFile(std::size_t size)
 {
-    return theEngine ? theEngine->takeFlat(size) : std::nullopt;
+    return theEngine ? theEngine->takeFile(size) : std::nullopt;
 }
 
 qint64 PDFEngineClient::engineProcessId() const

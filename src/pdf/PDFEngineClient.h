@@ -33,9 +33,9 @@ class PDFEngineClient : public QObject
 public:
     using Number = std::uint32_t;
 
-    /// @param writesFlat the engine gets memory for a flattened or printed document, and is
+    /// @param writesFile the engine gets memory for a flattened or printed document, and is
     ///   replaced after having written one, which gives back what that took.
-    PDFEngineClient(const FileBytes& bytes, bool writesFlat, QObject* parent);
+    PDFEngineClient(const FileBytes& bytes, bool writesFile, QObject* parent);
     ~PDFEngineClient() override;
 
     /// Starts the engine unless it runs; the first job does so as well.
@@ -58,7 +58,7 @@ public:
 
     /// The flattened or printed document that the engine has just written: to be called from
     /// accept() alone.
-    std::optional<FileBytes> takeFlat(std::size_t size);
+    std::optional<FileBytes> takeFile(std::size_t size);
 
     /// The document cannot be opened any more: every job fails.
     bool isBroken() const { return theState == State::isBroken; }
@@ -110,7 +110,7 @@ private:
     void failWaitingJobs();
 
     FileBytes theBytes;
-    bool theFlatIsWanted;
+    bool theFileIsWanted;
     std::optional<std::string> thePassword;
     bool thePasswordIsKnown = false;
     PDFEngineProcess* theEngine = nullptr;

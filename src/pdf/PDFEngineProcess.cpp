@@ -91,7 +91,7 @@ PDFEngineProcess::~PDFEngineProcess()
     delete theNotifier; // before its descriptor may mean something else
     closeIfOpen(theAnswers);
     closeIfOpen(theAnswersWriteEnd);
-    closeIfOpen(theFlatDescriptor);
+    closeIfOpen(theOutput);
     theProcess->disconnect(this);
     if (theProcess->state() == QProcess::NotRunning) {
         theProcess->deleteLater();
@@ -116,36 +116,36 @@ bool PDFEngineProcess::makePipe()
 }
 
 /// All of it is there from the beginning, and takes memory as far as it is written.
-bool PDFEngineProcess::makeFlat(std::size_t fileSize)
+bool PDFEngineProcess::makeOutput(std::size_t fileSize)
 {
-    theFlatDescriptor = ::memfd_create("tarnwick-flat", MFD_CLOEXEC | MFD_ALLOW_SEALING);
+    theOutput = ::memfd_create("tarnwick-written", MFD_CLOEXEC | MFD_ALLOW_SEALING);
     rlimit limit = {};
-    if (theFlatDescriptor < 0 || ::getrlimit(RLIMIT_FSIZE, &limit) != 0)
+    if (theOutput < 0 || ::getrlimit(RLIMIT_FSIZE, &limit) != 0)
         return false;
     const rlim_t size = std::min(limit.rlim_cur, rlim_t{largestWrittenFile(fileSize)});
-    return ::ftruncate(theFlatDescriptor, static_cast<off_t>(size)) == 0
-        && ::fcntl(theFlatDescriptor, F_ADD_SEALS, F_SEAL_GROW) == 0;
+    return ::ftruncate(theOutput, static_cast<off_t>(size)) == 0
+        && ::fcntl(theOutput, F_ADD_SEALS, F_SEAL_GROW) == 0;
 }
 
-bool PDFEngineProcess::start(const FileBytes& bytes, bool writesFlat)
+bool PDFEngineProcess::start(const FileBytes& bytes, bool writesFile)
 {
     const int input = bytes.descriptor();
     if (input < 0 || !makePipe())
         return false;
     QStringList arguments{QString::number(input)};
-    if (writesFlat) {
-        if (!makeFlat(bytes.size()))
+    if (writesFile) {
+        if (!makeOutput(bytes.size()))
             return false;
-        arguments << QString::number(theFlatDescriptor);
+        arguments << QString::number(theOutput);
     }
-    const int flat = theFlatDescriptor;
+    const int output = theOutput;
     const int answers = theAnswersWriteEnd;
-    theProcess->setChildProcessModifier([input, flat, answers] {
+    theProcess->setChildProcessModifier([input, output, answers] {
         allowProcessorTime(::getpid(), processorTimeAtStart);
         ::dup2(answers, STDOUT_FILENO);
         ::fcntl(input, F_SETFD, 0);
-        if (flat >= 0)
-            ::fcntl(flat, F_SETFD, 0);
+        if (output >= 0)
+            ::fcntl(output, F_SETFD, 0);
     });
     theProcess->setProcessEnvironment(engineEnvironment());
     theProcess->setWorkingDirectory(u"/"_s);
@@ -274,11 +274,11 @@ void PDFEngineProcess::end(bool sentNonsense)
     emit ended(sentNonsense);
 }
 
-std::optional<FileBytes> PDFEngineProcess::takeFlat(std::size_t size)
+std::optional<FileBytes> PDFEngineProcess::takeFile(std::size_t size)
 {
-    if (theFlatDescriptor < 0)
+    if (theOutput < 0)
         return std::nullopt;
-    return FileBytes::adopt(std::exchange(theFlatDescriptor, -1), size);
+    return FileBytes::adopt(std::exchange(theOutput, -1), size);
 }
 
 qint64 PDFEngineProcess::processId() const

@@ -35,11 +35,11 @@ public:
     ~PDFEngineProcess() override;
 
     /// Starts the engine on a file. It gets nothing of the program's environment.
-    /// @param writesFlat it also gets shared memory to write the flattened or printed document
+    /// @param writesFile it also gets shared memory to write the flattened or printed document
     /// into:
     ///   of the size of largestWrittenFile(), which nothing can make larger. @returns false
     ///   when the system does not let it start.
-    bool start(const FileBytes& bytes, bool writesFlat);
+    bool start(const FileBytes& bytes, bool writesFile);
 
     /// Sends a request; the number comes back with its answers. One at a time: what comes when the
     /// request has been answered, or carries another number, is no answer.
@@ -50,7 +50,7 @@ public:
 
     /// Seals and takes over what the engine has written. @param size bytes of it, as it says.
     /// @returns nothing when there is no room for so many, or when it was taken before.
-    std::optional<FileBytes> takeFlat(std::size_t size);
+    std::optional<FileBytes> takeFile(std::size_t size);
 
     /// Whether there is, or was, an engine at all.
     bool hasStarted() const { return theStart; }
@@ -67,7 +67,7 @@ signals:
 
 private:
     bool makePipe();
-    bool makeFlat(std::size_t fileSize);
+    bool makeOutput(std::size_t fileSize);
     void readAnswers();
     void readRest();
     bool readSome(std::size_t& budget);
@@ -84,7 +84,7 @@ private:
     std::size_t theHeadSize = 0; ///< bytes of it that have come
     QByteArray thePayload;
     std::size_t thePayloadSize = 0; ///< bytes of it that have come
-    int theFlatDescriptor = -1;
+    int theOutput = -1;
     bool theStart = false;
     bool theEnd = false;
     bool theRequestIsOpen = false; ///< sent, and without its last answer

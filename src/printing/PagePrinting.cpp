@@ -104,7 +104,7 @@ void PagePrinting::printIntoFile()
     const QList<int> pages
         = withCopies(*thePrinter, chosenPages(*thePrinter, theDocument->pageCount()));
     await(requestSheets(pages), pages,
-        [this](PDFFlatRequest* request) { theFile->complete(request->file().bytes); });
+        [this](PDFFileRequest* request) { theFile->complete(request->file().bytes); });
 }
 
 void PagePrinting::printOnPaper()
@@ -113,9 +113,9 @@ void PagePrinting::printOnPaper()
     const bool isAsItIs = isUnchanged(pages);
     const auto layout
         = isAsItIs ? CupsSubmission::Layout::isOfDocument : CupsSubmission::Layout::isOfPaper;
-    PDFFlatRequest* const request
+    PDFFileRequest* const request
         = isAsItIs ? theDocument->requestFlat(this) : requestSheets(pages);
-    await(request, withCopies(*thePrinter, pages), [this, layout](PDFFlatRequest* file) {
+    await(request, withCopies(*thePrinter, pages), [this, layout](PDFFileRequest* file) {
         auto* const submission
             = new CupsSubmission(thePrinter->printerName(), thePrinter->docName(),
                 file->file().bytes, CupsSubmission::optionsFor(*thePrinter, layout), this);
@@ -123,7 +123,7 @@ void PagePrinting::printOnPaper()
     });
 }
 
-PDFFlatRequest* PagePrinting::requestSheets(const QList<int>& pages)
+PDFFileRequest* PagePrinting::requestSheets(const QList<int>& pages)
 {
     constexpr double margin = PrintSettings::marginInPoints;
     const QPageLayout layout = thePrinter->pageLayout();
@@ -135,8 +135,8 @@ PDFFlatRequest* PagePrinting::requestSheets(const QList<int>& pages)
         {layout.fullRect(QPageLayout::Point).size(), {margin, margin}}, sheets, this);
 }
 
-void PagePrinting::await(PDFFlatRequest* request, const QList<int>& pages,
-    const std::function<void(PDFFlatRequest*)>& handOn)
+void PagePrinting::await(PDFFileRequest* request, const QList<int>& pages,
+    const std::function<void(PDFFileRequest*)>& handOn)
 {
     // Queued: a modal progress dialog handles events, and those of the engine would come amid
     // others of it.

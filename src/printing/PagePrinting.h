@@ -14,7 +14,7 @@ class QPrinter;
 namespace tarnwick {
 
 class PDFDocument;
-class PDFFlatRequest;
+class PDFFileRequest;
 class PrintedFile;
 
 /// One printing of a document's pages, from the dialog's end to the job's. Destroys itself at its
@@ -46,10 +46,10 @@ private:
     bool isUnchanged(const QList<int>& pages) const;
     void printIntoFile();
     void printOnPaper();
-    PDFFlatRequest* requestSheets(const QList<int>& pages);
+    PDFFileRequest* requestSheets(const QList<int>& pages);
     /// Waits for the engine's file and hands it on, or paints the pages without one.
-    void await(PDFFlatRequest* request, const QList<int>& pages,
-        const std::function<void(PDFFlatRequest*)>& handOn);
+    void await(PDFFileRequest* request, const QList<int>& pages,
+        const std::function<void(PDFFileRequest*)>& handOn);
     void paint(const QList<int>& pages);
     void showProgress(int done, int total);
     void end(const QString& reason);

@@ -39,7 +39,7 @@ QList<Sheet> sheetsOf(OpenedDocument& document)
 
 FileBytes printed(OpenedDocument& document, const QList<Sheet>& sheets)
 {
-    const PDFFlatRequest* const request = document->requestPrint(letter, sheets, document.get());
+    const PDFFileRequest* const request = document->requestPrint(letter, sheets, document.get());
     OpenedDocument::waitFor(request);
     return request->file().bytes;
 }
@@ -314,8 +314,8 @@ void TestPrintWriter::namesThePagesThatLackSomething()
     OpenedDocument document(builder.bytes());
     QList<Sheet> sheets = sheetsOf(document);
     sheets.append({77, {0, 0, 100, 100}, 1});
-    const PDFFlatRequest* const print = document->requestPrint(letter, sheets, document.get());
-    const PDFFlatRequest* const flat = document->requestFlat(document.get());
+    const PDFFileRequest* const print = document->requestPrint(letter, sheets, document.get());
+    const PDFFileRequest* const flat = document->requestFlat(document.get());
     PDFLosses expected;
     expected.add({1, 2, PDFLoss::isDamagedInPart});
     expected.add(3, PDFLoss::isDamaged);

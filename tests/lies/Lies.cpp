@@ -226,7 +226,7 @@ void writeNothing(Teller& teller, const Question& question)
 void writeHoles(Teller& teller, const Question& question)
 {
     constexpr std::uint64_t size = std::uint64_t{1} << 40;
-    static_cast<void>(::ftruncate(teller.flat(), static_cast<off_t>(size)) == 0);
+    static_cast<void>(::ftruncate(teller.output(), static_cast<off_t>(size)) == 0);
     teller.done(question, WrittenResult{size, 0, {}});
 }
 

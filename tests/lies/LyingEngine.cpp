@@ -1,7 +1,7 @@
 // An engine that lies, for tests: it takes any file for a document of three pages and answers every
 // request as an engine should, but for the lie that the file's second line names ("%lie NAME").
 //
-// lying-pdf-engine BYTES [FLAT]   descriptors, as the engine gets them
+// lying-pdf-engine BYTES [OUTPUT]   descriptors, as the engine gets them
 
 #include "Lies.h"
 

@@ -64,9 +64,9 @@ WrittenResult truth(const PrintRequest&)
 
 } // namespace
 
-Teller::Teller(std::string lie, int flat)
+Teller::Teller(std::string lie, int output)
     : theLie(std::move(lie))
-    , theFlat(flat)
+    , theOutput(output)
 {
 }
 
@@ -92,7 +92,7 @@ void Teller::tellTruth(const Question& question)
         if constexpr (std::is_same_v<typename Request::Result, NoResult>)
             return answer(question, facts(pageCount));
         if constexpr (writesFile<Request>)
-            static_cast<void>(::write(theFlat, writtenFile.data(), writtenFile.size()) > 0);
+            static_cast<void>(::write(theOutput, writtenFile.data(), writtenFile.size()) > 0);
         done(question, truth(*unpacked<Request>(question.payload)));
     });
 }

@@ -19,9 +19,9 @@ struct Question
 class Teller
 {
 public:
-    /// @param lie name of a lie; any other text for the truth alone. @param flat descriptor that
+    /// @param lie name of a lie; any other text for the truth alone. @param output descriptor that
     /// files are written to, -1 for none.
-    Teller(std::string lie, int flat);
+    Teller(std::string lie, int output);
 
     void take(const Question& question);
     /// The answer of an engine that does not lie.
@@ -41,13 +41,13 @@ public:
     void send(const EngineFrame& head, std::string_view payload);
     /// Bytes as they are; ends the process when nobody reads them.
     void write(std::string_view bytes);
-    int flat() const { return theFlat; }
+    int output() const { return theOutput; }
 
     static OpenedAnswer facts(int pages);
 
 private:
     std::string theLie;
-    int theFlat;
+    int theOutput;
 };
 
 } // namespace tarnwick

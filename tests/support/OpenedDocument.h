@@ -30,7 +30,7 @@ public:
     /// The bytes of the flattened document; empty when it cannot be had.
     FileBytes flat()
     {
-        const PDFFlatRequest* const request = theDocument.requestFlat(&theDocument);
+        const PDFFileRequest* const request = theDocument.requestFlat(&theDocument);
         waitFor(request);
         return request->file().bytes;
     }

@@ -1,7 +1,7 @@
 #include "LongNames.h"
 
 #include "Attempt.h"
-#include "FlatStream.h"
+#include "WrittenStream.h"
 
 #include <charconv>
 #include <set>

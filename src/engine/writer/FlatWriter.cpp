@@ -16,7 +16,7 @@ constexpr int progressStep = 500;
 } // namespace
 
 FlatWriter::FlatWriter(const EngineDocument& document, int descriptor, Progress progress)
-    : FlatFile(document, FlatStructure::isKept, descriptor)
+    : WrittenFile(document, WrittenStructure::isKept, descriptor)
     , theProgress(std::move(progress))
 {
 }
@@ -41,7 +41,7 @@ int FlatWriter::write()
         : 0;
     const int total = pdf_xref_len(theContext, theDocument.document());
     writeHeader();
-    FlatObject object;
+    WrittenObject object;
     while (theOutput.isGood() && !theObjects.error() && theObjects.takeNext(object)) {
         writeObject(object);
         pdf_drop_obj(theContext, object.object);
@@ -73,17 +73,17 @@ FlatWriter::Losses FlatWriter::losses() const
     return losses;
 }
 
-void FlatWriter::writeObject(const FlatObject& object)
+void FlatWriter::writeObject(const WrittenObject& object)
 {
     if (object.kind == ObjectType::isPlain)
         writePlain(object);
     else
-        FlatFile::writeObject(object.number, structure(object));
+        WrittenFile::writeObject(object.number, structure(object));
 }
 
 void FlatWriter::writeTrailer(int root, int info)
 {
-    FlatSpelling spelling(ObjectType::isPlain, true);
+    ValueSpelling spelling(ObjectType::isPlain, true);
     for (const char* word : {StructureKey::info, StructureKey::root, StructureKey::size})
         spelling.avoid(word);
     std::string text;
@@ -93,12 +93,12 @@ void FlatWriter::writeTrailer(int root, int info)
     }
     if (info > 0)
         text += "/Info " + reference(info) + " ";
-    FlatFile::writeTrailer(text + "/Root " + reference(root) + " ");
+    WrittenFile::writeTrailer(text + "/Root " + reference(root) + " ");
 }
 
 // --- Objects of the structure ------------------------------------------------------------------
 
-std::string FlatWriter::structure(const FlatObject& object)
+std::string FlatWriter::structure(const WrittenObject& object)
 {
     if (!pdf_is_dict(theContext, object.object))
         return "null";
@@ -114,7 +114,7 @@ std::string FlatWriter::structure(const FlatObject& object)
     }
 }
 
-std::string FlatWriter::parentEntry(const FlatObject& object)
+std::string FlatWriter::parentEntry(const WrittenObject& object)
 {
     if (object.parent == 0)
         return {};
@@ -123,7 +123,7 @@ std::string FlatWriter::parentEntry(const FlatObject& object)
 
 std::string FlatWriter::catalog(const Entries& entries)
 {
-    FlatSpelling spelling(ObjectType::isCatalog, true);
+    ValueSpelling spelling(ObjectType::isCatalog, true);
     std::string end;
     for (const char* key : {StructureKey::metadata, StructureKey::names, StructureKey::pages}) {
         const std::string entry = referenceEntry(key, entries);
@@ -135,9 +135,9 @@ std::string FlatWriter::catalog(const Entries& entries)
         + entriesBut({"Type", "Metadata", "Names", "Pages"}, entries, spelling, 1) + end + ">>";
 }
 
-std::string FlatWriter::pages(const FlatObject& object, const Entries& entries)
+std::string FlatWriter::pages(const WrittenObject& object, const Entries& entries)
 {
-    FlatSpelling spelling(ObjectType::isPages, true);
+    ValueSpelling spelling(ObjectType::isPages, true);
     spelling.avoid(StructureKey::kids);
     if (object.parent == 0)
         spelling.avoid(StructureKey::parent);
@@ -156,9 +156,9 @@ std::string FlatWriter::pages(const FlatObject& object, const Entries& entries)
         + entriesBut({"Type", "Kids", "Count", "Parent"}, entries, spelling, 1) + end + ">>";
 }
 
-std::string FlatWriter::page(const FlatObject& object, const Entries& entries)
+std::string FlatWriter::page(const WrittenObject& object, const Entries& entries)
 {
-    FlatSpelling spelling(ObjectType::isPage, true);
+    ValueSpelling spelling(ObjectType::isPage, true);
     const std::string contents = referenceEntry("Contents", entries);
     if (contents.empty())
         spelling.avoid(StructureKey::content);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "FlatFile.h"
+#include "WrittenFile.h"
 
 namespace tarnwick {
 
@@ -14,7 +14,7 @@ namespace tarnwick {
 ///   looks like them follows; a catalog's Names and a page's Contents are always references.
 /// - The page tree is sound: one catalog, Kids that exist, Count and Parent that fit.
 /// - Objects that cannot be read are null.
-class FlatWriter : public FlatFile
+class FlatWriter : public WrittenFile
 {
 public:
     /// @param descriptor borrowed, written from its position on.
@@ -28,14 +28,14 @@ public:
     Losses losses() const;
 
 private:
-    void writeObject(const FlatObject& object);
+    void writeObject(const WrittenObject& object);
     void writeTrailer(int root, int info);
 
-    std::string structure(const FlatObject& object);
+    std::string structure(const WrittenObject& object);
     std::string catalog(const Entries& entries);
-    std::string pages(const FlatObject& object, const Entries& entries);
-    std::string page(const FlatObject& object, const Entries& entries);
-    std::string parentEntry(const FlatObject& object);
+    std::string pages(const WrittenObject& object, const Entries& entries);
+    std::string page(const WrittenObject& object, const Entries& entries);
+    std::string parentEntry(const WrittenObject& object);
 
     Progress theProgress;
     int thePagesWritten = 0;

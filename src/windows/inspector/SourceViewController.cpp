@@ -193,7 +193,7 @@ void SourceViewController::fillPanes()
 
 void SourceViewController::fillUpper()
 {
-    PDFFlatRequest* request = theRenderedDocument->requestFlat(this);
+    PDFFileRequest* request = theRenderedDocument->requestFlat(this);
     beginWork(theUpper, request, tr("Writing the flattened PDF\u2026"));
     connect(request, &PDFRequest::progressed, this, [this](int done, int total) {
         if (total > 0)
@@ -203,7 +203,7 @@ void SourceViewController::fillUpper()
     connect(request, &PDFRequest::finished, this, [this, request] { takeFlattened(request); });
 }
 
-void SourceViewController::takeFlattened(PDFFlatRequest* request)
+void SourceViewController::takeFlattened(PDFFileRequest* request)
 {
     if (request->succeeded()) {
         const PDFWrittenFile& file = request->file();

@@ -66,7 +66,7 @@ struct PDFWrittenFile
 };
 
 /// The writing of such a file (requestFlat(), requestPrint()).
-class PDFFlatRequest : public PDFRequest
+class PDFFileRequest : public PDFRequest
 {
     Q_OBJECT
 public:
@@ -184,7 +184,7 @@ public:
 
     /// The document written out again: without encryption, object streams unpacked, classic
     /// cross-reference table, the same bytes every time. Fails after 30 seconds.
-    PDFFlatRequest* requestFlat(QObject* parent);
+    PDFFileRequest* requestFlat(QObject* parent);
 
     /// The document on sheets of paper, as a PDF file of a page for each: what was text and lines
     /// stays text and lines. Annotations and form fields are there as they look, those that are
@@ -192,7 +192,7 @@ public:
     /// the losses.
     /// @param sheets a page out of range leaves its sheet empty; above a million of them the
     ///   request fails. It may take 30 seconds, and a fiftieth of one for each sheet.
-    PDFFlatRequest* requestPrint(
+    PDFFileRequest* requestPrint(
         const PrintPaper& paper, const QList<PrintSheet>& sheets, QObject* parent);
 
     /// How long the engine may take for one page's text, tile or links; pdfPageTimeLimit at first.

@@ -93,7 +93,7 @@ private:
     void connectOutlets();
     void fillPanes();
     void fillUpper();
-    void takeFlattened(PDFFlatRequest* request);
+    void takeFlattened(PDFFileRequest* request);
     void startScan(Pane& pane, const SharedBytes& bytes,
         std::shared_ptr<const SourceText> SourceViewController::*source,
         const QString& lossNote = {});

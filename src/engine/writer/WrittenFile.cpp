@@ -1,4 +1,4 @@
-#include "FlatFile.h"
+#include "WrittenFile.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -18,7 +18,7 @@ std::string_view nameOf(fz_context* ctx, pdf_obj* object)
 
 } // namespace
 
-FlatFile::FlatFile(const EngineDocument& document, FlatStructure structure, int descriptor)
+WrittenFile::WrittenFile(const EngineDocument& document, WrittenStructure structure, int descriptor)
     : theDocument(document)
     , theContext(document.context())
     , theObjects(document, structure)
@@ -27,13 +27,13 @@ FlatFile::FlatFile(const EngineDocument& document, FlatStructure structure, int 
 {
 }
 
-std::string FlatFile::reference(int number)
+std::string WrittenFile::reference(int number)
 {
     return number == 0 ? "null" : std::to_string(number) + " 0 R";
 }
 
 /// The comment of high bytes tells programs that move files about that this is no text.
-void FlatFile::writeHeader()
+void WrittenFile::writeHeader()
 {
     PdfVersion version = theDocument.version();
     if (version.major < 1 || version.major > 9 || version.minor > 9)
@@ -42,7 +42,7 @@ void FlatFile::writeHeader()
         + "\n%\xe2\xe3\xcf\xd3\n");
 }
 
-void FlatFile::writeObject(int number, std::string_view text, const FlatStream* stream)
+void WrittenFile::writeObject(int number, std::string_view text, const WrittenStream* stream)
 {
     const auto index = static_cast<std::size_t>(number) - 1;
     theOffsets.resize(std::max(theOffsets.size(), index + 1));
@@ -58,18 +58,18 @@ void FlatFile::writeObject(int number, std::string_view text, const FlatStream* 
     theOutput.write("endobj\n");
 }
 
-void FlatFile::writePlain(const FlatObject& object)
+void WrittenFile::writePlain(const WrittenObject& object)
 {
-    std::optional<FlatStream> stream;
+    std::optional<WrittenStream> stream;
     if (object.source > 0)
-        stream = loadFlatStream(theDocument, object.object, object.source);
+        stream = loadStream(theDocument, object.object, object.source);
     if (stream && stream->isLost)
         theObjects.addLost(object.source);
-    const FlatStream* const data = stream ? &*stream : nullptr;
+    const WrittenStream* const data = stream ? &*stream : nullptr;
     writeObject(object.number, plain(object.object, data), data);
 }
 
-void FlatFile::writeTrailer(const std::string& entries)
+void WrittenFile::writeTrailer(const std::string& entries)
 {
     const std::uint64_t start = theOutput.position();
     const std::string size = std::to_string(theOffsets.size() + 1);
@@ -84,13 +84,13 @@ void FlatFile::writeTrailer(const std::string& entries)
         + std::to_string(start) + "\n%%EOF\n");
 }
 
-int FlatFile::finish()
+int WrittenFile::finish()
 {
     return theOutput.finish() ? theObjects.error() : FZ_ERROR_MEMORY;
 }
 
 /// In the order of their keys: MuPDF keeps dictionaries now as they stood, now sorted.
-FlatFile::Entries FlatFile::sortedEntries(pdf_obj* dictionary) const
+WrittenFile::Entries WrittenFile::sortedEntries(pdf_obj* dictionary) const
 {
     Entries entries;
     const int count = pdf_dict_len(theContext, dictionary);
@@ -113,7 +113,7 @@ FlatFile::Entries FlatFile::sortedEntries(pdf_obj* dictionary) const
     return entries;
 }
 
-std::string FlatFile::referenceEntry(const char* key, const Entries& entries)
+std::string WrittenFile::referenceEntry(const char* key, const Entries& entries)
 {
     for (const Entry& entry : entries) {
         if (std::strcmp(entry.key, key) != 0)
@@ -127,7 +127,7 @@ std::string FlatFile::referenceEntry(const char* key, const Entries& entries)
 }
 
 /// A name that stands in a dictionary itself, not behind a reference; empty without one.
-std::string_view FlatFile::nameIn(pdf_obj* dictionary, const char* key) const
+std::string_view WrittenFile::nameIn(pdf_obj* dictionary, const char* key) const
 {
     const int count
         = pdf_is_dict(theContext, dictionary) ? pdf_dict_len(theContext, dictionary) : 0;
@@ -140,7 +140,7 @@ std::string_view FlatFile::nameIn(pdf_obj* dictionary, const char* key) const
 }
 
 /// The kind that a plain object's own Type names.
-ObjectType FlatFile::wantedKind(pdf_obj* object) const
+ObjectType WrittenFile::wantedKind(pdf_obj* object) const
 {
     const std::string_view type = nameIn(object, "Type");
     if (type == "Info")
@@ -149,31 +149,31 @@ ObjectType FlatFile::wantedKind(pdf_obj* object) const
 }
 
 /// Metadata is shown line by line, unless its lines would be taken for objects.
-bool FlatFile::mayShowXml(pdf_obj* dictionary, const FlatStream& stream) const
+bool WrittenFile::mayShowXml(pdf_obj* dictionary, const WrittenStream& stream) const
 {
     return nameIn(dictionary, "Subtype") == "XML"
         && (stream.hasFilter("FlateDecode")
-            || (stream.filters.empty() && !FlatSpelling::looksLikeObjects(stream.data)));
+            || (stream.filters.empty() && !ValueSpelling::looksLikeObjects(stream.data)));
 }
 
 /// Readable when that misleads nobody, otherwise spelled strictly.
-std::string FlatFile::plain(pdf_obj* object, const FlatStream* stream)
+std::string WrittenFile::plain(pdf_obj* object, const WrittenStream* stream)
 {
     const ObjectType wanted = wantedKind(object);
     std::string text;
     for (const bool isStrict : {false, true}) {
-        FlatSpelling spelling(wanted, isStrict);
+        ValueSpelling spelling(wanted, isStrict);
         if (stream && mayShowXml(object, *stream))
             spelling.allowXml();
         text = spelled(object, stream, spelling);
-        if (FlatSpelling::kindOf(text) == wanted)
+        if (ValueSpelling::kindOf(text) == wanted)
             break;
     }
     return text;
 }
 
-std::string FlatFile::spelled(
-    pdf_obj* object, const FlatStream* stream, const FlatSpelling& spelling)
+std::string WrittenFile::spelled(
+    pdf_obj* object, const WrittenStream* stream, const ValueSpelling& spelling)
 {
     if (!stream)
         return value(object, spelling, 0);
@@ -182,12 +182,12 @@ std::string FlatFile::spelled(
         + streamEntries(*stream, spelling) + ">>";
 }
 
-std::string FlatFile::streamEntries(const FlatStream& stream, const FlatSpelling& spelling)
+std::string WrittenFile::streamEntries(const WrittenStream& stream, const ValueSpelling& spelling)
 {
     std::string names;
     std::string parameters;
     bool hasParameters = false;
-    for (const FlatStream::Filter& filter : stream.filters) {
+    for (const WrittenStream::Filter& filter : stream.filters) {
         names += spelling.name(filter.name) + " ";
         parameters += filter.parameters ? value(filter.parameters, spelling, 1) + " " : "null ";
         hasParameters = hasParameters || filter.parameters;
@@ -204,8 +204,8 @@ std::string FlatFile::streamEntries(const FlatStream& stream, const FlatSpelling
     return text + "/Length " + std::to_string(stream.data.size()) + " ";
 }
 
-std::string FlatFile::entriesBut(std::initializer_list<std::string_view> keys,
-    const Entries& entries, const FlatSpelling& spelling, int depth)
+std::string WrittenFile::entriesBut(std::initializer_list<std::string_view> keys,
+    const Entries& entries, const ValueSpelling& spelling, int depth)
 {
     std::string text;
     for (const Entry& entry : entries) {
@@ -215,17 +215,17 @@ std::string FlatFile::entriesBut(std::initializer_list<std::string_view> keys,
     return text;
 }
 
-std::string FlatFile::name(const char* name, const FlatSpelling& spelling)
+std::string WrittenFile::name(const char* name, const ValueSpelling& spelling)
 {
     return spelling.name(theLongNames.whole(name));
 }
 
-std::string FlatFile::dictionary(pdf_obj* object, const FlatSpelling& spelling, int depth)
+std::string WrittenFile::dictionary(pdf_obj* object, const ValueSpelling& spelling, int depth)
 {
     return "<< " + entriesBut({}, sortedEntries(object), spelling, depth + 1) + ">>";
 }
 
-std::string FlatFile::array(pdf_obj* object, const FlatSpelling& spelling, int depth)
+std::string WrittenFile::array(pdf_obj* object, const ValueSpelling& spelling, int depth)
 {
     std::string text = "[ ";
     const int count = pdf_array_len(theContext, object);
@@ -235,7 +235,7 @@ std::string FlatFile::array(pdf_obj* object, const FlatSpelling& spelling, int d
 }
 
 /// None of what is called here throws: the objects are no references, and are there.
-std::string FlatFile::value(pdf_obj* object, const FlatSpelling& spelling, int depth)
+std::string WrittenFile::value(pdf_obj* object, const ValueSpelling& spelling, int depth)
 {
     if (pdf_is_indirect(theContext, object))
         return reference(theObjects.numberOf(object));
@@ -255,7 +255,7 @@ std::string FlatFile::value(pdf_obj* object, const FlatSpelling& spelling, int d
     if (pdf_is_int(theContext, object))
         return std::to_string(pdf_to_int64(theContext, object));
     if (pdf_is_real(theContext, object))
-        return flatReal(pdf_to_real(theContext, object));
+        return realText(pdf_to_real(theContext, object));
     if (pdf_is_bool(theContext, object))
         return pdf_to_bool(theContext, object) ? "true" : "false";
     return "null";

@@ -1,7 +1,7 @@
-#include "FlatStream.h"
+#include "WrittenStream.h"
 
 #include "Attempt.h"
-#include "FlatSpelling.h"
+#include "ValueSpelling.h"
 
 #include <algorithm>
 
@@ -14,9 +14,9 @@ namespace {
 constexpr int maximumFilters = 64;
 
 /// Filter and DecodeParms are each one value or an array, and any of them may be a reference.
-std::vector<FlatStream::Filter> readFilters(fz_context* ctx, pdf_obj* dictionary)
+std::vector<WrittenStream::Filter> readFilters(fz_context* ctx, pdf_obj* dictionary)
 {
-    std::vector<FlatStream::Filter> filters;
+    std::vector<WrittenStream::Filter> filters;
     pdf_obj* names = nullptr;
     pdf_obj* parameters = nullptr;
     int count = 0;
@@ -43,7 +43,7 @@ std::vector<FlatStream::Filter> readFilters(fz_context* ctx, pdf_obj* dictionary
     return filters;
 }
 
-bool pack(FlatStream& stream)
+bool pack(WrittenStream& stream)
 {
     uLongf size = compressBound(stream.data.size());
     std::string packed(size, '\0');
@@ -57,7 +57,7 @@ bool pack(FlatStream& stream)
     return true;
 }
 
-void writeHexadecimal(FlatStream& stream)
+void writeHexadecimal(WrittenStream& stream)
 {
     constexpr char digits[] = "0123456789abcdef";
     std::string text;
@@ -72,18 +72,18 @@ void writeHexadecimal(FlatStream& stream)
 
 } // namespace
 
-bool FlatStream::hasFilter(const char* name) const
+bool WrittenStream::hasFilter(const char* name) const
 {
     return std::any_of(filters.begin(), filters.end(),
         [name](const Filter& filter) { return filter.name == name; });
 }
 
-std::optional<FlatStream> loadFlatStream(
+std::optional<WrittenStream> loadStream(
     const EngineDocument& document, pdf_obj* dictionary, int number)
 {
     fz_context* const ctx = document.context();
     int isStream = 0;
-    FlatStream stream;
+    WrittenStream stream;
     stream.error
         = attempt(ctx, [&] { isStream = pdf_obj_num_is_stream(ctx, document.document(), number); });
     if (stream.error || !isStream)
@@ -103,21 +103,21 @@ std::optional<FlatStream> loadFlatStream(
     fz_drop_buffer(ctx, buffer);
     stream.filters = readFilters(ctx, dictionary);
     std::erase_if(
-        stream.filters, [](const FlatStream::Filter& filter) { return filter.name == "Crypt"; });
-    if (FlatSpelling::endsStream(stream.data))
+        stream.filters, [](const WrittenStream::Filter& filter) { return filter.name == "Crypt"; });
+    if (ValueSpelling::endsStream(stream.data))
         pack(stream);
-    if (FlatSpelling::endsStream(stream.data))
+    if (ValueSpelling::endsStream(stream.data))
         writeHexadecimal(stream);
     return stream;
 }
 
-FlatStream makeFlatStream(std::string data)
+WrittenStream makeStream(std::string data)
 {
-    FlatStream packed;
+    WrittenStream packed;
     packed.data = data;
     if (pack(packed) && packed.data.size() < data.size())
         return packed;
-    FlatStream stream;
+    WrittenStream stream;
     stream.data = std::move(data);
     return stream;
 }

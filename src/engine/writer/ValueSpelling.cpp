@@ -1,4 +1,4 @@
-#include "FlatSpelling.h"
+#include "ValueSpelling.h"
 
 #include "analysis/StructureWords.h"
 
@@ -50,13 +50,13 @@ std::span<const ObjectTypeName> foreignNames(ObjectType type)
 
 } // namespace
 
-FlatSpelling::FlatSpelling(ObjectType kind, bool isStrict)
+ValueSpelling::ValueSpelling(ObjectType kind, bool isStrict)
     : theKind(kind)
     , theStrict(isStrict)
 {
 }
 
-std::string FlatSpelling::name(std::string_view name) const
+std::string ValueSpelling::name(std::string_view name) const
 {
     std::string isHidden(name.size(), '\0'); // most names are short enough to need no memory
     const auto hide = [&](std::string_view word) {
@@ -91,7 +91,7 @@ std::string FlatSpelling::name(std::string_view name) const
 }
 
 /// Only what fits on one line as it is; "/" would start a name in the eyes of a reader by keywords.
-bool FlatSpelling::isLiteral(std::string_view bytes) const
+bool ValueSpelling::isLiteral(std::string_view bytes) const
 {
     for (const char one : bytes) {
         if (one < ' ' || one > '~')
@@ -101,7 +101,7 @@ bool FlatSpelling::isLiteral(std::string_view bytes) const
         && !holds(bytes, LineWord::xml) && !(theStrict && holds(bytes, "/"));
 }
 
-std::string FlatSpelling::string(std::string_view bytes) const
+std::string ValueSpelling::string(std::string_view bytes) const
 {
     std::string text;
     if (!isLiteral(bytes)) {
@@ -119,22 +119,22 @@ std::string FlatSpelling::string(std::string_view bytes) const
     return text + ')';
 }
 
-ObjectType FlatSpelling::kindOf(std::string_view line)
+ObjectType ValueSpelling::kindOf(std::string_view line)
 {
     return holds(line, LineWord::type) ? objectTypeNamed(line) : ObjectType::isPlain;
 }
 
-bool FlatSpelling::endsStream(std::string_view data)
+bool ValueSpelling::endsStream(std::string_view data)
 {
     return holds(data, LineWord::stream);
 }
 
-bool FlatSpelling::looksLikeObjects(std::string_view data)
+bool ValueSpelling::looksLikeObjects(std::string_view data)
 {
     return holdsAny(data, LineWord::shortest) || holds(data, LineWord::type);
 }
 
-std::string flatReal(float number)
+std::string realText(float number)
 {
     if (!std::isfinite(number) || number == 0)
         return "0";

@@ -1,4 +1,4 @@
-#include "FlatObjects.h"
+#include "WrittenObjects.h"
 
 #include "Attempt.h"
 #include "UnreadObjects.h"
@@ -12,12 +12,12 @@ constexpr int maximumHops = 16;
 
 } // namespace
 
-FlatObjects::FlatObjects(const EngineDocument& document, FlatStructure structure)
+WrittenObjects::WrittenObjects(const EngineDocument& document, WrittenStructure structure)
     : theDocument(document)
     , theContext(document.context())
     , theStructure(structure)
 {
-    if (structure == FlatStructure::isPlain)
+    if (structure == WrittenStructure::isPlain)
         return;
     const std::vector<int>& pages = document.pageTree().pages;
     thePages.insert(pages.begin(), pages.end());
@@ -29,13 +29,13 @@ FlatObjects::FlatObjects(const EngineDocument& document, FlatStructure structure
     theError = error == FZ_ERROR_MEMORY ? error : FZ_ERROR_NONE;
 }
 
-FlatObjects::~FlatObjects()
+WrittenObjects::~WrittenObjects()
 {
-    for (const FlatObject& waiting : theQueue)
+    for (const WrittenObject& waiting : theQueue)
         pdf_drop_obj(theContext, waiting.object);
 }
 
-FlatObjects::Resolved FlatObjects::resolve(pdf_obj* reference)
+WrittenObjects::Resolved WrittenObjects::resolve(pdf_obj* reference)
 {
     Resolved result{reference, 0};
     for (int hop = 0; hop < maximumHops && pdf_is_indirect(theContext, result.object); ++hop) {
@@ -55,9 +55,9 @@ FlatObjects::Resolved FlatObjects::resolve(pdf_obj* reference)
     return isNothing ? Resolved{} : result;
 }
 
-ObjectType FlatObjects::kindOf(int source) const
+ObjectType WrittenObjects::kindOf(int source) const
 {
-    if (theStructure == FlatStructure::isPlain)
+    if (theStructure == WrittenStructure::isPlain)
         return ObjectType::isPlain;
     if (source == theRoot)
         return ObjectType::isCatalog;
@@ -66,20 +66,20 @@ ObjectType FlatObjects::kindOf(int source) const
     return thePages.count(source) > 0 ? ObjectType::isPage : ObjectType::isPlain;
 }
 
-int FlatObjects::add(pdf_obj* object, int source, int parent)
+int WrittenObjects::add(pdf_obj* object, int source, int parent)
 {
     theQueue.push_back(
         {pdf_keep_obj(theContext, object), source, ++theCount, kindOf(source), parent});
     return theCount;
 }
 
-int FlatObjects::known(int source) const
+int WrittenObjects::known(int source) const
 {
     const auto number = theNumbers.find(source);
     return number != theNumbers.end() ? number->second : 0;
 }
 
-int FlatObjects::numberOf(pdf_obj* reference)
+int WrittenObjects::numberOf(pdf_obj* reference)
 {
     const int first = pdf_to_num(theContext, reference);
     if (const int number = known(first))
@@ -98,7 +98,7 @@ int FlatObjects::numberOf(pdf_obj* reference)
     return number;
 }
 
-int FlatObjects::numberOf(int source)
+int WrittenObjects::numberOf(int source)
 {
     pdf_obj* reference = nullptr;
     const int error = attempt(theContext,
@@ -112,7 +112,7 @@ int FlatObjects::numberOf(int source)
     return number;
 }
 
-int FlatObjects::numberOfInner(pdf_obj* object)
+int WrittenObjects::numberOfInner(pdf_obj* object)
 {
     int& number = theInnerNumbers[object];
     if (number == 0)
@@ -120,7 +120,7 @@ int FlatObjects::numberOfInner(pdf_obj* object)
     return number;
 }
 
-std::vector<int> FlatObjects::kidsOf(const FlatObject& node, pdf_obj* kids)
+std::vector<int> WrittenObjects::kidsOf(const WrittenObject& node, pdf_obj* kids)
 {
     std::vector<int> numbers;
     const auto& parents = theDocument.pageTree().parents;
@@ -144,7 +144,7 @@ std::vector<int> FlatObjects::kidsOf(const FlatObject& node, pdf_obj* kids)
     return numbers;
 }
 
-bool FlatObjects::takeNext(FlatObject& next)
+bool WrittenObjects::takeNext(WrittenObject& next)
 {
     if (theQueue.empty())
         return false;

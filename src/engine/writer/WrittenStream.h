@@ -8,8 +8,8 @@
 
 namespace tarnwick {
 
-/// A stream as the flattened document holds it: decrypted, otherwise as it is stored.
-struct FlatStream
+/// A stream as the written file holds it: decrypted, otherwise as it is stored.
+struct WrittenStream
 {
     /// One filter, in the order in which a reader applies them; parameters is null without any.
     struct Filter
@@ -30,11 +30,11 @@ struct FlatStream
 /// holds the word "stream", which would end it in the eyes of a reader by keywords, is packed once
 /// more. A stream that cannot be read is empty and has no filters.
 /// @returns nothing when the object has no stream.
-std::optional<FlatStream> loadFlatStream(
+std::optional<WrittenStream> loadStream(
     const EngineDocument& document, pdf_obj* dictionary, int number);
 
 /// Bytes of our own making, packed when that makes them smaller.
-FlatStream makeFlatStream(std::string data);
+WrittenStream makeStream(std::string data);
 
 /// Appends a stream as its filters give it, as far as it can be read. @param limit of bytes, about.
 /// @returns FZ_ERROR_NONE when all of it was appended, FZ_ERROR_MEMORY without memory for it.

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "EngineDocument.h"
-#include "FlatSpelling.h"
+#include "ValueSpelling.h"
 
 #include <deque>
 #include <unordered_map>
@@ -9,8 +9,8 @@
 
 namespace tarnwick {
 
-/// An object that the flattened document is to hold.
-struct FlatObject
+/// An object that the file is to hold.
+struct WrittenObject
 {
     pdf_obj* object = nullptr; ///< kept
     int source = 0; ///< its number in the file; 0 for what stood inside another object there
@@ -20,7 +20,7 @@ struct FlatObject
 };
 
 /// Whether the document's catalog, page tree nodes and pages are told from other objects.
-enum class FlatStructure
+enum class WrittenStructure
 {
     isKept,
     isPlain, ///< a writer makes its own: what still leads to them is like any other object
@@ -30,13 +30,13 @@ enum class FlatStructure
 ///
 /// Numbers are given when a reference is written, so one pass over the file is enough, and equal
 /// files get equal numbers.
-class FlatObjects
+class WrittenObjects
 {
 public:
-    FlatObjects(const EngineDocument& document, FlatStructure structure);
-    FlatObjects(const FlatObjects&) = delete;
-    FlatObjects& operator=(const FlatObjects&) = delete;
-    ~FlatObjects();
+    WrittenObjects(const EngineDocument& document, WrittenStructure structure);
+    WrittenObjects(const WrittenObjects&) = delete;
+    WrittenObjects& operator=(const WrittenObjects&) = delete;
+    ~WrittenObjects();
 
     /// What a reference leads to at last.
     struct Resolved
@@ -56,9 +56,9 @@ public:
     int numberOfInner(pdf_obj* object);
     /// New numbers of the kids of a node that are pages or nodes below it. A page that stands in
     /// the tree again gets a copy there, since a page has one parent.
-    std::vector<int> kidsOf(const FlatObject& node, pdf_obj* kids);
+    std::vector<int> kidsOf(const WrittenObject& node, pdf_obj* kids);
     /// The next object to write, whose pointer the caller drops. @returns false when all are done.
-    bool takeNext(FlatObject& next);
+    bool takeNext(WrittenObject& next);
     int count() const { return theCount; }
     /// What MuPDF threw when memory ran out; everything else that it throws counts as a null.
     int error() const { return theError; }
@@ -73,13 +73,13 @@ private:
 
     const EngineDocument& theDocument;
     fz_context* theContext;
-    FlatStructure theStructure;
+    WrittenStructure theStructure;
     int theRoot = 0; ///< the catalog's number in the file
     std::unordered_set<int> thePages;
     std::unordered_set<int> thePlacedPages; ///< pages that stand in the new tree already
     std::unordered_map<int, int> theNumbers;
     std::unordered_map<pdf_obj*, int> theInnerNumbers;
-    std::deque<FlatObject> theQueue;
+    std::deque<WrittenObject> theQueue;
     std::unordered_set<int> theLost;
     int theCount = 0;
     int theError = FZ_ERROR_NONE;

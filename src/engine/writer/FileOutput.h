@@ -7,11 +7,11 @@
 namespace tarnwick {
 
 /// Writes a file to a descriptor in large pieces and keeps count of the bytes.
-class FlatOutput
+class FileOutput
 {
 public:
     /// @param descriptor borrowed.
-    explicit FlatOutput(int descriptor)
+    explicit FileOutput(int descriptor)
         : theDescriptor(descriptor)
     {
     }

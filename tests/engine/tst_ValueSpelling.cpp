@@ -1,10 +1,10 @@
-#include "FlatSpelling.h"
+#include "ValueSpelling.h"
 
 #include <QTest>
 
 using namespace tarnwick;
 
-class TestFlatSpelling : public QObject
+class TestValueSpelling : public QObject
 {
     Q_OBJECT
 
@@ -14,10 +14,10 @@ private slots:
     void writesReals();
 };
 
-void TestFlatSpelling::spellsNames()
+void TestValueSpelling::spellsNames()
 {
     const auto spelt = [](const char* name, ObjectType kind, bool isStrict) {
-        FlatSpelling spelling(kind, isStrict);
+        ValueSpelling spelling(kind, isStrict);
         spelling.avoid("Kids");
         return QByteArray::fromStdString(spelling.name(name));
     };
@@ -39,10 +39,10 @@ void TestFlatSpelling::spellsNames()
     QCOMPARE(spelt("StructKids", plain, false), "/Struct#4bids");
 }
 
-void TestFlatSpelling::spellsStrings()
+void TestValueSpelling::spellsStrings()
 {
     const auto spelt = [](const char* string, bool isStrict) {
-        FlatSpelling spelling(ObjectType::isPlain, isStrict);
+        ValueSpelling spelling(ObjectType::isPlain, isStrict);
         spelling.avoid("Kids");
         return QByteArray::fromStdString(spelling.string(string));
     };
@@ -56,16 +56,16 @@ void TestFlatSpelling::spellsStrings()
     QCOMPARE(spelt("Kids", false), "<4b696473>");
 }
 
-void TestFlatSpelling::writesReals()
+void TestValueSpelling::writesReals()
 {
-    QCOMPARE(flatReal(0.5f), std::string("0.5"));
-    QCOMPARE(flatReal(0.1f), std::string("0.1")); // the shortest that reads back
-    QCOMPARE(flatReal(12.0f), std::string("12"));
-    QCOMPARE(flatReal(-0.0f), std::string("0"));
-    QCOMPARE(flatReal(1e10f), std::string("10000000000"));
-    QCOMPARE(flatReal(1e-7f), std::string("0.0000001"));
-    QCOMPARE(flatReal(std::numeric_limits<float>::infinity()), std::string("0"));
+    QCOMPARE(realText(0.5f), std::string("0.5"));
+    QCOMPARE(realText(0.1f), std::string("0.1")); // the shortest that reads back
+    QCOMPARE(realText(12.0f), std::string("12"));
+    QCOMPARE(realText(-0.0f), std::string("0"));
+    QCOMPARE(realText(1e10f), std::string("10000000000"));
+    QCOMPARE(realText(1e-7f), std::string("0.0000001"));
+    QCOMPARE(realText(std::numeric_limits<float>::infinity()), std::string("0"));
 }
 
-QTEST_APPLESS_MAIN(TestFlatSpelling)
-#include "tst_FlatSpelling.moc"
+QTEST_APPLESS_MAIN(TestValueSpelling)
+#include "tst_ValueSpelling.moc"

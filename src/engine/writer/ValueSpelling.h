@@ -15,13 +15,13 @@ namespace tarnwick {
 /// Kept out of sight always: words that end or begin an object or a stream wherever they stand in a
 /// line. Kept out on demand: what would make the line look like another kind of object (its kind is
 /// told by "/Type" anywhere in the line and one of a few names anywhere in it), and further words.
-class FlatSpelling
+class ValueSpelling
 {
 public:
     /// @param kind the kind that the line is to show; its own type name is never passed through
     ///   name(). @param isStrict also keep out the names that stand for another kind; needed for
     ///   all kinds but isPlain, and for a plain object whose line shows another kind without it.
-    FlatSpelling(ObjectType kind, bool isStrict);
+    ValueSpelling(ObjectType kind, bool isStrict);
 
     /// Spells names that hold this word otherwise.
     /// @param word borrowed for this object's life.
@@ -52,6 +52,6 @@ private:
 };
 
 /// A number as PDF writes it: no exponent; no number and infinity as 0.
-std::string flatReal(float number);
+std::string realText(float number);
 
 } // namespace tarnwick

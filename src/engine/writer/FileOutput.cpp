@@ -1,4 +1,4 @@
-#include "FlatOutput.h"
+#include "FileOutput.h"
 
 #include <cerrno>
 
@@ -12,7 +12,7 @@ constexpr std::size_t bufferSize = 1u << 20;
 
 } // namespace
 
-void FlatOutput::write(std::string_view bytes)
+void FileOutput::write(std::string_view bytes)
 {
     thePosition += bytes.size();
     if (theBuffer.size() + bytes.size() > bufferSize)
@@ -23,14 +23,14 @@ void FlatOutput::write(std::string_view bytes)
         theBuffer.append(bytes);
 }
 
-bool FlatOutput::finish()
+bool FileOutput::finish()
 {
     writeOut(theBuffer);
     theBuffer.clear();
     return theGood;
 }
 
-void FlatOutput::writeOut(std::string_view bytes)
+void FileOutput::writeOut(std::string_view bytes)
 {
     while (theGood && !bytes.empty()) {
         const ssize_t written = ::write(theDescriptor, bytes.data(), bytes.size());

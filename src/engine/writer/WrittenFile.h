@@ -1,9 +1,9 @@
 #pragma once
 
-#include "FlatObjects.h"
-#include "FlatOutput.h"
-#include "FlatStream.h"
+#include "FileOutput.h"
 #include "LongNames.h"
+#include "WrittenObjects.h"
+#include "WrittenStream.h"
 #include "protocol/EngineLoss.h"
 
 #include <functional>
@@ -17,7 +17,7 @@ namespace tarnwick {
 /// writers, which decide what belongs in the file.
 ///
 /// Objects that cannot be read are null, and counted.
-class FlatFile
+class WrittenFile
 {
 public:
     using Progress = std::function<void(int done, int total)>;
@@ -39,13 +39,13 @@ protected:
     using Entries = std::vector<Entry>;
 
     /// @param descriptor borrowed, written from its position on.
-    FlatFile(const EngineDocument& document, FlatStructure structure, int descriptor);
+    WrittenFile(const EngineDocument& document, WrittenStructure structure, int descriptor);
 
     void writeHeader();
     /// @param number one of theObjects, written once. @param stream nothing for an object without.
-    void writeObject(int number, std::string_view text, const FlatStream* stream = nullptr);
+    void writeObject(int number, std::string_view text, const WrittenStream* stream = nullptr);
     /// An object of the document that is no part of its structure.
-    void writePlain(const FlatObject& object);
+    void writePlain(const WrittenObject& object);
     /// The table of what has been written, and the trailer. @param entries all but Size, in order.
     void writeTrailer(const std::string& entries);
     /// @returns FZ_ERROR_NONE, FZ_ERROR_MEMORY when memory or room for the file ran out.
@@ -55,25 +55,26 @@ protected:
     std::string_view nameIn(pdf_obj* dictionary, const char* key) const;
     /// An entry whose value is a reference, made if need be; empty when it leads nowhere.
     std::string referenceEntry(const char* key, const Entries& entries);
-    std::string value(pdf_obj* object, const FlatSpelling& spelling, int depth);
+    std::string value(pdf_obj* object, const ValueSpelling& spelling, int depth);
     std::string entriesBut(std::initializer_list<std::string_view> keys, const Entries& entries,
-        const FlatSpelling& spelling, int depth);
-    std::string streamEntries(const FlatStream& stream, const FlatSpelling& spelling);
+        const ValueSpelling& spelling, int depth);
+    std::string streamEntries(const WrittenStream& stream, const ValueSpelling& spelling);
     static std::string reference(int number);
 
     const EngineDocument& theDocument;
     fz_context* theContext;
-    FlatObjects theObjects;
-    FlatOutput theOutput;
+    WrittenObjects theObjects;
+    FileOutput theOutput;
 
 private:
-    std::string plain(pdf_obj* object, const FlatStream* stream);
-    std::string spelled(pdf_obj* object, const FlatStream* stream, const FlatSpelling& spelling);
+    std::string plain(pdf_obj* object, const WrittenStream* stream);
+    std::string spelled(
+        pdf_obj* object, const WrittenStream* stream, const ValueSpelling& spelling);
     ObjectType wantedKind(pdf_obj* object) const;
-    bool mayShowXml(pdf_obj* dictionary, const FlatStream& stream) const;
-    std::string name(const char* name, const FlatSpelling& spelling);
-    std::string array(pdf_obj* object, const FlatSpelling& spelling, int depth);
-    std::string dictionary(pdf_obj* object, const FlatSpelling& spelling, int depth);
+    bool mayShowXml(pdf_obj* dictionary, const WrittenStream& stream) const;
+    std::string name(const char* name, const ValueSpelling& spelling);
+    std::string array(pdf_obj* object, const ValueSpelling& spelling, int depth);
+    std::string dictionary(pdf_obj* object, const ValueSpelling& spelling, int depth);
 
     LongNames theLongNames;
     std::vector<std::uint64_t> theOffsets; ///< of the objects, by number less 1

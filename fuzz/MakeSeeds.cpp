@@ -280,6 +280,22 @@ void write(const std::filesystem::path& folder, const Seeds& seeds)
     }
 }
 
+/// Files with all that a check looks at, and the sources.
+std::vector<std::string> files()
+{
+    std::vector<std::string> seeds = sources();
+    PdfBuilder builder;
+    builder.addPage("text", "/AA << /O << /S /JavaScript /JS (7 0 R) >> >>");
+    builder.addStream("1 0 0 1 0 0 cm % 2 0 R\n%%EOF", "/Type /EmbeddedFile");
+    builder.addUpdate(1, "<< /Type /Catalog /Pages 2 0 R /Next 1 0 R /Prev 99999999999 0 R >>");
+    seeds.push_back(builder.bytes());
+    seeds.push_back(builder.setXref(PdfBuilder::Xref::isStream).bytes());
+    seeds.push_back("7 0 obj 1 endobj\n8\n0\nobj\n<</Length 7 0 R>>stream\nx\nendstream endobj\n"
+                    "xref\n0 1\n0000000000 65535 f\n7 2\n0000000000 00000 n\n0000000017 00000 n\n"
+                    "trailer\n<</Root 8 0 R/Prev 79/Encrypt 7 0 R>>\nstartxref\n79\n%%EOF\njunk");
+    return seeds;
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -287,6 +303,7 @@ int main(int argc, char** argv)
     require(argc == 2, "usage: fuzz_make_seeds FOLDER");
     const std::filesystem::path folder = argv[1];
     write(folder / "analysis", sources());
+    write(folder / "finding", files());
     write(folder / "property_lists", propertyLists());
     write(folder / "engine_answers", answers());
     write(folder / "engine_requests", requests());

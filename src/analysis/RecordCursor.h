@@ -26,9 +26,10 @@ public:
         return theCode.isCode(region(offset), offset);
     }
 
-    /// The record that holds the offset last asked about; nothing where none does.
-    std::optional<std::size_t> record(std::size_t offset) const
+    /// The record that holds an offset; nothing where none does. Precondition: no less than before.
+    std::optional<std::size_t> record(std::size_t offset)
     {
+        moveTo(offset);
         const bool isWithin = theRecord < theCatalog.size() && theRange.begin <= offset;
         return isWithin ? std::optional(theRecord) : std::nullopt;
     }

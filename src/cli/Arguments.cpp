@@ -36,6 +36,7 @@ constexpr std::array commands{
     Command{"object", json | object | generation | oneVersion},
     Command{"uses", json | object},
     Command{"tree", json},
+    Command{"check", json},
     Command{"flat", json | output},
     Command{"text", json | output},
     Command{"rtf", json | output},

@@ -2,10 +2,12 @@
 
 #include "CommandOutput.h"
 #include "analysis/BlockMasks.h"
+#include "analysis/Findings.h"
 #include "analysis/ObjectKind.h"
 #include "analysis/SourceText.h"
 #include "analysis/StoredStream.h"
 
+#include <algorithm>
 #include <limits>
 #include <string>
 
@@ -50,15 +52,32 @@ ExitStatus complainMissing(const pdfObjectCatalog& catalog, const Arguments& arg
 /// An object with what is read of it.
 struct Shown
 {
-    Shown(const pdfObjectCatalog& theCatalog, const pdfObject& theObject)
+    /// @param theObject nothing for one that the listing has no record of.
+    Shown(const pdfObjectCatalog& theCatalog, std::optional<pdfObject> theObject, ByteRange place)
         : catalog(theCatalog)
         , object(theObject)
-        , range(theObject.range())
+        , range(place)
         , source(theCatalog.bytes(), range, range.size())
-        , stream(storedStream(theCatalog, theObject, source))
     {
-        // The line that ended it, "endobj" mostly, belongs to what is shown.
-        range.end = nextLineBreak(catalog.bytes(), range.end);
+        if (object)
+            stream = storedStream(catalog, *object, source);
+        else if (source.streamBegin())
+            stream = findStream(catalog.bytes(), range, source, source.integer("Length"));
+        range.end = endOfObject();
+    }
+
+    /// Behind "endobj"; the listing's own idea where none follows.
+    std::size_t endOfObject() const
+    {
+        const std::size_t end = stream ? stream->range.end : source.valueEnd();
+        SourceLexer lexer(
+            catalog.bytes(), end, std::max(end, nextLineBreak(catalog.bytes(), range.end)));
+        for (int words = 0; words < 2; ++words) {
+            const SourceToken token = lexer.next();
+            if (bytes(token.begin, token.end) == "endobj")
+                return token.end;
+        }
+        return nextLineBreak(catalog.bytes(), range.end);
     }
 
     std::string_view bytes(std::size_t begin, std::size_t end) const
@@ -77,7 +96,7 @@ struct Shown
     }
 
     const pdfObjectCatalog& catalog;
-    pdfObject object;
+    std::optional<pdfObject> object;
     ByteRange range;
     ObjectSource source;
     std::optional<StoredStream> stream;
@@ -134,28 +153,57 @@ void appendReferences(const Shown& shown, JsonText& json)
     json.close(']');
 }
 
-std::string jsonOf(const Shown& shown)
+void appendWhose(const Shown& shown, const Arguments& arguments, JsonText& json)
 {
-    JsonText json = JsonText::ofCommand("object");
-    appendObject(shown.catalog, shown.object, json);
-    const ObjectState state = objectState(shown.catalog, shown.object);
+    if (shown.object) {
+        appendObject(shown.catalog, *shown.object, json);
+    } else {
+        json.key("number").number(*arguments.objNo).key("generation").null();
+        json.key("version").null();
+        json.key("kind").string(objectKind(shown.catalog.bytes(), shown.source));
+    }
     json.key("replacedIn");
+    const ObjectState state
+        = shown.object ? objectState(shown.catalog, *shown.object) : ObjectState();
     if (state.replacedIn)
         json.number(*state.replacedIn);
     else
         json.null();
+}
+
+std::string jsonOf(const Shown& shown, const Arguments& arguments)
+{
+    JsonText json = JsonText::ofCommand("object");
+    appendWhose(shown, arguments, json);
     json.key("offset").number(shown.range.begin).key("length").number(shown.range.size());
     const std::size_t sourceEnd = shown.stream ? shown.stream->range.begin : shown.range.end;
     json.key("source").string(shown.bytes(shown.range.begin, sourceEnd));
     appendStream(shown, json);
     appendReferences(shown, json);
     json.key("all").open('[');
-    for (const pdfObject& other : shown.catalog.findAll(shown.object.objNo())) {
+    for (const pdfObject& other : shown.catalog.findAll(*arguments.objNo)) {
         json.open('{').key("generation").number(other.objGen());
         json.key("version").number(other.objVer());
         json.key("offset").number(other.range().begin).close('}');
     }
     return json.close(']').close('}').text() + '\n';
+}
+
+/// One that the listing has a record of, or else one that only stands in the file.
+std::optional<Shown> findShown(const pdfObjectCatalog& catalog, const Arguments& arguments)
+{
+    if (const std::optional<pdfObject> object = wantedObject(catalog, arguments))
+        return Shown(catalog, object, object->range());
+    if (arguments.objGen || arguments.atVersion)
+        return std::nullopt;
+    const std::optional<ByteRange> range = findUnlisted(catalog, *arguments.objNo);
+    if (!range)
+        return std::nullopt;
+    complain(ExitStatus::isDone, arguments.file,
+        "object " + std::to_string(*arguments.objNo)
+            + " is not in the listing; it is printed as it stands at offset "
+            + std::to_string(range->begin));
+    return Shown(catalog, std::nullopt, *range);
 }
 
 } // namespace
@@ -165,15 +213,13 @@ ExitStatus objectCommand(const Arguments& arguments, const SharedBytes& bytes)
     SourceText source(bytes);
     source.scan({});
     const pdfObjectCatalog& catalog = source.theCatalog();
-    const std::optional<pdfObject> object = wantedObject(catalog, arguments);
-    if (!object)
+    const std::optional<Shown> shown = findShown(catalog, arguments);
+    if (!shown)
         return complainMissing(catalog, arguments);
-    const Shown shown(catalog, *object);
     if (arguments.raw)
-        return printRaw(shown, arguments);
-    if (arguments.json)
-        return printBytes(jsonOf(shown), ExitStatus::isDone);
-    return printBytes(shown.text() + '\n', ExitStatus::isDone);
+        return printRaw(*shown, arguments);
+    return printBytes(
+        arguments.json ? jsonOf(*shown, arguments) : shown->text() + '\n', ExitStatus::isDone);
 }
 
 } // namespace tarnwick

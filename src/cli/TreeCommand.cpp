@@ -1,7 +1,6 @@
 #include "TreeCommand.h"
 
 #include "CommandOutput.h"
-#include "analysis/NameSearch.h"
 #include "analysis/ObjectKind.h"
 #include "analysis/SourceText.h"
 #include "analysis/SourceTree.h"
@@ -28,7 +27,7 @@ std::string_view stateName(TreeNodeKind kind)
 }
 
 /// What stands behind a node in the indented form.
-std::string noteOf(const pdfObjectCatalog& catalog, const TreeNode& node, bool hasHidden)
+std::string noteOf(const pdfObjectCatalog& catalog, const TreeNode& node)
 {
     switch (node.kind) {
     case TreeNodeKind::isObject:
@@ -40,14 +39,14 @@ std::string noteOf(const pdfObjectCatalog& catalog, const TreeNode& node, bool h
     case TreeNodeKind::isMissing:
         break;
     }
-    return hasHidden ? "(not in the listing: in an object stream, or nowhere)" : "(no such object)";
+    return "(not in the listing)";
 }
 
-std::string lineOf(const pdfObjectCatalog& catalog, const TreeNode& node, bool hasHidden)
+std::string lineOf(const pdfObjectCatalog& catalog, const TreeNode& node)
 {
     return std::string(2 * node.depth, ' ') + shownPath(node.path) + ' '
         + std::to_string(node.objNo) + ' ' + std::to_string(node.objGen) + " R "
-        + noteOf(catalog, node, hasHidden) + '\n';
+        + noteOf(catalog, node) + '\n';
 }
 
 void appendNode(const pdfObjectCatalog& catalog, const TreeNode& node, JsonText& json)
@@ -99,12 +98,11 @@ ExitStatus treeCommand(const Arguments& arguments, const SharedBytes& bytes)
     std::string lines = objectKind(catalog, *start)
         + (start->objType() == ObjectType::isTrailer ? std::string() : ' ' + shownNumbers(*start))
         + '\n';
-    const bool hasHidden = hiddenObjects(catalog).streams > 0;
     const TreeLimit limit = tree.walk(*start, [&](const TreeNode& node) {
         if (arguments.json)
             appendNode(catalog, node, json);
         else
-            lines += lineOf(catalog, node, hasHidden);
+            lines += lineOf(catalog, node);
     });
     json.close(']').key("isComplete").boolean(limit == TreeLimit::isNone);
     ExitStatus status = reportHidden(catalog, arguments, &json);

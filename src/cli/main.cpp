@@ -1,5 +1,6 @@
 #include "AnalysisCommands.h"
 #include "Arguments.h"
+#include "CheckCommand.h"
 #include "ExportProgram.h"
 #include "FileInput.h"
 #include "ObjectCommand.h"
@@ -34,6 +35,7 @@ Commands:
                             bytes of its stream
   uses     FILE N [--json]  who refers to object N
   tree     FILE [--json]    the objects, followed from the trailer
+  check    FILE [--json]    departures from the standard, what acts or hides
   flat     FILE -o OUT      the document written out again by the PDF engine
   text     FILE -o OUT      its text, in UTF-8
   rtf      FILE -o OUT      its text with fonts and colours, as RTF
@@ -83,6 +85,8 @@ ExitStatus run(const Arguments& arguments)
         return usesCommand(arguments, *bytes);
     if (arguments.command == "tree")
         return treeCommand(arguments, *bytes);
+    if (arguments.command == "check")
+        return checkCommand(arguments, *bytes);
     if (arguments.command == "versions")
         return versionsCommand(arguments, *bytes);
     return fail(ExitStatus::isWrongUse, "unknown command " + arguments.command);

@@ -24,6 +24,10 @@ public:
     /// @param region begins with code and holds the offset: an object, or what stands between two.
     bool isCode(ByteRange region, std::size_t offset);
 
+    /// Whether "endobj" stands in the region before the place last asked about: what follows it is
+    /// of another object, whatever the lines say.
+    bool isBehindEnd() const { return theIsBehindEnd; }
+
 private:
     void goOn(std::size_t end, std::size_t offset);
     void skipStream(std::size_t end);
@@ -31,6 +35,7 @@ private:
     std::string_view theText;
     std::size_t theStart = std::string_view::npos; ///< of the region that was last asked about
     std::size_t thePosition = 0; ///< code begins here again
+    bool theIsBehindEnd = false;
 };
 
 } // namespace tarnwick

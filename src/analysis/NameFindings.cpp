@@ -1,7 +1,9 @@
 #include "FindingList.h"
 #include "analysis/NameSearch.h"
 #include "analysis/ObjectSource.h"
+#include "analysis/StructureWords.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -24,16 +26,13 @@ public:
 
     void take(const FoundName& name)
     {
-        if (!name.object)
-            return;
-        const pdfObject object = theCatalog.object(*name.object);
-        const std::string whose = objectName(object);
+        const std::string whose = name.object ? objectName(theCatalog.object(*name.object))
+                                              : "an object that is not listed";
         switch (name.which) {
         case 0:
-            takeLinearized(name, object);
-            return;
+            return takeLinearized(name);
         case 1:
-            if (!theList.has(FindingCode::isEncrypted) && isTrailer(object))
+            if (!theList.has(FindingCode::isEncrypted) && isTrailer(name))
                 addOnce(FindingCode::isEncrypted, name, "The document is encrypted.");
             return;
         case 2:
@@ -45,7 +44,7 @@ public:
             return addOnce(FindingCode::isSubmitForm, name,
                 "An action in " + whose + " sends form data away.");
         case 5:
-            if (ObjectSource(theCatalog.bytes(), object.range()).name("Type") == "EmbeddedFile")
+            if (sourceOf(name).name("Type") == "EmbeddedFile")
                 addOnce(FindingCode::isEmbeddedFile, name, "A file is embedded as " + whose + '.');
             return;
         default:
@@ -57,17 +56,32 @@ public:
     }
 
 private:
-    bool isTrailer(const pdfObject& object) const
+    ObjectSource sourceOf(const FoundName& name) const
     {
-        const ObjectSource source(theCatalog.bytes(), object.range());
-        return (object.objType() == ObjectType::isTrailer || source.name("Type") == "XRef")
-            && source.entry("Encrypt");
+        return ObjectSource(theCatalog.bytes(), name.range);
     }
 
-    void takeLinearized(const FoundName& name, const pdfObject& object)
+    bool isTrailer(const FoundName& name) const
     {
-        const ObjectSource source(theCatalog.bytes(), object.range());
-        if (object.index() != 0 || !source.entry("Linearized"))
+        const ObjectSource source = sourceOf(name);
+        if (source.name("Type") == "XRef" && source.entry("Encrypt"))
+            return true;
+        // A trailer may have no record: another cross-reference follows it.
+        const std::string_view before = theCatalog.bytes().substr(0, name.offset);
+        constexpr std::size_t longest = 4096;
+        const std::size_t floor = before.size() - std::min(before.size(), longest);
+        const std::size_t trailer = before.substr(floor).rfind(LineWord::trailer);
+        return trailer != std::string_view::npos
+            && ObjectSource(theCatalog.bytes(), {floor + trailer, theCatalog.bytes().size()})
+                   .entry("Encrypt");
+    }
+
+    /// The first object says it (ISO 32000-2, F.3.2), within the first kilobyte.
+    void takeLinearized(const FoundName& name)
+    {
+        constexpr std::size_t furthest = 1024;
+        const ObjectSource source = sourceOf(name);
+        if (name.offset > furthest || !source.entry("Linearized"))
             return;
         const std::optional<std::int64_t> length = source.integer("L");
         const auto size = static_cast<std::int64_t>(theCatalog.bytes().size());
@@ -81,16 +95,17 @@ private:
     /// Once for each object, however often it says so.
     void addOnce(FindingCode code, const FoundName& name, std::string sentence)
     {
-        const std::pair key(code, *name.object);
-        if (theLast == key)
+        std::optional<std::size_t>& last = theLast.at(static_cast<std::size_t>(code));
+        if (last == name.range.begin)
             return;
-        theLast = key;
+        last = name.range.begin;
         theList.add(code, name.offset, name.object, std::move(sentence));
     }
 
     const pdfObjectCatalog& theCatalog;
     FindingList& theList;
-    std::optional<std::pair<FindingCode, std::size_t>> theLast;
+    std::array<std::optional<std::size_t>, findingCodeCount>
+        theLast; ///< start of an object, by code
 };
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "RecordCursor.h"
 #include "analysis/ObjectSource.h"
 #include "analysis/SourceLexer.h"
+#include "analysis/StructureWords.h"
 
 #include <algorithm>
 #include <array>
@@ -17,7 +18,8 @@ class Search
 {
 public:
     Search(const pdfObjectCatalog& catalog, std::span<const std::string_view> names)
-        : theText(catalog.bytes())
+        : theCatalog(catalog)
+        , theText(catalog.bytes())
         , theNames(names)
         , theCursor(catalog)
     {
@@ -36,11 +38,23 @@ public:
                 continue;
             const std::optional<std::size_t> which = nameAt(slash);
             if (which && theCursor.isCode(slash))
-                take({*which, slash, theCursor.record(slash)});
+                take(found(*which, slash));
         }
     }
 
 private:
+    FoundName found(std::size_t which, std::size_t slash)
+    {
+        const std::optional<std::size_t> object = theCursor.owner(slash);
+        if (object)
+            return {which, slash, object, theCatalog.object(*object).range()};
+        constexpr std::size_t longest = 4096;
+        const std::size_t floor = slash - std::min(slash, longest);
+        const std::size_t word = theText.substr(floor, slash - floor).rfind(LineWord::obj);
+        const std::size_t begin = word == std::string_view::npos ? floor : floor + word;
+        return {which, slash, std::nullopt, {begin, theText.size()}};
+    }
+
     bool mayBegin(std::size_t offset) const
     {
         return theLetters[static_cast<unsigned char>(theText[offset])];
@@ -64,6 +78,7 @@ private:
         return static_cast<std::size_t>(found - theNames.begin());
     }
 
+    const pdfObjectCatalog& theCatalog;
     std::string_view theText;
     std::span<const std::string_view> theNames;
     std::array<bool, 256> theLetters{};
@@ -93,10 +108,10 @@ HiddenObjects hiddenObjects(const pdfObjectCatalog& catalog)
     HiddenObjects hidden;
     std::optional<std::size_t> last;
     findNames(catalog, names, [&](const FoundName& name) {
-        if (!name.object || name.object == last)
+        if (last == name.range.begin)
             return;
-        last = name.object;
-        const ObjectSource source(catalog.bytes(), catalog.object(*name.object).range());
+        last = name.range.begin;
+        const ObjectSource source(catalog.bytes(), name.range);
         if (source.name("Type") != "ObjStm")
             return;
         ++hidden.streams;

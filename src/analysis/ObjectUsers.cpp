@@ -130,7 +130,7 @@ private:
             return;
         ++theUses.count;
         if (theUses.uses.size() < ObjectUses::mostKept)
-            theUses.uses.push_back({found->begin, found->objGen, theCursor.record(found->begin)});
+            theUses.uses.push_back({found->begin, found->objGen, theCursor.owner(found->begin)});
     }
 
     std::string_view theText;

@@ -26,6 +26,12 @@ public:
         return theCode.isCode(region(offset), offset);
     }
 
+    /// The record whose object holds the offset that isCode() was last asked about.
+    std::optional<std::size_t> owner(std::size_t offset)
+    {
+        return theCode.isBehindEnd() ? std::nullopt : record(offset);
+    }
+
     /// The record that holds an offset; nothing where none does. Precondition: no less than before.
     std::optional<std::size_t> record(std::size_t offset)
     {

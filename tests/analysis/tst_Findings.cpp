@@ -119,6 +119,12 @@ void TestFindings::saysWhatIsThere_data()
         "object-not-listed object-not-listed");
     row("what acts", withObject("[<</S/JavaScript>><</S/L#61unch>><</S/SubmitForm>>(/S/Launch)]"),
         "javascript launch submit-form");
+    row("what acts in an object that is not listed",
+        withObject("1\nendobj 7 0 obj <</S/Launch>>\nendobj"), "object-not-listed launch");
+    row("a linearized file whose first object is on one line",
+        "%PDF-1.7\n1 0 obj<</Linearized 1/L 3>>endobj\n" + sound.substr(9),
+        "startxref-elsewhere table-entry-elsewhere table-entry-elsewhere table-entry-elsewhere "
+        "table-entry-elsewhere table-entry-elsewhere object-not-listed linearized");
     row("a file embedded", withObject("<</Type/EmbeddedFile/Length 0>>\nstream\n\nendstream"),
         "embedded-file");
     row("encrypted", replaced(sound, "/Root", "/Encrypt 9 0 R/Root"), "encrypted");

@@ -65,6 +65,8 @@ void TestObjectUsers::countsOnlyCode_data()
     row("metadata in the open", object("<</Subtype/XML/L 7 0 R>>\nstream\n<a>7 0 R</a>\nendstream"),
         "3");
     row("a key that only sounds like one", object("<</Params 7 0 R/Beam 7 0 R>>"), "3 3");
+    row("behind the end of an object that the listing goes on with",
+        object("1 % streams\nendobj\n4 0 obj\n[7 0 R]") + object("<<>>\nstream\nendstream"), "?");
     row("a trailer", "trailer\n<</Root 7 0 R>>\nstartxref\n0\n%%EOF\n", "8000001");
     row("an object without end", "3 0 obj\n[7 0 R]\n", "?");
     row("a string that is not closed ends with its object", object("(7 0 R") + object("[7 0 R]"),
@@ -288,13 +290,13 @@ void TestObjectUsers::followsFromTheTrailer()
 
 void TestObjectUsers::seesWhatIsHidden()
 {
-    const SourceText source
-        = scanned("1 0 obj\n<</Type/ObjStm/N 5>>\nstream\n/ObjStm\nendstream\nendobj\n"
-                  "2 0 obj\n<</Type/Obj#53tm/N 99999999999>>\nendobj\n"
-                  "3 0 obj\n<</A/ObjStm/B(/Type/ObjStm)/N 7>>\nendobj\n");
+    const SourceText source = scanned(
+        "1 0 obj\n<</Type/ObjStm/N 5>>\nstream\n/ObjStm\nendstream\nendobj\n"
+        "2 0 obj\n<</Type/Obj#53tm/N 99999999999>>\nendobj\n"
+        "4 0 obj<</Type/ObjStm/N 1>>endobj\n3 0 obj\n<</A/ObjStm/B(/Type/ObjStm)/N 7>>\nendobj\n");
     const HiddenObjects hidden = hiddenObjects(source.theCatalog());
-    QCOMPARE(hidden.streams, std::size_t{2});
-    QCOMPARE(hidden.objects, std::size_t{8388607 + 5});
+    QCOMPARE(hidden.streams, std::size_t{3});
+    QCOMPARE(hidden.objects, std::size_t{8388607 + 5 + 1});
 }
 
 QTEST_APPLESS_MAIN(TestObjectUsers)

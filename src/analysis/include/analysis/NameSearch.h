@@ -17,6 +17,9 @@ struct FoundName
     std::size_t which = 0; ///< of the names that were looked for
     std::size_t offset = 0; ///< of its slash
     std::optional<std::size_t> object; ///< in whose value it stands, by its place in the scan
+    /// Where the object stands: its record's range; of one that the listing has no record of, from
+    /// the nearest "obj" before the name.
+    ByteRange range;
 };
 
 /// Finds names in the code of a file in one pass, also where they are spelled with "#xx" (ISO

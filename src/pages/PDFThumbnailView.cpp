@@ -1,5 +1,6 @@
 #include "pages/PDFThumbnailView.h"
 
+#include "ThumbnailGrid.h"
 #include "ThumbnailPainter.h"
 #include "TileLoader.h"
 #include "pages/PDFView.h"
@@ -18,7 +19,7 @@
 #include <QWheelEvent>
 
 #include <algorithm>
-#include <cmath>
+#include <array>
 
 namespace tarnwick {
 
@@ -27,10 +28,27 @@ namespace {
 constexpr qsizetype thumbnailLimit = 32 * 1024 * 1024; ///< bytes
 constexpr int farThumbnails = 200; ///< beyond those that show
 constexpr int patience = 10'000; ///< milliseconds for a thumbnail
-constexpr int gap = 10;
-constexpr int frame = 4; ///< between a thumbnail and the frame of the current page
+constexpr int gap = ThumbnailGrid::gap;
 constexpr double smallestSide = 16;
 constexpr double largestSide = 1024;
+constexpr int thirdsOfTurn = 2; ///< thirds of a pixel for an eighth of a degree of a wheel
+
+struct Key
+{
+    Qt::Key key;
+    ThumbnailGrid::Step step;
+};
+
+constexpr std::array keys{
+    Key{Qt::Key_Up, ThumbnailGrid::Step::isUp},
+    Key{Qt::Key_Down, ThumbnailGrid::Step::isDown},
+    Key{Qt::Key_Left, ThumbnailGrid::Step::isLeft},
+    Key{Qt::Key_Right, ThumbnailGrid::Step::isRight},
+    Key{Qt::Key_PageUp, ThumbnailGrid::Step::isViewUp},
+    Key{Qt::Key_PageDown, ThumbnailGrid::Step::isViewDown},
+    Key{Qt::Key_Home, ThumbnailGrid::Step::isFirst},
+    Key{Qt::Key_End, ThumbnailGrid::Step::isLast},
+};
 
 } // namespace
 
@@ -51,16 +69,10 @@ public:
     PDFDocument* document() const { return theView ? theView->document() : nullptr; }
     int pageCount() const { return document() ? document()->pageCount() : 0; }
     int labelHeight() const { return q->fontMetrics().height() + 4; }
-    QSize cell() const
+    ThumbnailGrid grid() const
     {
-        const QSize box = theSize.toSize();
-        return {box.width() + 2 * frame, box.height() + labelHeight() + 2 * frame};
+        return {theSize, labelHeight(), q->viewport()->size(), pageCount()};
     }
-    int columns() const
-    {
-        return std::max(1, (q->viewport()->width() - gap) / (cell().width() + gap));
-    }
-    int rowHeight() const { return cell().height() + gap; }
     int offset() const { return q->verticalScrollBar()->value(); }
     double scaleOf(int page) const
     {
@@ -68,12 +80,7 @@ public:
         return std::min(theSize.width() / size.width(), theSize.height() / size.height())
             * q->viewport()->devicePixelRatioF();
     }
-    PageGeometry::PageRange shownPages() const
-    {
-        const int first = offset() / rowHeight() * columns();
-        const int lastRow = (offset() + q->viewport()->height()) / rowHeight();
-        return {first, std::min(pageCount() - 1, (lastRow + 1) * columns() - 1)};
-    }
+    PageGeometry::PageRange shownPages() const { return grid().shownPages(offset()); }
 
     void takeDocument();
     void layOut();
@@ -90,6 +97,7 @@ public:
     TileLoader theTiles;
     QSizeF theSize{90, 120};
     QSet<int> theMarks;
+    int theThirdsOfPixel = 0; ///< that the wheel has turned and the strip has not gone
     QTimer theWantTimer;
 };
 
@@ -164,38 +172,26 @@ void PDFThumbnailView::Private::takeDocument()
 
 void PDFThumbnailView::Private::layOut()
 {
-    const int rows = (pageCount() + columns() - 1) / columns();
-    const qint64 height = qint64{rows} * rowHeight() + gap;
+    const ThumbnailGrid grid = this->grid();
     const int view = q->viewport()->height();
-    q->verticalScrollBar()->setRange(0, static_cast<int>(std::max<qint64>(0, height - view)));
-    q->verticalScrollBar()->setPageStep(std::max(1, view));
-    q->verticalScrollBar()->setSingleStep(std::max(1, rowHeight() / 3));
-    q->setMinimumWidth(cell().width() + 2 * gap + q->verticalScrollBar()->sizeHint().width()
-        + 2 * q->frameWidth());
+    QScrollBar* const bar = q->verticalScrollBar();
+    bar->setRange(0, static_cast<int>(std::max<qint64>(0, grid.height() - view)));
+    bar->setPageStep(std::max(1, view));
+    bar->setSingleStep(std::max(1, grid.rowHeight() / 3));
+    q->setMinimumWidth(
+        grid.cell().width() + 2 * gap + bar->sizeHint().width() + 2 * q->frameWidth());
     theWantTimer.start(0);
     q->viewport()->update();
 }
 
 QRect PDFThumbnailView::pageRect(int page) const
 {
-    if (page < 0 || page >= d->pageCount())
-        return {};
-    const int columns = d->columns();
-    const QSize cell = d->cell();
-    const int width = columns * (cell.width() + gap) - gap;
-    const int left = (viewport()->width() - width) / 2;
-    const int top = gap + page / columns * d->rowHeight() - d->offset();
-    return {QPoint(left + page % columns * (cell.width() + gap), top), cell};
+    return d->grid().rect(page, d->offset());
 }
 
 int PDFThumbnailView::pageAt(const QPoint& point) const
 {
-    const PageGeometry::PageRange shown = d->shownPages();
-    for (int page = shown.first; page <= shown.last; ++page) {
-        if (pageRect(page).contains(point))
-            return page;
-    }
-    return -1;
+    return d->grid().pageAt(point, d->offset());
 }
 
 void PDFThumbnailView::Private::revealCurrent()
@@ -253,7 +249,7 @@ void PDFThumbnailView::Private::paintCell(QPainter& painter, int page)
     const QSize pixels = TileLoader::pixelSize(size, 0, scale);
     const QSizeF shown = QSizeF(pixels) / ratio;
     const QPointF corner(area.x() + (area.width() - shown.width()) / 2,
-        area.y() + frame + theSize.height() - shown.height());
+        area.y() + ThumbnailGrid::frame + theSize.height() - shown.height());
     const QPoint origin(qRound(corner.x() * ratio), qRound(corner.y() * ratio));
     painter.save();
     painter.scale(1 / ratio, 1 / ratio);
@@ -314,49 +310,23 @@ void PDFThumbnailView::scrollContentsBy(int, int)
 
 void PDFThumbnailView::wheelEvent(QWheelEvent* event)
 {
-    const int pixels
-        = event->pixelDelta().isNull() ? event->angleDelta().y() * 2 / 3 : event->pixelDelta().y();
-    verticalScrollBar()->setValue(d->offset() - pixels);
     event->accept();
+    // Fine wheels turn by less than a pixel at a time: what is left of one is for the next.
+    d->theThirdsOfPixel += event->pixelDelta().isNull() ? event->angleDelta().y() * thirdsOfTurn
+                                                        : event->pixelDelta().y() * 3;
+    const int pixels = d->theThirdsOfPixel / 3;
+    d->theThirdsOfPixel %= 3;
+    verticalScrollBar()->setValue(d->offset() - pixels);
 }
 
 void PDFThumbnailView::keyPressEvent(QKeyEvent* event)
 {
-    if (!d->theView)
+    const auto step = std::find_if(
+        keys.begin(), keys.end(), [event](const Key& key) { return key.key == event->key(); });
+    if (!d->theView || step == keys.end())
         return QAbstractScrollArea::keyPressEvent(event);
     const int page = d->theView->currentPage();
-    const int last = d->pageCount() - 1;
-    const int rowsOfView = std::max(1, viewport()->height() / d->rowHeight());
-    int target = page;
-    switch (event->key()) {
-    case Qt::Key_Up:
-        target = page - d->columns();
-        break;
-    case Qt::Key_Down:
-        target = page + d->columns();
-        break;
-    case Qt::Key_Left:
-        target = page - 1;
-        break;
-    case Qt::Key_Right:
-        target = page + 1;
-        break;
-    case Qt::Key_PageUp:
-        target = std::max(0, page - rowsOfView * d->columns());
-        break;
-    case Qt::Key_PageDown:
-        target = std::min(last, page + rowsOfView * d->columns());
-        break;
-    case Qt::Key_Home:
-        target = 0;
-        break;
-    case Qt::Key_End:
-        target = last;
-        break;
-    default:
-        return QAbstractScrollArea::keyPressEvent(event);
-    }
-    if (target != page && target >= 0 && target <= last)
+    if (const int target = d->grid().pageAfter(page, step->step); target != page)
         d->theView->goToPage(target);
 }
 

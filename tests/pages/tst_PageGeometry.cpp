@@ -1,4 +1,5 @@
 #include "PageGeometry.h"
+#include "ThumbnailGrid.h"
 #include "TileCache.h"
 #include "TileGrid.h"
 #include "ViewHistory.h"
@@ -54,6 +55,8 @@ private slots:
     void givesUpWhatIsFarthest();
     void standsInWithTheNearestScale();
     void goesBackAndForward();
+    void stepsThroughThumbnails_data();
+    void stepsThroughThumbnails();
 };
 
 void TestPageGeometry::laysPagesBelowEachOther()
@@ -246,6 +249,44 @@ void TestPageGeometry::goesBackAndForward()
     while (history.goBack({}))
         ++steps;
     QCOMPARE(steps, 200);
+}
+
+void TestPageGeometry::stepsThroughThumbnails_data()
+{
+    using Step = ThumbnailGrid::Step;
+    QTest::addColumn<int>("from");
+    QTest::addColumn<int>("step");
+    QTest::addColumn<int>("page");
+    const auto row = [](const char* name, int from, Step step, int page) {
+        QTest::newRow(name) << from << int(step) << page;
+    };
+    row("a row down", 2, Step::isDown, 5);
+    row("no row below", 8, Step::isDown, 8);
+    row("no page below", 7, Step::isDown, 7);
+    row("a row up", 5, Step::isUp, 2);
+    row("no row above", 2, Step::isUp, 2);
+    row("over the end of a row", 2, Step::isRight, 3);
+    row("before the first", 0, Step::isLeft, 0);
+    row("a view down", 0, Step::isViewDown, 6);
+    row("less than a view down", 5, Step::isViewDown, 9);
+    row("less than a view up", 5, Step::isViewUp, 0);
+    row("the first", 5, Step::isFirst, 0);
+    row("the last", 5, Step::isLast, 9);
+}
+
+void TestPageGeometry::stepsThroughThumbnails()
+{
+    QFETCH(int, from);
+    QFETCH(int, step);
+    // Ten pages in rows of three, of which two show: cells of 48 x 78 from 17 on.
+    const ThumbnailGrid grid({40, 60}, 10, {218, 180}, 10);
+    QTEST(grid.pageAfter(from, ThumbnailGrid::Step(step)), "page");
+    QCOMPARE(grid.rect(4, 20), QRect(17 + 68, gap + 88 - 20, 48, 78));
+    QCOMPARE(grid.height(), 4 * 88 + gap);
+    QCOMPARE(grid.pageAt(grid.rect(from, 20).center(), 20), from < 3 * 3 ? from : -1);
+    QCOMPARE(grid.pageAt({10, 20}, 20), -1); // beside the cells
+    QCOMPARE(ThumbnailGrid({40, 60}, 10, {0, 0}, 0).pageAfter(-1, ThumbnailGrid::Step(step)), -1);
+    QVERIFY(grid.rect(10, 0).isNull());
 }
 
 QTEST_APPLESS_MAIN(TestPageGeometry)

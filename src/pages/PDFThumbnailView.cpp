@@ -1,5 +1,6 @@
 #include "pages/PDFThumbnailView.h"
 
+#include "DocumentPages.h"
 #include "ThumbnailGrid.h"
 #include "ThumbnailPainter.h"
 #include "TileLoader.h"
@@ -162,7 +163,7 @@ void PDFThumbnailView::Private::takeDocument()
 {
     if (theDocument != document()) {
         theDocument = document();
-        theTiles.setDocument(theDocument);
+        theTiles.setSource(DocumentPages::of(theDocument));
         describeFailures();
         q->verticalScrollBar()->setValue(0);
     }

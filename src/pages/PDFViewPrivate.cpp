@@ -1,5 +1,6 @@
 #include "PDFViewPrivate.h"
 
+#include "DocumentPages.h"
 #include "WantedTiles.h"
 #include "pages/PagePainter.h"
 
@@ -124,8 +125,8 @@ void PDFView::Private::setDocument(PDFDocument* document, PDFDocumentText* text)
 /// Everything that is known of a document goes with it, what the mouse is doing on it included.
 void PDFView::Private::forgetDocument()
 {
-    theTiles.setDocument(theDocument);
-    theDetails.setDocument(theDocument);
+    theTiles.setSource(DocumentPages::of(theDocument));
+    theDetails.setSource(DocumentPages::of(theDocument));
     theMouse.cancel();
     theReveal.forget();
     theNavigator.clear();

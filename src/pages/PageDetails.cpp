@@ -15,15 +15,6 @@ constexpr qsizetype mostLinks = 40'000;
 constexpr qsizetype mostShownCharacters = 6'000'000;
 constexpr qsizetype mostShownLinks = 200'000;
 
-template<class Request> void giveUp(QPointer<Request>& request)
-{
-    if (!request)
-        return;
-    request->cancel();
-    request->deleteLater();
-    request.clear();
-}
-
 } // namespace
 
 PageDetails::PageDetails(QObject* parent)
@@ -31,24 +22,24 @@ PageDetails::PageDetails(QObject* parent)
 {
 }
 
-void PageDetails::setDocument(PDFDocument* document)
+void PageDetails::setSource(std::unique_ptr<PageSource> source)
 {
-    giveUp(theTextRequest);
-    giveUp(theLinksRequest);
+    theTextErrand.reset();
+    theLinksErrand.reset();
     theTexts.clear();
     theLinks.clear();
     theWanted = {};
-    theDocument = document;
+    theSource = std::move(source);
 }
 
 void PageDetails::want(const PageGeometry::PageRange& pages)
 {
     theWanted = pages;
     forgetFarTexts();
-    if (theTextRequest && !pages.contains(theTextPage))
-        giveUp(theTextRequest);
-    if (theLinksRequest && !pages.contains(theLinksPage))
-        giveUp(theLinksRequest);
+    if (!pages.contains(theTextPage))
+        theTextErrand.reset();
+    if (!pages.contains(theLinksPage))
+        theLinksErrand.reset();
     fetchText();
     fetchLinks();
 }
@@ -71,25 +62,21 @@ int PageDetails::firstMissing(bool ofText) const
 void PageDetails::fetchText()
 {
     const int page = firstMissing(true);
-    if (page < 0 || theTextRequest || !theDocument || characters() > mostShownCharacters)
+    if (page < 0 || theTextErrand || !theSource || !theSource->isThere()
+        || characters() > mostShownCharacters)
         return;
     theTextPage = page;
-    theTextRequest = theDocument->requestText(page, page, PDFTextDetail::isWithQuads, this);
-    connect(theTextRequest, &PDFTextRequest::pageReady, this, &PageDetails::takeText);
-    connect(theTextRequest, &PDFRequest::finished, this, [this, page] {
-        theTextRequest->deleteLater();
-        theTextRequest.clear();
-        if (!theTexts.contains(page))
-            takeText(page, {});
-        fetchText();
-    });
+    theTextErrand = theSource->requestText(
+        page, [this, page](const PDFPageText& text) { takeText(page, text); });
 }
 
 void PageDetails::takeText(int page, const PDFPageText& text)
 {
+    theTextErrand.reset();
     forgetFarTexts();
     theTexts.insert(page, text);
     emit pageChanged(page);
+    fetchText();
 }
 
 qsizetype PageDetails::characters() const
@@ -107,27 +94,40 @@ void PageDetails::forgetFarTexts()
     theTexts.removeIf([this](const auto& entry) { return !theWanted.contains(entry.key()); });
 }
 
+qsizetype PageDetails::linkCount() const
+{
+    qsizetype total = 0;
+    for (const QList<PDFLink>& links : theLinks)
+        total += links.size();
+    return total;
+}
+
+void PageDetails::forgetFarLinks()
+{
+    if (linkCount() < mostLinks && theLinks.size() < mostPagesOfLinks)
+        return;
+    theLinks.removeIf([this](const auto& entry) { return !theWanted.contains(entry.key()); });
+}
+
 void PageDetails::fetchLinks()
 {
     const int page = firstMissing(false);
-    if (page < 0 || theLinksRequest || !theDocument)
+    if (page < 0 || theLinksErrand || !theSource || !theSource->isThere())
         return;
-    qsizetype total = 0;
-    for (const QList<PDFLink>& links : std::as_const(theLinks))
-        total += links.size();
-    if (theLinks.size() >= mostPagesOfLinks || total >= mostLinks)
-        theLinks.removeIf([this](const auto& entry) { return !theWanted.contains(entry.key()); });
-    if (total > mostShownLinks)
+    forgetFarLinks();
+    if (linkCount() > mostShownLinks)
         return;
     theLinksPage = page;
-    theLinksRequest = theDocument->requestLinks(page, this);
-    connect(theLinksRequest, &PDFRequest::finished, this, [this, page] {
-        theLinks.insert(page, theLinksRequest->links());
-        theLinksRequest->deleteLater();
-        theLinksRequest.clear();
-        emit pageChanged(page);
-        fetchLinks();
-    });
+    theLinksErrand = theSource->requestLinks(
+        page, [this, page](const QList<PDFLink>& links) { takeLinks(page, links); });
+}
+
+void PageDetails::takeLinks(int page, const QList<PDFLink>& links)
+{
+    theLinksErrand.reset();
+    theLinks.insert(page, links);
+    emit pageChanged(page);
+    fetchLinks();
 }
 
 } // namespace tarnwick

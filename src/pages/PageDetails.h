@@ -1,11 +1,10 @@
 #pragma once
 
 #include "PageGeometry.h"
-#include "pdf/PDFDocument.h"
+#include "PageSource.h"
 
 #include <QHash>
 #include <QObject>
-#include <QPointer>
 
 namespace tarnwick {
 
@@ -18,8 +17,8 @@ class PageDetails : public QObject
 public:
     explicit PageDetails(QObject* parent);
 
-    /// Forgets everything and works for another document, or none.
-    void setDocument(PDFDocument* document);
+    /// Forgets everything and works for another document, or none (null).
+    void setSource(std::unique_ptr<PageSource> source);
 
     /// Fetches what is missing of these pages, one page at a time; requests for others are given
     /// up.
@@ -39,17 +38,20 @@ private:
     void fetchText();
     void fetchLinks();
     void takeText(int page, const PDFPageText& text);
+    void takeLinks(int page, const QList<PDFLink>& links);
     void forgetFarTexts();
+    void forgetFarLinks();
+    qsizetype linkCount() const; ///< of the pages that are kept
     qsizetype characters() const; ///< of the texts that are kept
     int firstMissing(bool ofText) const;
 
-    QPointer<PDFDocument> theDocument;
+    std::unique_ptr<PageSource> theSource;
     PageGeometry::PageRange theWanted;
     QHash<int, PDFPageText> theTexts;
     QHash<int, QList<PDFLink>> theLinks;
-    QPointer<PDFTextRequest> theTextRequest;
+    PageSource::Pending theTextErrand;
     int theTextPage = -1;
-    QPointer<PDFLinksRequest> theLinksRequest;
+    PageSource::Pending theLinksErrand;
     int theLinksPage = -1;
 };
 

@@ -1,7 +1,5 @@
 #include "TileLoader.h"
 
-#include "pdf/PDFDocument.h"
-
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -31,12 +29,12 @@ TileLoader::TileLoader(qsizetype limit, int reach, QObject* parent)
 
 TileLoader::~TileLoader() = default;
 
-void TileLoader::setDocument(PDFDocument* document)
+void TileLoader::setSource(std::unique_ptr<PageSource> source)
 {
     clear();
     theFailures.clear();
     theGivenUp.clear();
-    theDocument = document;
+    theSource = std::move(source);
 }
 
 QSize TileLoader::pixelSize(const QSizeF& page, int rotation, double scale)
@@ -73,18 +71,17 @@ void TileLoader::cancelSlow()
 {
     if (theRunning.empty() || (!isPaused && thePatience == 0))
         return;
-    const Running running = theRunning.front();
     const int limit = isPaused ? patience : thePatience;
-    if (running.age.elapsed() < limit)
-        return theStaleTimer.start(static_cast<int>(limit - running.age.elapsed()) + 1);
+    const qint64 age = theRunning.front().age.elapsed();
+    if (age < limit)
+        return theStaleTimer.start(static_cast<int>(limit - age) + 1);
+    const TileKey key = theRunning.front().key;
     theRunning.erase(theRunning.begin());
-    running.request->cancel();
-    running.request->deleteLater();
-    const int attempts = ++theGivenUp[running.key.page];
+    const int attempts = ++theGivenUp[key.page];
     if (attempts >= mostAttempts || !isPaused) {
-        theFailures.insert(running.key.page, PDFFailure::isTimedOut);
-        theWanted.removeOne(running.key);
-        emit pageChanged(running.key.page);
+        theFailures.insert(key.page, PDFFailure::isTimedOut);
+        theWanted.removeOne(key);
+        emit pageChanged(key.page);
     }
     tellBusy();
 }
@@ -110,7 +107,7 @@ void TileLoader::cancelStale()
 {
     bool someAreLeft = false;
     for (std::size_t index = 0; index < theRunning.size();) {
-        const Running running = theRunning[index];
+        const Running& running = theRunning[index];
         const bool mayEnd = index == 0 && running.age.elapsed() < patience;
         if (isWanted(running.key) || mayEnd) {
             someAreLeft = someAreLeft || !isWanted(running.key);
@@ -118,8 +115,6 @@ void TileLoader::cancelStale()
             continue;
         }
         theRunning.erase(theRunning.begin() + static_cast<std::ptrdiff_t>(index));
-        running.request->cancel();
-        running.request->deleteLater();
     }
     if (someAreLeft && !theStaleTimer.isActive())
         theStaleTimer.start(patience);
@@ -128,7 +123,7 @@ void TileLoader::cancelStale()
 
 void TileLoader::startMore()
 {
-    if (!theDocument || isPaused)
+    if (!theSource || !theSource->isThere() || isPaused)
         return tellBusy();
     // With patience of its own, one at a time: so a request's age is the time that it takes.
     const std::size_t most = thePatience > 0 ? 1 : requestsAtATime;
@@ -150,32 +145,29 @@ void TileLoader::startMore()
 
 void TileLoader::start(const TileKey& key)
 {
-    const QSize whole = pixelSize(theDocument->pageSize(key.page), key.rotation, key.scale);
+    const QSize whole = pixelSize(theSource->pageSize(key.page), key.rotation, key.scale);
     const QRect area = TileGrid(whole).area(key.column, key.row);
-    PDFTileRequest* const request
-        = theDocument->requestTile(key.page, key.scale, key.rotation, area, this);
-    theRunning.push_back({key, request, {}});
+    const auto takeTile
+        = [this, key](const QImage& image, PDFFailure failure) { take(key, image, failure); };
+    theRunning.push_back({key, theSource->requestTile(key, area, takeTile), {}});
     theRunning.back().age.start();
-    connect(request, &PDFRequest::finished, this, [this, key] { take(key); });
 }
 
-void TileLoader::take(const TileKey& key)
+void TileLoader::take(const TileKey& key, const QImage& image, PDFFailure failure)
 {
     const auto place = std::find_if(theRunning.begin(), theRunning.end(),
         [&key](const Running& running) { return running.key == key; });
     if (place == theRunning.end())
         return;
-    PDFTileRequest* const request = place->request;
     theRunning.erase(place);
     theWanted.removeOne(key);
-    if (request->succeeded()) {
-        theCache.insert(key, request->image());
+    if (failure == PDFFailure::isNone) {
+        theCache.insert(key, image);
     } else {
-        theFailures.insert(key.page, request->failure());
+        theFailures.insert(key.page, failure);
         // Its other tiles would take the engine just as long to fail.
         cancelPage(key.page);
     }
-    request->deleteLater();
     cancelStale();
     startMore();
     emit pageChanged(key.page);
@@ -206,23 +198,14 @@ void TileLoader::dropPage(int page)
 void TileLoader::cancelPage(int page)
 {
     theWanted.removeIf([page](const TileKey& key) { return key.page == page; });
-    std::erase_if(theRunning, [page](const Running& running) {
-        if (running.key.page != page)
-            return false;
-        running.request->cancel();
-        running.request->deleteLater();
-        return true;
-    });
+    std::erase_if(theRunning, [page](const Running& running) { return running.key.page == page; });
 }
 
 void TileLoader::clear()
 {
     theCache.clear();
     theWanted.clear();
-    for (const Running& running : std::exchange(theRunning, {})) {
-        running.request->cancel();
-        running.request->deleteLater();
-    }
+    theRunning.clear();
     tellBusy();
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "PageSource.h"
 #include "TileCache.h"
 #include "TileGrid.h"
 #include "pdf/PDFLosses.h"
@@ -7,15 +8,11 @@
 #include <QElapsedTimer>
 #include <QHash>
 #include <QObject>
-#include <QPointer>
 #include <QTimer>
 
 #include <vector>
 
 namespace tarnwick {
-
-class PDFDocument;
-class PDFTileRequest;
 
 /// Brings the tiles that a view wants from the engine into a cache, nearest first.
 ///
@@ -33,8 +30,8 @@ public:
     TileLoader(qsizetype limit, int reach, QObject* parent);
     ~TileLoader() override;
 
-    /// Forgets everything and works for another document, or none.
-    void setDocument(PDFDocument* document);
+    /// Forgets everything and works for another document, or none (null).
+    void setSource(std::unique_ptr<PageSource> source);
 
     /// Pixels of a whole page at a scale, rotation applied, each side at least 1.
     static QSize pixelSize(const QSizeF& page, int rotation, double scale);
@@ -74,7 +71,7 @@ private:
     struct Running
     {
         TileKey key;
-        PDFTileRequest* request;
+        PageSource::Pending errand;
         QElapsedTimer age;
     };
 
@@ -82,13 +79,13 @@ private:
     bool isWanted(const TileKey& key) const;
     void startMore();
     void start(const TileKey& key);
-    void take(const TileKey& key);
+    void take(const TileKey& key, const QImage& image, PDFFailure failure);
     void cancelStale();
     void cancelSlow();
     void cancelPage(int page);
     void tellBusy();
 
-    QPointer<PDFDocument> theDocument;
+    std::unique_ptr<PageSource> theSource;
     TileCache theCache;
     int theReach;
     QList<TileKey> theWanted;

@@ -242,31 +242,12 @@ void PDFThumbnailView::paintEvent(QPaintEvent*)
 
 void PDFThumbnailView::Private::paintCell(QPainter& painter, int page)
 {
-    const QRect area = q->pageRect(page);
-    const bool isCurrent = page == theView->currentPage();
-    const double ratio = q->viewport()->devicePixelRatioF();
-    const QSizeF size = theDocument->pageSize(page);
-    const double scale = scaleOf(page);
-    const QSize pixels = TileLoader::pixelSize(size, 0, scale);
-    const QSizeF shown = QSizeF(pixels) / ratio;
-    const QPointF corner(area.x() + (area.width() - shown.width()) / 2,
-        area.y() + ThumbnailGrid::frame + theSize.height() - shown.height());
-    const QPoint origin(qRound(corner.x() * ratio), qRound(corner.y() * ratio));
-    painter.save();
-    painter.scale(1 / ratio, 1 / ratio);
-    PagePainter::paint(painter, {page, size, 0, scale, theTiles.failure(page), ratio}, origin,
-        QRect(origin, pixels), theTiles.cache());
-    painter.restore();
-    const QRect paper(corner.toPoint(), shown.toSize());
-    if (isCurrent) {
-        painter.setPen(QPen(q->palette().color(QPalette::Highlight), 3));
-        painter.setBrush(Qt::NoBrush);
-        painter.drawRect(paper.adjusted(-3, -3, 2, 2));
-    }
-    if (theMarks.contains(page))
-        ThumbnailPainter::paintMark(painter, paper);
-    ThumbnailPainter::paintLabel(painter, *q, title(page),
-        {area.left(), area.bottom() + 1 - labelHeight(), area.width(), labelHeight()}, isCurrent);
+    const PagePainter::Page paper{page, theDocument->pageSize(page), 0, scaleOf(page),
+        theTiles.failure(page), q->viewport()->devicePixelRatioF()};
+    ThumbnailPainter::paint(painter, *q,
+        {paper, q->pageRect(page), theSize, labelHeight(), title(page),
+            page == theView->currentPage(), theMarks.contains(page)},
+        theTiles.cache());
 }
 
 /// What stands below a page: its label, or its number when there is none to be seen.

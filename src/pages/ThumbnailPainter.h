@@ -1,22 +1,35 @@
 #pragma once
 
+#include "pages/PagePainter.h"
+
+#include <QRect>
+#include <QSizeF>
+#include <QString>
+
 class QPainter;
-class QRect;
-class QString;
 class QWidget;
 
 namespace tarnwick {
 
-/// Paints what stands around a thumbnail. Each leaves the painter as it was.
+class TileCache;
+
+/// Paints a thumbnail strip's cells: a page with its label below it.
 namespace ThumbnailPainter {
 
-/// A page's label in the middle of an area, elided to it, on a pill for the current page.
-/// @param strip whose font and colours it has.
-void paintLabel(QPainter& painter, const QWidget& strip, const QString& whole, const QRect& area,
-    bool isCurrent);
+struct Cell
+{
+    PagePainter::Page page;
+    QRect area; ///< of the whole cell
+    QSizeF box; ///< that the page fits into, at the area's upper edge
+    int labelHeight = 0; ///< at its lower edge
+    QString label;
+    bool isCurrent = false; ///< framed, the label on a pill
+    bool isMarked = false; ///< carries a ribbon
+};
 
-/// The sign of a marked page: a ribbon that hangs over the upper edge of its paper.
-void paintMark(QPainter& painter, const QRect& paper);
+/// Leaves the painter as it was. @param painter one unit to a device-independent pixel.
+/// @param strip whose font and colours the cell has.
+void paint(QPainter& painter, const QWidget& strip, const Cell& cell, const TileCache& tiles);
 
 }
 

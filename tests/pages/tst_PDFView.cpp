@@ -90,8 +90,6 @@ private slots:
     void oneNotchGoesOneWay_data();
     void oneNotchGoesOneWay();
     void scales();
-    void keepsThePlaceUnderThePointer();
-    void rotates();
     void drawsAndGivesBack();
     void saysWhenAPageCannotBeDrawn();
     void selectsWithTheMouse();
@@ -205,45 +203,22 @@ void TestPDFView::scales()
     shown.view.resize(800, 500);
     QTRY_VERIFY(shown.view.scaleFactor() > 1.9 * narrow);
     QCOMPARE(shown.view.horizontalScrollBar()->maximum(), 0);
-    shown.view.zoomIn();
+    turnWheel(*shown.view.viewport(), {0, 120}, {}, {9, 9}, Qt::ControlModifier);
     QVERIFY(!shown.view.autoScales());
     const double zoomed = shown.view.scaleFactor();
+    QVERIFY(zoomed > 2 * narrow);
     shown.view.resize(700, 500);
     QCOMPARE(shown.view.scaleFactor(), zoomed);
     shown.view.setScaleFactor(1000);
-    QCOMPARE(shown.view.scaleFactor(), 64.0);
     QVERIFY(!shown.view.validateCommand(QStringLiteral("zoomIn")));
-    shown.view.setScaleFactor(0);
-    QCOMPARE(shown.view.scaleFactor(), 0.05);
     shown.view.fitPage();
-    QCOMPARE(shown.view.verticalScrollBar()->pageStep(), shown.view.viewport()->height());
     QVERIFY(792 * shown.view.scaleFactor() * shown.view.logicalDpiY() / 72 < 500);
-    shown.view.setAutoScales(true);
-    QVERIFY(shown.view.autoScales());
-}
-
-void TestPDFView::keepsThePlaceUnderThePointer()
-{
-    Shown shown(tenPages());
-    QVERIFY(shown.waitForText());
-    const QPoint before = shown.view.characterRect(3).center();
-    turnWheel(*shown.view.viewport(), {0, 120}, {}, before, Qt::ControlModifier);
-    const QPoint moved = shown.view.characterRect(3).center() - before;
-    QVERIFY2(moved.manhattanLength() <= 2, qPrintable(QString::number(moved.manhattanLength())));
-}
-
-void TestPDFView::rotates()
-{
-    Shown shown(tenPages());
     QVERIFY(shown.waitForText());
     shown.view.rotateClockwise();
     QCOMPARE(shown.view.rotation(), 1);
-    const QRect first = shown.view.characterRect(0);
-    const QRect later = shown.view.characterRect(4);
-    QVERIFY(later.top() > first.bottom()); // the line runs downwards now
-    for (int turn = 0; turn < 2; ++turn)
-        shown.view.rotateCounterclockwise();
-    QCOMPARE(shown.view.rotation(), 3);
+    QVERIFY(shown.view.characterRect(4).top() > shown.view.characterRect(0).bottom());
+    shown.view.setAutoScales(true);
+    QVERIFY(shown.view.autoScales());
 }
 
 void TestPDFView::drawsAndGivesBack()

@@ -7,18 +7,20 @@
 
 #include <map>
 
+namespace tarnwick {
+
 /// Pages whose answers come when the test wants, and a record of what was asked for (+) and given
 /// up (-): tiles as "7a", the letter being the row; texts as "t7", links as "l7".
-class FakePages : public tarnwick::PageSource
+class FakePages : public PageSource
 {
 public:
-    using Failure = tarnwick::PDFFailure;
+    using Failure = PDFFailure;
 
     bool isThere() const override { return true; }
     /// Of three tiles, one below the other.
     QSizeF pageSize(int) const override { return {100, 3000}; }
 
-    Pending requestTile(const tarnwick::TileKey& key, const QRect&, TakeTile take) override
+    Pending requestTile(const TileKey& key, const QRect&, TakeTile take) override
     {
         return ask(nameOf(key), [take](Failure failure, qsizetype) {
             QImage image(1, 1, QImage::Format_RGB32);
@@ -29,7 +31,7 @@ public:
     Pending requestText(int page, TakeText take) override
     {
         return ask(u't' + QString::number(page), [take](Failure, qsizetype size) {
-            tarnwick::PDFPageText text;
+            PDFPageText text;
             text.string.fill(u'x', size);
             take(text);
         });
@@ -37,14 +39,14 @@ public:
     Pending requestLinks(int page, TakeLinks take) override
     {
         return ask(u'l' + QString::number(page),
-            [take](Failure, qsizetype size) { take(QList<tarnwick::PDFLink>(size)); });
+            [take](Failure, qsizetype size) { take(QList<PDFLink>(size)); });
     }
 
-    static QString nameOf(const tarnwick::TileKey& key)
+    static QString nameOf(const TileKey& key)
     {
         return QString::number(key.page) + QChar(u'a' + key.row);
     }
-    static tarnwick::TileKey keyOf(const QString& name)
+    static TileKey keyOf(const QString& name)
     {
         return {name.chopped(1).toInt(), 0, 1, 0, name.back().unicode() - u'a'};
     }
@@ -87,3 +89,5 @@ private:
     std::map<QString, std::function<void(Failure, qsizetype)>> theAsked;
     QStringList theRecord;
 };
+
+} // namespace tarnwick

@@ -7,8 +7,10 @@
 
 #include <QScrollBar>
 
+namespace tarnwick {
+
 /// Pages in a frame of 400 x 500 pixels, with all that moves them and without a window.
-struct PageReader : private tarnwick::ViewFrame
+struct PageReader : private ViewFrame
 {
     explicit PageReader(const QList<QSizeF>& sizes)
     {
@@ -21,10 +23,12 @@ struct PageReader : private tarnwick::ViewFrame
     double actualScale() const override { return 1; }
 
     double ratio = 1;
-    tarnwick::PageViewport viewport{*this};
+    PageViewport viewport{*this};
     QScrollBar vertical{Qt::Vertical};
     QScrollBar horizontal{Qt::Horizontal};
-    tarnwick::PageScrollBars bars{&vertical, &horizontal, viewport};
-    tarnwick::PageScroller scroller{viewport, bars, nullptr};
-    tarnwick::PageZoom zoom{viewport, scroller, nullptr};
+    PageScrollBars bars{&vertical, &horizontal, viewport};
+    PageScroller scroller{viewport, bars, nullptr};
+    PageZoom zoom{viewport, scroller, nullptr};
 };
+
+} // namespace tarnwick

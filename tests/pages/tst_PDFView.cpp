@@ -1,19 +1,11 @@
-#include "pages/PDFThumbnailView.h"
-#include "pages/PDFView.h"
-#include "pdf/PDFDocumentText.h"
+#include "ShownPages.h"
 
-#include "support/LostPages.h"
-#include "support/OpenedDocument.h"
-#include "support/PdfBuilder.h"
 #include "support/ScrollBars.h"
 
 #include <QAccessible>
-#include <QApplication>
 #include <QClipboard>
 #include <QScrollBar>
 #include <QSignalSpy>
-#include <QTest>
-#include <QWheelEvent>
 
 #include <csignal>
 
@@ -22,59 +14,7 @@ using namespace tarnwick;
 
 namespace {
 
-/// Ten pages with two lines each.
-std::string tenPages()
-{
-    PdfBuilder builder;
-    for (int page = 0; page < 10; ++page)
-        builder.addPage("Alpha beta " + std::to_string(page) + "\nsecond line");
-    return builder.bytes();
-}
-
-/// A page view of 400 x 500 pixels that shows a document.
-struct Shown
-{
-    explicit Shown(const std::string& bytes)
-        : document(bytes)
-    {
-        text = std::make_unique<PDFDocumentText>(document.get());
-        view.resize(400, 500);
-        view.setDocument(document.get(), text.get());
-        view.show();
-    }
-
-    /// Whether the present page is there to be read and clicked.
-    bool waitForText()
-    {
-        return QTest::qWaitFor([this] { return !view.characterRect(0).isNull(); }, 20'000);
-    }
-    QPoint at(qsizetype character) const
-    {
-        const QRect rect = view.characterRect(character);
-        return {rect.left() + rect.width() / 4, rect.center().y()};
-    }
-    QString selected() const { return text->string(view.currentSelection()); }
-
-    OpenedDocument document;
-    std::unique_ptr<PDFDocumentText> text;
-    PDFView view;
-};
-
 using Deed = std::function<void(PDFView&)>;
-
-/// @param angle in eighths of a degree, 120 for a notch. @param pixels by a touchpad.
-void turnWheel(QWidget& widget, const QPoint& angle, const QPoint& pixels = {},
-    const QPoint& at = {9, 9}, Qt::KeyboardModifiers keys = {})
-{
-    QWheelEvent wheel(
-        at, widget.mapToGlobal(at), pixels, angle, Qt::NoButton, keys, Qt::NoScrollPhase, false);
-    QApplication::sendEvent(&widget, &wheel);
-}
-
-QColor colourAt(PDFView& view, const QPoint& point)
-{
-    return view.viewport()->grab().toImage().pixelColor(point);
-}
 
 } // namespace
 
@@ -96,11 +36,6 @@ private slots:
     void copiesAll();
     void readsThePageAloud();
     void horizontalBarShowsWhatIsInView();
-    void survivesItsDocument();
-    void thumbnailsOutliveTheirView();
-    void thumbnailsFollowAndLead();
-    void damagedPagesSayWhy();
-    void thumbnailsComeAfterThePage();
 };
 
 void TestPDFView::goesToPages()
@@ -350,111 +285,6 @@ void TestPDFView::horizontalBarShowsWhatIsInView()
             QCOMPARE(isHandleAtTheLeft(bar), isLeftShown);
         }
     }
-}
-
-void TestPDFView::survivesItsDocument()
-{
-    PDFView view;
-    PDFThumbnailView strip;
-    strip.setPDFView(&view);
-    view.show();
-    strip.show();
-    {
-        Shown shown(tenPages());
-        view.setDocument(shown.document.get(), shown.text.get());
-        QTRY_VERIFY(view.tileBytes() > 0);
-    }
-    QVERIFY(!view.document());
-    QCOMPARE(view.currentPage(), -1);
-    QVERIFY(strip.pageRect(0).isNull());
-    view.goToLastPage();
-    view.selectAll();
-    QTest::keyClick(&strip, Qt::Key_Down);
-    QVERIFY(!view.validateCommand(QStringLiteral("print")));
-    QVERIFY(!view.grab().isNull() && !strip.grab().isNull());
-}
-
-void TestPDFView::thumbnailsOutliveTheirView()
-{
-    PDFThumbnailView strip;
-    {
-        Shown shown(tenPages());
-        strip.setPDFView(&shown.view);
-        strip.show();
-    }
-    QVERIFY(!strip.pdfView());
-    QCOMPARE(strip.verticalScrollBar()->maximum(), 0);
-}
-
-void TestPDFView::thumbnailsFollowAndLead()
-{
-    Shown shown(tenPages());
-    PDFThumbnailView strip;
-    QVERIFY(strip.pageRect(0).isNull());
-    strip.resize(130, 400);
-    strip.setPDFView(&shown.view);
-    strip.show();
-    QTest::mouseClick(strip.viewport(), Qt::LeftButton, {}, strip.pageRect(1).center());
-    QCOMPARE(shown.view.currentPage(), 1);
-    strip.setFocus();
-    QTRY_VERIFY(strip.hasFocus());
-    const QImage focused = strip.viewport()->grab().toImage();
-    QCOMPARE(focused.pixelColor(strip.pageRect(0).center()), QColor(Qt::white));
-    QTest::keyClick(&strip, Qt::Key_Down);
-    QCOMPARE(shown.view.currentPage(), 2);
-    shown.view.goToPage(9);
-    QVERIFY(strip.viewport()->rect().contains(strip.pageRect(9)));
-    const QSize before = strip.pageRect(9).size();
-    strip.setThumbnailSize(strip.thumbnailSize() * 1.1);
-    QCOMPARE(strip.thumbnailSize(), QSizeF(99, 132));
-    QCOMPARE(strip.pageRect(9).size() - before, QSize(9, 12));
-    QVERIFY(strip.viewport()->rect().contains(strip.pageRect(9)));
-    // A fine wheel goes as far as a coarse one.
-    strip.verticalScrollBar()->setValue(0);
-    for (int turn = 0; turn < 120; ++turn)
-        turnWheel(*strip.viewport(), {0, -1});
-    QCOMPARE(strip.verticalScrollBar()->value(), 80);
-    strip.setThumbnailSize({1, 1e9});
-    QCOMPARE(strip.thumbnailSize(), QSizeF(16, 1024));
-    strip.setPDFView(nullptr);
-    QVERIFY(strip.pageRect(9).isNull());
-}
-
-/// Blank paper would pass for a page that shows nothing.
-void TestPDFView::damagedPagesSayWhy()
-{
-    Shown shown(LostPages::secondOfThree().bytes());
-    PDFThumbnailView strip;
-    strip.resize(130, 600);
-    strip.setPDFView(&shown.view);
-    strip.show();
-    QTRY_COMPARE(strip.accessibleDescription(), u"Could not be drawn: page 2."_s);
-    QCOMPARE(strip.pageTip(1),
-        u"Page 2 of 3\nThis page could not be drawn.\nThe file is damaged here."_s);
-    QCOMPARE(strip.pageTip(2), u"Page 3 of 3"_s);
-    shown.view.goToPage(1);
-    QTRY_COMPARE(shown.view.currentPageText(),
-        u"This page could not be drawn.\nThe file is damaged here."_s);
-}
-
-void TestPDFView::thumbnailsComeAfterThePage()
-{
-    Shown shown(PdfBuilder().addDrawing("1 0 0 rg 0 0 612 792 re f").bytes());
-    PDFThumbnailView strip;
-    strip.setPDFView(&shown.view);
-    strip.show();
-    const auto engine = static_cast<pid_t>(shown.document->engineProcessIds().first());
-    ::kill(engine, SIGSTOP);
-    shown.view.setScaleFactor(3);
-    QTRY_VERIFY(shown.view.isDrawing());
-    ::kill(engine, SIGCONT);
-    const auto paper = [&] {
-        const QPoint middle = strip.pageRect(0).center();
-        return strip.viewport()->grab().toImage().pixelColor(middle);
-    };
-    QTRY_VERIFY(!shown.view.isDrawing());
-    QTRY_COMPARE(paper(), QColor(Qt::red));
-    QCOMPARE(colourAt(shown.view, {200, 200}), QColor(Qt::red));
 }
 
 QTEST_MAIN(TestPDFView)

@@ -80,7 +80,7 @@ public:
 
     PagePlace placeAt(const QPointF& content) const;
     QPointF contentPoint(const PagePlace& place) const;
-    /// A rectangle in page space, in content space.
+    /// Where a rectangle in page space lies in content space.
     QRectF contentRect(int page, const QRectF& area) const;
     /// The other way round: where an area of the content lies in a page's space. Precondition: 0 <=
     /// page < pageCount().

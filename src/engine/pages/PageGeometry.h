@@ -4,8 +4,8 @@
 
 namespace tarnwick {
 
-/// Where a page lies: page space has its origin in the upper left corner of the page as shown, with
-/// the page's own rotation, y downwards, in points.
+/// The size of a page in page space, which the program's PDFPageText explains (pdf/PDFText.h), and
+/// the way there.
 struct PageGeometry
 {
     float width = 612;

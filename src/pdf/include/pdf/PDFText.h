@@ -27,13 +27,16 @@ struct PDFTextRun
 /// within a line in logical order, so that right-to-left letters stand left of those that they
 /// follow. Lines end with "\n", blocks are parted by an empty line; ligatures are spelled out in
 /// letters; lone surrogates and NUL do not occur.
+///
+/// Page space is where everything on a page has its place, here and throughout the program: points
+/// of 1/72 inch from the upper left corner of the page as it is shown unless the user turns it
+/// (crop box and the page's own rotation applied), y downwards.
 struct PDFPageText
 {
     QString string;
     /// Where each UTF-16 unit of string stands: four corners (upper left, upper right, lower right,
-    /// lower left) in page space: points of 1/72 inch, origin in the upper left corner of the page
-    /// as shown unrotated by the viewer, y downwards. Both units of a surrogate pair share one;
-    /// line ends have none. Empty unless quads were asked for.
+    /// lower left) in page space. Both units of a surrogate pair share one; line ends have none.
+    /// Empty unless quads were asked for.
     QList<PDFQuad> quads;
     /// What each quadBlock quads of quads reach over, one after the other; with them the characters
     /// of one place are found among millions. Empty where that has not been worked out.

@@ -17,7 +17,6 @@
 #include <QSignalSpy>
 #include <QTest>
 #include <QThread>
-#include <QTimer>
 
 #include <atomic>
 #include <memory>
@@ -257,8 +256,7 @@ void TestAppDelegate::helpOpensAndKeepsAWindowEachTime()
     delegate.openHelp();
     QCOMPARE(delegate.controller()->windows().size(), 2);
     delegate.myHelpWindow().at(0)->close();
-    QTest::qWait(0);
-    QCOMPARE(delegate.controller()->windows().size(), 1);
+    QTRY_COMPARE(delegate.controller()->windows().size(), 1);
     QCOMPARE(delegate.myHelpWindow().size(), 2);
 }
 
@@ -299,13 +297,17 @@ void TestAppDelegate::exportsKeepTheProgramRunning()
     bool firstIsWhole = false;
     bool secondIsWhole = false;
     bool isRunningBehindExport = false;
-    new SlowExport(yes, firstIsWhole);
-    QTimer::singleShot(200, &delegate, [&] {
+    // Each step comes behind what would end the program.
+    const auto* const first = new SlowExport(yes, firstIsWhole);
+    const auto goOn = [&] {
         isRunningBehindExport = true;
         new SlowExport(mayEnd, secondIsWhole);
         delegate.controller()->windows().at(0)->close();
-        QTimer::singleShot(200, &delegate, [&mayEnd] { mayEnd = true; });
-    });
+    };
+    connect(first, &QObject::destroyed, &delegate, goOn, Qt::QueuedConnection);
+    connect(
+        delegate.controller(), &DocumentController::lastWindowClosed, &delegate,
+        [&mayEnd] { mayEnd = true; }, Qt::QueuedConnection);
     QCOMPARE(QCoreApplication::exec(), 0);
     QVERIFY(isRunningBehindExport && firstIsWhole && secondIsWhole);
 }

@@ -195,10 +195,13 @@ void TestSourceViewController::saysWhatTheFlattenedDocumentLacks()
 void TestSourceViewController::mayCloseWhileFilling()
 {
     open();
-    for (int i = 0; i < 5; ++i) {
+    using IsSoFar = bool (*)(const SourceViewController&);
+    for (const IsSoFar isSoFar : {IsSoFar([](const auto&) { return true; }),
+             IsSoFar([](const auto& inspector) { return inspector.theSourceText() != nullptr; }),
+             IsSoFar([](const auto& inspector) { return inspector.theFlatText() != nullptr; })}) {
         SourceViewController inspector(theDocument.get(), &theFlags);
         inspector.show();
-        QTest::qWait(i * 5);
+        QTRY_VERIFY(isSoFar(inspector));
     }
     const auto inspector = shownInspector(); // the engine still works
     QVERIFY(!textOf(inspector->upperTextView()).isEmpty());

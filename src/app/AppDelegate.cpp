@@ -12,13 +12,15 @@
 #include <QMessageBox>
 #include <QUrl>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 namespace {
 
-const QString startWindowIdentifier = QStringLiteral("Start Window");
-const QString updateItemTitle = QStringLiteral("Update not checked");
-const QString updateItemCheckedTitle = QStringLiteral("Checked for update");
+const QString startWindowIdentifier = u"Start Window"_s;
+const QString updateItemTitle = u"Update not checked"_s;
+const QString updateItemCheckedTitle = u"Checked for update"_s;
 
 QAction* itemWithTitle(const QMenu& menu, const QString& title)
 {
@@ -109,20 +111,20 @@ void AppDelegate::applicationWillTerminate()
 
 bool AppDelegate::validateCommand(const QString& command) const
 {
-    if (command == QLatin1String("openHelp"))
+    if (command == "openHelp"_L1)
         return thePlainWindowRegistry.knows(WindowIdentifiers::help);
     return true;
 }
 
 bool AppDelegate::commandIsChecked(const QString& command) const
 {
-    if (command == QLatin1String("toggleThumbnails"))
+    if (command == "toggleThumbnails"_L1)
         return theFlags.showThumbnail;
-    if (command == QLatin1String("toggleRawSource"))
+    if (command == "toggleRawSource"_L1)
         return theFlags.showRawSource;
-    if (command == QLatin1String("toggleSummarySource"))
+    if (command == "toggleSummarySource"_L1)
         return theFlags.showSummarySource;
-    return command == QLatin1String("toggleUpdateCheck") && !isUpdateCheckRefused;
+    return command == "toggleUpdateCheck"_L1 && !isUpdateCheckRefused;
 }
 
 void AppDelegate::toggleThumbnails(QAction* sender)
@@ -160,7 +162,7 @@ void AppDelegate::toggleUpdateCheck()
 void AppDelegate::updateMenus(const DocumentWindow& window) const
 {
     window.router()->validate();
-    const auto* help = window.findChild<QMenu*>(QStringLiteral("helpMenu"));
+    const auto* help = window.findChild<QMenu*>(u"helpMenu"_s);
     QAction* item = help && isUpdateChecked ? itemWithTitle(*help, updateItemTitle) : nullptr;
     if (!item)
         return;
@@ -190,12 +192,12 @@ void AppDelegate::openHelp()
 
 void AppDelegate::openUpdates()
 {
-    openPage(QStringLiteral(TARNWICK_UPDATES_PAGE));
+    openPage(QString::fromLatin1(TARNWICK_UPDATES_PAGE));
 }
 
 void AppDelegate::openSupport()
 {
-    openPage(QStringLiteral(TARNWICK_SUPPORT_PAGE));
+    openPage(QString::fromLatin1(TARNWICK_SUPPORT_PAGE));
 }
 
 void AppDelegate::openPage(const QString& address)

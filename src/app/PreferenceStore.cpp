@@ -5,16 +5,18 @@
 #include <QDateTime>
 #include <QSettings>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 namespace {
 
-const QString noUpdateCheckKey = QStringLiteral("noUpdateCheck");
-const QString updateIntervalKey = QStringLiteral("updateCheckInt");
-const QString lastUpdateCheckKey = QStringLiteral("dateLastUpdateCheck");
-const QString thumbnailKey = QStringLiteral("showThumbnail");
-const QString rawSourceKey = QStringLiteral("showRawSource");
-const QString summarySourceKey = QStringLiteral("showSummarySource");
+const QString noUpdateCheckKey = u"noUpdateCheck"_s;
+const QString updateIntervalKey = u"updateCheckInt"_s;
+const QString lastUpdateCheckKey = u"dateLastUpdateCheck"_s;
+const QString thumbnailKey = u"showThumbnail"_s;
+const QString rawSourceKey = u"showRawSource"_s;
+const QString summarySourceKey = u"showSummarySource"_s;
 
 constexpr qint64 referenceDate = 978'307'200'000; // 1 January 2001 in milliseconds since 1970
 

@@ -7,6 +7,8 @@
 #include <QApplication>
 #include <QKeyEvent>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 namespace {
@@ -24,7 +26,7 @@ StartView::StartView(RecentFiles* recentFiles, QWidget* parent)
     ui->iconLabel->setPixmap(QApplication::windowIcon().pixmap(QSize(64, 64), devicePixelRatioF()));
     ui->recentList->installEventFilter(this);
     connect(ui->openButton, &QAbstractButton::clicked, this,
-        [this] { DocumentWindow::send(this, QStringLiteral("openDocument")); });
+        [this] { DocumentWindow::send(this, u"openDocument"_s); });
     connect(ui->clearButton, &QAbstractButton::clicked, recentFiles, &RecentFiles::clear);
     connect(ui->recentList, &QListWidget::itemActivated, this, &StartView::choose);
     // Queued: the entry that is being opened must outlive its own signal.

@@ -13,16 +13,17 @@
 
 #include <csignal>
 
+using namespace Qt::StringLiterals;
 using namespace tarnwick;
 
 namespace {
 
 void setUpApplication()
 {
-    QCoreApplication::setOrganizationName(QStringLiteral("Tarnwick"));
-    QCoreApplication::setApplicationName(QStringLiteral("Tarnwick"));
-    QCoreApplication::setApplicationVersion(QStringLiteral(TARNWICK_VERSION));
-    QGuiApplication::setDesktopFileName(QStringLiteral("tarnwick"));
+    QCoreApplication::setOrganizationName(u"Tarnwick"_s);
+    QCoreApplication::setApplicationName(u"Tarnwick"_s);
+    QCoreApplication::setApplicationVersion(QString::fromLatin1(TARNWICK_VERSION));
+    QGuiApplication::setDesktopFileName(u"tarnwick"_s);
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(
         Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
     QSettings::setDefaultFormat(QSettings::IniFormat); // one file per user on every system
@@ -32,7 +33,7 @@ QIcon applicationIcon()
 {
     QIcon icon;
     for (const char* size : {"16", "32", "48", "64", "128", "256"})
-        icon.addFile(QStringLiteral(":/icons/tarnwick-%1.png").arg(QLatin1String(size)));
+        icon.addFile(u":/icons/tarnwick-%1.png"_s.arg(QLatin1String(size)));
     return icon;
 }
 
@@ -44,8 +45,7 @@ void setUpParser(QCommandLineParser& parser)
     parser.setApplicationDescription(tr("Looks into PDF files: pages, source, saved versions."));
     parser.addHelpOption();
     parser.addVersionOption();
-    parser.addPositionalArgument(
-        QStringLiteral("files"), tr("PDF files to open."), QStringLiteral("[files...]"));
+    parser.addPositionalArgument(u"files"_s, tr("PDF files to open."), u"[files...]"_s);
 }
 
 /// Prints the help text or the version, without a display, if the user asks for it.
@@ -56,8 +56,8 @@ void answerQuestion(QCommandLineParser& parser, int argc, char** argv)
         arguments << QString::fromLocal8Bit(argv[index]);
     // Options of the toolkit are unknown here, and are no reason to stop.
     parser.parse(arguments);
-    const bool wantsVersion = parser.isSet(QStringLiteral("version"));
-    if (!wantsVersion && !parser.isSet(QStringLiteral("help")))
+    const bool wantsVersion = parser.isSet(u"version"_s);
+    if (!wantsVersion && !parser.isSet(u"help"_s))
         return;
     const QCoreApplication application(argc, argv);
     if (wantsVersion)
@@ -79,8 +79,8 @@ QStringList filesOf(const QStringList& arguments)
 void setUpUpdateCheck(UpdateCheck& check, AppDelegate& delegate)
 {
     delegate.setUpdateCheck([&check] {
-        check.start(
-            QCoreApplication::applicationVersion(), QUrl(QStringLiteral(TARNWICK_UPDATE_FEED)));
+        check.start(QCoreApplication::applicationVersion(),
+            QUrl(QString::fromLatin1(TARNWICK_UPDATE_FEED)));
     });
     QObject::connect(
         &check, &UpdateCheck::feedHeldThisApplication, &delegate, &AppDelegate::showUpdateChecked);

@@ -149,7 +149,7 @@ bool DocumentWindow::isInContent(const QWidget* widget) const
 
 void DocumentWindow::showEvent(QShowEvent* event)
 {
-    if (!std::exchange(thePlaceIsKnown, true))
+    if (!std::exchange(isPlaceKnown, true))
         WindowPlace::restore(*this);
     QMainWindow::showEvent(event);
     giveFocus();

@@ -26,9 +26,9 @@ bool isDrawn(char16_t unit)
 GlyphSubstitution::GlyphSubstitution(const QFont& font)
 {
     const QFontMetrics metrics(font);
-    theFontHasPictures = true;
-    for (char16_t picture = 0x2400; picture <= 0x2421 && theFontHasPictures; ++picture)
-        theFontHasPictures = metrics.inFont(QChar(picture));
+    hasFontPictures = true;
+    for (char16_t picture = 0x2400; picture <= 0x2421 && hasFontPictures; ++picture)
+        hasFontPictures = metrics.inFont(QChar(picture));
     if (metrics.inFont(QChar(QChar::ReplacementCharacter)))
         theReplacement = QChar::ReplacementCharacter;
 }
@@ -53,9 +53,9 @@ char16_t GlyphSubstitution::substitute(char16_t unit) const
 {
     if (unit == 0xAD)
         return u'-'; // a soft hyphen is drawn only where a line breaks
-    if (theFontHasPictures && unit < 0x20)
+    if (hasFontPictures && unit < 0x20)
         return static_cast<char16_t>(0x2400 + unit);
-    if (theFontHasPictures && unit == 0x7F)
+    if (hasFontPictures && unit == 0x7F)
         return 0x2421;
     return theReplacement;
 }

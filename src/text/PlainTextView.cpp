@@ -64,7 +64,7 @@ void PlainTextView::setTextStorage(std::shared_ptr<const TextStorage> storage)
     theLayout.setStorage(theStorage);
     theGaps.clear();
     theMissing.clear();
-    theIsDragging = false;
+    isDragging = false;
     theAutoScrollTimer.stop();
     theAnchor = theCaret = {};
     theGoal = -1;
@@ -102,7 +102,7 @@ void PlainTextView::clear()
 void PlainTextView::setTextFont(const QFont& font)
 {
     theTextFont = font;
-    theFontIsOwn = true;
+    isFontOwn = true;
     applyFont();
 }
 
@@ -239,7 +239,7 @@ void PlainTextView::changeEvent(QEvent* event)
         break;
     case QEvent::ApplicationFontChange:
     case QEvent::FontChange:
-        if (!theFontIsOwn) {
+        if (!isFontOwn) {
             theTextFont = font();
             applyFont();
         }
@@ -273,7 +273,7 @@ void PlainTextView::timerEvent(QTimerEvent* event)
             theEstimateTimer.stop();
         updateView();
     } else if (event->timerId() == theBlinkTimer.timerId()) {
-        theCaretIsVisible = !theCaretIsVisible;
+        isCaretVisible = !isCaretVisible;
         viewport()->update();
     } else if (event->timerId() == theAutoScrollTimer.timerId()) {
         autoScroll();
@@ -286,7 +286,7 @@ void PlainTextView::timerEvent(QTimerEvent* event)
 
 void PlainTextView::restartBlinking()
 {
-    theCaretIsVisible = true;
+    isCaretVisible = true;
     const int period = QGuiApplication::styleHints()->cursorFlashTime();
     if (period > 1 && hasFocus())
         theBlinkTimer.start(period / 2, this);

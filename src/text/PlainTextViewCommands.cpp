@@ -25,9 +25,9 @@ bool PlainTextView::validateCommand(const QString& command) const
     if (command == "copy"_L1)
         return hasSelection();
     if (command == "doFindSelection"_L1)
-        return theFindBarIsEnabled && !findableSelection().isEmpty();
+        return theIsFindBarEnabled && !findableSelection().isEmpty();
     if (command == "performFind"_L1 || command == "doFindNext"_L1 || command == "doFindPrev"_L1)
-        return theFindBarIsEnabled;
+        return theIsFindBarEnabled;
     if (command == "toggleGutter"_L1)
         return theGutterKind != Gutter::isNone;
     if (command == "zoomIn"_L1)
@@ -107,7 +107,7 @@ void PlainTextView::fillContextMenu(QMenu& menu)
     addCommand(menu, tr("Select &All"), u"selectAll"_s, &PlainTextView::selectAll,
         QKeySequence::SelectAll);
     menu.addSeparator();
-    if (theFindBarIsEnabled)
+    if (theIsFindBarEnabled)
         addCommand(
             menu, tr("&Find…"), u"performFind"_s, &PlainTextView::performFind, QKeySequence::Find);
     QAction* wrap

@@ -15,7 +15,7 @@ constexpr qsizetype mostFindable = 1000;
 
 void PlainTextView::setFindBarEnabled(bool enabled)
 {
-    theFindBarIsEnabled = enabled;
+    theIsFindBarEnabled = enabled;
     if (!enabled) {
         theFinder->stop();
         closeFindBar();
@@ -83,7 +83,7 @@ QString PlainTextView::findableSelection() const
 
 void PlainTextView::performFind()
 {
-    if (!theFindBarIsEnabled)
+    if (!theIsFindBarEnabled)
         return;
     openFindBar();
     const QString selected = findableSelection();
@@ -100,7 +100,7 @@ void PlainTextView::performFind()
 /// @returns whether a search is under way; without a text to search for, asks for one instead.
 bool PlainTextView::prepareToStep()
 {
-    if (!theFindBarIsEnabled)
+    if (!theIsFindBarEnabled)
         return false;
     if (!theFindBar || theFindBar->text().isEmpty()) {
         performFind();
@@ -126,7 +126,7 @@ void PlainTextView::doFindPrev()
 void PlainTextView::doFindSelection()
 {
     const QString selected = findableSelection();
-    if (!theFindBarIsEnabled || selected.isEmpty())
+    if (!theIsFindBarEnabled || selected.isEmpty())
         return;
     openFindBar();
     theFindBar->setText(selected);
@@ -165,7 +165,7 @@ void PlainTextView::resolveSeek()
     if (answer.kind == TextFinder::Answer::Kind::isUnknown)
         return;
     theSeek = Seek::isNothing;
-    theMatchIsWrapped = answer.isWrapped;
+    isMatchWrapped = answer.isWrapped;
     theMatch = answer.match;
     if (answer.kind != TextFinder::Answer::Kind::isFound)
         return;
@@ -192,7 +192,7 @@ void PlainTextView::updateFindStatus()
     if (theMatch.isEmpty() || selection() != theMatch)
         return say(count == 1 ? tr("1 match") : tr("%L1 matches").arg(count));
     const QString place = tr("%L1 of %L2").arg(theFinder->number(theMatch)).arg(count);
-    say(theMatchIsWrapped ? tr("%1, continued from the other end").arg(place) : place);
+    say(isMatchWrapped ? tr("%1, continued from the other end").arg(place) : place);
 }
 
 } // namespace tarnwick

@@ -174,11 +174,11 @@ bool PlainTextView::handleCommandKey(QKeyEvent* event)
         copy();
     else if (event->matches(QKeySequence::SelectAll))
         selectAll();
-    else if (theFindBarIsEnabled && event->matches(QKeySequence::Find))
+    else if (theIsFindBarEnabled && event->matches(QKeySequence::Find))
         performFind();
-    else if (theFindBarIsEnabled && event->matches(QKeySequence::FindNext))
+    else if (theIsFindBarEnabled && event->matches(QKeySequence::FindNext))
         doFindNext();
-    else if (theFindBarIsEnabled && event->matches(QKeySequence::FindPrevious))
+    else if (theIsFindBarEnabled && event->matches(QKeySequence::FindPrevious))
         doFindPrev();
     else if (isFindBarOpen() && event->key() == Qt::Key_Escape)
         closeFindBar();
@@ -238,7 +238,7 @@ void PlainTextView::mouseDoubleClickEvent(QMouseEvent* event)
 void PlainTextView::beginDrag(const QPointF& point, SelectBy by, bool extend)
 {
     theSelectBy = by;
-    theIsDragging = true;
+    isDragging = true;
     theDragPoint = point;
     const TextPosition position = theLayout.positionAt(point);
     if (extend) {
@@ -262,7 +262,7 @@ void PlainTextView::extendTo(TextPosition position)
 
 void PlainTextView::mouseMoveEvent(QMouseEvent* event)
 {
-    if (!theIsDragging)
+    if (!isDragging)
         return;
     theDragPoint = event->position();
     extendTo(theLayout.positionAt(theDragPoint));
@@ -292,9 +292,9 @@ void PlainTextView::autoScroll()
 
 void PlainTextView::mouseReleaseEvent(QMouseEvent* event)
 {
-    if (event->button() != Qt::LeftButton || !theIsDragging)
+    if (event->button() != Qt::LeftButton || !isDragging)
         return;
-    theIsDragging = false;
+    isDragging = false;
     theAutoScrollTimer.stop();
     offerPrimarySelection();
 }

@@ -43,7 +43,7 @@ void PlainTextView::paintEvent(QPaintEvent*)
     theLayout.forEachVisibleGap([&](std::size_t gap, qreal y) {
         paintGap(painter, theGaps.at(static_cast<qsizetype>(gap)).note, y);
     });
-    if (hasFocus() && theCaretIsVisible)
+    if (hasFocus() && isCaretVisible)
         paintCaret(painter);
 }
 

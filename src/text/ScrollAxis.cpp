@@ -28,7 +28,7 @@ void ScrollAxis::show(double position, double extent, double visible, double ste
     thePosition = std::clamp(position, 0.0, range);
     const auto steps
         = [this](double pixels) { return static_cast<int>(std::lround(pixels / theScale)); };
-    const QScopedValueRollback showing(theIsShowing, true);
+    const QScopedValueRollback showing(isShowing, true);
     theBar->setPageStep(std::max(1, steps(visible)));
     theBar->setSingleStep(std::max(1, steps(step)));
     // While the handle is held it stays under the pointer, however the estimate changes.
@@ -40,7 +40,7 @@ void ScrollAxis::show(double position, double extent, double visible, double ste
 
 void ScrollAxis::takeValue(int value)
 {
-    if (theIsShowing)
+    if (isShowing)
         return;
     const double from = thePosition;
     thePosition = value * theScale;

@@ -31,7 +31,7 @@ private:
     QScrollBar* theBar;
     double theScale = 1; ///< pixels per step of the bar
     double thePosition = 0;
-    bool theIsShowing = false;
+    bool isShowing = false;
 };
 
 } // namespace tarnwick

@@ -47,7 +47,7 @@ void TextPrinter::printSegment(const TextSegment& segment, QDeadlineTimer deadli
     for (; theRow < segment.rows(); ++theRow) {
         if (!beginRow())
             return;
-        if (theIsOnPaper) {
+        if (isOnPaper) {
             thePainter.setPen(theColours.colour(segment.role));
             segment.layout.lineAt(theRow).draw(&thePainter, {0, theY - theRow * height});
         }
@@ -97,8 +97,8 @@ bool TextPrinter::beginRow()
 
 void TextPrinter::beginPage()
 {
-    theIsOnPaper = !theChoice.isWanted || theChoice.isWanted(thePage);
-    if (!theIsOnPaper)
+    isOnPaper = !theChoice.isWanted || theChoice.isWanted(thePage);
+    if (!isOnPaper)
         return;
     const bool isReady = thePainter.isActive() ? theDevice.newPage() : thePainter.begin(&theDevice);
     if (!isReady)

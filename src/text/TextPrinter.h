@@ -61,7 +61,7 @@ private:
     int theRow = 0;
     int thePage = 1;
     qreal theY = 0; ///< of the next row
-    bool theIsOnPaper = false; ///< thePage is begun and wanted
+    bool isOnPaper = false; ///< thePage is begun and wanted
     bool theIsDone = false;
     bool theHasFailed = false;
 };

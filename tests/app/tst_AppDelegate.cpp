@@ -21,6 +21,7 @@
 #include <atomic>
 #include <memory>
 
+using namespace Qt::StringLiterals;
 using namespace tarnwick;
 
 class TestAppDelegate : public QObject
@@ -47,8 +48,7 @@ namespace {
 
 DocumentWindow* shownWindow(AppDelegate& delegate)
 {
-    DocumentWindow* window
-        = delegate.makeWindow(QStringLiteral("Test Window"), nullptr, new QWidget);
+    DocumentWindow* window = delegate.makeWindow(u"Test Window"_s, nullptr, new QWidget);
     window->show();
     return window;
 }
@@ -58,9 +58,9 @@ class SlowExport : public ExportJob
 {
 public:
     SlowExport(const std::atomic<bool>& mayEnd, bool& isWhole)
-        : ExportJob(QStringLiteral("Slow"))
+        : ExportJob(u"Slow"_s)
     {
-        showProgress(QStringLiteral("slow"));
+        showProgress(u"slow"_s);
         startWriting([&mayEnd, &isWhole](const std::stop_token& stop, const Work::Report&) {
             while (!mayEnd && !stop.stop_requested())
                 QThread::msleep(1);
@@ -88,11 +88,11 @@ void TestAppDelegate::firstLaunchStoresWhatItFound()
     QVERIFY(
         !delegate.showThumbnail() && !delegate.showRawSource() && !delegate.showSummarySource());
     const QSettings settings;
-    QCOMPARE(settings.value(QStringLiteral("noUpdateCheck")).toString(), QStringLiteral("false"));
-    QCOMPARE(settings.value(QStringLiteral("updateCheckInt")).toDouble(), 43200.0);
-    const double stored = settings.value(QStringLiteral("dateLastUpdateCheck")).toDouble();
+    QCOMPARE(settings.value(u"noUpdateCheck"_s).toString(), u"false"_s);
+    QCOMPARE(settings.value(u"updateCheckInt"_s).toDouble(), 43200.0);
+    const double stored = settings.value(u"dateLastUpdateCheck"_s).toDouble();
     QVERIFY(stored >= before && stored <= PreferenceStore::currentTime());
-    QVERIFY(!settings.contains(QStringLiteral("showThumbnail")));
+    QVERIFY(!settings.contains(u"showThumbnail"_s));
 }
 
 void TestAppDelegate::launchChecksWhenDue()
@@ -126,11 +126,11 @@ void TestAppDelegate::launchStoresBehindReadingTheFlags()
     AppDelegate delegate;
     const DocumentWindow* window = shownWindow(delegate);
     bool wasStored = true;
-    connect(window->commandAction(QStringLiteral("toggleRawSource")), &QAction::toggled, window,
-        [&wasStored] { wasStored = QSettings().contains(QStringLiteral("updateCheckInt")); });
+    connect(window->commandAction(u"toggleRawSource"_s), &QAction::toggled, window,
+        [&wasStored] { wasStored = QSettings().contains(u"updateCheckInt"_s); });
     delegate.applicationDidFinishLaunching({});
     QVERIFY(!wasStored);
-    QVERIFY(QSettings().contains(QStringLiteral("updateCheckInt")));
+    QVERIFY(QSettings().contains(u"updateCheckInt"_s));
 }
 
 void TestAppDelegate::settingsOfTheWrongKindAreAbsent()
@@ -149,7 +149,7 @@ void TestAppDelegate::settingsOfTheWrongKindAreAbsent()
         QVERIFY2(checks == 1, value);
         const UpdatePreferences after = PreferenceStore::readUpdatePreferences();
         QVERIFY(after.dateLastUpdateCheck > 0 && !after.noUpdateCheck);
-        QCOMPARE(QSettings().value(QStringLiteral("updateCheckInt")).toDouble(), 43200.0);
+        QCOMPARE(QSettings().value(u"updateCheckInt"_s).toDouble(), 43200.0);
     }
     for (const char* value : {"banana", "no", "0", "false", "FALSE", "nan", "2", ""}) {
         write("showRawSource", value);
@@ -168,8 +168,8 @@ void TestAppDelegate::togglesMarkEveryWindowAndAreStoredAtQuit()
     delegate.applicationDidFinishLaunching({});
     const DocumentWindow* one = shownWindow(delegate);
     const DocumentWindow* other = shownWindow(delegate);
-    const QString command = QStringLiteral("toggleThumbnails");
-    QVERIFY(one->commandAction(QStringLiteral("toggleRawSource"))->isChecked());
+    const QString command = u"toggleThumbnails"_s;
+    QVERIFY(one->commandAction(u"toggleRawSource"_s)->isChecked());
     QVERIFY(!one->commandAction(command)->isChecked());
     for (const bool expected : {true, false, true}) {
         one->commandAction(command)->trigger();
@@ -188,17 +188,16 @@ void TestAppDelegate::menuHoldsTheFixedTitles()
 {
     AppDelegate delegate;
     const DocumentWindow* window = shownWindow(delegate);
-    const auto title = [](QString text) { return text.remove(QLatin1Char('&')); };
+    const auto title = [](QString text) { return text.remove(u'&'); };
     const QMenu* first = window->menuBar()->actions().at(0)->menu();
-    QCOMPARE(title(first->title()), QStringLiteral("Tarnwick"));
+    QCOMPARE(title(first->title()), u"Tarnwick"_s);
     QStringList titles;
     for (const QAction* action : first->actions().mid(0, 3))
         titles << title(action->text());
     QCOMPARE(titles,
-        QStringList({QStringLiteral("Show Thumbnails"), QStringLiteral("Show Raw Source"),
-            QStringLiteral("Show Summary Source")}));
-    QCOMPARE(title(window->commandAction(QStringLiteral("exportPDFversions"))->text()),
-        QStringLiteral("Export PDF Versions\u2026"));
+        QStringList({u"Show Thumbnails"_s, u"Show Raw Source"_s, u"Show Summary Source"_s}));
+    QCOMPARE(title(window->commandAction(u"exportPDFversions"_s)->text()),
+        u"Export PDF Versions\u2026"_s);
     // Nobody takes these here, and what has no taker is never offered.
     for (const char* command : {"exportPDFversions", "updateState", "openSource", "openHelp"})
         QVERIFY2(!window->commandAction(QString::fromLatin1(command))->isEnabled(), command);
@@ -209,26 +208,26 @@ void TestAppDelegate::menuHoldsTheFixedTitles()
 void TestAppDelegate::newWindowsHaveAFocus()
 {
     auto* content = new QWidget;
-    new QLabel(QStringLiteral("Name:"), content);
+    new QLabel(u"Name:"_s, content);
     auto* off = new QLineEdit(content);
     off->setEnabled(false);
     auto* field = new QLineEdit(content);
     AppDelegate delegate;
-    DocumentWindow* window = delegate.makeWindow(QStringLiteral("Test Window"), nullptr, content);
+    DocumentWindow* window = delegate.makeWindow(u"Test Window"_s, nullptr, content);
     window->show();
     QCOMPARE(window->focusWidget(), field);
-    QTRY_VERIFY(window->commandAction(QStringLiteral("selectAll"))->isEnabled());
+    QTRY_VERIFY(window->commandAction(u"selectAll"_s)->isEnabled());
 }
 
 void TestAppDelegate::filesDropOntoAnyPartOfAWindow()
 {
     auto* field = new QLineEdit; // takes drops of its own
     AppDelegate delegate;
-    DocumentWindow* window = delegate.makeWindow(QStringLiteral("Test Window"), nullptr, field);
+    DocumentWindow* window = delegate.makeWindow(u"Test Window"_s, nullptr, field);
     window->show();
     const QSignalSpy dropped(window, &DocumentWindow::filesDropped);
     QMimeData data;
-    data.setText(QStringLiteral("words"));
+    data.setText(u"words"_s);
     const auto drop = [&data, field] {
         QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
         QCoreApplication::sendEvent(field, &enter);
@@ -236,13 +235,12 @@ void TestAppDelegate::filesDropOntoAnyPartOfAWindow()
         QCoreApplication::sendEvent(field, &event);
     };
     drop();
-    QCOMPARE(field->text(), QStringLiteral("words"));
-    data.setUrls({QUrl(QStringLiteral("https://a.example/x.pdf")),
-        QUrl(QStringLiteral("file:///nonexistent/a%20b.pdf"))});
+    QCOMPARE(field->text(), u"words"_s);
+    data.setUrls({QUrl(u"https://a.example/x.pdf"_s), QUrl(u"file:///nonexistent/a%20b.pdf"_s)});
     drop();
-    QCOMPARE(field->text(), QStringLiteral("words"));
+    QCOMPARE(field->text(), u"words"_s);
     QCOMPARE(dropped.size(), 1);
-    QCOMPARE(dropped.at(0).at(0).toStringList(), {QStringLiteral("/nonexistent/a b.pdf")});
+    QCOMPARE(dropped.at(0).at(0).toStringList(), {u"/nonexistent/a b.pdf"_s});
     QVERIFY(delegate.controller()->isOpening());
 }
 
@@ -263,13 +261,13 @@ void TestAppDelegate::helpOpensAndKeepsAWindowEachTime()
 void TestAppDelegate::updateItemIsMarkedInAllWindows()
 {
     AppDelegate delegate;
-    const QString command = QStringLiteral("updateState");
+    const QString command = u"updateState"_s;
     const QAction* before = shownWindow(delegate)->commandAction(command);
-    QCOMPARE(before->text(), QStringLiteral("Update not checked"));
+    QCOMPARE(before->text(), u"Update not checked"_s);
     delegate.showUpdateChecked();
     const QAction* after = shownWindow(delegate)->commandAction(command);
     for (const QAction* item : {before, after}) {
-        QCOMPARE(item->text(), QStringLiteral("Checked for update"));
+        QCOMPARE(item->text(), u"Checked for update"_s);
         QVERIFY(item->isChecked());
     }
 }

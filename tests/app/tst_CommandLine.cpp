@@ -36,7 +36,7 @@ void TestCommandLine::answersWithoutADisplay()
     QFETCH(const QString, output);
     QFETCH(const QString, errors);
     QProcess program;
-    program.start(QStringLiteral(TARNWICK_PROGRAM), words.split(u' '));
+    program.start(QString::fromLatin1(TARNWICK_PROGRAM), words.split(u' '));
     QVERIFY(program.waitForFinished());
     QTEST(program.exitCode(), "status");
     const QString printed = QString::fromLocal8Bit(program.readAllStandardOutput());

@@ -9,6 +9,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
 using namespace tarnwick;
 
 class TestHelpViewController : public QObject
@@ -23,7 +24,7 @@ private slots:
 void TestHelpViewController::showsTheManualAnewEachTime()
 {
     const QTemporaryDir folder;
-    QFile file(folder.filePath(QStringLiteral("manual.pdf")));
+    QFile file(folder.filePath(u"manual.pdf"_s));
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write(QByteArray::fromStdString(PdfBuilder().addPage("Help").bytes()));
     file.close();
@@ -49,7 +50,7 @@ void TestHelpViewController::showsTheManualAnewEachTime()
 void TestHelpViewController::staysEmptyWithoutAManual()
 {
     const QString noPdf = QFile::decodeName(__FILE__);
-    for (const QString& file : {QStringLiteral("/nonexistent/TarnwickHelp.pdf"), noPdf}) {
+    for (const QString& file : {u"/nonexistent/TarnwickHelp.pdf"_s, noPdf}) {
         HelpViewController help(file);
         help.show();
         const auto isDecided = [&help] {

@@ -158,9 +158,8 @@ void TestManual::headingsBecomeBookmarks()
 
 void TestManual::linksLeadToHeadings()
 {
-    const Made made
-        = layOut(QStringLiteral("# T\n\nGo to [it](#the-first-one) or "
-                                "[out](https://a.example/).\n\n## The first, one\n\nA.\n"));
+    const Made made = layOut(u"# T\n\nGo to [it](#the-first-one) or "
+                             "[out](https://a.example/).\n\n## The first, one\n\nA.\n"_s);
     QCOMPARE(made.problems, QStringList());
     // The contents' line, too.
     QCOMPARE(made.extras.links.size(), 3);

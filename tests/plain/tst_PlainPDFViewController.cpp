@@ -8,6 +8,7 @@
 #include <QSignalSpy>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
 using namespace tarnwick;
 
 class TestPlainPDFViewController : public QObject
@@ -41,9 +42,9 @@ void TestPlainPDFViewController::namesItsWindow()
         controller.show();
         return controller.windowTitle();
     };
-    const QUrl report = QUrl::fromLocalFile(QStringLiteral("/a folder/report.pdf"));
-    QCOMPARE(title(report), QStringLiteral("\u2757\uFE0Freport.pdf"));
-    QCOMPARE(title(QUrl()), QStringLiteral("\u2757\uFE0FUntitled"));
+    const QUrl report = QUrl::fromLocalFile(u"/a folder/report.pdf"_s);
+    QCOMPARE(title(report), u"\u2757\uFE0Freport.pdf"_s);
+    QCOMPARE(title(QUrl()), u"\u2757\uFE0FUntitled"_s);
 }
 
 void TestPlainPDFViewController::setsUpOnEveryShow()

@@ -2,6 +2,7 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
 using namespace tarnwick;
 
 class TestCountLine : public QObject
@@ -48,9 +49,9 @@ void TestCountLine::longTextsCountAsTheirParts()
 {
     // Each piece is repeated across many windows; none of them divides a window's length, so that
     // window ends fall everywhere within the piece.
-    const QString pieces[] = {QStringLiteral("one two\r\nthree "),
-        QString::fromUtf16(u"don't \U0001F1E9\U0001F1EA e\u0301 "),
-        QString::fromUtf16(u"\U0001F1E9\U0001F1EA")};
+    const QString pieces[]
+        = {u"one two\r\nthree "_s, QString::fromUtf16(u"don't \U0001F1E9\U0001F1EA e\u0301 "),
+            QString::fromUtf16(u"\U0001F1E9\U0001F1EA")};
     for (const QString& piece : pieces) {
         const TextCounts one = countText(piece.toStdU16String(), "en");
         const TextCounts all = countText(piece.repeated(100'000).toStdU16String(), "en");

@@ -24,8 +24,8 @@ QString found(const std::u16string& pattern, SearchOptions options, const std::u
 {
     QStringList list;
     for (const TextMatch& match : TextSearch(pattern, options).matches(page))
-        list << QStringLiteral("%1+%2").arg(match.start).arg(match.length);
-    return list.join(QLatin1Char(' '));
+        list << u"%1+%2"_s.arg(match.start).arg(match.length);
+    return list.join(u' ');
 }
 
 /// The same by ICU's collation-based search, which decides equality in another way.
@@ -43,8 +43,8 @@ QString foundByCollation(
         dynamic_cast<icu::RuleBasedCollator*>(collator.get()), nullptr, status);
     QStringList list;
     for (int at = search.first(status); at != USEARCH_DONE; at = search.next(status))
-        list << QStringLiteral("%1+%2").arg(at).arg(search.getMatchedLength());
-    return list.join(QLatin1Char(' '));
+        list << u"%1+%2"_s.arg(at).arg(search.getMatchedLength());
+    return list.join(u' ');
 }
 
 /// A unit of one spelling of a text, and where it stands there.
@@ -293,10 +293,10 @@ void TestTextSearch::longTextsTakeLinearTime()
     const QString unsorted = QString::fromUtf16(u"\u0301\u0323").repeated(500'000);
     QCOMPARE(count(u"\u0323", unsorted.toStdU16String()), std::size_t{1});
     // Every third unit begins three spellings.
-    const std::u16string broken = QStringLiteral("a-\n").repeated(60'000).toStdU16String() + u'a';
+    const std::u16string broken = u"a-\n"_s.repeated(60'000).toStdU16String() + u'a';
     QCOMPARE(count(std::u16string(100, u'a'), broken), std::size_t{600});
     QCOMPARE(count(std::u16string(1'000, u'a'), broken), std::size_t{0}); // more than are followed
-    const std::u16string lines = QStringLiteral("\u4e2d\n").repeated(60'000).toStdU16String();
+    const std::u16string lines = u"\u4e2d\n"_s.repeated(60'000).toStdU16String();
     QCOMPARE(count(std::u16string(50, u'\u4e2d'), lines), std::size_t{1'200});
 }
 

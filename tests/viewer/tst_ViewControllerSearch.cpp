@@ -154,8 +154,7 @@ void TestViewControllerSearch::takesTheSelection()
     viewer->searchField()->setText(u"old"_s);
     viewer->doFindSelection();
     QCOMPARE(viewer->searchField()->text(), u"old"_s);
-    const auto start
-        = static_cast<int>(viewer.text().text().pages.at(2).indexOf(QLatin1String("word")));
+    const auto start = static_cast<int>(viewer.text().text().pages.at(2).indexOf("word"_L1));
     viewer.pages().setCurrentSelection(PDFSelection({2, start, 4}), false);
     viewer->doFindSelection();
     QTRY_COMPARE(viewer->theFindList().size(), 3);

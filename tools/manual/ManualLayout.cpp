@@ -8,6 +8,8 @@
 #include <QPdfWriter>
 #include <QTextLayout>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 namespace {
@@ -31,7 +33,7 @@ ManualLayout::ManualLayout(QPdfWriter& device, const QString& source, const QStr
     : theDevice(device)
     , theGeometry(device, theDocument)
 {
-    theDocument.setDefaultFont(QFont(QStringLiteral("DejaVu Sans"), int(ManualStyle::bodySize)));
+    theDocument.setDefaultFont(QFont(u"DejaVu Sans"_s, int(ManualStyle::bodySize)));
     theDocument.setMarkdown(source);
     ManualStyle style(theDocument, theGeometry);
     theProblems = style.readPictures(folder);
@@ -58,7 +60,7 @@ void ManualLayout::addContents()
     while (chapter.isValid() && chapter.blockFormat().headingLevel() != 2)
         chapter = chapter.next();
     if (!chapter.isValid()) {
-        theProblems << QStringLiteral("no title or no chapter");
+        theProblems << u"no title or no chapter"_s;
         return;
     }
     QTextBlockFormat first = chapter.blockFormat();
@@ -85,7 +87,7 @@ void ManualLayout::addContents()
         text.setAnchor(true);
         text.setAnchorHref(u'#' + anchorOf(heading.text));
         cursor.insertBlock(format, text);
-        cursor.insertText(heading.text + QStringLiteral("\t000"));
+        cursor.insertText(heading.text + u"\t000"_s);
     }
 }
 
@@ -192,7 +194,7 @@ void ManualLayout::addLink(const Link& link)
     if (link.target.startsWith(u'#')) {
         made.place = targetPlace(link.target);
         if (!made.place) {
-            theProblems << QStringLiteral("%1: no such heading").arg(link.target);
+            theProblems << u"%1: no such heading"_s.arg(link.target);
             return;
         }
     }

@@ -9,6 +9,8 @@
 #include <QTextTable>
 #include <QUrl>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 namespace {
@@ -58,7 +60,7 @@ QStringList ManualStyle::readPictures(const QString& folder)
                 continue;
             const QImage image(QDir(folder).filePath(format.name()));
             if (image.isNull())
-                problems << QStringLiteral("%1: no such picture").arg(format.name());
+                problems << u"%1: no such picture"_s.arg(format.name());
             theDocument.addResource(QTextDocument::ImageResource, QUrl(format.name()), image);
             const double width = qMin(widest, image.width() * pictureScale);
             format.setWidth(width);
@@ -124,7 +126,7 @@ void ManualStyle::styleParagraph(const QTextBlock& block)
 void ManualStyle::styleCode(const QTextBlock& block)
 {
     QTextCharFormat code;
-    code.setFontFamilies({QStringLiteral("DejaVu Sans Mono")});
+    code.setFontFamilies({u"DejaVu Sans Mono"_s});
     code.setFontPointSize(bodySize - 1.0);
     const QList<QTextFragment> fragments = fragmentsOf(block);
     for (const QTextFragment& fragment : fragments) {

@@ -10,6 +10,7 @@
 
 #include <cstdio>
 
+using namespace Qt::StringLiterals;
 using namespace tarnwick;
 
 namespace {
@@ -24,7 +25,7 @@ int makeHelp(const QString& source, const QString& target)
 {
     QFile file(source);
     if (!file.open(QIODevice::ReadOnly))
-        return fail(source + QStringLiteral(": ") + file.errorString());
+        return fail(source + u": "_s + file.errorString());
     QBuffer painted;
     painted.open(QIODevice::WriteOnly);
     PdfExtras extras;
@@ -37,17 +38,17 @@ int makeHelp(const QString& source, const QString& target)
         ManualLayout layout(
             writer, QString::fromUtf8(file.readAll()), QFileInfo(source).absolutePath());
         if (!layout.problems().isEmpty())
-            return fail(source + QStringLiteral(": ") + layout.problems().join(u'\n'));
+            return fail(source + u": "_s + layout.problems().join(u'\n'));
         layout.paint();
         extras = layout.extras();
     }
     const std::optional<QByteArray> finished = finishPdf(painted.data(), extras);
     if (!finished)
-        return fail(QStringLiteral("the painted file is of an unknown kind"));
+        return fail(u"the painted file is of an unknown kind"_s);
     QSaveFile output(target);
     if (!output.open(QIODevice::WriteOnly) || output.write(*finished) != finished->size()
         || !output.commit())
-        return fail(target + QStringLiteral(": ") + output.errorString());
+        return fail(target + u": "_s + output.errorString());
     return 0;
 }
 
@@ -61,6 +62,6 @@ int main(int argc, char* argv[])
     QGuiApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.size() != 3)
-        return fail(QStringLiteral("usage: tarnwick-make-help SOURCE.md TARGET.pdf"));
+        return fail(u"usage: tarnwick-make-help SOURCE.md TARGET.pdf"_s);
     return makeHelp(arguments.at(1), arguments.at(2));
 }

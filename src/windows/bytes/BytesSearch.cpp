@@ -158,7 +158,7 @@ void BytesSearch::resolveSeek()
     if (answer.kind != ByteMatches::Answer::Kind::isFound)
         return;
     theMatch = answer.offset;
-    theMatchIsWrapped = answer.isWrapped;
+    isMatchWrapped = answer.isWrapped;
     theView->selectBytes({answer.offset, answer.offset + matches.pattern().size()});
 }
 
@@ -210,7 +210,7 @@ QString BytesSearch::foundStatus() const
     if (!theMatch || shown != HexView::Span{*theMatch, *theMatch + matches.pattern().size()})
         return count == 1 ? tr("1 match") : tr("%L1 matches").arg(count);
     const QString place = tr("%L1 of %L2").arg(qulonglong{matches.number(*theMatch)}).arg(count);
-    return theMatchIsWrapped ? tr("%1, continued from the other end").arg(place) : place;
+    return isMatchWrapped ? tr("%1, continued from the other end").arg(place) : place;
 }
 
 } // namespace tarnwick

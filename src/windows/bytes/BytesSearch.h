@@ -58,7 +58,7 @@ private:
     Seek theSeek = Seek::isNothing; ///< waiting for the finder
     std::size_t theSeekFrom = 0;
     std::optional<std::size_t> theMatch; ///< found last
-    bool theMatchIsWrapped = false;
+    bool isMatchWrapped = false;
 };
 
 } // namespace tarnwick

@@ -13,6 +13,8 @@
 #include <QShowEvent>
 #include <QStandardPaths>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 HelpViewController::HelpViewController(const QString& file, QWidget* parent)
@@ -35,7 +37,7 @@ void HelpViewController::setHelpPDFView(PDFView* view)
 
 QString HelpViewController::manualFile()
 {
-    const QString name = QStringLiteral("/TarnwickHelp.pdf");
+    const QString name = u"/TarnwickHelp.pdf"_s;
     const QDir programs(QCoreApplication::applicationDirPath());
     // Where an installation has it, and where a build puts it.
     for (const char* folder : {TARNWICK_DATA_FOLDER, "../share/tarnwick"}) {
@@ -43,8 +45,7 @@ QString HelpViewController::manualFile()
         if (QFile::exists(file))
             return file;
     }
-    return QStandardPaths::locate(
-        QStandardPaths::GenericDataLocation, QStringLiteral("tarnwick") + name);
+    return QStandardPaths::locate(QStandardPaths::GenericDataLocation, u"tarnwick"_s + name);
 }
 
 void HelpViewController::showEvent(QShowEvent* event)

@@ -14,6 +14,8 @@
 
 #include <chrono>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 namespace {
@@ -23,7 +25,7 @@ using namespace std::chrono_literals;
 /// A note that comes and goes within a glance only makes the window flicker.
 constexpr auto notePatience = 300ms;
 
-const QString splitterKey = QStringLiteral("SourceWindow/panes");
+const QString splitterKey = u"SourceWindow/panes"_s;
 
 QString failureNote(PDFFailure failure)
 {
@@ -175,7 +177,7 @@ void SourceViewController::fillPanes()
     for (Pane* pane : {&theUpper, &theLower})
         endWork(*pane, QString());
     theRenderedDocument = theOwner->thePDFDocument();
-    setWindowTitle(QStringLiteral("\u203C\uFE0F") + theOwner->displayName());
+    setWindowTitle(u"\u203C\uFE0F"_s + theOwner->displayName());
     if (!theRenderedDocument || theRenderedDocument->state() != PDFDocument::State::isOpen) {
         setBottomText(QString::fromUtf8(noDocumentText));
         emit filled();

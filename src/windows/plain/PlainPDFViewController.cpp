@@ -7,9 +7,11 @@
 
 #include <QShowEvent>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
-const QString PlainPDFViewController::titlePrefix = QStringLiteral("\u2757\uFE0F");
+const QString PlainPDFViewController::titlePrefix = u"\u2757\uFE0F"_s;
 
 PlainPDFViewController::PlainPDFViewController(Document* document, QWidget* parent)
     : QWidget(parent)

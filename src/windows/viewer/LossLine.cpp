@@ -9,6 +9,8 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 namespace {
@@ -31,8 +33,8 @@ LossLine::LossLine(QWidget* parent)
     theLabel->setWordWrap(true);
     theLabel->setTextFormat(Qt::PlainText);
     theLabel->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    theLabel->setObjectName(QStringLiteral("lossText"));
-    theListButton->setObjectName(QStringLiteral("lossListButton"));
+    theLabel->setObjectName(u"lossText"_s);
+    theListButton->setObjectName(u"lossListButton"_s);
     theListButton->setText(tr("All Pages…"));
     theListButton->setToolTip(tr("List every page from which something is missing"));
     theListButton->setAccessibleName(tr("Pages from which something is missing"));

@@ -55,7 +55,7 @@ void ProgressLine::showMessage(const QString& text, bool canRetry, const QString
     theLabel->setToolTip(detail);
     theLabel->setAccessibleDescription(detail);
     // A sentence in a narrow pane takes several lines rather than widening it.
-    theLabel->setWordWrap(theMessageWraps);
+    theLabel->setWordWrap(isMessageWrapped);
     theLabel->setText(text);
     theBar->hide();
     theCancelButton->hide();

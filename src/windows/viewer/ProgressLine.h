@@ -24,7 +24,7 @@ public:
     void showMessage(const QString& text, bool canRetry, const QString& detail = {});
     void clear();
     /// Whether messages may take several lines; off at first.
-    void setMessageWraps(bool wraps) { theMessageWraps = wraps; }
+    void setMessageWraps(bool wraps) { isMessageWrapped = wraps; }
 
 signals:
     void cancelRequested();
@@ -35,7 +35,7 @@ private:
     QProgressBar* theBar;
     QToolButton* theCancelButton;
     QToolButton* theRetryButton;
-    bool theMessageWraps = false;
+    bool isMessageWrapped = false;
 };
 
 } // namespace tarnwick

@@ -10,6 +10,8 @@
 #include <QMenu>
 #include <QStyle>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 namespace {
@@ -19,7 +21,7 @@ constexpr int widestMenuText = 320; // device-independent pixels
 /// Shared by every window and program of this user.
 const StoredList& storedTexts()
 {
-    static const StoredList list(QStringLiteral("recentSearches"));
+    static const StoredList list(u"recentSearches"_s);
     return list;
 }
 
@@ -110,7 +112,7 @@ void SearchField::addRecents()
         const QString text = QString::fromStdU16String(recent);
         QString shown
             = theMenu->fontMetrics().elidedText(text.simplified(), Qt::ElideRight, widestMenuText);
-        shown.replace(QLatin1Char('&'), QStringLiteral("&&"));
+        shown.replace(u'&', u"&&"_s);
         QAction* action = theMenu->addAction(shown);
         action->setData(text);
         connect(action, &QAction::triggered, this, [this, text] {

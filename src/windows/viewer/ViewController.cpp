@@ -28,12 +28,14 @@
 
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 namespace {
 
-const QString stripWidthKey = QStringLiteral("viewerStripWidth");
-const QString textWidthKey = QStringLiteral("viewerTextWidth");
+const QString stripWidthKey = u"viewerStripWidth"_s;
+const QString textWidthKey = u"viewerTextWidth"_s;
 constexpr int firstStripWidth = 164;
 constexpr int narrowestStripWidth = 100;
 constexpr int firstTextWidth = 300;
@@ -311,10 +313,10 @@ void ViewController::updateControls()
     const auto enable = [this](QWidget* widget, const QString& command) {
         widget->setEnabled(validateCommand(command));
     };
-    enable(ui->markButton, QStringLiteral("setPageMark"));
-    enable(ui->backMarkButton, QStringLiteral("goBackMark"));
-    enable(ui->forwardMarkButton, QStringLiteral("goForwardMark"));
-    enable(theOutlets.searchStepper, QStringLiteral("doFindNext"));
+    enable(ui->markButton, u"setPageMark"_s);
+    enable(ui->backMarkButton, u"goBackMark"_s);
+    enable(ui->forwardMarkButton, u"goForwardMark"_s);
+    enable(theOutlets.searchStepper, u"doFindNext"_s);
     ui->sideBarButton->setChecked(isSideBarOpen());
     ui->sideBarButton->setEnabled(isSideBarOpen() || ui->sideTabs->count() > 0);
     const DocumentWindow* window = DocumentWindow::of(this);
@@ -327,15 +329,15 @@ bool ViewController::validateCommand(const QString& command) const
     const PDFView* view = theOutlets.pdfView;
     const int mark = theOutlets.markPageMenu->currentIndex();
     const QHash<QString, bool> conditions = {
-        {QStringLiteral("doSearchStepAction"), !theMatches.isEmpty()},
-        {QStringLiteral("doFindNext"), !theMatches.isEmpty()},
-        {QStringLiteral("doFindPrev"), !theMatches.isEmpty()},
-        {QStringLiteral("doFindSelection"), !view->currentSelection().isEmpty()},
-        {QStringLiteral("cancelSearch"), isSearching()},
-        {QStringLiteral("setPageMark"), view->currentPage() >= 0},
-        {QStringLiteral("doChangePage"), !theMarks.pages().empty()},
-        {QStringLiteral("goBackMark"), theMarks.before(mark).has_value()},
-        {QStringLiteral("goForwardMark"), theMarks.after(mark).has_value()},
+        {u"doSearchStepAction"_s, !theMatches.isEmpty()},
+        {u"doFindNext"_s, !theMatches.isEmpty()},
+        {u"doFindPrev"_s, !theMatches.isEmpty()},
+        {u"doFindSelection"_s, !view->currentSelection().isEmpty()},
+        {u"cancelSearch"_s, isSearching()},
+        {u"setPageMark"_s, view->currentPage() >= 0},
+        {u"doChangePage"_s, !theMarks.pages().empty()},
+        {u"goBackMark"_s, theMarks.before(mark).has_value()},
+        {u"goForwardMark"_s, theMarks.after(mark).has_value()},
     };
     return conditions.value(command, true);
 }

@@ -9,6 +9,8 @@
 
 #include <QComboBox>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 void ViewController::setPageMark()
@@ -33,7 +35,7 @@ void ViewController::rebuildMarkMenu()
 QString ViewController::markTitle(int page) const
 {
     const QString label = theDocument->pageLabel(page);
-    return label.isEmpty() ? QStringLiteral("-1") : label;
+    return label.isEmpty() ? u"-1"_s : label;
 }
 
 /// Labels of large documents arrive late; the pop-up's selection stays.

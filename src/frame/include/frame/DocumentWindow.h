@@ -100,7 +100,7 @@ private:
     CommandRouter* theRouter = nullptr;
     QList<QObject*> theApplicationResponders;
     int theSerial;
-    bool thePlaceIsKnown = false;
+    bool isPlaceKnown = false;
 };
 
 } // namespace tarnwick

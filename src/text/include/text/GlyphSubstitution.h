@@ -25,7 +25,7 @@ public:
 private:
     char16_t substitute(char16_t unit) const;
 
-    bool theFontHasPictures = false;
+    bool hasFontPictures = false;
     char16_t theReplacement = u'.';
 };
 

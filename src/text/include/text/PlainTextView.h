@@ -77,7 +77,7 @@ public:
     /// Whether Ctrl+F, F3 and the find commands are the view's own, as they are by default. A
     /// window with a search field of its own turns them off.
     void setFindBarEnabled(bool enabled);
-    bool isFindBarEnabled() const { return theFindBarIsEnabled; }
+    bool isFindBarEnabled() const { return theIsFindBarEnabled; }
 
     /// What can be told beside the lines; it is no part of the text.
     enum class Gutter
@@ -243,7 +243,7 @@ private:
     TextViewLayout theLayout;
     TextPalette theColours;
     QFont theTextFont;
-    bool theFontIsOwn = false;
+    bool isFontOwn = false;
     int theZoomPercent = 100;
     QString thePrintName;
 
@@ -251,7 +251,7 @@ private:
     std::unique_ptr<ScrollAxis> theHorizontal;
     QBasicTimer theEstimateTimer;
     QBasicTimer theBlinkTimer;
-    bool theCaretIsVisible = true;
+    bool isCaretVisible = true;
 
     TextPosition theAnchor;
     TextPosition theCaret;
@@ -259,19 +259,19 @@ private:
 
     SelectBy theSelectBy = SelectBy::isCharacter;
     TextRange theFirstUnit; ///< that the drag began with
-    bool theIsDragging = false;
+    bool isDragging = false;
     QPointF theDragPoint;
     QPointF theTripleClickPoint;
     QBasicTimer theTripleClickTimer;
     QBasicTimer theAutoScrollTimer;
     int theZoomDelta = 0;
 
-    bool theFindBarIsEnabled = true;
+    bool theIsFindBarEnabled = true;
     FindBar* theFindBar = nullptr; ///< made when first needed
     TextFinder* theFinder;
     Seek theSeek = Seek::isNothing; ///< waiting for the finder
     TextPosition theSeekFrom;
-    bool theMatchIsWrapped = false;
+    bool isMatchWrapped = false;
     TextRange theMatch; ///< found last, empty when none was
     QList<TextRange> theVisibleMatches;
 };

@@ -60,7 +60,7 @@ public:
     virtual QString lineEnd(qsizetype index) const
     {
         Q_UNUSED(index)
-        return QStringLiteral("\n");
+        return QString(u'\n');
     }
 
     /// Where the text of a line begins in the bytes that it was made from; nothing where nobody

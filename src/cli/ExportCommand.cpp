@@ -4,6 +4,7 @@
 #include "MissingReport.h"
 #include "Password.h"
 #include "export/ExportTarget.h"
+#include "files/ErrorText.h"
 #include "files/OpenedFiles.h"
 #include "files/StraightFile.h"
 
@@ -38,10 +39,11 @@ std::optional<FileBytes> readShared(const std::string& path, std::string& reason
     const QByteArray name = QByteArray::fromStdString(path);
     // A name that is no text in the locale's encoding does not come back from Qt as it was.
     if (path != "-" && QFile::encodeName(QFile::decodeName(name)) == name) {
-        QString said;
-        const std::optional<FileBytes> bytes = FileBytes::read(QFile::decodeName(name), &said);
-        reason = said.toStdString();
-        if (bytes || reason != "Not a regular file")
+        int error = 0;
+        const std::optional<FileBytes> bytes = FileBytes::read(QFile::decodeName(name), &error);
+        if (!bytes)
+            reason = errorText(error);
+        if (bytes || error != OutputFile::isNoRegularFile)
             return bytes;
     }
     const std::optional<SharedBytes> bytes = readInput(path, reason);

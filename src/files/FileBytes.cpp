@@ -1,7 +1,6 @@
 #include "files/FileBytes.h"
 
 #include "WriteAll.h"
-#include "files/ErrorText.h"
 #include "files/OpenedFiles.h"
 #include "files/OutputFile.h"
 
@@ -112,11 +111,11 @@ private:
 };
 
 std::optional<FileBytes> FileBytes::read(
-    const QString& path, QString* reason, const std::stop_token& stop)
+    const QString& path, int* failure, const std::stop_token& stop)
 {
-    const auto fail = [reason](int error) -> std::optional<FileBytes> {
-        if (reason)
-            *reason = QString::fromStdString(errorText(error));
+    const auto fail = [failure](int error) -> std::optional<FileBytes> {
+        if (failure)
+            *failure = error;
         return std::nullopt;
     };
     // Without O_NONBLOCK, opening a FIFO waits for somebody to write into it.

@@ -1,6 +1,7 @@
 #include "frame/FileOpening.h"
 
 #include "PasswordPrompt.h"
+#include "files/ErrorText.h"
 #include "frame/FrameDocument.h"
 #include "frame/Notice.h"
 
@@ -71,7 +72,7 @@ void FileOpening::read()
     }
     const auto task = [path = thePath](const std::stop_token& stop) {
         Reading reading;
-        reading.bytes = FileBytes::read(path, &reading.reason, stop);
+        reading.bytes = FileBytes::read(path, &reading.failure, stop);
         return reading;
     };
     theReading.start(task, [this](const Reading& reading) { finishReading(reading); });
@@ -80,7 +81,7 @@ void FileOpening::read()
 void FileOpening::finishReading(const Reading& reading)
 {
     if (!reading.bytes) {
-        fail(asSentence(reading.reason));
+        fail(asSentence(QString::fromStdString(errorText(reading.failure))));
         return;
     }
     theDocument = makeDocument();

@@ -1,8 +1,12 @@
 #include "files/FileBytes.h"
 
+#include "files/OutputFile.h"
+
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <cerrno>
 
 #include <fcntl.h>
 #include <sys/mman.h>
@@ -44,17 +48,16 @@ void TestFileBytes::readsAFile()
 
 void TestFileBytes::saysWhyNothingIsRead()
 {
-    const auto reasonFor = [](const QString& path) {
-        QString reason;
-        return FileBytes::read(path, &reason) ? QStringLiteral("is read") : reason;
+    const auto failureOf = [](const QString& path) {
+        int failure = 0;
+        return FileBytes::read(path, &failure) ? 0 : failure;
     };
     const QString fifo = theFolder.filePath(QStringLiteral("fifo"));
     QCOMPARE(::mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
-    QCOMPARE(reasonFor(theFolder.filePath(QStringLiteral("none"))),
-        QStringLiteral("No such file or directory"));
-    QCOMPARE(reasonFor(theFolder.path()), QStringLiteral("Is a directory"));
+    QCOMPARE(failureOf(theFolder.filePath(QStringLiteral("none"))), ENOENT);
+    QCOMPARE(failureOf(theFolder.path()), EISDIR);
     for (const QString& endless : {fifo, QStringLiteral("/dev/zero")})
-        QCOMPARE(reasonFor(endless), QStringLiteral("Not a regular file"));
+        QCOMPARE(failureOf(endless), int(OutputFile::isNoRegularFile));
 }
 
 void TestFileBytes::keepsItsBytesFromEverybody()

@@ -25,12 +25,13 @@ public:
     /// Reads a whole file: a regular one or a block device, nothing that could keep the program
     /// waiting, as a pipe could.
     /// @param path the file's path in the file system's own encoding (QFile::decodeName).
-    /// @param[out] reason why nothing was read, as a sentence for the user ("No such file or
-    ///   directory", "Is a directory"); untouched on success.
+    /// @param[out] failure why nothing was read: an errno (EISDIR of a folder), or
+    ///   OutputFile::isNoRegularFile of what could keep the program waiting; errorText() says it.
+    ///   Untouched on success.
     /// @param stop gives the reading up, between portions of 16 MB.
     /// @returns nothing when the file cannot be read whole.
     static std::optional<FileBytes> read(
-        const QString& path, QString* reason = nullptr, const std::stop_token& stop = {});
+        const QString& path, int* failure = nullptr, const std::stop_token& stop = {});
 
     /// A sealed copy of bytes in memory. @returns nothing when there is no memory for it.
     static std::optional<FileBytes> copy(std::string_view bytes);

@@ -53,7 +53,7 @@ private:
     struct Reading
     {
         std::optional<FileBytes> bytes;
-        QString reason;
+        int failure = 0;
     };
     void read();
     void finishReading(const Reading& reading);

@@ -11,6 +11,17 @@
 
 namespace tarnwick {
 
+/// Ten pages with the labels 1, 2, 3, i, ii, A-1, A-1, then plain numbers again from 8.
+inline PdfBuilder labelledPages()
+{
+    PdfBuilder builder;
+    for (int page = 1; page <= 10; ++page)
+        builder.addPage("page " + std::to_string(page));
+    builder.setCatalogEntries("/PageLabels << /Nums [ 0 << /S /D >> 3 << /S /r >> "
+                              "5 << /P (A-1) >> 7 << /S /D /St 8 >> 9 << >> ] >>");
+    return builder;
+}
+
 /// View flags that a test sets.
 class TestFlags : public ViewFlags
 {

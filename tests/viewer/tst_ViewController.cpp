@@ -3,14 +3,12 @@
 #include "LossLine.h"
 #include "ProgressLine.h"
 #include "SearchField.h"
-#include "SearchStepper.h"
 #include "pages/PDFThumbnailView.h"
 #include "text/ListedLines.h"
 #include "text/PlainTextView.h"
 
 #include <QAccessible>
 #include <QApplication>
-#include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -20,23 +18,10 @@
 #include <QToolButton>
 #include <QTreeView>
 
-#include <functional>
-
 using namespace Qt::StringLiterals;
 using namespace tarnwick;
 
 namespace {
-
-/// Ten pages with the labels 1, 2, 3, i, ii, A-1, A-1, then plain numbers again from 8.
-PdfBuilder labelledPages()
-{
-    PdfBuilder builder;
-    for (int page = 1; page <= 10; ++page)
-        builder.addPage("page " + std::to_string(page));
-    builder.setCatalogEntries("/PageLabels << /Nums [ 0 << /S /D >> 3 << /S /r >> "
-                              "5 << /P (A-1) >> 7 << /S /D /St 8 >> 9 << >> ] >>");
-    return builder;
-}
 
 QStringList titles(const QComboBox* menu)
 {
@@ -45,47 +30,6 @@ QStringList titles(const QComboBox* menu)
         list << menu->itemText(item);
     return list;
 }
-
-/// A second set of the controls that a window's content works on, in a window that shows.
-struct SpareControls
-{
-    QWidget host;
-    QSplitter panes{&host};
-    PDFThumbnailView strip;
-    PDFView pages;
-    PlainTextView text;
-    SearchField field{&host};
-    SearchField cell{&host};
-    QLabel count{&host};
-    QCheckBox caseButton{&host};
-    QCheckBox literalButton{&host};
-    SearchStepper stepper{&host};
-    QComboBox marks{&host};
-
-    SpareControls()
-    {
-        panes.addWidget(&strip);
-        panes.addWidget(&pages);
-        panes.addWidget(&text);
-        panes.resize(900, 600);
-        host.show();
-    }
-    void putInto(ViewController& viewer)
-    {
-        viewer.setTheSplitView(&panes);
-        viewer.setThePDFView(&pages);
-        viewer.setTheThumbnailView(&strip);
-        viewer.setTheTextScroller(&text);
-        viewer.setTheTextView(&text);
-        viewer.setSearchField(&field);
-        viewer.setSearchFieldCell(&cell);
-        viewer.setCountText(&count);
-        viewer.setCaseSensitiveButton(&caseButton);
-        viewer.setLiteralButton(&literalButton);
-        viewer.setSearchStepper(&stepper);
-        viewer.setMarkPageMenu(&marks);
-    }
-};
 
 } // namespace
 
@@ -106,7 +50,6 @@ private slots:
     void zoomedPagesFitAgain();
     void outlineLeadsToItsPages();
     void commandsArePossibleOnlyWhereTheyDoSomething();
-    void exchangedControlsAreHonouredEverywhere();
     void everyControlIsNamedAndReached();
     void controlsFitIntoNarrowWindows();
     void sizesAreRemembered();
@@ -350,98 +293,6 @@ void TestViewController::commandsArePossibleOnlyWhereTheyDoSomething()
     viewer->searchField()->setText(u"page"_s);
     viewer->doSearchAction();
     QCOMPARE(possible(commands), QStringList({commands.at(0), commands.at(2), commands.at(3)}));
-}
-
-void TestViewController::exchangedControlsAreHonouredEverywhere()
-{
-    SpareControls spare;
-    ViewerFixture viewer(labelledPages());
-    spare.putInto(*viewer);
-    QVERIFY(viewer.appear());
-    const auto search = [&](const QString& text) {
-        spare.cell.setText(text);
-        QTest::keyClick(&spare.field, Qt::Key_Return);
-    };
-    const auto click = [&](const char* button) { viewer.child<QToolButton>(button)->click(); };
-    struct Fact
-    {
-        const char* name;
-        std::function<void()> act;
-        std::function<bool()> isTrue;
-    };
-    const Fact facts[] = {
-        {"the pages are shown in it alone", [] {},
-            [&] {
-                return spare.pages.document() && !viewer.child<PDFView>("thePDFView")->document();
-            }},
-        {"keys go to it", [] {}, [&] { return viewer->focusProxy() == &spare.pages; }},
-        {"the page field tells its page", [&] { spare.pages.goToPage(3); },
-            [&] { return viewer.child<QLineEdit>("pageField")->text() == u"i"; }},
-        {"the arrows turn its pages", [&] { click("nextPageButton"); },
-            [&] { return spare.pages.currentPage() == 4; }},
-        {"the zoom buttons zoom it", [&] { click("zoomInButton"); },
-            [&] { return !spare.pages.autoScales(); }},
-        {"Auto Zoom fits it", [&] { viewer->autoZoom(); },
-            [&] { return spare.pages.autoScales(); }},
-        {"the thumbnails are its pages, in one strip alone", [] {},
-            [&] {
-                return spare.strip.pdfView() == &spare.pages
-                    && !viewer.child<PDFThumbnailView>("theThumbnailView")->pdfView();
-            }},
-        {"the side bar is its first pane", [&] { viewer->toggleSideBar(false); },
-            [&] { return spare.panes.sizes().at(0) == 0; }},
-        {"whose button follows its divider",
-            [&] {
-                spare.panes.setSizes({200, 400, 200});
-                emit spare.panes.splitterMoved(200, 1);
-            },
-            [&] { return viewer.child<QToolButton>("sideBarButton")->isChecked(); }},
-        {"the text is in it, without a find bar", [] {},
-            [&] {
-                return linesOf(*spare.text.textStorage()).contains(u"page 7"_s)
-                    && !spare.text.isFindBarEnabled();
-            }},
-        {"the count is in it", [] {},
-            [&] { return spare.count.text().startsWith(u"20  words  "_s); }},
-        {"the recent searches hang on it", [] {},
-            [&] { return spare.field.searchMenuTemplate() == viewer->searchMenu(); }},
-        {"Return in it searches for the cell's text", [&] { search(u"PAGE"_s); },
-            [&] { return viewer->theFindList().size() == 10; }},
-        {"the stepper steps", [&] { spare.stepper.nextButton()->click(); },
-            [&] { return spare.pages.currentSelection() == viewer->theFindList().at(1); }},
-        {"its case button counts",
-            [&] {
-                spare.caseButton.setChecked(true);
-                search(u"PAGE"_s);
-            },
-            [&] { return viewer->theFindList().isEmpty() && !spare.stepper.isEnabled(); }},
-        {"its literal button counts",
-            [&] {
-                spare.caseButton.setChecked(false);
-                search(u"PAGE"_s);
-                spare.literalButton.setChecked(true);
-                search(u"PAGE"_s);
-            },
-            [&] { return viewer->theFindList().isEmpty(); }},
-        {"Escape in it leaves the search",
-            [&] {
-                spare.field.setFocus();
-                QTest::keyClick(&spare.field, Qt::Key_Escape);
-            },
-            [&] { return spare.host.focusWidget() == &spare.pages; }},
-        {"marks are listed in it", [&] { viewer->setPageMark(); },
-            [&] { return titles(&spare.marks).size() == 1; }},
-        {"and chosen from it",
-            [&] {
-                spare.pages.goToPage(9);
-                emit spare.marks.activated(0);
-            },
-            [&] { return spare.pages.currentPage() == viewer->theMPagelist().at(0); }},
-    };
-    for (const Fact& fact : facts) {
-        fact.act();
-        QTRY_VERIFY2(fact.isTrue(), fact.name);
-    }
 }
 
 void TestViewController::everyControlIsNamedAndReached()

@@ -88,8 +88,7 @@ void PlainTextView::toggleWrap()
 
 void PlainTextView::print()
 {
-    const QString name = thePrintName.isEmpty() ? window()->windowTitle() : thePrintName;
-    new TextPrintJob(theStorage, theTextFont, name, theMissing, window());
+    new TextPrintJob(theStorage, theTextFont, window()->windowTitle(), theMissing, window());
 }
 
 void PlainTextView::contextMenuEvent(QContextMenuEvent* event)

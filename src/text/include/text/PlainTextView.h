@@ -64,14 +64,12 @@ public:
     /// fixed-pitch font.
     void setTextFont(const QFont& font);
     void useFixedPitchFont();
-    const QFont& textFont() const { return theTextFont; }
 
     /// Whether lines are broken at the view's width, as they are by default.
     bool isWrapping() const { return theLayout.isWrapping(); }
     void setWrapping(bool wrap);
 
     /// Font size in percent of the text font's, 25 to 800.
-    int zoomPercent() const { return theZoomPercent; }
     void setZoomPercent(int percent);
 
     /// Whether Ctrl+F, F3 and the find commands are the view's own, as they are by default. A
@@ -89,9 +87,6 @@ public:
     /// Offers it to the command toggleGutter(), whose state all views share and the settings keep.
     void setGutter(Gutter gutter);
     bool isGutterShown() const { return theGutter != nullptr; }
-
-    /// What is printed goes by this name; by default the window's title.
-    void setPrintName(const QString& name) { thePrintName = name; }
 
     TextRange selection() const { return TextRange::between(theAnchor, theCaret); }
     bool hasSelection() const { return theAnchor != theCaret; }
@@ -128,8 +123,8 @@ public slots:
     void toggleWrap();
     /// Shows or hides the gutters of all views that have one.
     void toggleGutter();
-    /// Prints the text as it is, laid out for the paper, whatever the view's size, zoom and
-    /// colours.
+    /// Prints the text by its window's title, laid out for the paper, whatever the view's size,
+    /// zoom and colours.
     void print();
 
 signals:
@@ -245,7 +240,6 @@ private:
     QFont theTextFont;
     bool isFontOwn = false;
     int theZoomPercent = 100;
-    QString thePrintName;
 
     std::unique_ptr<ScrollAxis> theVertical;
     std::unique_ptr<ScrollAxis> theHorizontal;

@@ -10,6 +10,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 Document::Document(const WindowRegistry<Document>* registry, QObject* parent)
@@ -65,13 +67,13 @@ void Document::makeWindowControllers()
 
 bool Document::validateCommand(const QString& command) const
 {
-    if (command == QLatin1String("exportPDFversions"))
+    if (command == "exportPDFversions"_L1)
         return isIncr();
-    if (command == QLatin1String("openSource"))
+    if (command == "openSource"_L1)
         return theRegistry->knows(WindowIdentifiers::source);
-    if (command == QLatin1String("openBytes"))
+    if (command == "openBytes"_L1)
         return theRegistry->knows(WindowIdentifiers::bytes);
-    if (command == QLatin1String("openPlainPDF"))
+    if (command == "openPlainPDF"_L1)
         return theRegistry->knows(WindowIdentifiers::plainPDF);
     return true;
 }

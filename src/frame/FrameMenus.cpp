@@ -7,6 +7,8 @@
 #include <QActionGroup>
 #include <QMenu>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 namespace {
@@ -17,10 +19,10 @@ constexpr int longestTitle = 640; // pixels at 96 dpi: wider menus leave small s
 QString menuTitle(qsizetype index, const QString& title, const QMenu& menu)
 {
     QString text = menu.fontMetrics().elidedText(title, Qt::ElideMiddle, longestTitle);
-    text.replace(QLatin1Char('&'), QLatin1String("&&"));
+    text.replace(u'&', "&&"_L1);
     const QString number = QString::number(index + 1);
-    const QString mnemonic = index < 9 ? QStringLiteral("&") : QString();
-    return mnemonic + number + QLatin1Char(' ') + text;
+    const QString mnemonic = index < 9 ? u"&"_s : QString();
+    return mnemonic + number + u' ' + text;
 }
 
 void fillRecent(QMenu& menu, DocumentWindow& window, DocumentController& controller)
@@ -63,12 +65,12 @@ void fillWindows(QMenu& menu, const QList<QAction*>& fixed, const DocumentWindow
 
 void FrameMenus::keepFilled(DocumentWindow& window, DocumentController& controller)
 {
-    if (auto* menu = window.findChild<QMenu*>(QStringLiteral("recentMenu"))) {
+    if (auto* menu = window.findChild<QMenu*>(u"recentMenu"_s)) {
         const auto fill = [menu, &window, &controller] { fillRecent(*menu, window, controller); };
         QObject::connect(menu, &QMenu::aboutToShow, menu, fill);
         fill(); // an empty menu would not open
     }
-    if (auto* menu = window.findChild<QMenu*>(QStringLiteral("windowMenu"))) {
+    if (auto* menu = window.findChild<QMenu*>(u"windowMenu"_s)) {
         const QList<QAction*> fixed = menu->actions();
         QObject::connect(menu, &QMenu::aboutToShow, menu,
             [menu, fixed, &window, &controller] { fillWindows(*menu, fixed, window, controller); });

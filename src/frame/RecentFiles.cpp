@@ -5,13 +5,15 @@
 #include <QDir>
 #include <QFileInfo>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 namespace {
 
 const StoredList& storedPaths()
 {
-    static const StoredList list(QStringLiteral("recentFiles"));
+    static const StoredList list(u"recentFiles"_s);
     return list;
 }
 
@@ -28,9 +30,9 @@ QString shortFolder(const QString& path)
     const QString folder = QFileInfo(path).path();
     const QString home = QDir::homePath();
     if (folder == home)
-        return QStringLiteral("~");
-    if (folder.startsWith(home + QLatin1Char('/')))
-        return QLatin1Char('~') + folder.mid(home.size());
+        return u"~"_s;
+    if (folder.startsWith(home + u'/'))
+        return u'~' + folder.mid(home.size());
     return folder;
 }
 
@@ -69,7 +71,7 @@ void RecentFiles::clear()
 
 QString RecentFiles::title(const QString& path)
 {
-    return QFileInfo(path).fileName() + QStringLiteral(" \u2014 ") + shortFolder(path);
+    return QFileInfo(path).fileName() + u" \u2014 "_s + shortFolder(path);
 }
 
 void RecentFiles::change(const std::function<void(QStringList&)>& change)

@@ -9,6 +9,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 namespace {
@@ -19,7 +21,7 @@ constexpr QMargins frameAllowance(8, 40, 8, 8);
 
 QString settingsKey(const DocumentWindow& window)
 {
-    return QStringLiteral("windows/") + window.identifier();
+    return u"windows/"_s + window.identifier();
 }
 
 const DocumentWindow* latestOfKind(const DocumentWindow& window)

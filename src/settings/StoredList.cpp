@@ -5,6 +5,8 @@
 #include <QLockFile>
 #include <QSettings>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 namespace {
@@ -28,7 +30,7 @@ QStringList StoredList::change(const std::function<void(QStringList&)>& change) 
     const QString file = QSettings().fileName();
     QDir().mkpath(QFileInfo(file).path());
     // Not the name that QSettings itself locks while it writes.
-    QLockFile lock(file + QStringLiteral(".lists.lock"));
+    QLockFile lock(file + u".lists.lock"_s);
     lock.tryLock(longestWait);
     QSettings settings; // behind the lock, as it reads the file
     const QStringList before = settings.value(theKey).toStringList();

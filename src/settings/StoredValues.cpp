@@ -5,14 +5,16 @@
 #include <algorithm>
 #include <cmath>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 bool StoredValues::flag(const QString& key, bool absent)
 {
     const QString text = QSettings().value(key).toString().toLower();
-    if (text == QLatin1String("true") || text == QLatin1String("1"))
+    if (text == "true"_L1 || text == "1"_L1)
         return true;
-    if (text == QLatin1String("false") || text == QLatin1String("0"))
+    if (text == "false"_L1 || text == "0"_L1)
         return false;
     return absent;
 }

@@ -5,6 +5,8 @@
 #include <bit>
 #include <limits>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 namespace {
@@ -135,8 +137,7 @@ private:
         if (body.count > 7 || !hasBytes(body.start, body.count + 1))
             return std::nullopt;
         const auto number = static_cast<qint64>(numberAt(theBytes, body.start, body.count + 1));
-        return PropertyList{
-            PropertyList::Dictionary{{QStringLiteral("CF$UID"), PropertyList{number}}}};
+        return PropertyList{PropertyList::Dictionary{{u"CF$UID"_s, PropertyList{number}}}};
     }
 
     /// The kinds whose first byte counts what follows: bytes, characters or further objects.

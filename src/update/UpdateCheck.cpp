@@ -11,6 +11,8 @@
 #include <QPushButton>
 #include <QUrl>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 namespace {
@@ -66,7 +68,7 @@ QMessageBox* makeAlert(QMessageBox::Icon icon, const QString& message, const QSt
 
 UpdateCheck::UpdateCheck(QObject* parent)
     : QObject(parent)
-    , theDownloadPrefix(QStringLiteral(TARNWICK_DOWNLOAD_PREFIX))
+    , theDownloadPrefix(QString::fromLatin1(TARNWICK_DOWNLOAD_PREFIX))
     , openAddress(QDesktopServices::openUrl)
 {
 }
@@ -140,7 +142,7 @@ void UpdateCheck::showNextAlert()
 QMessageBox* UpdateCheck::makeError(const QString& text)
 {
     QMessageBox* alert = makeAlert(QMessageBox::Critical, qString(UpdateTexts::errorMessage), text);
-    alert->addButton(QStringLiteral("OK"), QMessageBox::AcceptRole);
+    alert->addButton(u"OK"_s, QMessageBox::AcceptRole);
     return alert;
 }
 
@@ -150,8 +152,8 @@ QMessageBox* UpdateCheck::makeOffer(const UpdateOffer& offer)
         qString(UpdateTexts::offerMessage(textOf(shown(qString(offer.version))))),
         qString(UpdateTexts::offerDetails(textOf(theVersion))));
     // Of one role, so that they stand in this order, in whichever direction the desktop lays them.
-    QPushButton* ignore = alert->addButton(QStringLiteral("Ignore"), QMessageBox::AcceptRole);
-    QPushButton* accept = alert->addButton(QStringLiteral("Download"), QMessageBox::AcceptRole);
+    QPushButton* ignore = alert->addButton(u"Ignore"_s, QMessageBox::AcceptRole);
+    QPushButton* accept = alert->addButton(u"Download"_s, QMessageBox::AcceptRole);
     alert->setDefaultButton(ignore);
     alert->setEscapeButton(ignore);
     connect(accept, &QPushButton::clicked, this,
@@ -164,7 +166,7 @@ void UpdateCheck::download(const QString& address)
     const QUrl url(address, QUrl::StrictMode);
     // A feed must not make the desktop open anything but web pages.
     const bool isWebAddress = url.isValid() && !url.host().isEmpty()
-        && (url.scheme() == QLatin1String("https") || url.scheme() == QLatin1String("http"));
+        && (url.scheme() == "https"_L1 || url.scheme() == "http"_L1);
     if (!isWebAddress) {
         queue([this, address] {
             return makeError(

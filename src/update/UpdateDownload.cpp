@@ -8,6 +8,8 @@
 
 #include <chrono>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 namespace {
@@ -51,7 +53,7 @@ UpdateDownload::~UpdateDownload()
 void UpdateDownload::start(const QUrl& address)
 {
     const QString scheme = address.scheme();
-    if (scheme != QLatin1String("https") && scheme != QLatin1String("http")) {
+    if (scheme != "https"_L1 && scheme != "http"_L1) {
         // What is no HTTP answer counts as none. Told later, as every other end.
         QMetaObject::invokeMethod(this, &UpdateDownload::failed, Qt::QueuedConnection);
         return;

@@ -4,6 +4,8 @@
 #include <QTimeZone>
 #include <QXmlStreamReader>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 namespace {
@@ -39,7 +41,7 @@ std::optional<PropertyList> realFrom(const QString& text)
 
 std::optional<PropertyList> dateFrom(const QString& text)
 {
-    QDateTime time = QDateTime::fromString(text, QStringLiteral("yyyy-MM-dd'T'HH:mm:ss'Z'"));
+    QDateTime time = QDateTime::fromString(text, u"yyyy-MM-dd'T'HH:mm:ss'Z'"_s);
     time.setTimeSpec(Qt::UTC);
     if (!time.isValid())
         return std::nullopt;
@@ -69,7 +71,7 @@ public:
     {
         if (!nextChild())
             return std::nullopt;
-        const bool isWrapped = xml.name() == QLatin1String("plist");
+        const bool isWrapped = xml.name() == "plist"_L1;
         if (isWrapped && !nextChild())
             return std::nullopt;
         std::optional<PropertyList> root = value(1);
@@ -115,9 +117,9 @@ private:
         if (!budget.takeNodes(1))
             return std::nullopt;
         const QString kind = xml.name().toString();
-        if (kind == QLatin1String("array"))
+        if (kind == "array"_L1)
             return array(depth);
-        if (kind == QLatin1String("dict"))
+        if (kind == "dict"_L1)
             return dictionary(depth);
         const QString text = xml.readElementText();
         if (xml.hasError())
@@ -127,18 +129,18 @@ private:
 
     static std::optional<PropertyList> leaf(const QString& kind, const QString& text)
     {
-        if (kind == QLatin1String("string"))
+        if (kind == "string"_L1)
             return PropertyList{text};
-        if (kind == QLatin1String("data"))
+        if (kind == "data"_L1)
             return dataFrom(text);
-        if (kind == QLatin1String("integer"))
+        if (kind == "integer"_L1)
             return integerFrom(text.trimmed());
-        if (kind == QLatin1String("real"))
+        if (kind == "real"_L1)
             return realFrom(text.trimmed());
-        if (kind == QLatin1String("date"))
+        if (kind == "date"_L1)
             return dateFrom(text.trimmed());
-        if (kind == QLatin1String("true") || kind == QLatin1String("false"))
-            return PropertyList{kind == QLatin1String("true")};
+        if (kind == "true"_L1 || kind == "false"_L1)
+            return PropertyList{kind == "true"_L1};
         return std::nullopt;
     }
 
@@ -162,7 +164,7 @@ private:
             return std::nullopt;
         PropertyList::Dictionary entries;
         while (nextChild()) {
-            if (xml.name() != QLatin1String("key") || !budget.takeNodes(1))
+            if (xml.name() != "key"_L1 || !budget.takeNodes(1))
                 return std::nullopt;
             const QString key = xml.readElementText();
             if (!nextChild())

@@ -21,6 +21,7 @@
 
 #include <memory>
 
+using namespace Qt::StringLiterals;
 using namespace tarnwick;
 
 class TestDocument : public QObject
@@ -96,29 +97,29 @@ Document* TestDocument::open(const QString& path)
 
 void TestDocument::opensAFile()
 {
-    const QString path = writePdf(QStringLiteral("a b.PDF"));
+    const QString path = writePdf(u"a b.PDF"_s);
     Document* document = open(path);
     QVERIFY(document);
     QCOMPARE(document->fileURL(), QUrl::fromLocalFile(path));
-    QCOMPARE(document->displayName(), QStringLiteral("a b.PDF"));
+    QCOMPARE(document->displayName(), u"a b.PDF"_s);
     QCOMPARE(document->thePDFDocument()->pageCount(), 1);
     QCOMPARE(QByteArray::fromStdString(std::string(document->theData().view())), contentOf(path));
     QVERIFY(!document->isIncr());
-    QVERIFY(!document->validateCommand(QStringLiteral("exportPDFversions")));
+    QVERIFY(!document->validateCommand(u"exportPDFversions"_s));
     QCOMPARE(document->windows().size(), 1);
     QCOMPARE(document->windowForSheet(), document->windows().at(0));
     QCOMPARE(theController->recentFiles()->paths(), {path});
 
     PdfBuilder updated;
     updated.addUpdate(3, "<< /Type /Font /Subtype /Type1 /BaseFont /Courier >>");
-    document = open(writePdf(QStringLiteral("updated.pdf"), updated));
+    document = open(writePdf(u"updated.pdf"_s, updated));
     QVERIFY(document && document->isIncr());
-    QVERIFY(document->validateCommand(QStringLiteral("exportPDFversions")));
+    QVERIFY(document->validateCommand(u"exportPDFversions"_s));
 }
 
 void TestDocument::commandsOpenWindowsOfTheirOwn()
 {
-    Document* document = open(writePdf(QStringLiteral("a.pdf")));
+    Document* document = open(writePdf(u"a.pdf"_s));
     QVERIFY(document);
     document->openSource();
     document->openSource();
@@ -127,14 +128,14 @@ void TestDocument::commandsOpenWindowsOfTheirOwn()
     QCOMPARE(document->windows().at(2)->identifier(), WindowIdentifiers::source);
     QVERIFY(document->windows().at(2)->isVisible());
     // No factory makes plain windows here.
-    QVERIFY(document->validateCommand(QStringLiteral("openSource")));
-    QVERIFY(!document->validateCommand(QStringLiteral("openPlainPDF")));
+    QVERIFY(document->validateCommand(u"openSource"_s));
+    QVERIFY(!document->validateCommand(u"openPlainPDF"_s));
 }
 
 void TestDocument::goesWithItsLastWindow()
 {
     QSignalSpy lastClosed(theController.get(), &DocumentController::lastWindowClosed);
-    const QPointer<Document> document = open(writePdf(QStringLiteral("a.pdf")));
+    const QPointer<Document> document = open(writePdf(u"a.pdf"_s));
     QVERIFY(document);
     document->openSource();
     document->windows().at(0)->close();
@@ -150,8 +151,8 @@ void TestDocument::goesWithItsLastWindow()
 
 void TestDocument::openFileComesToTheFront()
 {
-    const QString path = writePdf(QStringLiteral("a.pdf"));
-    const QString link = theFolder->filePath(QStringLiteral("link.pdf"));
+    const QString path = writePdf(u"a.pdf"_s);
+    const QString link = theFolder->filePath(u"link.pdf"_s);
     QVERIFY(QFile::link(path, link));
     Document* document = open(path);
     QVERIFY(document);
@@ -189,11 +190,10 @@ void TestDocument::saysWhyAFileDoesNotOpen()
 {
     QFETCH(QString, name);
     QFETCH(QString, reason);
-    QDir(theFolder->path()).mkdir(QStringLiteral("folder"));
-    QFile::link(theFolder->filePath(QStringLiteral("nowhere")),
-        theFolder->filePath(QStringLiteral("dangling.pdf")));
-    writeFile(path(QStringLiteral("empty.pdf")), {});
-    writeFile(path(QStringLiteral("markers.pdf")), "%%EOF\n%%EOF\n" + QByteArray(40, ' '));
+    QDir(theFolder->path()).mkdir(u"folder"_s);
+    QFile::link(theFolder->filePath(u"nowhere"_s), theFolder->filePath(u"dangling.pdf"_s));
+    writeFile(path(u"empty.pdf"_s), {});
+    writeFile(path(u"markers.pdf"_s), "%%EOF\n%%EOF\n" + QByteArray(40, ' '));
 
     QSignalSpy nothing(theController.get(), &DocumentController::nothingOpened);
     theController->openFiles({QDir(theFolder->path()).filePath(name)});
@@ -210,23 +210,23 @@ void TestDocument::saysWhyAFileDoesNotOpen()
 
 void TestDocument::failuresShareAnAlert()
 {
-    theController->openFiles({theFolder->filePath(QStringLiteral("one.pdf")),
-        theFolder->filePath(QStringLiteral("two.pdf"))});
+    theController->openFiles(
+        {theFolder->filePath(u"one.pdf"_s), theFolder->filePath(u"two.pdf"_s)});
     QTRY_VERIFY(!theController->isOpening());
     QCOMPARE(allShown<OpenFailureAlert>().size(), 1);
     const QPointer<OpenFailureAlert> alert = shown<OpenFailureAlert>();
     const QString text = alert->informativeText();
-    QVERIFY(text.contains(QLatin1String("one.pdf")) && text.contains(QLatin1String("two.pdf")));
+    QVERIFY(text.contains("one.pdf"_L1) && text.contains("two.pdf"_L1));
     // It stays in front of what opens.
-    const Document* document = open(writePdf(QStringLiteral("a.pdf")));
+    const Document* document = open(writePdf(u"a.pdf"_s));
     QVERIFY(document);
     QTRY_VERIFY(alert->isVisible());
     QCOMPARE(alert->parentWidget(), document->windows().at(0));
-    const Document* next = open(writePdf(QStringLiteral("b.pdf")));
+    const Document* next = open(writePdf(u"b.pdf"_s));
     QVERIFY(next);
     QTRY_VERIFY(alert->isVisible());
     QCOMPARE(alert->parentWidget(), next->windows().at(0));
-    theController->openFiles({path(QStringLiteral("a.pdf"))}); // comes up again
+    theController->openFiles({path(u"a.pdf"_s)}); // comes up again
     QTRY_VERIFY(alert->isVisible());
     const QPointer<DocumentWindow> window = document->windows().at(0);
     QCOMPARE(alert->parentWidget(), window.data());
@@ -239,12 +239,12 @@ void TestDocument::failuresShareAnAlert()
 void TestDocument::asksForThePassword()
 {
     QSignalSpy opened(theController.get(), &DocumentController::documentOpened);
-    theController->openFiles({QStringLiteral(TARNWICK_TEST_DATA "/locked-aes-256.pdf")});
+    theController->openFiles({QString::fromLatin1(TARNWICK_TEST_DATA "/locked-aes-256.pdf")});
     QTRY_VERIFY_WITH_TIMEOUT(shown<PasswordPrompt>(), 30'000);
     auto* prompt = shown<PasswordPrompt>();
     auto* field = prompt->findChild<QLineEdit*>();
     const QSignalSpy entered(prompt, &PasswordPrompt::passwordEntered);
-    for (const QString& attempt : {QString(), QStringLiteral("Geheim")}) {
+    for (const QString& attempt : {QString(), u"Geheim"_s}) {
         field->setText(attempt);
         QTest::keyClick(field, Qt::Key_Return);
         QVERIFY(!field->isEnabled()); // one attempt at a time
@@ -252,7 +252,7 @@ void TestDocument::asksForThePassword()
         QVERIFY(prompt->isVisible());
         QVERIFY(!field->accessibleDescription().isEmpty());
     }
-    field->setText(QStringLiteral("geheim"));
+    field->setText(u"geheim"_s);
     QTest::keyClick(field, Qt::Key_Return);
     QTRY_COMPARE_WITH_TIMEOUT(opened.size(), 1, 30'000);
     QCOMPARE(entered.size(), 3);
@@ -262,7 +262,7 @@ void TestDocument::asksForThePassword()
 void TestDocument::cancelledPasswordOpensNothing()
 {
     QSignalSpy nothing(theController.get(), &DocumentController::nothingOpened);
-    theController->openFiles({QStringLiteral(TARNWICK_TEST_DATA "/locked-aes-256.pdf")});
+    theController->openFiles({QString::fromLatin1(TARNWICK_TEST_DATA "/locked-aes-256.pdf")});
     QTRY_VERIFY_WITH_TIMEOUT(shown<PasswordPrompt>(), 30'000);
     QTest::keyClick(shown<PasswordPrompt>(), Qt::Key_Escape);
     QTRY_COMPARE(nothing.size(), 1);
@@ -275,13 +275,13 @@ void TestDocument::recentFilesAreTenLatestFirst()
     RecentFiles files;
     QStringList expected;
     for (int number = 1; number <= 12; ++number) {
-        files.add(QStringLiteral("/tmp/%1.pdf").arg(number));
-        expected.prepend(QStringLiteral("/tmp/%1.pdf").arg(number));
+        files.add(u"/tmp/%1.pdf"_s.arg(number));
+        expected.prepend(u"/tmp/%1.pdf"_s.arg(number));
     }
     QCOMPARE(files.paths(), expected.mid(0, 10));
-    files.add(QStringLiteral("/tmp/5.pdf"));
+    files.add(u"/tmp/5.pdf"_s);
     QCOMPARE(files.paths().size(), 10);
-    QCOMPARE(files.paths().at(0), QStringLiteral("/tmp/5.pdf"));
+    QCOMPARE(files.paths().at(0), u"/tmp/5.pdf"_s);
     QCOMPARE(RecentFiles().paths(), files.paths()); // the next launch
     files.clear();
     QVERIFY(RecentFiles().paths().isEmpty());

@@ -13,6 +13,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
 using namespace tarnwick;
 
 class TestFileBytes : public QObject
@@ -32,7 +33,7 @@ private:
 
 void TestFileBytes::readsAFile()
 {
-    QFile file(theFolder.filePath(QStringLiteral("a\nb \u00e9.pdf")));
+    QFile file(theFolder.filePath(u"a\nb \u00e9.pdf"_s));
     QVERIFY(file.open(QIODevice::WriteOnly));
     QByteArray content(3'000'000, 'x');
     content[1'234'567] = '\0';
@@ -52,11 +53,11 @@ void TestFileBytes::saysWhyNothingIsRead()
         int failure = 0;
         return FileBytes::read(path, &failure) ? 0 : failure;
     };
-    const QString fifo = theFolder.filePath(QStringLiteral("fifo"));
+    const QString fifo = theFolder.filePath(u"fifo"_s);
     QCOMPARE(::mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
-    QCOMPARE(failureOf(theFolder.filePath(QStringLiteral("none"))), ENOENT);
+    QCOMPARE(failureOf(theFolder.filePath(u"none"_s)), ENOENT);
     QCOMPARE(failureOf(theFolder.path()), EISDIR);
-    for (const QString& endless : {fifo, QStringLiteral("/dev/zero")})
+    for (const QString& endless : {fifo, u"/dev/zero"_s})
         QCOMPARE(failureOf(endless), int(OutputFile::isNoRegularFile));
 }
 

@@ -10,6 +10,7 @@
 
 #include <memory>
 
+using namespace Qt::StringLiterals;
 using namespace tarnwick;
 
 namespace {
@@ -33,10 +34,10 @@ public:
     Q_INVOKABLE bool commandIsChecked(const QString&) const { return isMarked; }
 
 public slots:
-    void work() { taken << QStringLiteral("work"); }
+    void work() { taken << u"work"_s; }
     void mark(QAction* action)
     {
-        taken << QStringLiteral("mark");
+        taken << u"mark"_s;
         sender = action;
     }
 
@@ -44,7 +45,7 @@ signals:
     void announce();
 
 private slots:
-    void hide() { taken << QStringLiteral("hide"); }
+    void hide() { taken << u"hide"_s; }
 };
 
 /// Takes "work" and is never asked.
@@ -91,7 +92,7 @@ void TestCommandRouter::init()
     theWindow = std::make_unique<QMainWindow>();
     theNear = std::make_unique<Responder>();
     theFar = std::make_unique<Plain>();
-    theField = new QLineEdit(QStringLiteral("some words"), theWindow.get());
+    theField = new QLineEdit(u"some words"_s, theWindow.get());
     theWindow->setCentralWidget(theField);
     theRouter = new CommandRouter(theWindow.get(), [this] {
         return QList<QObject*>{theWindow->focusWidget(), nullptr, theNear.get(), theFar.get()};
@@ -118,11 +119,11 @@ QAction* TestCommandRouter::addAction(const QString& command)
 
 void TestCommandRouter::firstTakerGetsIt()
 {
-    QVERIFY(theRouter->send(QStringLiteral("work")));
-    QCOMPARE(theNear->taken, {QStringLiteral("work")});
+    QVERIFY(theRouter->send(u"work"_s));
+    QCOMPARE(theNear->taken, {u"work"_s});
     QCOMPARE(theFar->count, 0);
-    theNear->refused << QStringLiteral("work");
-    QVERIFY(theRouter->send(QStringLiteral("work")));
+    theNear->refused << u"work"_s;
+    QVERIFY(theRouter->send(u"work"_s));
     QCOMPARE(theNear->taken.size(), 1);
     QCOMPARE(theFar->count, 1);
 }
@@ -139,53 +140,53 @@ void TestCommandRouter::takesNothingButPublicMethods()
 
 void TestCommandRouter::handsTheSenderOver()
 {
-    QAction* action = addAction(QStringLiteral("mark"));
+    QAction* action = addAction(u"mark"_s);
     action->trigger();
-    QCOMPARE(theNear->taken, {QStringLiteral("mark")});
+    QCOMPARE(theNear->taken, {u"mark"_s});
     QCOMPARE(theNear->sender, action);
 }
 
 void TestCommandRouter::actionsFollowTheirTakers()
 {
-    QAction* mark = addAction(QStringLiteral("mark"));
+    QAction* mark = addAction(u"mark"_s);
     mark->setCheckable(true);
-    QAction* unknown = addAction(QStringLiteral("unknown"));
+    QAction* unknown = addAction(u"unknown"_s);
     QTRY_VERIFY(!unknown->isEnabled());
     QVERIFY(mark->isEnabled());
     QVERIFY(!mark->isChecked());
     theNear->isMarked = true;
     theRouter->validate();
     QVERIFY(mark->isChecked());
-    theNear->refused << QStringLiteral("mark");
+    theNear->refused << u"mark"_s;
     theRouter->validate();
     QVERIFY(!mark->isEnabled());
 }
 
 void TestCommandRouter::shortcutsMeetAFreshState()
 {
-    QAction* action = addAction(QStringLiteral("mark"));
-    action->setShortcut(QKeySequence(QStringLiteral("Ctrl+D")));
-    theNear->refused << QStringLiteral("mark");
+    QAction* action = addAction(u"mark"_s);
+    action->setShortcut(QKeySequence(u"Ctrl+D"_s));
+    theNear->refused << u"mark"_s;
     theRouter->validate();
     QTest::keyClick(theWindow.get(), Qt::Key_D, Qt::ControlModifier);
     QVERIFY(theNear->taken.isEmpty());
     theNear->refused.clear(); // and nobody says so
     QTest::keyClick(theWindow.get(), Qt::Key_D, Qt::ControlModifier);
-    QCOMPARE(theNear->taken, {QStringLiteral("mark")});
+    QCOMPARE(theNear->taken, {u"mark"_s});
 }
 
 void TestCommandRouter::keysOfDisabledCommandsDoNothing()
 {
-    QAction* action = addAction(QStringLiteral("mark"));
-    action->setShortcut(QKeySequence(QStringLiteral("Alt+Down")));
+    QAction* action = addAction(u"mark"_s);
+    action->setShortcut(QKeySequence(u"Alt+Down"_s));
     auto* box = new QComboBox;
-    box->addItems({QStringLiteral("one"), QStringLiteral("two")});
+    box->addItems({u"one"_s, u"two"_s});
     theWindow->setCentralWidget(box);
     box->show();
     box->setFocus();
     QTest::keyClick(box, Qt::Key_Down, Qt::AltModifier);
     QCOMPARE(theNear->taken.size(), 1);
-    theNear->refused << QStringLiteral("mark");
+    theNear->refused << u"mark"_s;
     QTest::keyClick(box, Qt::Key_Down, Qt::AltModifier);
     QVERIFY(!QApplication::activePopupWidget());
     QCOMPARE(theNear->taken.size(), 1);
@@ -196,13 +197,13 @@ void TestCommandRouter::keysOfDisabledCommandsDoNothing()
 
 void TestCommandRouter::focusedFieldComesFirst()
 {
-    QAction* all = addAction(QStringLiteral("selectAll"));
+    QAction* all = addAction(u"selectAll"_s);
     theRouter->validate();
     QVERIFY(!all->isEnabled());
     theField->setFocus();
     QTRY_VERIFY(all->isEnabled());
     all->trigger();
-    QCOMPARE(theField->selectedText(), QStringLiteral("some words"));
+    QCOMPARE(theField->selectedText(), u"some words"_s);
 }
 
 QTEST_MAIN(TestCommandRouter)

@@ -6,6 +6,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
 using namespace tarnwick;
 
 class TestWindowPlace : public QObject
@@ -24,16 +25,16 @@ void TestWindowPlace::initTestCase()
 {
     QSettings::setDefaultFormat(QSettings::IniFormat);
     QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, theFolder.path());
-    QCoreApplication::setOrganizationName(QStringLiteral("Test"));
+    QCoreApplication::setOrganizationName(u"Test"_s);
 }
 
 void TestWindowPlace::comesBackIntoTheScreen()
 {
     const auto restored = [](const QRect& remembered) {
-        DocumentWindow window(QStringLiteral("kind"));
+        DocumentWindow window(u"kind"_s);
         window.setGeometry(remembered);
         WindowPlace::save(window);
-        DocumentWindow later(QStringLiteral("kind"));
+        DocumentWindow later(u"kind"_s);
         WindowPlace::restore(later);
         return later.geometry();
     };

@@ -10,11 +10,12 @@
 #include <memory>
 #include <vector>
 
+using namespace Qt::StringLiterals;
 using namespace tarnwick;
 
 namespace {
 
-const QString addition = QStringLiteral("--add");
+const QString addition = u"--add"_s;
 
 } // namespace
 
@@ -33,15 +34,15 @@ void TestStoredList::programsSeeWhatOthersAdded()
     RecentFiles one;
     RecentFiles other;
     QSignalSpy changed(&one, &RecentFiles::changed);
-    one.add(QStringLiteral("/a.pdf"));
-    other.add(QStringLiteral("/b.pdf"));
-    const QStringList both = {QStringLiteral("/b.pdf"), QStringLiteral("/a.pdf")};
+    one.add(u"/a.pdf"_s);
+    other.add(u"/b.pdf"_s);
+    const QStringList both = {u"/b.pdf"_s, u"/a.pdf"_s};
     QCOMPARE(RecentFiles().paths(), both);
     QCOMPARE(other.paths(), both);
     one.refresh();
     QCOMPARE(one.paths(), both);
     QCOMPARE(changed.size(), 2);
-    one.remove(QStringLiteral("/x.pdf")); // nothing to tell anybody
+    one.remove(u"/x.pdf"_s); // nothing to tell anybody
     QCOMPARE(changed.size(), 2);
 }
 
@@ -60,7 +61,7 @@ void TestStoredList::programsAtOnceLoseNothing()
         QVERIFY(program->waitForFinished(120'000));
         QCOMPARE(program->exitCode(), 0);
     }
-    QStringList texts = StoredList(QStringLiteral("texts")).texts();
+    QStringList texts = StoredList(u"texts"_s).texts();
     texts.removeDuplicates();
     QCOMPARE(texts.size(), programs * additions);
 }
@@ -69,11 +70,9 @@ namespace {
 
 void add(const QString& program, int count)
 {
-    const StoredList list(QStringLiteral("texts"));
+    const StoredList list(u"texts"_s);
     for (int number = 0; number < count; ++number) {
-        list.change([&](QStringList& texts) {
-            texts.append(QStringLiteral("%1/%2").arg(program).arg(number));
-        });
+        list.change([&](QStringList& texts) { texts.append(u"%1/%2"_s.arg(program).arg(number)); });
     }
 }
 
@@ -82,8 +81,8 @@ void add(const QString& program, int count)
 int main(int argc, char* argv[])
 {
     const QCoreApplication application(argc, argv);
-    QCoreApplication::setOrganizationName(QStringLiteral("Tarnwick"));
-    QCoreApplication::setApplicationName(QStringLiteral("tst_StoredList"));
+    QCoreApplication::setOrganizationName(u"Tarnwick"_s);
+    QCoreApplication::setApplicationName(u"tst_StoredList"_s);
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.value(1) == addition) {
         add(arguments.value(2), arguments.value(3).toInt());

@@ -8,6 +8,7 @@
 #include <plist/plist.h>
 #endif
 
+using namespace Qt::StringLiterals;
 using namespace tarnwick;
 
 using List = PropertyList::Array;
@@ -35,7 +36,7 @@ QString described(const PropertyList& list)
             else if constexpr (std::is_same_v<Type, QByteArray>)
                 return u'<' + QString::fromLatin1(value.toHex()) + u'>';
             else if constexpr (std::is_same_v<Type, bool>)
-                return value ? QStringLiteral("yes") : QStringLiteral("no");
+                return value ? u"yes"_s : u"no"_s;
             else if constexpr (std::is_same_v<Type, PropertyList::Date>)
                 return u'@' + QString::number(value.seconds, 'f', 3);
             else if constexpr (std::is_same_v<Type, double>)
@@ -48,7 +49,7 @@ QString described(const PropertyList& list)
 
 QString described(const std::optional<PropertyList>& result)
 {
-    return result ? described(*result) : QStringLiteral("none");
+    return result ? described(*result) : u"none"_s;
 }
 
 QByteArray bigEndian(quint64 number, int size)
@@ -249,7 +250,7 @@ void TestPropertyList::refuses_data()
 void TestPropertyList::refuses()
 {
     QFETCH(QByteArray, bytes);
-    QCOMPARE(described(readPropertyList(bytes)), QStringLiteral("none"));
+    QCOMPARE(described(readPropertyList(bytes)), u"none"_s);
 }
 
 void TestPropertyList::limitsDepth()

@@ -12,21 +12,21 @@
 #include <QTest>
 #include <QTimer>
 
+using namespace Qt::StringLiterals;
 using namespace tarnwick;
 
 namespace {
 
 constexpr int patience = 60'000; // milliseconds: machines that test are busy
-const QString prefix = QStringLiteral("https://site.example/app/");
+const QString prefix = u"https://site.example/app/"_s;
 
 QByteArray feed(const QList<QPair<QString, QString>>& versionsAndAddresses)
 {
-    QString text = QStringLiteral("(");
+    QString text = u"("_s;
     for (const auto& [version, address] : versionsAndAddresses) {
-        text += QStringLiteral("{ AppName = Tarnwick; Version = \"%1\"; URL = \"%2\"; },")
-                    .arg(version, address);
+        text += u"{ AppName = Tarnwick; Version = \"%1\"; URL = \"%2\"; },"_s.arg(version, address);
     }
-    return QString(text + QLatin1Char(')')).toUtf8();
+    return QString(text + u')').toUtf8();
 }
 
 /// An answer in HTTP; its length is the body's unless the headers say another.
@@ -65,7 +65,7 @@ struct Fixture
         });
     }
 
-    void run(const QString& version = QStringLiteral("1.0"))
+    void run(const QString& version = u"1.0"_s)
     {
         check.start(version, server.address());
         QTRY_COMPARE_WITH_TIMEOUT(ended.count(), 1, patience);
@@ -126,7 +126,7 @@ void TestUpdateCheck::answers_data()
     };
     const char* none = "";
     const char* unreadable = "Error in update Property List.";
-    const QByteArray current = feed({{QStringLiteral("1.0"), prefix}});
+    const QByteArray current = feed({{u"1.0"_s, prefix}});
     row("up to date", "200 OK", typeHeader, current, true, none);
     row("XML", "200 OK", "Content-Type: text/xml; charset=UTF-8",
         "<plist><array><dict><key>AppName</key><string>Tarnwick</string></dict></array></plist>",
@@ -160,7 +160,7 @@ void TestUpdateCheck::answers()
     QCOMPARE(alert != nullptr, !error.isEmpty());
     if (!alert)
         return;
-    QCOMPARE(alert->text(), QStringLiteral("An error occurred:"));
+    QCOMPARE(alert->text(), u"An error occurred:"_s);
     QCOMPARE(alert->informativeText(), error);
     QCOMPARE(alert->icon(), QMessageBox::Critical);
     QCOMPARE(alert->buttons().size(), 1);
@@ -186,8 +186,8 @@ void TestUpdateCheck::followsRedirects()
     QFETCH(bool, isHeld);
     Fixture fixture;
     // A server that is there: one that is not would refuse the redirect by itself.
-    target.replace(QLatin1String("PORT"), QString::number(fixture.server.address().port()));
-    fixture.server.answer("/feed", feedAnswer({{QStringLiteral("1.0"), prefix}}));
+    target.replace("PORT"_L1, QString::number(fixture.server.address().port()));
+    fixture.server.answer("/feed", feedAnswer({{u"1.0"_s, prefix}}));
     fixture.server.answer(
         "/", response(QByteArray::number(status) + " Moved", "Location: " + target.toLatin1(), ""));
     fixture.run();
@@ -200,7 +200,7 @@ void TestUpdateCheck::followsRedirects()
 void TestUpdateCheck::stopsReadingHugeBodies()
 {
     const QByteArray comment(UpdateDownload::maximumSize - 200, '/');
-    const QByteArray body = feed({{QStringLiteral("1.0"), prefix}});
+    const QByteArray body = feed({{u"1.0"_s, prefix}});
     Fixture fitting;
     fitting.server.answer("/", response("200 OK", typeHeader, comment + "\n" + body));
     fitting.run();
@@ -214,7 +214,7 @@ void TestUpdateCheck::stopsReadingHugeBodies()
     QVERIFY(huge.server.bytesSent() < 32 << 20);
     QMessageBox* alert = shown<QMessageBox>();
     QVERIFY(alert);
-    QCOMPARE(alert->informativeText(), QStringLiteral("Error in update Property List."));
+    QCOMPARE(alert->informativeText(), u"Error in update Property List."_s);
     press(*alert, "OK");
 }
 
@@ -230,14 +230,14 @@ void TestUpdateCheck::offersAnUpdate_data()
         QTest::newRow(name) << address << canOpen << QString::fromLatin1(button) << opened
                             << QString::fromLatin1(problem);
     };
-    const QString good = prefix + QStringLiteral("2.zip");
+    const QString good = prefix + u"2.zip"_s;
     const char* noAddress = "The update's address is not a web address:";
     row("ignored", good, true, "Ignore", {}, "");
     row("closed", good, true, "", {}, "");
     row("downloaded", good, true, "Download", {good}, "");
     row("no browser", good, false, "Download", {good}, "No browser could be started.");
-    row("no address", QStringLiteral("::") + prefix, true, "Download", {}, noAddress);
-    row("a file", QStringLiteral("file:///") + prefix, true, "Download", {}, noAddress);
+    row("no address", u"::"_s + prefix, true, "Download", {}, noAddress);
+    row("a file", u"file:///"_s + prefix, true, "Download", {}, noAddress);
 }
 
 void TestUpdateCheck::offersAnUpdate()
@@ -249,21 +249,20 @@ void TestUpdateCheck::offersAnUpdate()
     QFETCH(QString, problem);
     Fixture fixture;
     fixture.canOpen = canOpen;
-    fixture.server.answer(
-        "/", feedAnswer({{QStringLiteral("0.5"), address}, {QStringLiteral("1.0"), prefix}}));
+    fixture.server.answer("/", feedAnswer({{u"0.5"_s, address}, {u"1.0"_s, prefix}}));
     fixture.run();
     QCOMPARE(fixture.held.count(), 1);
     QPointer<QMessageBox> alert = shown<QMessageBox>();
     QVERIFY(alert);
-    QCOMPARE(alert->text(), QStringLiteral("An update to this app to version 0.5 is available."));
+    QCOMPARE(alert->text(), u"An update to this app to version 0.5 is available."_s);
     QCOMPARE(alert->informativeText(),
-        QStringLiteral("You are currently running Tarnwick version 1.0.\n"
-                       "Please choose whether to download this update now in your default "
-                       "browser."));
+        u"You are currently running Tarnwick version 1.0.\n"
+        "Please choose whether to download this update now in your default "
+        "browser."_s);
     QCOMPARE(alert->icon(), QMessageBox::Information);
     QCOMPARE(alert->windowModality(), Qt::ApplicationModal);
     QCOMPARE(alert->buttons().size(), 2);
-    QCOMPARE(alert->defaultButton()->text(), QStringLiteral("Ignore"));
+    QCOMPARE(alert->defaultButton()->text(), u"Ignore"_s);
     if (button.isEmpty())
         alert->close();
     else
@@ -280,14 +279,13 @@ void TestUpdateCheck::offersAnUpdate()
 void TestUpdateCheck::alertsFollowEachOther()
 {
     Fixture fixture;
-    fixture.server.answer(
-        "/", feedAnswer({{QStringLiteral("2"), prefix}, {QStringLiteral("3"), prefix + u'x'}}));
+    fixture.server.answer("/", feedAnswer({{u"2"_s, prefix}, {u"3"_s, prefix + u'x'}}));
     fixture.run();
     QPointer<QMessageBox> first = shown<QMessageBox>();
-    QVERIFY(first && first->text().contains(QStringLiteral("version 2 ")));
+    QVERIFY(first && first->text().contains(u"version 2 "_s));
     press(*first, "Download");
     QTRY_VERIFY(!first && shown<QMessageBox>());
-    QVERIFY(shown<QMessageBox>()->text().contains(QStringLiteral("version 3 ")));
+    QVERIFY(shown<QMessageBox>()->text().contains(u"version 3 "_s));
     press(*shown<QMessageBox>(), "Download");
     QCOMPARE(fixture.opened, QStringList({prefix, prefix + u'x'}));
 }
@@ -295,7 +293,7 @@ void TestUpdateCheck::alertsFollowEachOther()
 void TestUpdateCheck::showsMarkupAsText()
 {
     Fixture fixture;
-    fixture.server.answer("/", feedAnswer({{QStringLiteral("<h1>2</h1>"), prefix}}));
+    fixture.server.answer("/", feedAnswer({{u"<h1>2</h1>"_s, prefix}}));
     fixture.run();
     QMessageBox* alert = shown<QMessageBox>();
     QVERIFY(alert);
@@ -308,8 +306,7 @@ void TestUpdateCheck::showsMarkupAsText()
 void TestUpdateCheck::endsWithAlertsOpen()
 {
     Fixture fixture;
-    fixture.server.answer(
-        "/", feedAnswer({{QStringLiteral("2"), prefix}, {QStringLiteral("3"), prefix}}));
+    fixture.server.answer("/", feedAnswer({{u"2"_s, prefix}, {u"3"_s, prefix}}));
     fixture.run();
     QVERIFY(shown<QMessageBox>());
     // From within the event loop, as the program ends.
@@ -324,8 +321,7 @@ void TestUpdateCheck::needsAVersion()
     fixture.run(QString());
     QMessageBox* alert = shown<QMessageBox>();
     QVERIFY(alert);
-    QCOMPARE(alert->informativeText(),
-        QStringLiteral("Can't check for updates:\nNo app version string found."));
+    QCOMPARE(alert->informativeText(), u"Can't check for updates:\nNo app version string found."_s);
     press(*alert, "OK");
     QVERIFY(fixture.server.requests().isEmpty());
 }
@@ -335,7 +331,7 @@ void TestUpdateCheck::needsAWebServer()
     for (const char* address : {"file:///etc/hostname", "data:text/plain,()", "", "http://", "x"}) {
         UpdateCheck check;
         QSignalSpy ended(&check, &UpdateCheck::ended);
-        check.start(QStringLiteral("1.0"), QUrl(QLatin1String(address)));
+        check.start(u"1.0"_s, QUrl(QLatin1String(address)));
         QTRY_COMPARE_WITH_TIMEOUT(ended.count(), 1, patience);
         QVERIFY(!shown<QMessageBox>());
     }

@@ -39,11 +39,12 @@ private:
 };
 
 namespace WindowIdentifiers {
-inline const QString document = QStringLiteral("Document Window Controller");
-inline const QString source = QStringLiteral("SourceWindowController");
-inline const QString bytes = QStringLiteral("BytesWindowController");
-inline const QString plainPDF = QStringLiteral("PlainPDFWindowController");
-inline const QString help = QStringLiteral("Help Window Controller");
+using namespace Qt::StringLiterals;
+inline const QString document = u"Document Window Controller"_s;
+inline const QString source = u"SourceWindowController"_s;
+inline const QString bytes = u"BytesWindowController"_s;
+inline const QString plainPDF = u"PlainPDFWindowController"_s;
+inline const QString help = u"Help Window Controller"_s;
 }
 
 } // namespace tarnwick

@@ -43,7 +43,7 @@ public:
     PDFEngineClient* theTextEngine = nullptr; ///< started when needed
     PDFEngineClient* theFileEngine = nullptr; ///< likewise
     State theState = State::isOpening;
-    PDFFacts theFacts;
+    DocumentFacts theFacts;
     QString theRefusal;
     PDFPageMeasures* theMeasures;
     std::shared_ptr<PDFPageWork> theWork = std::make_shared<PDFPageWork>();
@@ -80,7 +80,7 @@ void PDFDocument::unlock(const QString& password)
     d->thePages->unlock(password);
 }
 
-const PDFFacts& PDFDocument::facts() const
+const DocumentFacts& PDFDocument::facts() const
 {
     return d->theFacts;
 }

@@ -19,7 +19,7 @@ inline std::string_view viewOf(const QByteArray& payload)
 /// Facts and the first page's size.
 struct PDFOpenedAnswer
 {
-    PDFFacts facts;
+    DocumentFacts facts;
     QSizeF firstPageSize;
 };
 std::optional<PDFOpenedAnswer> readOpenedAnswer(std::string_view payload);

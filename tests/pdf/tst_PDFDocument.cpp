@@ -127,7 +127,7 @@ void TestPDFDocument::tellsTheLaterVersion()
     // Some bytes of another program may stand in front of it all.
     for (const std::string& file : {builder.bytes(), "HTTP/1.1 200\r\n" + builder.bytes()}) {
         OpenedDocument document(file);
-        const PDFFacts& facts = document->facts();
+        const DocumentFacts& facts = document->facts();
         QTEST(QStringLiteral("%1.%2").arg(facts.majorVersion).arg(facts.minorVersion), "expected");
     }
 }

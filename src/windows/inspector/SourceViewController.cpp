@@ -64,13 +64,6 @@ SharedBytes shared(const FileBytes& bytes)
     return {bytes.view(), bytes.owner()};
 }
 
-DocumentFacts factsOf(const PDFDocument& document)
-{
-    const PDFFacts& facts = document.facts();
-    return {facts.majorVersion, facts.minorVersion, facts.pageCount, facts.infoEntryCount,
-        facts.catalogEntryCount};
-}
-
 void setUpListing(PlainTextView* view)
 {
     view->useFixedPitchFont();
@@ -296,7 +289,7 @@ void SourceViewController::writeSummary()
     };
     if (theRenderedDocument)
         setBottomText(QString::fromStdString(summaryText(
-            factsOf(*theRenderedDocument), summaryOf(theFlatSource), summaryOf(theFileSource))));
+            theRenderedDocument->facts(), summaryOf(theFlatSource), summaryOf(theFileSource))));
 }
 
 } // namespace tarnwick

@@ -4,6 +4,7 @@
 #include "pdf/PDFRequest.h"
 #include "pdf/PDFText.h"
 #include "pdf/PrintSheet.h"
+#include "protocol/DocumentFacts.h"
 
 #include <QImage>
 #include <QList>
@@ -15,19 +16,8 @@
 #include <QUrl>
 
 #include <memory>
-#include <optional>
 
 namespace tarnwick {
-
-/// What the engine tells of a document when it has opened it.
-struct PDFFacts
-{
-    int pageCount = 0;
-    int majorVersion = 0; ///< PDF version as the library reports it; 0.0 when it reports none
-    int minorVersion = 0;
-    std::optional<int> infoEntryCount; ///< entries of the Info dictionary; absent without one
-    std::optional<int> catalogEntryCount; ///< entries of the Catalog; absent without one
-};
 
 /// An entry of the document's outline (ISO 32000-2, 12.3.3), in depth-first order.
 struct PDFOutlineEntry
@@ -162,7 +152,7 @@ public:
     void unlock(const QString& password);
 
     /// Valid once opened.
-    const PDFFacts& facts() const;
+    const DocumentFacts& facts() const;
     int pageCount() const { return facts().pageCount; }
 
     /// Size of a page as the viewer shows it (crop box, page rotation applied), in points, each

@@ -22,9 +22,12 @@ constexpr qsizetype longestResultReadAtOnce = 64 * 1024; ///< bytes
 
 } // namespace
 
-PDFEngineClient::PDFEngineClient(const FileBytes& bytes, bool writesFile, QObject* parent)
+PDFEngineClient::PDFEngineClient(
+    const FileBytes& bytes, bool writesFile, QObject* parent, EngineMaker makeEngine)
     : QObject(parent)
     , theBytes(bytes)
+    , theEngineMaker(makeEngine ? std::move(makeEngine)
+                                : [](QObject* owner) { return new PDFEngineProcess(owner); })
     , theFileIsWanted(writesFile)
 {
     theLimit.setSingleShot(true);
@@ -46,9 +49,9 @@ void PDFEngineClient::open()
 
 void PDFEngineClient::startEngine()
 {
-    theEngine = new PDFEngineProcess(this);
-    connect(theEngine, &PDFEngineProcess::answered, this, &PDFEngineClient::takeAnswer);
-    connect(theEngine, &PDFEngineProcess::ended, this, [this](bool sentNonsense) {
+    theEngine = theEngineMaker(this);
+    connect(theEngine, &PDFEngine::answered, this, &PDFEngineClient::takeAnswer);
+    connect(theEngine, &PDFEngine::ended, this, [this](bool sentNonsense) {
         if (sentNonsense)
             distrustEngine();
         else

@@ -10,6 +10,7 @@
 #include <QString>
 #include <QTimer>
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -18,7 +19,7 @@
 
 namespace tarnwick {
 
-class PDFEngineProcess;
+class PDFEngine;
 
 /// Keeps an engine at work: a queue of jobs, one at a time, each with its time limit.
 ///
@@ -32,10 +33,13 @@ class PDFEngineClient : public QObject
 
 public:
     using Number = std::uint32_t;
+    using EngineMaker = std::function<PDFEngine*(QObject* parent)>;
 
     /// @param writesFile the engine gets memory for a flattened or printed document, and is
-    ///   replaced after having written one, which gives back what that took.
-    PDFEngineClient(const FileBytes& bytes, bool writesFile, QObject* parent);
+    ///   replaced after having written one, which gives back what that took. @param makeEngine for
+    ///   each engine; processes, when left out.
+    PDFEngineClient(
+        const FileBytes& bytes, bool writesFile, QObject* parent, EngineMaker makeEngine = {});
     ~PDFEngineClient() override;
 
     /// Starts the engine unless it runs; the first job does so as well.
@@ -110,10 +114,11 @@ private:
     void failWaitingJobs();
 
     FileBytes theBytes;
+    EngineMaker theEngineMaker;
     bool theFileIsWanted;
     std::optional<std::string> thePassword;
     bool thePasswordIsKnown = false;
-    PDFEngineProcess* theEngine = nullptr;
+    PDFEngine* theEngine = nullptr;
     State theState = State::isOff;
     bool theDocumentWasOpen = false;
     QByteArray theFacts; ///< payload of isOpened: each engine on the file says the same

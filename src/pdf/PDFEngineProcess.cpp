@@ -76,7 +76,7 @@ QString pdfEnginePath()
 }
 
 PDFEngineProcess::PDFEngineProcess(QObject* parent)
-    : QObject(parent)
+    : PDFEngine(parent)
     , theProcess(new QProcess)
 {
     connect(theProcess, &QProcess::finished, this, &PDFEngineProcess::readRest);

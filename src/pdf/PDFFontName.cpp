@@ -23,8 +23,8 @@ bool isStyle(const QString& suffix)
 {
     static const QRegularExpression pattern(
         u"^(Bold|Bd|Italic|Ital|It|Oblique|Obl|Regular|Reg|Roman|Normal|Book|Medium|"
-                       "Light|Semi|Demi|Extra|Ultra|Thin|Black|Heavy|Cond(ensed)?|Narrow|PS|MT|"
-                       "Identity|[HV]|[ -])+$"_s,
+        "Light|Semi|Demi|Extra|Ultra|Thin|Black|Heavy|Cond(ensed)?|Narrow|PS|MT|"
+        "Identity|[HV]|[ -])+$"_s,
         QRegularExpression::CaseInsensitiveOption);
     return pattern.match(suffix).hasMatch();
 }

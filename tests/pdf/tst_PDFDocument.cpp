@@ -1,6 +1,6 @@
-#include "PDFEngineClient.h"
 #include "pdf/PDFDocument.h"
 #include "pdf/PDFDocumentText.h"
+#include "protocol/EngineLimits.h"
 
 #include "support/LostPages.h"
 #include "support/PageContents.h"
@@ -71,7 +71,6 @@ private slots:
     void findsLinksAndOutline();
     void outlivesItsEngine();
     void servesOthersWhenAStallingPageIsCancelled();
-    void endsAnEngineThatTakesTooLong();
     void saysWhatIsMissingOfAPage_data();
     void saysWhatIsMissingOfAPage();
     void keepsTheReasonWhyAPageWasLost();
@@ -383,31 +382,16 @@ void TestPDFDocument::outlivesItsEngine()
 void TestPDFDocument::servesOthersWhenAStallingPageIsCancelled()
 {
     OpenedDocument document(stallingFile());
+    QSignalSpy measured(document.get(), &PDFDocument::pagesMeasured);
+    QTRY_COMPARE(measured.size(), 1); // so that the engine has nothing else to do
     PDFTileRequest* const stalling = requestWholePage(document.get(), 1);
     QSignalSpy finished(stalling, &PDFRequest::finished);
-    QTest::qWait(100); // it is being drawn
     const PDFTileRequest* const quick = requestWholePage(document.get(), 0);
     stalling->cancel();
     QVERIFY(waitFor(quick));
     QCOMPARE(quick->failure(), PDFFailure::isNone);
     QCOMPARE(stalling->failure(), PDFFailure::isCancelled);
     QCOMPARE(finished.size(), 0);
-}
-
-void TestPDFDocument::endsAnEngineThatTakesTooLong()
-{
-    PDFEngineClient client(*FileBytes::copy(stallingFile()), false, nullptr);
-    std::optional<PDFFailure> stalled;
-    std::optional<PDFFailure> served;
-    PDFEngineJob job = jobFor(TextRequest{1, EngineTextDetail::isPlain});
-    job.timeLimit = 200;
-    job.finish = [&stalled](PDFFailure failure) { stalled = failure; };
-    client.submit(job);
-    job = jobFor(TextRequest{0, EngineTextDetail::isPlain});
-    job.finish = [&served](PDFFailure failure) { served = failure; };
-    client.submit(job);
-    QTRY_VERIFY_WITH_TIMEOUT(stalled && served, 30'000);
-    QCOMPARE(*stalled, PDFFailure::isTimedOut);
 }
 
 void TestPDFDocument::saysWhatIsMissingOfAPage_data()

@@ -12,6 +12,9 @@ struct Lie
     const char* name; ///< what the engine claims, as a test's row says it
     EngineRequest at; ///< the request that it is told to
     void (*tell)(Teller& teller, const Question& question);
+    /// The requests that fail of it, by the first words of their kinds; null where that may be any,
+    /// since an engine that tells too much is ended at the next request.
+    const char* failing = "";
 };
 
 const std::vector<Lie>& allLies();

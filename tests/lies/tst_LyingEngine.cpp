@@ -122,39 +122,14 @@ private slots:
     void asksForAPasswordNoMoreThanTheUserGivesOne();
 };
 
-/// Every lie with the requests that fail of it. Those that say nothing of a request give data
-/// within bounds.
+/// Those that say nothing of a request give data within bounds; a page whose text cannot be read
+/// has none.
 void TestLyingEngine::isHeldByItsReaders_data()
 {
     QTest::addColumn<QString>("failing");
-    QTest::newRow("the truth") << QString();
-    for (const Lie& lie : allLies()) {
-        const QByteArray name(lie.name);
-        const auto is = [&name](const char* word) { return name.contains(word); };
-        QString failing;
-        switch (lie.at) {
-        case EngineRequest::isTile:
-            failing = is("byte by byte") || is("twice") ? QString() : u"tile"_s;
-            break;
-        case EngineRequest::isText:
-            break; // a page whose text cannot be read has none
-        case EngineRequest::isLinks:
-            failing = is("countless") ? u"links"_s : QString();
-            break;
-        case EngineRequest::isOutline:
-            failing = is("countless") ? u"outline"_s : QString();
-            break;
-        case EngineRequest::isFlat:
-            failing = u"flat"_s;
-            break;
-        case EngineRequest::isOpen:
-            failing = is("as many") ? QString() : u"open"_s;
-            break;
-        default:
-            break;
-        }
-        QTest::newRow(lie.name) << failing;
-    }
+    QTest::newRow("the truth") << u""_s;
+    for (const Lie& lie : allLies())
+        QTest::newRow(lie.name) << QString::fromLatin1(lie.failing);
 }
 
 void TestLyingEngine::isHeldByItsReaders()
@@ -166,9 +141,7 @@ void TestLyingEngine::isHeldByItsReaders()
     const QString failed = failures(document.get());
     QVERIFY2(mebibytes("VmHWM") - before < mostMebibytes,
         qPrintable(u"%1 MiB"_s.arg(mebibytes("VmHWM") - before)));
-    // What is lied about the sizes of pages, or told twice, may cost other requests their engine.
-    const QByteArray name(QTest::currentDataTag());
-    if (name != "no sizes" && !name.endsWith("twice") && !name.startsWith("other"))
+    if (!failing.isNull())
         QCOMPARE(failed, failing);
 }
 

@@ -1,9 +1,5 @@
 #include "PrintWriter.h"
 
-#include "Attempt.h"
-#include "PageGeometry.h"
-#include "UnreadObjects.h"
-
 namespace tarnwick {
 
 namespace {

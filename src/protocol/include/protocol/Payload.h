@@ -24,8 +24,6 @@ public:
     {
         theBytes.append(static_cast<const char*>(bytes), size);
     }
-    /// Makes room for so many bytes more.
-    void reserve(std::size_t size) { theBytes.reserve(theBytes.size() + size); }
     const std::string& bytes() const { return theBytes; }
     std::string takeBytes() { return std::move(theBytes); }
 
@@ -63,7 +61,6 @@ public:
     /// Whether count items of size bytes each can still follow: to be asked before room is made for
     /// them.
     bool holds(std::size_t count, std::size_t size) const { return count <= theRest.size() / size; }
-    std::size_t rest() const { return theRest.size(); }
     /// What was read makes no sense: nothing more is.
     void refuse()
     {

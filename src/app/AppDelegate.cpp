@@ -1,6 +1,7 @@
 #include "AppDelegate.h"
 
 #include "StartView.h"
+#include "dialogs/Alert.h"
 #include "export/ExportJob.h"
 #include "frame/CommandRouter.h"
 #include "frame/DocumentController.h"
@@ -9,7 +10,6 @@
 
 #include <QApplication>
 #include <QDesktopServices>
-#include <QMessageBox>
 #include <QUrl>
 
 using namespace Qt::StringLiterals;
@@ -34,12 +34,10 @@ QAction* itemWithTitle(const QMenu& menu, const QString& title)
 
 void showMessage(QWidget* parent, const QString& title, const QString& text, const QString& more)
 {
-    auto* box = new QMessageBox(QMessageBox::Information, title, text, QMessageBox::Ok, parent);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->setInformativeText(more);
-    box->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    box->setWindowModality(Qt::NonModal);
-    box->show();
+    auto* const alert
+        = new Alert(QMessageBox::Information, title, text, parent, Alert::Blocking::isNothing);
+    alert->setTexts(text, more);
+    alert->comeUp();
 }
 
 } // namespace

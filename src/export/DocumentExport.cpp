@@ -96,7 +96,9 @@ void DocumentExport::panelConfirmed()
         return;
     }
     showProgress(QFileInfo(thePath).fileName());
-    connect(theContent.get(), &ExportContent::progressed, progress(), &ExportProgress::show);
+    connect(theContent.get(), &ExportContent::progressed, progress(), [this](int done, int total) {
+        progress()->show(static_cast<quint64>(done), static_cast<quint64>(total));
+    });
     if (theContentIsAskedFor) {
         goOn();
         return;

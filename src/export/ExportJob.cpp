@@ -25,8 +25,9 @@ QList<ExportJob*> ExportJob::writing()
 
 void ExportJob::showProgress(const QString& name)
 {
-    theProgress = std::make_unique<ExportProgress>(tr("Exporting “%1”…").arg(name));
-    connect(theProgress.get(), &ExportProgress::cancelled, this, &ExportJob::cancel);
+    theProgress = std::make_unique<Progress>(
+        tr("Export"), tr("Exporting “%1”…").arg(name), nullptr, Progress::Blocking::isNothing);
+    connect(theProgress.get(), &Progress::cancelled, this, &ExportJob::cancel);
 }
 
 void ExportJob::startWriting(const Writing& task)
@@ -34,8 +35,8 @@ void ExportJob::startWriting(const Writing& task)
     theWork.start(
         task, [this] { finishWriting(); },
         [this](quint64 done, quint64 total) {
-            if (theProgress && total > 0)
-                theProgress->show(static_cast<int>(done * 1000 / total), 1000);
+            if (theProgress)
+                theProgress->show(done, total);
         });
 }
 

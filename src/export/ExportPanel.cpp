@@ -1,5 +1,6 @@
 #include "ExportPanel.h"
 
+#include "dialogs/Alert.h"
 #include "files/OpenedFiles.h"
 #include "files/OutputNaming.h"
 #include "frame/Notice.h"
@@ -11,8 +12,6 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMessageBox>
-#include <QPointer>
 #include <QPushButton>
 #include <QStandardPaths>
 
@@ -160,40 +159,48 @@ void ExportPanel::accept()
     }
     if (!isForFolder)
         path = withAllowedType(path, theTypes);
-    if (!confirmsUseOf(path))
-        return;
+    if (const QString refused = refusal(path); !refused.isEmpty())
+        return (new Alert(QMessageBox::Warning, windowTitle(), refused, this))->comeUp();
+    const QFileInfo info(path);
+    if (!info.exists() || (isForFolder && QDir(path).isEmpty()))
+        choose(path);
+    else
+        askWhetherToUse(path);
+}
+
+void ExportPanel::choose(const QString& path)
+{
     theChosenPath = path;
     QDialog::accept();
 }
 
-bool ExportPanel::warn(const QString& text)
+/// Why a place cannot be used; empty when it can.
+QString ExportPanel::refusal(const QString& path) const
 {
-    QMessageBox::warning(this, windowTitle(), text);
-    return false;
+    if (QString refused = theRefusal(path); !refused.isEmpty())
+        return refused;
+    const QFileInfo info(path);
+    if (!info.exists() || isForFolder == info.isDir()) {
+        const bool isFile = isForFolder || !info.exists() || info.isFile();
+        return isFile ? QString()
+                      : tr("%1 is a device or a pipe. Enter another name.").arg(shownName(path));
+    }
+    return (isForFolder ? tr("%1 is a file. Enter another name.")
+                        : tr("%1 is a folder. Enter another name."))
+        .arg(shownName(path));
 }
 
-bool ExportPanel::confirmsUseOf(const QString& path)
+void ExportPanel::askWhetherToUse(const QString& path)
 {
-    if (const QString refused = theRefusal(path); !refused.isEmpty())
-        return warn(refused);
-    const QFileInfo info(path);
-    if (!info.exists() || (isForFolder && info.isDir() && QDir(path).isEmpty()))
-        return true;
-    if (isForFolder != info.isDir())
-        return warn((isForFolder ? tr("%1 is a file. Enter another name.")
-                                 : tr("%1 is a folder. Enter another name."))
-                        .arg(shownName(path)));
-    if (!isForFolder && !info.isFile())
-        return warn(tr("%1 is a device or a pipe. Enter another name.").arg(shownName(path)));
     const QString question = isForFolder
         ? tr("The folder %1 already exists. Files in it that have the name of a version will be "
              "replaced.")
         : tr("%1 already exists. Do you want to replace it?");
-    // The document may close, and this panel with it, while the question stands.
-    const QPointer<QWidget> self = this;
-    const auto answer = QMessageBox::warning(this, windowTitle(), question.arg(shownName(path)),
-        QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
-    return self && answer == QMessageBox::Yes;
+    auto* const alert
+        = new Alert(QMessageBox::Warning, windowTitle(), question.arg(shownName(path)), this);
+    alert->addAnswer(QMessageBox::No);
+    alert->addAnswer(QMessageBox::Yes, [this, path] { choose(path); });
+    alert->comeUp();
 }
 
 } // namespace tarnwick

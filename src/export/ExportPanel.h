@@ -47,8 +47,9 @@ private:
     QLineEdit* nameField() const;
     void showMessage(const QString& message);
     QString typedPath() const;
-    bool confirmsUseOf(const QString& path);
-    bool warn(const QString& text);
+    QString refusal(const QString& path) const;
+    void askWhetherToUse(const QString& path);
+    void choose(const QString& path);
 
     bool isForFolder = false;
     QStringList theTypes;

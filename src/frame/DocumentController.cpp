@@ -2,11 +2,13 @@
 
 #include "FrameMenus.h"
 #include "OpenFailureAlert.h"
+#include "files/FileIdentity.h"
 #include "frame/DocumentWindow.h"
 #include "frame/FrameDocument.h"
 #include "frame/RecentFiles.h"
 
 #include <QApplication>
+#include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QPointer>
@@ -23,8 +25,8 @@ bool isSameFile(const QString& one, const QString& other)
 {
     if (one == other)
         return true;
-    const QString canonical = QFileInfo(one).canonicalFilePath();
-    return !canonical.isEmpty() && canonical == QFileInfo(other).canonicalFilePath();
+    const auto identity = fileIdentity(QFile::encodeName(one).toStdString());
+    return identity && identity == fileIdentity(QFile::encodeName(other).toStdString());
 }
 
 } // namespace

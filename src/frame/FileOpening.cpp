@@ -6,14 +6,11 @@
 #include "frame/Notice.h"
 
 #include <QFileInfo>
-#include <QProgressDialog>
 #include <QUrl>
 
 namespace tarnwick {
 
 namespace {
-
-constexpr int patience = 500; // milliseconds until the user is told that it takes longer
 
 /// Why a path is not worth reading; empty when it is. A pipe or a device would have no end.
 QString obviousFault(const QString& path)
@@ -44,21 +41,20 @@ FileOpening::FileOpening(const QString& path, MakeDocument make, QWidget* asking
     , makeDocument(std::move(make))
     , theAskingWindow(asking)
 {
-    theProgressTimer.setSingleShot(true);
-    theProgressTimer.setInterval(patience);
-    connect(&theProgressTimer, &QTimer::timeout, this, &FileOpening::showProgress);
 }
 
 FileOpening::~FileOpening()
 {
     isConcluded = true;
     delete thePrompt;
-    delete theProgress;
 }
 
 void FileOpening::start()
 {
-    theProgressTimer.start();
+    theProgress = std::make_unique<Progress>(tr("Opening"),
+        tr("Opening \u201c%1\u201d\u2026").arg(QFileInfo(thePath).fileName()), theAskingWindow,
+        Progress::Blocking::isNothing);
+    connect(theProgress.get(), &Progress::cancelled, this, &FileOpening::cancel);
     QMetaObject::invokeMethod(this, &FileOpening::read, Qt::QueuedConnection);
 }
 
@@ -94,8 +90,7 @@ void FileOpening::finishReading(const Reading& reading)
 
 void FileOpening::askForPassword(bool wasWrong)
 {
-    theProgressTimer.stop();
-    delete theProgress;
+    theProgress.reset();
     if (!thePrompt) {
         thePrompt = new PasswordPrompt(theDocument->displayName(), theAskingWindow);
         connect(thePrompt, &QDialog::rejected, this, &FileOpening::cancel);
@@ -107,38 +102,26 @@ void FileOpening::askForPassword(bool wasWrong)
     thePrompt->ask(wasWrong);
 }
 
-void FileOpening::showProgress()
-{
-    theProgress
-        = new QProgressDialog(tr("Opening \u201c%1\u201d\u2026").arg(QFileInfo(thePath).fileName()),
-            tr("Cancel"), 0, 0, theAskingWindow);
-    theProgress->setWindowTitle(tr("Opening"));
-    theProgress->setMinimumDuration(0);
-    connect(theProgress, &QProgressDialog::canceled, this, &FileOpening::cancel);
-    theProgress->show();
-}
-
 void FileOpening::bringUp()
 {
-    QWidget* dialog = thePrompt ? static_cast<QWidget*>(thePrompt) : theProgress;
-    if (!dialog)
+    if (theProgress)
+        theProgress->bringUp();
+    if (!thePrompt)
         return;
-    dialog->raise();
-    dialog->activateWindow();
+    thePrompt->raise();
+    thePrompt->activateWindow();
 }
 
 void FileOpening::conclude()
 {
     isConcluded = true;
     theReading.abandon();
-    theProgressTimer.stop();
-    for (QWidget* dialog : {static_cast<QWidget*>(thePrompt), static_cast<QWidget*>(theProgress)}) {
-        if (!dialog)
-            continue;
-        dialog->disconnect(this);
-        dialog->hide();
-        dialog->deleteLater(); // the dialog itself may be what has led here
-    }
+    theProgress.reset();
+    if (!thePrompt)
+        return;
+    thePrompt->disconnect(this);
+    thePrompt->hide();
+    thePrompt->deleteLater(); // it may itself be what has led here
 }
 
 void FileOpening::finishOpening()

@@ -82,16 +82,13 @@ bool OpenFailureAlert::eventFilter(QObject* watched, QEvent* event)
         if (isWaiting && isItsWindow)
             QTimer::singleShot(0, this, &OpenFailureAlert::showInFront);
     }
-    return QMessageBox::eventFilter(watched, event);
+    return Alert::eventFilter(watched, event);
 }
 
 OpenFailureAlert::OpenFailureAlert(QWidget* parent)
-    : QMessageBox(QMessageBox::Warning, tr("Cannot Open"), QString(), QMessageBox::Ok, parent)
+    : Alert(QMessageBox::Warning, tr("Cannot Open"), QString(), parent, Blocking::isNothing)
 {
-    setAttribute(Qt::WA_DeleteOnClose);
-    setWindowModality(Qt::NonModal);
-    setTextFormat(Qt::PlainText); // file names are no markup
-    setTextInteractionFlags(Qt::TextSelectableByMouse);
+    addAnswer(QMessageBox::Ok);
 }
 
 void OpenFailureAlert::add(const QString& path, const QString& reason)
@@ -100,16 +97,15 @@ void OpenFailureAlert::add(const QString& path, const QString& reason)
     theNames << (name.isEmpty() ? path : name);
     theReasons << reason;
     if (theNames.size() == 1) {
-        setText(tr("\u201c%1\u201d could not be opened.").arg(theNames.constFirst()));
-        setInformativeText(reason);
+        setTexts(tr("\u201c%1\u201d could not be opened.").arg(theNames.constFirst()), reason);
         return;
     }
-    setText(tr("%1 files could not be opened.").arg(theNames.size()));
     QStringList lines;
     for (qsizetype index = 0; index < theNames.size(); ++index)
         lines << tr("\u201c%1\u201d: %2").arg(theNames.at(index), theReasons.at(index));
     constexpr qsizetype shown = 8; // more would grow the alert over the screen
-    setInformativeText(lines.mid(0, shown).join(QLatin1Char('\n')));
+    setTexts(tr("%1 files could not be opened.").arg(theNames.size()),
+        lines.mid(0, shown).join(QLatin1Char('\n')));
     setDetailedText(lines.size() > shown ? lines.join(QLatin1Char('\n')) : QString());
 }
 

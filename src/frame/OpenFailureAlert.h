@@ -1,13 +1,14 @@
 #pragma once
 
-#include <QMessageBox>
+#include "dialogs/Alert.h"
+
 #include <QStringList>
 
 namespace tarnwick {
 
 /// Tells which files could not be opened and why. It blocks nothing, and further failures join the
 /// alert that shows rather than piling up alerts.
-class OpenFailureAlert : public QMessageBox
+class OpenFailureAlert : public Alert
 {
     Q_OBJECT
 

@@ -1,12 +1,10 @@
 #include "LinkFollower.h"
 
 #include "PageViewport.h"
+#include "dialogs/Alert.h"
 
-#include <QAbstractButton>
 #include <QDesktopServices>
 #include <QHelpEvent>
-#include <QMessageBox>
-#include <QPushButton>
 #include <QToolTip>
 #include <QWidget>
 
@@ -86,30 +84,22 @@ void LinkFollower::follow(const PDFLink& link)
 
 void LinkFollower::refuse(const QUrl& url)
 {
-    auto* const box = new QMessageBox(QMessageBox::Information, tr("Link"),
-        tr("This link leads to a file or a program."), QMessageBox::Ok, theSurface);
-    box->setInformativeText(
-        tr("Such links are never followed:\n%1").arg(url.toDisplayString().left(500)));
-    box->setTextFormat(Qt::PlainText);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->open();
+    const QString text = tr("This link leads to a file or a program.");
+    auto* const alert = new Alert(QMessageBox::Information, tr("Link"), text, theSurface);
+    alert->setTexts(
+        text, tr("Such links are never followed:\n%1").arg(url.toDisplayString().left(500)));
+    alert->comeUp();
 }
 
 void LinkFollower::ask(const QUrl& url)
 {
-    auto* const box = new QMessageBox(QMessageBox::Question, tr("Open Link"),
-        tr("Open this address outside of the document?"), QMessageBox::Cancel, theSurface);
-    box->setTextFormat(Qt::PlainText);
+    const QString text = tr("Open this address outside of the document?");
+    auto* const alert = new Alert(QMessageBox::Question, tr("Open Link"), text, theSurface);
     // As it will be sent, so that no look-alike letter passes for another.
-    box->setInformativeText(QString::fromLatin1(url.toEncoded().left(1000)));
-    const QPushButton* const open = box->addButton(tr("&Open"), QMessageBox::AcceptRole);
-    box->setDefaultButton(QMessageBox::Cancel);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    connect(box, &QMessageBox::buttonClicked, box, [open, url](const QAbstractButton* button) {
-        if (static_cast<const void*>(button) == static_cast<const void*>(open))
-            QDesktopServices::openUrl(url);
-    });
-    box->open();
+    alert->setTexts(text, QString::fromLatin1(url.toEncoded().left(1000)));
+    alert->addAnswer(QMessageBox::Cancel);
+    alert->addAnswer(tr("&Open"), [url] { QDesktopServices::openUrl(url); });
+    alert->comeUp();
 }
 
 } // namespace tarnwick

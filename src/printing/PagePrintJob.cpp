@@ -47,14 +47,6 @@ void PagePrintJob::start()
     });
 }
 
-void PagePrintJob::cancel()
-{
-    if (theRequest)
-        theRequest->cancel();
-    thePrinter->abort();
-    thePainter.end();
-}
-
 double PagePrintJob::pixelsPerPoint() const
 {
     return thePrinter->resolution() / 72.0;

@@ -32,10 +32,9 @@ public:
         QObject* parent);
     ~PagePrintJob() override;
 
-    /// progressed() and, once, finished() follow from the event loop.
+    /// progressed() and, once, finished() follow from the event loop. Destroying the job before
+    /// prints nothing.
     void start();
-    /// Stops without printing; finished() does not follow.
-    void cancel();
     /// The pages that could not be drawn, whose sheets say so.
     PDFLosses losses() const;
 

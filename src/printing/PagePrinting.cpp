@@ -3,6 +3,7 @@
 #include "CupsSubmission.h"
 #include "PagePrintJob.h"
 #include "PrintPagination.h"
+#include "dialogs/Progress.h"
 #include "pdf/LossText.h"
 #include "pdf/PDFDocument.h"
 #include "printing/PrintSettings.h"
@@ -59,15 +60,12 @@ PagePrinting::PagePrinting(
     , theDocument(document)
     , thePrinter(std::move(printer))
     , theJob{thePrinter->docName(), {}, thePrinter->printerName()}
-    , theProgress(tr("Printing…"), tr("Cancel"), 0, 0, window)
+    , theWindow(window)
+    , theProgress(std::make_unique<Progress>(
+          tr("Print"), tr("Printing…"), window, Progress::Blocking::isWindow))
 {
-    theProgress.setWindowModality(Qt::WindowModal);
-    theProgress.setWindowTitle(tr("Print"));
-    theProgress.setMinimumDuration(500);
-    theProgress.setAutoReset(false);
-    theProgress.setAutoClose(false);
     // What is under way belongs to this object: request, job and file give up when it goes.
-    connect(&theProgress, &QProgressDialog::canceled, this, &QObject::deleteLater);
+    connect(theProgress.get(), &Progress::cancelled, this, &QObject::deleteLater);
     connect(document, &QObject::destroyed, this, &QObject::deleteLater);
 }
 
@@ -138,10 +136,7 @@ PDFFileRequest* PagePrinting::requestSheets(const QList<int>& pages)
 void PagePrinting::await(PDFFileRequest* request, const QList<int>& pages,
     const std::function<void(PDFFileRequest*)>& handOn)
 {
-    // Queued: a modal progress dialog handles events, and those of the engine would come amid
-    // others of it.
-    connect(
-        request, &PDFRequest::progressed, this, &PagePrinting::showProgress, Qt::QueuedConnection);
+    connect(request, &PDFRequest::progressed, this, &PagePrinting::showProgress);
     connect(request, &PDFRequest::finished, this, [this, request, pages, handOn] {
         // What cannot be written out again may still be drawn.
         if (!request->succeeded())
@@ -163,7 +158,7 @@ void PagePrinting::paint(const QList<int>& pages)
     auto* const job = new PagePrintJob(theDocument, std::move(thePrinter), pages, this);
     connect(job, &PagePrintJob::progressed, this, [this](int done, int total) {
         showProgress(done, total);
-        theProgress.setLabelText(
+        theProgress->setLabel(
             tr("Printing page %1 of %2…").arg(std::min(done + 1, total)).arg(total));
     });
     connect(job, &PagePrintJob::finished, this, [this, job](bool ok) {
@@ -175,19 +170,16 @@ void PagePrinting::paint(const QList<int>& pages)
     job->start();
 }
 
-/// The dialog closes with the printing, not with the last of one of its steps.
 void PagePrinting::showProgress(int done, int total)
 {
-    theProgress.setMaximum(total);
-    theProgress.setValue(std::min(done, std::max(0, total - 1)));
+    theProgress->show(static_cast<quint64>(done), static_cast<quint64>(total));
 }
 
 void PagePrinting::end(const QString& reason)
 {
-    theProgress.disconnect(this);
     theProgress.reset();
     deleteLater();
-    tellUser(printNotice(theJob, reason), theProgress.parentWidget());
+    tellUser(printNotice(theJob, reason), theWindow);
     emit ended(reason);
 }
 

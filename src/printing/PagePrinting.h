@@ -4,7 +4,6 @@
 
 #include <QList>
 #include <QObject>
-#include <QProgressDialog>
 
 #include <functional>
 #include <memory>
@@ -16,6 +15,7 @@ namespace tarnwick {
 class PDFDocument;
 class PDFFileRequest;
 class PrintedFile;
+class Progress;
 
 /// One printing of a document's pages, from the dialog's end to the job's. Destroys itself at its
 /// end, when it is cancelled, and when the document goes. No alert comes at its end but a notice:
@@ -58,7 +58,8 @@ private:
     std::unique_ptr<QPrinter> thePrinter; ///< null once the pages are painted on it
     PrintedJob theJob;
     PrintedFile* theFile = nullptr; ///< set while printing into one
-    QProgressDialog theProgress;
+    QWidget* theWindow;
+    std::unique_ptr<Progress> theProgress;
 };
 
 } // namespace tarnwick

@@ -1,5 +1,6 @@
 #include "printing/PrintPanel.h"
 
+#include "dialogs/Alert.h"
 #include "files/OpenedFiles.h"
 #include "files/OutputNaming.h"
 #include "frame/Notice.h"
@@ -10,7 +11,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLineEdit>
-#include <QMessageBox>
 #include <QPrinter>
 #include <QShowEvent>
 
@@ -94,10 +94,7 @@ void PrintPanel::check()
         this,
         [this, buttons, refused] {
             buttons->blockSignals(false);
-            auto* const box = new QMessageBox(
-                QMessageBox::Warning, windowTitle(), refused, QMessageBox::Ok, this);
-            box->setAttribute(Qt::WA_DeleteOnClose);
-            box->open();
+            (new Alert(QMessageBox::Warning, windowTitle(), refused, this))->comeUp();
         },
         Qt::QueuedConnection);
 }

@@ -1,14 +1,13 @@
 #include "ClipboardText.h"
 
 #include "TextExtract.h"
+#include "dialogs/Alert.h"
+#include "dialogs/Progress.h"
 
 #include <QClipboard>
 #include <QCoreApplication>
 #include <QGuiApplication>
-#include <QMessageBox>
 #include <QMimeData>
-#include <QProgressDialog>
-#include <QPushButton>
 #include <QTimer>
 
 #include <chrono>
@@ -58,13 +57,14 @@ public:
     CopyJob(std::shared_ptr<const TextStorage> storage, TextRange range, QWidget* window)
         : QObject(window)
         , theCollector(std::move(storage), range, ClipboardText::mostUnits)
-        , theProgress(new QProgressDialog(tr("Copying…"), tr("Cancel"), 0, 0, window))
+        , theProgress(std::make_unique<Progress>(
+              tr("Copy"), tr("Copying…"), window, Progress::Blocking::isWindow))
         , theWindow(window)
     {
-        theProgress->setWindowModality(Qt::WindowModal);
-        theProgress->setWindowTitle(tr("Copy"));
-        connect(theProgress, &QProgressDialog::canceled, this, &QObject::deleteLater);
-        connect(this, &QObject::destroyed, theProgress, &QObject::deleteLater);
+        connect(theProgress.get(), &Progress::cancelled, this, [this] {
+            theTimer.stop();
+            deleteLater();
+        });
         connect(&theTimer, &QTimer::timeout, this, &CopyJob::goOn);
         theTimer.start();
     }
@@ -75,7 +75,7 @@ private:
         if (theCollector.advance(QDeadlineTimer(8ms)))
             return;
         theTimer.stop();
-        theProgress->reset();
+        theProgress.reset();
         if (theCollector.isCut())
             offerBeginning();
         else
@@ -90,25 +90,17 @@ private:
 
     void offerBeginning()
     {
-        auto* box = new QMessageBox(QMessageBox::Warning, tr("Copy"),
-            tr("The selection is too long to be copied whole."), QMessageBox::Cancel, theWindow);
-        box->setAttribute(Qt::WA_DeleteOnClose);
-        box->setWindowModality(Qt::WindowModal);
-        box->setInformativeText(
+        const QString text = tr("The selection is too long to be copied whole.");
+        auto* const alert = new Alert(QMessageBox::Warning, tr("Copy"), text, theWindow);
+        alert->setTexts(text,
             tr("At most %L1 characters can be copied at once.").arg(theCollector.text().size()));
-        QPushButton* beginning = box->addButton(tr("Copy the &Beginning"), QMessageBox::AcceptRole);
-        box->setDefaultButton(beginning);
-        connect(box, &QMessageBox::finished, this, [this, box, beginning] {
-            if (box->clickedButton() == beginning)
-                finish();
-            else
-                deleteLater();
-        });
-        box->open();
+        alert->addAnswer(tr("Copy the &Beginning"), [this] { finish(); });
+        alert->addAnswer(QMessageBox::Cancel, [this] { deleteLater(); });
+        alert->comeUp();
     }
 
     TextCollector theCollector;
-    QProgressDialog* theProgress;
+    std::unique_ptr<Progress> theProgress;
     QWidget* theWindow;
     QTimer theTimer;
 };

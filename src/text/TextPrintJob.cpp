@@ -1,6 +1,7 @@
 #include "TextPrintJob.h"
 
 #include "TextPrinter.h"
+#include "dialogs/Progress.h"
 #include "printing/PrintNotice.h"
 #include "printing/PrintPanel.h"
 #include "printing/PrintSettings.h"
@@ -8,7 +9,6 @@
 
 #include <QPageRanges>
 #include <QPrinter>
-#include <QProgressDialog>
 
 #include <chrono>
 #include <utility>
@@ -49,13 +49,9 @@ void TextPrintJob::begin()
     PrintSettings::applyTo(*thePrinter);
     if (thePrinter->outputFormat() == QPrinter::PdfFormat && !openFile())
         return;
-    theProgress = new QProgressDialog(tr("Printing…"), tr("Cancel"), 0, progressSteps, theWindow);
-    theProgress->setWindowModality(Qt::WindowModal);
-    theProgress->setWindowTitle(tr("Print"));
-    theProgress->setAutoClose(false);
-    theProgress->setAutoReset(false);
-    connect(this, &QObject::destroyed, theProgress, &QObject::deleteLater);
-    connect(theProgress, &QProgressDialog::canceled, this, &TextPrintJob::cancel);
+    theProgress = std::make_unique<Progress>(
+        tr("Print"), tr("Printing…"), theWindow, Progress::Blocking::isWindow);
+    connect(theProgress.get(), &Progress::cancelled, this, &TextPrintJob::cancel);
     TextPrinter::Choice choice;
     const QPageRanges ranges = thePrinter->pageRanges();
     if (thePrinter->printRange() == QPrinter::PageRange && !ranges.isEmpty()) {
@@ -85,8 +81,8 @@ bool TextPrintJob::openFile()
 void TextPrintJob::goOn()
 {
     const bool isMore = theText->advance(QDeadlineTimer(8ms));
-    theProgress->setLabelText(tr("Printing page %L1…").arg(theText->page()));
-    theProgress->setValue(static_cast<int>(theText->progress() * progressSteps));
+    theProgress->setLabel(tr("Printing page %L1…").arg(theText->page()));
+    theProgress->show(static_cast<quint64>(theText->progress() * progressSteps), progressSteps);
     if (isMore)
         return;
     finish();
@@ -115,10 +111,7 @@ void TextPrintJob::cancel()
 
 void TextPrintJob::end(const QString& reason)
 {
-    if (theProgress) {
-        theProgress->disconnect(this);
-        theProgress->reset();
-    }
+    theProgress.reset();
     deleteLater();
     tellUser(
         printNotice({theName, thePath, thePrinter->printerName(), theMissing}, reason), theWindow);

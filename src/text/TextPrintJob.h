@@ -10,12 +10,12 @@
 #include <memory>
 
 class QPrinter;
-class QProgressDialog;
 class QWidget;
 
 namespace tarnwick {
 
 class PrintedFile;
+class Progress;
 class TextPrinter;
 
 /// One print command for a text: the print dialog as a sheet on the window, then the printing in
@@ -53,7 +53,7 @@ private:
     PrintedFile* theFile = nullptr; ///< set while printing into one
     std::unique_ptr<QPrinter> thePrinter;
     std::unique_ptr<TextPrinter> theText;
-    QProgressDialog* theProgress = nullptr;
+    std::unique_ptr<Progress> theProgress;
     QTimer theTimer;
 };
 

@@ -3,11 +3,10 @@
 #include "FeedEntries.h"
 #include "PropertyList.h"
 #include "UpdateDownload.h"
+#include "dialogs/Alert.h"
 
 #include <QApplication>
 #include <QDesktopServices>
-#include <QLabel>
-#include <QMessageBox>
 #include <QPushButton>
 #include <QUrl>
 
@@ -49,18 +48,11 @@ QWidget* windowForAlert()
     return nullptr;
 }
 
-QMessageBox* makeAlert(QMessageBox::Icon icon, const QString& message, const QString& details)
+Alert* makeAlert(QMessageBox::Icon icon, const QString& message, const QString& details)
 {
-    auto* alert = new QMessageBox(icon, QApplication::applicationDisplayName(), QString(),
-        QMessageBox::NoButton, windowForAlert());
-    alert->setAttribute(Qt::WA_DeleteOnClose);
-    alert->setWindowModality(Qt::ApplicationModal);
-    alert->setText(message);
-    alert->setInformativeText(details);
-    // What a feed says must not become markup.
-    const QList<QLabel*> labels = alert->findChildren<QLabel*>();
-    for (QLabel* label : labels)
-        label->setTextFormat(Qt::PlainText);
+    auto* const alert = new Alert(icon, QApplication::applicationDisplayName(), message,
+        windowForAlert(), Alert::Blocking::isProgram);
+    alert->setTexts(message, details);
     return alert;
 }
 
@@ -119,7 +111,7 @@ void UpdateCheck::queueError(std::u16string_view text)
     queue([this, details = qString(text)] { return makeError(details); });
 }
 
-void UpdateCheck::queue(const std::function<QMessageBox*()>& makeAlert)
+void UpdateCheck::queue(const std::function<Alert*()>& makeAlert)
 {
     theAlerts << makeAlert;
     if (!theAlert)
@@ -131,33 +123,29 @@ void UpdateCheck::showNextAlert()
     if (theAlerts.isEmpty() || QCoreApplication::closingDown())
         return;
     theAlert = theAlerts.takeFirst()();
-    connect(theAlert, &QMessageBox::finished, this, [this] {
+    connect(theAlert, &QDialog::finished, this, [this] {
         // The next one may not come up while this one is still closing.
         theAlert = nullptr;
         QMetaObject::invokeMethod(this, &UpdateCheck::showNextAlert, Qt::QueuedConnection);
     });
-    theAlert->show(); // open() would stop work in one window only
+    theAlert->comeUp();
 }
 
-QMessageBox* UpdateCheck::makeError(const QString& text)
+Alert* UpdateCheck::makeError(const QString& text)
 {
-    QMessageBox* alert = makeAlert(QMessageBox::Critical, qString(UpdateTexts::errorMessage), text);
-    alert->addButton(u"OK"_s, QMessageBox::AcceptRole);
+    Alert* const alert = makeAlert(QMessageBox::Critical, qString(UpdateTexts::errorMessage), text);
+    alert->addAnswer(u"OK"_s);
     return alert;
 }
 
-QMessageBox* UpdateCheck::makeOffer(const UpdateOffer& offer)
+Alert* UpdateCheck::makeOffer(const UpdateOffer& offer)
 {
-    QMessageBox* alert = makeAlert(QMessageBox::Information,
+    Alert* const alert = makeAlert(QMessageBox::Information,
         qString(UpdateTexts::offerMessage(textOf(shown(qString(offer.version))))),
         qString(UpdateTexts::offerDetails(textOf(theVersion))));
     // Of one role, so that they stand in this order, in whichever direction the desktop lays them.
-    QPushButton* ignore = alert->addButton(u"Ignore"_s, QMessageBox::AcceptRole);
-    QPushButton* accept = alert->addButton(u"Download"_s, QMessageBox::AcceptRole);
-    alert->setDefaultButton(ignore);
-    alert->setEscapeButton(ignore);
-    connect(accept, &QPushButton::clicked, this,
-        [this, address = qString(offer.url)] { download(address); });
+    alert->setEscapeButton(alert->addAnswer(u"Ignore"_s));
+    alert->addAnswer(u"Download"_s, [this, address = qString(offer.url)] { download(address); });
     return alert;
 }
 

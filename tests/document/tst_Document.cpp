@@ -21,6 +21,8 @@
 
 #include <memory>
 
+#include <unistd.h>
+
 using namespace Qt::StringLiterals;
 using namespace tarnwick;
 
@@ -153,13 +155,17 @@ void TestDocument::openFileComesToTheFront()
 {
     const QString path = writePdf(u"a.pdf"_s);
     const QString link = theFolder->filePath(u"link.pdf"_s);
+    const QString hardLink = theFolder->filePath(u"hard.pdf"_s);
     QVERIFY(QFile::link(path, link));
+    QCOMPARE(::link(qPrintable(path), qPrintable(hardLink)), 0);
     Document* document = open(path);
     QVERIFY(document);
     document->openSource();
-    document->windows().at(0)->showMinimized();
-    theController->openFiles({link});
-    QVERIFY(!document->windows().at(0)->isMinimized());
+    for (const QString& name : {link, hardLink}) {
+        document->windows().at(0)->showMinimized();
+        theController->openFiles({name});
+        QVERIFY(!document->windows().at(0)->isMinimized());
+    }
     QCOMPARE(theController->documents().size(), 1);
     // Its main window has been closed meanwhile: another one comes.
     document->windows().at(0)->close();

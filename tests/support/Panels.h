@@ -35,6 +35,15 @@ inline QLineEdit* nameField(const QWidget* panel)
     return panel->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
 }
 
+/// Answers the question that shows; false without one.
+inline bool answer(QMessageBox::StandardButton button)
+{
+    const auto* const question = shown<QMessageBox>();
+    if (question)
+        question->button(button)->click();
+    return question != nullptr;
+}
+
 /// Answers the next question that blocks.
 inline void answerNext(QMessageBox::StandardButton button)
 {

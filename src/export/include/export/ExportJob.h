@@ -1,6 +1,6 @@
 #pragma once
 
-#include "export/ExportProgress.h"
+#include "dialogs/Progress.h"
 #include "work/Work.h"
 
 #include <QList>
@@ -30,10 +30,10 @@ protected:
 
     const QString& title() const { return theTitle; }
 
-    /// From now on a job that takes longer than a second shows progress and can be cancelled.
+    /// From now on a job that takes long shows progress and can be cancelled.
     /// @param name of what is written.
     void showProgress(const QString& name);
-    ExportProgress* progress() const { return theProgress.get(); }
+    Progress* progress() const { return theProgress.get(); }
 
     /// Writes on a thread of its own and calls finishWriting() when that is done. Precondition:
     /// showProgress(). @param task may use what the job owns; nobody else does until then.
@@ -51,7 +51,7 @@ protected:
 
 private:
     QString theTitle;
-    std::unique_ptr<ExportProgress> theProgress;
+    std::unique_ptr<Progress> theProgress;
     Work theWork;
 };
 

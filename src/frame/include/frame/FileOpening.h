@@ -1,18 +1,17 @@
 #pragma once
 
+#include "dialogs/Progress.h"
 #include "files/FileBytes.h"
 #include "work/Work.h"
 
 #include <QObject>
 #include <QPointer>
 #include <QString>
-#include <QTimer>
 
 #include <functional>
 #include <memory>
 #include <optional>
 
-class QProgressDialog;
 class QWidget;
 
 namespace tarnwick {
@@ -58,7 +57,6 @@ private:
     void read();
     void finishReading(const Reading& reading);
     void askForPassword(bool wasWrong);
-    void showProgress();
     void conclude();
     void finishOpening();
     void fail(const QString& reason);
@@ -69,8 +67,7 @@ private:
     Work theReading;
     std::unique_ptr<FrameDocument> theDocument;
     QPointer<PasswordPrompt> thePrompt;
-    QPointer<QProgressDialog> theProgress;
-    QTimer theProgressTimer;
+    std::unique_ptr<Progress> theProgress;
     bool isConcluded = false;
 };
 

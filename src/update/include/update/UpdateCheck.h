@@ -9,11 +9,11 @@
 
 #include <functional>
 
-class QMessageBox;
 class QUrl;
 
 namespace tarnwick {
 
+class Alert;
 class UpdateDownload;
 
 /// The update check: fetches the feed, and offers what it has for this program.
@@ -51,19 +51,19 @@ signals:
 
 private:
     void readBody(const QByteArray& body);
-    void queue(const std::function<QMessageBox*()>& makeAlert);
+    void queue(const std::function<Alert*()>& makeAlert);
     void queueError(std::u16string_view text);
     void showNextAlert();
-    QMessageBox* makeError(const QString& text);
-    QMessageBox* makeOffer(const UpdateOffer& offer);
+    Alert* makeError(const QString& text);
+    Alert* makeOffer(const UpdateOffer& offer);
     void download(const QString& address);
 
     QString theVersion;
     QString theDownloadPrefix;
     AddressOpener openAddress;
     UpdateDownload* theDownload = nullptr;
-    QList<std::function<QMessageBox*()>> theAlerts; ///< those still to come
-    QPointer<QMessageBox> theAlert; ///< the one that shows
+    QList<std::function<Alert*()>> theAlerts; ///< those still to come
+    QPointer<Alert> theAlert; ///< the one that shows
 };
 
 } // namespace tarnwick

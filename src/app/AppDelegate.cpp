@@ -217,11 +217,21 @@ void AppDelegate::about()
 
 void AppDelegate::quit()
 {
+    closeAndQuit(DocumentController::Asking::isAllowed);
+}
+
+void AppDelegate::quitUnasked()
+{
+    closeAndQuit(DocumentController::Asking::isNot);
+}
+
+void AppDelegate::closeAndQuit(DocumentController::Asking asking)
+{
     if (isWaitingForExports)
         return QCoreApplication::quit();
     if (std::exchange(isEnding, true))
         return;
-    if (theController->closeAll())
+    if (theController->closeAll(asking))
         quitBehindExports();
     else
         isEnding = false;

@@ -2,6 +2,7 @@
 
 #include "PreferenceStore.h"
 #include "document/Document.h"
+#include "frame/DocumentController.h"
 #include "frame/ViewFlags.h"
 #include "frame/WindowRegistry.h"
 
@@ -77,6 +78,8 @@ public slots:
     /// Closes every window and ends the program, unless a window refuses to close. Exports that
     /// are writing may finish, unless this is called again.
     void quit();
+    /// The same without asking: the system or its administrator ends the program.
+    void quitUnasked();
     /// Shows the start window, or brings it up.
     void showStartWindow();
 
@@ -85,6 +88,7 @@ private:
     void checkForUpdates(const UpdatePreferences& preferences);
     void openPage(const QString& address);
     void quitBehindExports();
+    void closeAndQuit(DocumentController::Asking asking);
     void updateMenus(const DocumentWindow& window) const;
     DocumentWindow* startWindow();
     QWidget* windowForAlerts();

@@ -108,7 +108,7 @@ int main(int argc, char* argv[])
     UpdateCheck updateCheck;
     setUpUpdateCheck(updateCheck, delegate);
     const QuitSignals quitSignals;
-    QObject::connect(&quitSignals, &QuitSignals::received, &delegate, &AppDelegate::quit);
+    QObject::connect(&quitSignals, &QuitSignals::received, &delegate, &AppDelegate::quitUnasked);
     // Also when the session ends, which asks nobody.
     QObject::connect(&application, &QCoreApplication::aboutToQuit, &delegate,
         &AppDelegate::applicationWillTerminate);

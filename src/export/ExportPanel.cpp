@@ -1,13 +1,12 @@
 #include "ExportPanel.h"
 
 #include "dialogs/Alert.h"
-#include "files/OpenedFiles.h"
 #include "files/OutputNaming.h"
 #include "frame/Notice.h"
+#include "frame/OutputRefusal.h"
 
 #include <QDialogButtonBox>
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QGridLayout>
 #include <QLabel>
@@ -43,21 +42,13 @@ void insertRow(QGridLayout& grid, int row)
             place.item->alignment());
 }
 
-QString refusalOfOpened(const QString& path)
-{
-    if (!OpenedFiles::contains(QFile::encodeName(path).toStdString()))
-        return {};
-    return ExportPanel::tr("%1 is open, and an opened file is never written. Enter another name.")
-        .arg(shownName(path));
-}
-
 } // namespace
 
 ExportPanel::ExportPanel(
     const QString& title, const QStringList& types, const QString& typesTitle, QWidget* parent)
     : QFileDialog(parent, title)
     , theTypes(types)
-    , theRefusal(refusalOfOpened)
+    , theRefusal(outputRefusal)
 {
     setAttribute(Qt::WA_DeleteOnClose);
     setOption(QFileDialog::DontUseNativeDialog);
@@ -70,7 +61,7 @@ ExportPanel::ExportPanel(
     const QString& title, const QString& prompt, const QString& message, QWidget* parent)
     : QFileDialog(parent, title)
     , isForFolder(true)
-    , theRefusal(refusalOfOpened)
+    , theRefusal(outputRefusal)
 {
     setAttribute(Qt::WA_DeleteOnClose);
     setOption(QFileDialog::DontUseNativeDialog);
@@ -180,11 +171,8 @@ QString ExportPanel::refusal(const QString& path) const
     if (QString refused = theRefusal(path); !refused.isEmpty())
         return refused;
     const QFileInfo info(path);
-    if (!info.exists() || isForFolder == info.isDir()) {
-        const bool isFile = isForFolder || !info.exists() || info.isFile();
-        return isFile ? QString()
-                      : tr("%1 is a device or a pipe. Enter another name.").arg(shownName(path));
-    }
+    if (!info.exists() || isForFolder == info.isDir())
+        return {};
     return (isForFolder ? tr("%1 is a file. Enter another name.")
                         : tr("%1 is a folder. Enter another name."))
         .arg(shownName(path));

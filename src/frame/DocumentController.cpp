@@ -165,14 +165,16 @@ void DocumentController::checkForLastWindow()
         emit lastWindowClosed();
 }
 
-bool DocumentController::closeAll()
+bool DocumentController::closeAll(Asking asking)
 {
     const QList<FileOpening*> openings = theOpenings;
     for (FileOpening* opening : openings)
         opening->cancel();
     const QList<DocumentWindow*> open = windows();
     for (DocumentWindow* window : open) {
-        if (!window->close())
+        if (asking == Asking::isNot)
+            window->closeUnasked();
+        else if (!window->close())
             return false;
     }
     return true;

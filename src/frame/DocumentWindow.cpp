@@ -2,6 +2,7 @@
 
 #include "NoticeLine.h"
 #include "WindowPlace.h"
+#include "dialogs/Alert.h"
 #include "frame/CommandRouter.h"
 #include "frame/FrameDocument.h"
 
@@ -12,6 +13,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QPushButton>
 #include <QUrl>
 #include <QVBoxLayout>
 
@@ -174,8 +176,45 @@ void DocumentWindow::giveFocus()
     } while (candidate != content());
 }
 
+void DocumentWindow::askBeforeClosing(QObject* work, const ClosingQuestion& question)
+{
+    theWork.append({work, question});
+}
+
+void DocumentWindow::closeUnasked()
+{
+    const auto ended = std::exchange(theWork, {});
+    close();
+    // Behind it: what they have to say is for a window that stays.
+    for (const auto& [work, question] : ended)
+        delete work.data();
+}
+
+/// @returns whether the user is asked, and the window stays for now.
+bool DocumentWindow::asksBeforeClosing()
+{
+    theWork.removeIf([](const auto& work) { return !work.first; });
+    if (theWork.isEmpty())
+        return false;
+    if (theQuestion)
+        theQuestion->raise();
+    else {
+        const ClosingQuestion question = theWork.constFirst().second;
+        auto* const alert = new Alert(QMessageBox::Warning, windowTitle(), question.text, this);
+        alert->setTexts(question.text, question.consequence);
+        alert->setEscapeButton(alert->addAnswer(tr("&Keep Open")));
+        alert->addAnswer(question.answer, [this] { closeUnasked(); });
+        theQuestion = alert;
+        bringUp();
+        alert->comeUp();
+    }
+    return true;
+}
+
 void DocumentWindow::closeEvent(QCloseEvent* event)
 {
+    if (asksBeforeClosing())
+        return event->ignore();
     QMainWindow::closeEvent(event);
     if (!event->isAccepted() || !isVisible())
         return; // a hidden window has no place worth remembering

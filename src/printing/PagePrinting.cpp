@@ -65,11 +65,19 @@ PagePrinting::PagePrinting(
           tr("Print"), tr("Printing…"), window, Progress::Blocking::isWindow))
 {
     // What is under way belongs to this object: request, job and file give up when it goes.
-    connect(theProgress.get(), &Progress::cancelled, this, &QObject::deleteLater);
+    connect(theProgress.get(), &Progress::cancelled, this, [this] {
+        isOver = true;
+        deleteLater();
+    });
     connect(document, &QObject::destroyed, this, &QObject::deleteLater);
+    askBeforeClosing(window, this, theJob.title);
 }
 
-PagePrinting::~PagePrinting() = default;
+PagePrinting::~PagePrinting()
+{
+    if (!isOver)
+        tellOfClosing(theJob);
+}
 
 void PagePrinting::start()
 {
@@ -165,7 +173,7 @@ void PagePrinting::paint(const QList<int>& pages)
         theJob.missing = lossSentences(job->losses(), LossSubject::isPrint);
         if (ok && theFile)
             return theFile->completePainted();
-        end(ok ? QString() : tr("The printer or the file cannot be written to"));
+        end(ok ? QString() : paintingFailure());
     });
     job->start();
 }
@@ -177,6 +185,7 @@ void PagePrinting::showProgress(int done, int total)
 
 void PagePrinting::end(const QString& reason)
 {
+    isOver = true;
     theProgress.reset();
     deleteLater();
     tellUser(printNotice(theJob, reason), theWindow);

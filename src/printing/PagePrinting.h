@@ -19,7 +19,7 @@ class Progress;
 
 /// One printing of a document's pages, from the dialog's end to the job's. Destroys itself at its
 /// end, when it is cancelled, and when the document goes. No alert comes at its end but a notice:
-/// where the pages have gone, or why not.
+/// where the pages have gone, or why not; also that the window or the document has gone before.
 ///
 /// What is printed is a PDF file of the engine's, so that text stays text: the flattened document
 /// where it prints as it is, else sheets of paper (PDFDocument::requestPrint()). What the engine
@@ -60,6 +60,7 @@ private:
     PrintedFile* theFile = nullptr; ///< set while printing into one
     QWidget* theWindow;
     std::unique_ptr<Progress> theProgress;
+    bool isOver = false; ///< done, failed or cancelled
 };
 
 } // namespace tarnwick

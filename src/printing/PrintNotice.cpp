@@ -1,15 +1,24 @@
 #include "printing/PrintNotice.h"
 
+#include "frame/DocumentWindow.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 
 namespace tarnwick {
 
+namespace {
+
+QString text(const char* source)
+{
+    return QCoreApplication::translate("PrintNotice", source);
+}
+
+} // namespace
+
 Notice printNotice(const PrintedJob& job, const QString& reason)
 {
-    const auto text
-        = [](const char* source) { return QCoreApplication::translate("PrintNotice", source); };
     const QString title = shownName(job.title);
     if (!reason.isEmpty())
         return {Notice::Kind::isFailure,
@@ -21,6 +30,24 @@ Notice printNotice(const PrintedJob& job, const QString& reason)
     if (job.missing.isEmpty())
         return {Notice::Kind::isDone, done};
     return {Notice::Kind::isIncomplete, job.missing.join(u' ') + u' ' + done};
+}
+
+QString paintingFailure()
+{
+    return text("The printer or the file cannot be written to");
+}
+
+void askBeforeClosing(const QWidget* window, QObject* printing, const QString& title)
+{
+    if (DocumentWindow* const asking = DocumentWindow::of(window))
+        asking->askBeforeClosing(printing,
+            {text("%1 is being printed.").arg(shownName(title)),
+                text("Closing the window cancels the printing."), text("&Cancel Printing")});
+}
+
+void tellOfClosing(const PrintedJob& job)
+{
+    tellUser(printNotice(job, text("Its window has been closed")), nullptr);
 }
 
 } // namespace tarnwick

@@ -1,15 +1,12 @@
 #include "printing/PrintPanel.h"
 
 #include "dialogs/Alert.h"
-#include "files/OpenedFiles.h"
 #include "files/OutputNaming.h"
-#include "frame/Notice.h"
+#include "frame/OutputRefusal.h"
 
 #include <QAbstractButton>
 #include <QDialogButtonBox>
 #include <QDir>
-#include <QFile>
-#include <QFileInfo>
 #include <QLineEdit>
 #include <QPrinter>
 #include <QShowEvent>
@@ -68,23 +65,12 @@ void PrintPanel::showEvent(QShowEvent* event)
         fileField()->setText(proposedPath(printer()->docName()));
 }
 
-QString PrintPanel::refusal(const QString& path) const
-{
-    if (OpenedFiles::contains(QFile::encodeName(path).toStdString()))
-        return tr("%1 is open, and an opened file is never written. Enter another name.")
-            .arg(shownName(path));
-    const QFileInfo info(path);
-    if (info.exists() && !info.isFile() && !info.isDir())
-        return tr("%1 is a device or a pipe. Enter another name.").arg(shownName(path));
-    return {};
-}
-
 /// The user has confirmed.
 void PrintPanel::check()
 {
     // Only printing into a file has the field enabled.
     const QLineEdit* const field = fileField();
-    const QString refused = field && field->isEnabled() ? refusal(field->text()) : QString();
+    const QString refused = field && field->isEnabled() ? outputRefusal(field->text()) : QString();
     if (refused.isEmpty())
         return;
     // Qt goes on to its own question at the buttons' next signal, and at no other call.

@@ -42,7 +42,11 @@ TextPrintJob::TextPrintJob(std::shared_ptr<const TextStorage> storage, const QFo
     dialog->open();
 }
 
-TextPrintJob::~TextPrintJob() = default;
+TextPrintJob::~TextPrintJob()
+{
+    if (theProgress && !isOver)
+        tellOfClosing({theName, thePath, thePrinter->printerName(), theMissing});
+}
 
 void TextPrintJob::begin()
 {
@@ -52,6 +56,7 @@ void TextPrintJob::begin()
     theProgress = std::make_unique<Progress>(
         tr("Print"), tr("Printing…"), theWindow, Progress::Blocking::isWindow);
     connect(theProgress.get(), &Progress::cancelled, this, &TextPrintJob::cancel);
+    askBeforeClosing(theWindow, this, theName);
     TextPrinter::Choice choice;
     const QPageRanges ranges = thePrinter->pageRanges();
     if (thePrinter->printRange() == QPrinter::PageRange && !ranges.isEmpty()) {
@@ -94,7 +99,7 @@ void TextPrintJob::finish()
     const bool hasFailed = theText->hasFailed();
     theText.reset(); // the painter writes its last bytes
     if (hasFailed)
-        end(tr("The printer or the file cannot be written to"));
+        end(paintingFailure());
     else if (theFile)
         theFile->completePainted();
     else
@@ -103,6 +108,7 @@ void TextPrintJob::finish()
 
 void TextPrintJob::cancel()
 {
+    isOver = true;
     theTimer.stop();
     thePrinter->abort();
     theText.reset();
@@ -111,6 +117,7 @@ void TextPrintJob::cancel()
 
 void TextPrintJob::end(const QString& reason)
 {
+    isOver = true;
     theProgress.reset();
     deleteLater();
     tellUser(

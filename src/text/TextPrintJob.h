@@ -53,7 +53,8 @@ private:
     PrintedFile* theFile = nullptr; ///< set while printing into one
     std::unique_ptr<QPrinter> thePrinter;
     std::unique_ptr<TextPrinter> theText;
-    std::unique_ptr<Progress> theProgress;
+    std::unique_ptr<Progress> theProgress; ///< while it prints
+    bool isOver = false; ///< done, failed or cancelled
     QTimer theTimer;
 };
 

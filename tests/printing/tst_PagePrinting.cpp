@@ -2,12 +2,14 @@
 #include "NoticeLine.h"
 #include "PagePrintJob.h"
 #include "PagePrinting.h"
+#include "dialogs/Alert.h"
 #include "frame/DocumentWindow.h"
 #include "pdf/PDFDocument.h"
 #include "printing/PrintSettings.h"
 
 #include "support/LostPages.h"
 #include "support/PageContents.h"
+#include "support/Panels.h"
 #include "support/PdfBuilder.h"
 
 #include <QDir>
@@ -101,6 +103,8 @@ private slots:
     void paintsWhatTheEngineCannotWrite();
     void saysWhatThePaperLacks();
     void leavesNothingWhenCancelled();
+    void closingItsWindowAsks();
+    void endsUnaskedWhereNobodyIsThere();
     void neverReplacesTheOpenedFile();
     void saysWhyThereIsNoFile();
     void saysWhereThePagesAreAndWhatIsMissing();
@@ -199,6 +203,45 @@ void TestPagePrinting::leavesNothingWhenCancelled()
         QCOMPARE(fixture.names(), QStringList{QStringLiteral("printed.pdf")});
         QVERIFY(fixture.ends.isEmpty());
     }
+}
+
+void TestPagePrinting::closingItsWindowAsks()
+{
+    for (const bool isKept : {true, false}) {
+        Fixture fixture;
+        fixture.window.setAttribute(Qt::WA_DeleteOnClose, false);
+        DocumentWindow other(QStringLiteral("Another Window"));
+        other.show();
+        const QPointer<PagePrinting> printing = fixture.start();
+        QVERIFY(!fixture.window.close() && !fixture.window.close());
+        QCOMPARE(allShown<Alert>().size(), 1);
+        Alert* const alert = shown<Alert>();
+        QCOMPARE(alert->text(), QStringLiteral("“job” is being printed."));
+        QCOMPARE(alert->defaultButton()->text(), QStringLiteral("&Keep Open"));
+        for (QAbstractButton* button : alert->buttons()) {
+            if (button->text()
+                == (isKept ? QStringLiteral("&Keep Open") : QStringLiteral("&Cancel Printing")))
+                button->click();
+        }
+        QTRY_VERIFY(!printing);
+        QCOMPARE(fixture.window.isVisible(), isKept);
+        QCOMPARE(fixture.ends.size(), isKept ? 1 : 0);
+        QCOMPARE(fixture.written() == former, !isKept);
+        const QList<Notice> told = other.noticeLine()->unread();
+        QCOMPARE(told.size(), isKept ? 0 : 1);
+        if (!isKept)
+            QCOMPARE(told.first().text,
+                QStringLiteral("“job” has not been printed: Its window has been closed."));
+    }
+}
+
+void TestPagePrinting::endsUnaskedWhereNobodyIsThere()
+{
+    Fixture fixture;
+    const QPointer<PagePrinting> printing = fixture.start();
+    fixture.window.closeUnasked();
+    QVERIFY(!printing && !shown<Alert>());
+    QCOMPARE(fixture.written(), former);
 }
 
 void TestPagePrinting::neverReplacesTheOpenedFile()

@@ -49,8 +49,13 @@ public:
     /// Windows that show, in the order of their first showing.
     QList<DocumentWindow*> windows() const;
 
+    enum class Asking
+    {
+        isAllowed, ///< a window may ask first, and refuse to close
+        isNot,
+    };
     /// Closes every window and gives up every opening. @returns false when a window refuses.
-    bool closeAll();
+    bool closeAll(Asking asking = Asking::isAllowed);
 
 public slots:
     /// Asks the user for files and opens them.

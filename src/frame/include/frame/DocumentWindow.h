@@ -4,6 +4,8 @@
 #include <QPointer>
 #include <QString>
 
+#include <utility>
+
 class QAction;
 class QDropEvent;
 
@@ -13,6 +15,14 @@ class CommandRouter;
 class FrameDocument;
 class NoticeLine;
 struct Notice;
+
+/// What is asked before a window closes with something at work in it.
+struct ClosingQuestion
+{
+    QString text; ///< what is at work
+    QString consequence; ///< what becomes of it
+    QString answer; ///< of closing nevertheless
+};
 
 /// A window of the program: the main menu, and one content widget that does the work.
 ///
@@ -66,6 +76,13 @@ public:
     void notify(const Notice& notice);
     NoticeLine* noticeLine() const { return theNoticeLine; }
 
+    /// As long as something is at work, closing the window asks first. Closing it nevertheless
+    /// destroys what is at work.
+    /// @param work borrowed; may go at any time.
+    void askBeforeClosing(QObject* work, const ClosingQuestion& question);
+    /// Closes the window without asking: nobody may be there to answer.
+    void closeUnasked();
+
     /// Shows the window in front of the others.
     void bringUp();
 
@@ -87,6 +104,7 @@ protected:
 
 private:
     QList<QObject*> chain() const;
+    bool asksBeforeClosing();
     QWidget* focusInContent() const;
     bool isInContent(const QWidget* widget) const;
     void giveFocus();
@@ -99,6 +117,8 @@ private:
     NoticeLine* theNoticeLine;
     CommandRouter* theRouter = nullptr;
     QList<QObject*> theApplicationResponders;
+    QList<std::pair<QPointer<QObject>, ClosingQuestion>> theWork;
+    QPointer<QWidget> theQuestion; ///< about closing
     int theSerial;
     bool isPlaceKnown = false;
 };

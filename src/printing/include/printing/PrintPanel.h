@@ -22,7 +22,6 @@ protected:
 private:
     QLineEdit* fileField() const;
     void check();
-    QString refusal(const QString& path) const;
 };
 
 } // namespace tarnwick

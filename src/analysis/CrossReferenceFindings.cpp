@@ -64,7 +64,7 @@ private:
 
     /// Where a cross-reference stands that is said to be at an offset: there, or as far behind as
     /// the header is behind the file's start, since many count from the header.
-    std::optional<std::size_t> crossReferenceAt(std::int64_t said) const
+    std::optional<std::size_t> crossReferenceAt(std::int64_t said)
     {
         if (said < 0 || static_cast<std::uint64_t>(said) >= theBytes.size())
             return std::nullopt;
@@ -81,11 +81,17 @@ private:
         return std::nullopt;
     }
 
-    bool isStreamAt(std::size_t offset) const
+    /// What the last object was is kept: millions of places may lead into one of 64 KB.
+    bool isStreamAt(std::size_t offset)
     {
         const std::optional<pdfObject> object = theCatalog.recordAt(offset);
-        return headerAt(theBytes, offset) && object
-            && ObjectSource(theBytes, object->range()).name("Type") == "XRef";
+        if (!object || !headerAt(theBytes, offset))
+            return false;
+        if (theLastObject != object->range().begin) {
+            theLastObject = object->range().begin;
+            theLastIsStream = ObjectSource(theBytes, object->range()).name("Type") == "XRef";
+        }
+        return theLastIsStream;
     }
 
     /// @returns where the cross-reference stands that it leads to.
@@ -203,6 +209,8 @@ private:
     FindingList& theList;
     std::size_t theHeader; ///< where %PDF- stands
     bool theHasStartxref = false;
+    std::optional<std::size_t> theLastObject; ///< start of the object last looked into
+    bool theLastIsStream = false;
 };
 
 } // namespace

@@ -32,7 +32,7 @@ public:
         case 0:
             return takeLinearized(name);
         case 1:
-            if (!theList.has(FindingCode::isEncrypted) && isTrailer(name))
+            if (!theList.has(FindingCode::isEncrypted) && isNew(name) && isTrailer(name))
                 addOnce(FindingCode::isEncrypted, name, "The document is encrypted.");
             return;
         case 2:
@@ -44,7 +44,7 @@ public:
             return addOnce(FindingCode::isSubmitForm, name,
                 "An action in " + whose + " sends form data away.");
         case 5:
-            if (sourceOf(name).name("Type") == "EmbeddedFile")
+            if (isNew(name) && sourceOf(name).name("Type") == "EmbeddedFile")
                 addOnce(FindingCode::isEmbeddedFile, name, "A file is embedded as " + whose + '.');
             return;
         default:
@@ -61,6 +61,15 @@ private:
         return ObjectSource(theCatalog.bytes(), name.range);
     }
 
+    /// Whether an object is asked about for the first time for a name: it may hold millions.
+    bool isNew(const FoundName& name)
+    {
+        std::optional<std::size_t>& last = theLastAsked.at(name.which);
+        const bool isNew = last != name.range.begin;
+        last = name.range.begin;
+        return isNew;
+    }
+
     bool isTrailer(const FoundName& name) const
     {
         const ObjectSource source = sourceOf(name);
@@ -68,7 +77,7 @@ private:
             return true;
         // A trailer may have no record: another cross-reference follows it.
         const std::string_view before = theCatalog.bytes().substr(0, name.offset);
-        constexpr std::size_t longest = 4096;
+        constexpr std::size_t longest = 1024;
         const std::size_t floor = before.size() - std::min(before.size(), longest);
         const std::size_t trailer = before.substr(floor).rfind(LineWord::trailer);
         return trailer != std::string_view::npos
@@ -104,6 +113,8 @@ private:
 
     const pdfObjectCatalog& theCatalog;
     FindingList& theList;
+    /// Start of the object last asked about for each name.
+    std::array<std::optional<std::size_t>, names.size()> theLastAsked;
     std::array<std::optional<std::size_t>, findingCodeCount>
         theLast; ///< start of an object, by code
 };

@@ -48,11 +48,17 @@ private:
         const std::optional<std::size_t> object = theCursor.owner(slash);
         if (object)
             return {which, slash, object, theCatalog.object(*object).range()};
+        // What stands before the last name that was asked about has been looked at.
         constexpr std::size_t longest = 4096;
         const std::size_t floor = slash - std::min(slash, longest);
-        const std::size_t word = theText.substr(floor, slash - floor).rfind(LineWord::obj);
-        const std::size_t begin = word == std::string_view::npos ? floor : floor + word;
-        return {which, slash, std::nullopt, {begin, theText.size()}};
+        const std::size_t from = std::max(floor, theLastSlash);
+        const std::size_t word = theText.substr(from, slash - from).rfind(LineWord::obj);
+        if (word != std::string_view::npos)
+            theLastObject = from + word;
+        else if (floor > theLastSlash)
+            theLastObject = floor;
+        theLastSlash = slash;
+        return {which, slash, std::nullopt, {theLastObject, theText.size()}};
     }
 
     bool mayBegin(std::size_t offset) const
@@ -82,6 +88,8 @@ private:
     std::string_view theText;
     std::span<const std::string_view> theNames;
     std::array<bool, 256> theLetters{};
+    std::size_t theLastSlash = 0; ///< of the last name in no record
+    std::size_t theLastObject = 0; ///< where its object begins
     RecordCursor theCursor;
 };
 

@@ -2,8 +2,6 @@
 
 #include "analysis/pdfObjectCatalog.h"
 
-#include <algorithm>
-
 namespace tarnwick {
 
 namespace {
@@ -22,55 +20,32 @@ std::size_t firstWhere(std::size_t begin, std::size_t end, IsBehind isBehind)
     return begin;
 }
 
-/// A file may have a version for each object: searching in each of so many takes longer than
-/// looking at all objects before them.
-constexpr std::size_t mostVersionsSearched = 1000;
-
 } // namespace
 
-std::size_t pdfObjectCatalog::lowerBound(std::int64_t objVer, std::int64_t number) const
+std::size_t pdfObjectCatalog::versionsUpTo(std::int64_t objVer) const
 {
-    return firstWhere(0, size(), [&](std::size_t listed) {
-        const ObjectRecord& record = theRecords[scanIndex(listed)];
-        return record.objVer != objVer ? record.objVer > objVer : objNo(record) >= number;
-    });
+    return firstWhere(0, theVersionStarts.size(),
+        [&](std::size_t version) { return theRecords[theVersionStarts[version]].objVer > objVer; });
 }
 
-pdfObjectCatalog::ListRange pdfObjectCatalog::rangeOf(
-    std::int64_t number, std::int64_t objVer) const
+pdfObjectCatalog::ListRange pdfObjectCatalog::rangeIn(
+    std::size_t version, std::int64_t number) const
 {
+    const auto objNoOf
+        = [this](std::size_t listed) { return objNo(theRecords[scanIndex(listed)]); };
+    const std::size_t end
+        = version + 1 < theVersionStarts.size() ? theVersionStarts[version + 1] : size();
     ListRange range;
-    range.begin = lowerBound(objVer, number);
-    range.end = firstWhere(range.begin, size(), [&](std::size_t listed) {
-        const ObjectRecord& record = theRecords[scanIndex(listed)];
-        return record.objVer != objVer || objNo(record) != number;
-    });
+    range.begin = firstWhere(theVersionStarts[version], end,
+        [&](std::size_t listed) { return objNoOf(listed) >= number; });
+    range.end = firstWhere(
+        range.begin, end, [&](std::size_t listed) { return objNoOf(listed) > number; });
     return range;
 }
 
-template<class Take>
-void pdfObjectCatalog::forEachVersion(std::int64_t number, std::int64_t objVer, Take take) const
+pdfObjectCatalog::ListRange pdfObjectCatalog::rangeOf(const pdfObject& object) const
 {
-    constexpr std::int64_t lowest = std::numeric_limits<std::int64_t>::min();
-    std::size_t end = objVer == std::numeric_limits<std::int64_t>::max()
-        ? size()
-        : lowerBound(objVer + 1, lowest);
-    for (std::size_t searched = 0; end > 0 && searched < mostVersionsSearched; ++searched) {
-        const std::int64_t version = theRecords[scanIndex(end - 1)].objVer;
-        const ListRange range = rangeOf(number, version);
-        if (range.begin < range.end && !take(range))
-            return;
-        end = lowerBound(version, lowest);
-    }
-    while (end > 0) {
-        const ObjectRecord& record = theRecords[scanIndex(--end)];
-        if (objNo(record) == number) {
-            const ListRange range = rangeOf(number, record.objVer);
-            if (!take(range))
-                return;
-            end = range.begin;
-        }
-    }
+    return rangeIn(versionsUpTo(object.objVer()) - 1, object.objNo());
 }
 
 /// Equal objects stand in the list as in the file, and so do their starts.
@@ -82,52 +57,44 @@ std::size_t pdfObjectCatalog::firstFrom(const ListRange& range, std::size_t offs
 
 std::optional<pdfObject> pdfObjectCatalog::find(std::int64_t number, std::int64_t objVer) const
 {
-    std::optional<pdfObject> found;
-    forEachVersion(number, objVer, [&](const ListRange& range) {
+    for (std::size_t version = versionsUpTo(objVer); version-- > 0;) {
+        const ListRange range = rangeIn(version, number);
+        if (range.begin == range.end)
+            continue;
         const std::size_t start = startOf(theRecords[scanIndex(range.end - 1)]);
-        found = listedObject(firstFrom(range, start));
-        return false;
-    });
-    return found;
+        return listedObject(firstFrom(range, start));
+    }
+    return std::nullopt;
 }
 
+/// Of records with the same lines the first is the object; they follow each other.
 std::vector<pdfObject> pdfObjectCatalog::findAll(std::int64_t number) const
 {
     std::vector<pdfObject> objects;
-    forEachVersion(number, std::numeric_limits<std::int64_t>::max(), [&](const ListRange& range) {
-        for (std::size_t listed = range.end; listed-- > range.begin;) {
+    for (std::size_t version = 0; version < theVersionStarts.size(); ++version) {
+        const ListRange range = rangeIn(version, number);
+        for (std::size_t listed = range.begin; listed < range.end; ++listed) {
             const pdfObject object = listedObject(listed);
-            // Of records with the same lines the first is the object; they follow each other.
-            if (!objects.empty() && objects.back().range().begin == object.range().begin)
-                objects.back() = object;
-            else
+            if (objects.empty() || objects.back().range().begin != object.range().begin)
                 objects.push_back(object);
         }
-        return true;
-    });
-    std::reverse(objects.begin(), objects.end());
+    }
     return objects;
 }
 
 std::optional<pdfObject> pdfObjectCatalog::findAfter(const pdfObject& object) const
 {
-    const std::int64_t number = object.objNo();
-    const ListRange own = rangeOf(number, object.objVer());
+    const ListRange own = rangeOf(object);
     const std::size_t later = firstFrom(own, object.range().begin + 1);
     if (later < own.end)
         return listedObject(later);
-    constexpr std::int64_t lowest = std::numeric_limits<std::int64_t>::min();
-    std::size_t next = lowerBound(object.objVer() + 1, lowest);
-    for (std::size_t searched = 0; next < size() && searched < mostVersionsSearched; ++searched) {
-        const std::int64_t version = theRecords[scanIndex(next)].objVer;
-        const ListRange range = rangeOf(number, version);
+    for (std::size_t version = versionsUpTo(object.objVer()); version < theVersionStarts.size();
+         ++version) {
+        const ListRange range = rangeIn(version, object.objNo());
         if (range.begin < range.end)
             return listedObject(range.begin);
-        next = lowerBound(version + 1, lowest);
     }
-    while (next < size() && objNo(theRecords[scanIndex(next)]) != number)
-        ++next;
-    return next < size() ? std::optional(listedObject(next)) : std::nullopt;
+    return std::nullopt;
 }
 
 std::size_t pdfObjectCatalog::firstEndingBehind(std::size_t offset) const
@@ -148,7 +115,7 @@ std::size_t pdfObjectCatalog::listIndex(const pdfObject& object) const
 {
     if (theOrder.empty())
         return object.index();
-    const ListRange range = rangeOf(object.objNo(), object.objVer());
+    const ListRange range = rangeOf(object);
     return firstWhere(range.begin, range.end,
         [&](std::size_t listed) { return scanIndex(listed) >= object.index(); });
 }

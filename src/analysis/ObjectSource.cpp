@@ -47,7 +47,7 @@ void ObjectSource::readValue(SourceLexer& lexer, std::size_t end)
             if (word == LineWord::stream)
                 beginStream(token.end);
             if (word == LineWord::stream || word == LineWord::endobj || word == LineWord::endstream
-                || word == LineWord::startxref || word == LineWord::xref) {
+                || word == LineWord::startxref || word == LineWord::xref || word == LineWord::obj) {
                 theValueEnd = token.begin;
                 theIsCut = false;
                 return;

@@ -46,6 +46,8 @@ void pdfObjectCatalog::sortList()
     for (std::uint32_t index = 0; index < count; ++index) {
         if (index == 0 || comesBefore(index, index - 1))
             starts.push_back(index);
+        if (index == 0 || theRecords[index].objVer != theRecords[index - 1].objVer)
+            theVersionStarts.push_back(index);
     }
     if (starts.size() < 2)
         return;

@@ -64,12 +64,17 @@ std::string shownNumbers(const pdfObject& object)
 
 void appendObject(const pdfObjectCatalog& catalog, const pdfObject& object, JsonText& json)
 {
+    appendObject(object, objectKind(catalog, object), json);
+}
+
+void appendObject(const pdfObject& object, std::string_view kind, JsonText& json)
+{
     if (object.objType() == ObjectType::isTrailer)
         json.key("number").null().key("generation").null();
     else
         json.key("number").number(object.objNo()).key("generation").number(object.objGen());
     json.key("version").number(object.objVer());
-    json.key("kind").string(objectKind(catalog, object));
+    json.key("kind").string(kind);
 }
 
 ExitStatus reportHidden(const pdfObjectCatalog& catalog, const Arguments& arguments, JsonText* json)

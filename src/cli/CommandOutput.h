@@ -24,7 +24,10 @@ std::string shownPath(const std::string& path);
 /// "17 0 2": number, generation, version.
 std::string shownNumbers(const pdfObject& object);
 /// Members number, generation, version, kind of an open object.
+/// @{
 void appendObject(const pdfObjectCatalog& catalog, const pdfObject& object, JsonText& json);
+void appendObject(const pdfObject& object, std::string_view kind, JsonText& json);
+/// @}
 
 /// Says, in sentences or as the member "notSeen", what lies in object streams.
 /// @returns isIncomplete when there is any.

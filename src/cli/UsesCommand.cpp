@@ -12,21 +12,31 @@ namespace tarnwick {
 
 namespace {
 
-/// The ways to all references of one object; uses come object by object.
-class Ways
+/// What is told of a user: its kind and the ways to all its references. Uses come object by object,
+/// and one object may have millions of them, so each is read once.
+class Users
 {
 public:
-    explicit Ways(const pdfObjectCatalog& catalog)
+    /// @param uses that are told of.
+    Users(const pdfObjectCatalog& catalog, const ObjectUses& uses)
         : theCatalog(catalog)
+        , theLastOffset(uses.uses.empty() ? 0 : uses.uses.back().offset)
     {
     }
 
-    std::string wayTo(const ObjectUse& use)
+    /// Goes on to the user of a use.
+    void moveTo(const ObjectUse& use)
+    {
+        if (use.user && theUser != use.user)
+            read(*use.user);
+    }
+    /// Precondition: the use moved to has a user.
+    pdfObject object() const { return theCatalog.object(*theUser); }
+    const std::string& kind() const { return theKind; }
+    std::string wayTo(const ObjectUse& use) const
     {
         if (!use.user)
             return {};
-        if (theUser != use.user)
-            read(*use.user);
         const auto way = theWays.find(use.offset);
         return way == theWays.end() ? std::string() : way->second;
     }
@@ -36,46 +46,50 @@ private:
     {
         theUser = user;
         theWays.clear();
+        theKind = objectKind(theCatalog, theCatalog.object(user));
         const ByteRange range = theCatalog.object(user).range();
         const ObjectSource source(theCatalog.bytes(), range, range.size());
         forEachReference(theCatalog.bytes(), source, [this](const PlacedReference& reference) {
             theWays.emplace(reference.token.begin, reference.path);
-            return true;
+            return reference.token.begin < theLastOffset;
         });
     }
 
     const pdfObjectCatalog& theCatalog;
+    std::size_t theLastOffset;
     std::optional<std::size_t> theUser;
+    std::string theKind;
     std::map<std::size_t, std::string> theWays;
 };
 
 std::string linesOf(const pdfObjectCatalog& catalog, const ObjectUses& uses)
 {
     std::string text;
-    Ways ways(catalog);
+    Users users(catalog, uses);
     for (const ObjectUse& use : uses.uses) {
+        users.moveTo(use);
         text += std::to_string(use.offset) + '\t';
         if (use.user) {
-            const pdfObject user = catalog.object(*use.user);
-            text += shownNumbers(user) + '\t' + objectKind(catalog, user);
+            text += shownNumbers(users.object()) + '\t' + users.kind();
         } else {
             text += "-\t-";
         }
-        text += '\t' + shownPath(ways.wayTo(use)) + '\n';
+        text += '\t' + shownPath(users.wayTo(use)) + '\n';
     }
     return text;
 }
 
 void appendUses(const pdfObjectCatalog& catalog, const ObjectUses& uses, JsonText& json)
 {
-    Ways ways(catalog);
+    Users users(catalog, uses);
     json.key("count").number(uses.count).key("uses").open('[');
     for (const ObjectUse& use : uses.uses) {
+        users.moveTo(use);
         json.open('{').key("offset").number(use.offset);
-        json.key("generation").number(use.objGen).key("path").string(ways.wayTo(use)).key("user");
+        json.key("generation").number(use.objGen).key("path").string(users.wayTo(use)).key("user");
         if (use.user) {
             json.open('{');
-            appendObject(catalog, catalog.object(*use.user), json);
+            appendObject(users.object(), users.kind(), json);
             json.close('}');
         } else {
             json.null();

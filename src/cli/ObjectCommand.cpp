@@ -90,8 +90,8 @@ struct Shown
     {
         if (!stream || stream->range.end > range.end)
             return std::string(bytes(range.begin, range.end));
-        return std::string(bytes(range.begin, stream->range.begin)) + "[\xE2\x80\xA6stream length "
-            + std::to_string(stream->range.size()) + "\xE2\x80\xA6]"
+        return std::string(bytes(range.begin, stream->range.begin)) + "[...stream length "
+            + std::to_string(stream->range.size()) + "...]"
             + std::string(bytes(stream->range.end, range.end));
     }
 

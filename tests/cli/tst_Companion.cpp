@@ -141,7 +141,7 @@ void TestCompanion::looksIntoObjects_data()
     row("the latest of an object", u"object - 3"_s, page);
     row("an earlier one", u"object - 3 --at-version 1"_s, "3 0 obj\n<</Old 9 0 R>>\nendobj\n");
     row("a stream's source", u"object - 4 0"_s,
-        "4 0 obj\n<</Length 5 0 R>>stream\n[\u2026stream length 3\u2026]\nendstream\nendobj\n");
+        "4 0 obj\n<</Length 5 0 R>>stream\n[...stream length 3...]\nendstream\nendobj\n");
     row("a stream's bytes", u"object - 4 --raw"_s,
         "a\xFF"
         "b");

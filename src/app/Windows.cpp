@@ -5,6 +5,7 @@
 #include "frame/DocumentWindow.h"
 #include "help/HelpViewController.h"
 #include "inspector/SourceViewController.h"
+#include "pages/PDFView.h"
 #include "plain/PlainPDFViewController.h"
 #include "viewer/ViewController.h"
 
@@ -17,11 +18,16 @@ void registerWindows(AppDelegate& delegate)
         auto* content
             = new ViewController(document->thePDFDocument(), document->documentText(), delegate);
         content->setWindowTitle(document->displayName());
+        QObject::connect(
+            content, &ViewController::sourceOfPageWanted, document, &Document::showSourceOfPage);
+        QObject::connect(document, &Document::pageWanted, content,
+            [content](int page) { content->thePDFView()->goToPage(page); });
         return delegate.makeWindow(WindowIdentifiers::document, document, content);
     });
     windows.add(WindowIdentifiers::source, [&delegate](Document* document) {
-        return delegate.makeWindow(
-            WindowIdentifiers::source, document, new SourceViewController(document, &delegate));
+        auto* content = new SourceViewController(document, &delegate);
+        QObject::connect(content, &SourceViewController::pageWanted, document, &Document::showPage);
+        return delegate.makeWindow(WindowIdentifiers::source, document, content);
     });
     windows.add(WindowIdentifiers::bytes, [&delegate](Document* document) {
         return delegate.makeWindow(

@@ -114,6 +114,26 @@ void Document::showNewWindow(const QString& identifier)
         window->show();
 }
 
+void Document::showPage(int page)
+{
+    showWindows();
+    emit pageWanted(page);
+}
+
+void Document::showSourceOfPage(int page)
+{
+    const auto isSource = [](const DocumentWindow* window) {
+        return window->identifier() == WindowIdentifiers::source;
+    };
+    if (std::none_of(windows().cbegin(), windows().cend(), isSource))
+        openSource();
+    const auto latest = std::find_if(windows().crbegin(), windows().crend(), isSource);
+    if (latest == windows().crend())
+        return;
+    (*latest)->bringUp();
+    emit sourceOfPageWanted(*latest, page);
+}
+
 ExportSource Document::exportSource()
 {
     return {fileURL().toLocalFile(), displayName(), theBytes, theRenderedDocument.get(),

@@ -382,6 +382,7 @@ void PDFView::contextMenuEvent(QContextMenuEvent* event)
     menu->setAttribute(Qt::WA_DeleteOnClose);
     fillPageMenu(
         *menu, *this, d->theLinks.linkAt(event->pos()), d->theDetails.links(currentPage()));
+    emit contextMenuOpening(menu, d->theViewport.pageAt(event->pos()));
     menu->popup(event->globalPos());
 }
 

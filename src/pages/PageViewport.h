@@ -40,6 +40,11 @@ public:
     PagePlace topPlace() const;
 
     PagePlace placeAt(const QPointF& inView) const { return thePages.placeAt(inView + theOrigin); }
+    /// The page nearest to a point; -1 without pages.
+    int pageAt(const QPointF& inView) const
+    {
+        return thePages.pageCount() > 0 ? placeAt(inView).page : -1;
+    }
     QPolygonF inView(int page, const QPolygonF& polygon) const;
     /// What of a page lies in a rectangle in view, in page space.
     QRectF pageArea(int page, const QRectF& inView) const;

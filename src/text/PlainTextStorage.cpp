@@ -122,6 +122,19 @@ qsizetype PlainTextStorage::lineAt(qsizetype position) const
     return static_cast<qsizetype>(first);
 }
 
+TextPosition PlainTextStorage::placeOf(qsizetype position) const
+{
+    const qsizetype line = lineAt(position);
+    const Extent whole = extent(static_cast<std::size_t>(line));
+    const qsizetype unit = position - static_cast<qsizetype>(whole.begin);
+    return {line, std::min(unit, static_cast<qsizetype>(whole.end - whole.begin))};
+}
+
+qsizetype PlainTextStorage::positionOf(TextPosition place) const
+{
+    return static_cast<qsizetype>(extent(static_cast<std::size_t>(place.line)).begin) + place.unit;
+}
+
 qsizetype PlainTextStorage::lineLength(qsizetype index) const
 {
     assert(index >= 0 && index < lineCount());

@@ -1,5 +1,6 @@
 #include "text/PlainTextView.h"
 
+#include "LinkPointer.h"
 #include "ScrollAxis.h"
 #include "TextExtract.h"
 #include "TextFinder.h"
@@ -35,6 +36,8 @@ PlainTextView::PlainTextView(QWidget* parent)
     : QAbstractScrollArea(parent)
     , theStorage(std::make_shared<PlainTextStorage>())
     , theTextFont(QApplication::font())
+    , theLinkPointer(std::make_unique<LinkPointer>(
+          viewport(), [this](const QPointF& point) { return linkAt(positionAt(point)); }))
     , theVertical(std::make_unique<ScrollAxis>(verticalScrollBar()))
     , theHorizontal(std::make_unique<ScrollAxis>(horizontalScrollBar()))
     , theFinder(new TextFinder(this))
@@ -42,6 +45,7 @@ PlainTextView::PlainTextView(QWidget* parent)
     TextViewAccessible::install();
     setFocusPolicy(Qt::StrongFocus);
     viewport()->setCursor(Qt::IBeamCursor);
+    viewport()->setMouseTracking(true);
     viewport()->setBackgroundRole(QPalette::Base);
     connect(theVertical.get(), &ScrollAxis::moved, this, &PlainTextView::scrollVertically);
     connect(theHorizontal.get(), &ScrollAxis::moved, this, [this](double, double to) {
@@ -67,6 +71,7 @@ void PlainTextView::setTextStorage(std::shared_ptr<const TextStorage> storage)
     isDragging = false;
     theAutoScrollTimer.stop();
     theAnchor = theCaret = {};
+    theLinkPointer->leave();
     theGoal = -1;
     theMatch = {};
     theGutterDigits = 0;
@@ -204,6 +209,11 @@ std::optional<QRectF> PlainTextView::caretRect(TextPosition position) const
 TextPosition PlainTextView::positionAt(const QPointF& viewportPoint) const
 {
     return theLayout.positionAt(viewportPoint);
+}
+
+std::optional<TextRange> PlainTextView::linkAt(TextPosition position) const
+{
+    return theStorage->linkAt(clampedToText(*theStorage, position));
 }
 
 void PlainTextView::scrollTo(TextPosition position)

@@ -96,6 +96,8 @@ void PlainTextView::contextMenuEvent(QContextMenuEvent* event)
     QMenu menu(this);
     fillContextMenu(menu);
     const bool isKey = event->reason() == QContextMenuEvent::Keyboard;
+    emit contextMenuOpening(
+        &menu, menu.actions().value(0), isKey ? theCaret : positionAt(event->pos()));
     const std::optional<QRectF> caret = isKey ? caretRect(theCaret) : std::nullopt;
     menu.exec(caret ? viewport()->mapToGlobal(caret->bottomLeft().toPoint()) : event->globalPos());
 }

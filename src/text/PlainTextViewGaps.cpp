@@ -1,6 +1,8 @@
 // The part of PlainTextView that shows where something is missing from the text.
 #include "text/PlainTextView.h"
 
+#include "LinkPointer.h"
+
 #include <QHelpEvent>
 #include <QPainter>
 #include <QToolTip>
@@ -56,6 +58,8 @@ void PlainTextView::paintGap(QPainter& painter, const QString& note, qreal y) co
 
 bool PlainTextView::viewportEvent(QEvent* event)
 {
+    if (event->type() == QEvent::Leave && theLinkPointer->leave())
+        viewport()->update();
     if (event->type() != QEvent::ToolTip)
         return QAbstractScrollArea::viewportEvent(event);
     const auto* const help = static_cast<QHelpEvent*>(event);

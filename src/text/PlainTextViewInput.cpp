@@ -1,6 +1,7 @@
 // The part of PlainTextView that follows keyboard and mouse.
 #include "text/PlainTextView.h"
 
+#include "LinkPointer.h"
 #include "ScrollAxis.h"
 #include "TextExtract.h"
 #include "TextWords.h"
@@ -20,6 +21,8 @@ namespace tarnwick {
 namespace {
 
 constexpr int autoScrollPeriod = 30; ///< milliseconds
+/// What is gone to stands below this part of the view: one wants to see what comes before.
+constexpr int contextShare = 4;
 
 /// A key for moving the caret, and its companion that takes the selection along.
 struct Movement
@@ -70,6 +73,12 @@ const std::array movements{
         [](View, Layout layout) { return textEnd(layout); }},
 };
 
+/// What a modifier key itself adds: an event tells those that were held before it.
+Qt::KeyboardModifiers keyOf(const QKeyEvent& event)
+{
+    return event.key() == Qt::Key_Control ? Qt::ControlModifier : Qt::NoModifier;
+}
+
 } // namespace
 
 // --- Caret and selection -------------------------------------------------------------------------
@@ -79,6 +88,17 @@ void PlainTextView::setSelection(TextPosition anchor, TextPosition caret)
     select(clampedToText(*theStorage, anchor), clampedToText(*theStorage, caret));
     theLayout.reveal(theCaret);
     updateView();
+}
+
+void PlainTextView::goTo(TextRange range)
+{
+    const TextPosition begin = clampedToText(*theStorage, range.begin);
+    if (!theLayout.caretAt(begin)) {
+        theLayout.showAtTop(begin);
+        theLayout.scrollBy(-std::floor(theLayout.size().height() / contextShare));
+    }
+    setSelection(range.end, begin);
+    offerPrimarySelection();
 }
 
 QString PlainTextView::selectedText(qsizetype limit) const
@@ -135,10 +155,31 @@ void PlainTextView::movePage(int direction, bool extend)
 
 void PlainTextView::keyPressEvent(QKeyEvent* event)
 {
-    if (handleMovement(event) || handleCommandKey(event))
+    if (theLinkPointer->setKeys(event->modifiers() | keyOf(*event)))
+        viewport()->update();
+    if (handleMovement(event) || handleCommandKey(event) || followCaret(*event))
         event->accept();
     else
         QAbstractScrollArea::keyPressEvent(event);
+}
+
+void PlainTextView::keyReleaseEvent(QKeyEvent* event)
+{
+    if (theLinkPointer->setKeys(event->modifiers() & ~keyOf(*event)))
+        viewport()->update();
+    QAbstractScrollArea::keyReleaseEvent(event);
+}
+
+/// Enter with the caret on a link.
+bool PlainTextView::followCaret(const QKeyEvent& event)
+{
+    const bool isEnter = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+    if (!isEnter || (event.modifiers() & ~Qt::KeypadModifier))
+        return false;
+    const std::optional<TextRange> link = linkAt(theCaret);
+    if (link)
+        emit linkFollowed(*link);
+    return link.has_value();
 }
 
 bool PlainTextView::handleMovement(QKeyEvent* event)
@@ -219,6 +260,9 @@ void PlainTextView::mousePressEvent(QMouseEvent* event)
         return;
     }
     const QPointF point = event->position();
+    theLinkPointer->move(point, event->modifiers());
+    if (theLinkPointer->press())
+        return;
     const bool isTriple = theTripleClickTimer.isActive()
         && (point - theTripleClickPoint).manhattanLength() < QApplication::startDragDistance();
     theTripleClickTimer.stop();
@@ -262,8 +306,11 @@ void PlainTextView::extendTo(TextPosition position)
 
 void PlainTextView::mouseMoveEvent(QMouseEvent* event)
 {
-    if (!isDragging)
+    if (!isDragging) {
+        if (theLinkPointer->move(event->position(), event->modifiers()))
+            viewport()->update();
         return;
+    }
     theDragPoint = event->position();
     extendTo(theLayout.positionAt(theDragPoint));
     const bool isOutside = !QRectF(viewport()->rect()).contains(theDragPoint);
@@ -292,7 +339,11 @@ void PlainTextView::autoScroll()
 
 void PlainTextView::mouseReleaseEvent(QMouseEvent* event)
 {
-    if (event->button() != Qt::LeftButton || !isDragging)
+    if (event->button() != Qt::LeftButton)
+        return;
+    if (const std::optional<TextRange> link = theLinkPointer->release())
+        emit linkFollowed(*link);
+    if (!isDragging)
         return;
     isDragging = false;
     theAutoScrollTimer.stop();

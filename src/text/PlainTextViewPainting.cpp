@@ -1,6 +1,8 @@
 // The part of PlainTextView that paints.
 #include "text/PlainTextView.h"
 
+#include "LinkPointer.h"
+
 #include <QPaintEvent>
 #include <QPainter>
 #include <QStyle>
@@ -31,6 +33,14 @@ QList<QTextLayout::FormatRange> markFormats(
     return formats;
 }
 
+QTextCharFormat coloured(const QColor& background, const QColor& text)
+{
+    QTextCharFormat look;
+    look.setBackground(background);
+    look.setForeground(text);
+    return look;
+}
+
 } // namespace
 
 void PlainTextView::paintEvent(QPaintEvent*)
@@ -58,7 +68,7 @@ void PlainTextView::paintSegment(
 QList<QTextLayout::FormatRange> PlainTextView::formatsOf(const TextSegment& segment) const
 {
     QList<QTextLayout::FormatRange> formats = markFormats(segment.marks, theColours);
-    const auto add = [&](TextRange range, const QColor& background, const QColor& text) {
+    const auto add = [&](TextRange range, const QTextCharFormat& look) {
         const TextRange own{
             {segment.line, segment.start}, {segment.line, segment.start + segment.length}};
         const TextPosition begin = std::max(range.begin, own.begin);
@@ -68,18 +78,35 @@ QList<QTextLayout::FormatRange> PlainTextView::formatsOf(const TextSegment& segm
         QTextLayout::FormatRange format;
         format.start = static_cast<int>(begin.unit - segment.start);
         format.length = static_cast<int>(end.unit - begin.unit);
-        format.format.setBackground(background);
-        format.format.setForeground(text);
+        format.format = look;
         formats.append(format);
     };
+    QTextCharFormat underlined;
+    underlined.setFontUnderline(true);
+    for (const TextRange& link : shownLinks())
+        add(link, underlined);
     const QPalette colours = palette();
     for (const TextRange& match : theVisibleMatches)
-        add(match, theColours.matchBackground(), theColours.matchText());
+        add(match, coloured(theColours.matchBackground(), theColours.matchText()));
     for (const TextRange& selected : selectedRanges(segment.line)) {
-        add(selected, colours.color(selectionGroup(), QPalette::Highlight),
-            colours.color(selectionGroup(), QPalette::HighlightedText));
+        add(selected,
+            coloured(colours.color(selectionGroup(), QPalette::Highlight),
+                colours.color(selectionGroup(), QPalette::HighlightedText)));
     }
     return formats;
+}
+
+/// The link that Enter follows, and the one that a click does.
+QList<TextRange> PlainTextView::shownLinks() const
+{
+    QList<TextRange> links;
+    if (hasFocus() && !hasSelection()) {
+        if (const std::optional<TextRange> link = linkAt(theCaret))
+            links.append(*link);
+    }
+    if (theLinkPointer->link())
+        links.append(*theLinkPointer->link());
+    return links;
 }
 
 QList<TextRange> PlainTextView::selectedRanges(qsizetype line) const

@@ -124,17 +124,18 @@ void TestWindowCommands::menusOfferTheSameByKeyAndMouse_data()
     QTest::addColumn<QString>("edit");
     QTest::addColumn<QString>("view");
     const QString windows = u"openSource openBytes openPlainPDF "_s;
+    const QString mainWindows = u"openSource showPageSource openBytes openPlainPDF "_s;
     const QString pages
         = u"zoomIn zoomOut actualSize autoZoom fitPage rotateClockwise rotateCounterclockwise"_s;
     const QString find = u"selectAll performFind doFindNext doFindPrev"_s;
     QTest::newRow("main window, its pages") << WindowIdentifiers::document << u"thePDFView"_s
-                                            << u"selectAll performFind"_s << windows + pages;
+                                            << u"selectAll performFind"_s << mainWindows + pages;
     QTest::newRow("main window, its text")
         << WindowIdentifiers::document << u"theTextView"_s << u"selectAll performFind"_s
-        << windows + pages + u" toggleWrap"_s;
+        << mainWindows + pages + u" toggleWrap"_s;
     QTest::newRow("main window, a field: zoom is still the pages'")
         << WindowIdentifiers::document << u"searchField"_s << u"copy selectAll performFind"_s
-        << windows + pages;
+        << mainWindows + pages;
     for (const QString& pane : {u"upperTextView"_s, u"lowerTextView"_s, u"bottomTextView"_s})
         QTest::addRow("inspector, %s", qPrintable(pane))
             << WindowIdentifiers::source << pane << find

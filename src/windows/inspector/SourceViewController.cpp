@@ -1,5 +1,7 @@
 #include "inspector/SourceViewController.h"
 
+#include "GoToBar.h"
+#include "SourceNavigator.h"
 #include "SourceSummary.h"
 #include "document/Document.h"
 #include "pdf/LossText.h"
@@ -83,17 +85,20 @@ SourceViewController::SourceViewController(
     , ui(std::make_unique<Ui::SourceWindow>())
     , theOwner(document)
     , theFlags(flags)
+    , theNavigator(new SourceNavigator(PlaceHistory::of(*document), this))
+    , theGoToBar(new GoToBar(this))
 {
     ui->setupUi(this);
     connectOutlets();
+    connectNavigation();
 }
 
 SourceViewController::~SourceViewController() = default;
 
 void SourceViewController::connectOutlets()
 {
-    theUpper = {nullptr, ui->upperNote, ui->upperCancel, {}};
-    theLower = {nullptr, ui->lowerNote, ui->lowerCancel, {}};
+    theUpper = {nullptr, ui->upperNote, ui->upperCancel, {}, {}, {}};
+    theLower = {nullptr, ui->lowerNote, ui->lowerCancel, {}, {}, {}};
     setUpperTextView(ui->upperTextView);
     setUpperTextScroller(ui->upperTextView);
     setLowerTextView(ui->lowerTextView);
@@ -115,6 +120,7 @@ void SourceViewController::setUpperTextView(PlainTextView* view)
     theUpper.view = view;
     setUpListing(view);
     view->setGutter(PlainTextView::Gutter::isLinesAndOffsets);
+    theNavigator->setPane(SourceNavigator::Pane::isFlattened, view, nullptr);
 }
 
 void SourceViewController::setLowerTextView(PlainTextView* view)
@@ -122,6 +128,7 @@ void SourceViewController::setLowerTextView(PlainTextView* view)
     theLower.view = view;
     setUpListing(view);
     view->setGutter(PlainTextView::Gutter::isLinesAndOffsets);
+    theNavigator->setPane(SourceNavigator::Pane::isStored, view, nullptr);
     setFocusProxy(view);
 }
 
@@ -183,7 +190,7 @@ void SourceViewController::fillPanes()
                                                    : SourceContent::isObjectList;
     writeSummary();
     fillUpper();
-    startScan(theLower, shared(theOwner->theData()), &SourceViewController::theFileSource);
+    startScan(theLower, shared(theOwner->theData()));
 }
 
 void SourceViewController::fillUpper()
@@ -202,8 +209,7 @@ void SourceViewController::takeFlattened(PDFFileRequest* request)
 {
     if (request->succeeded()) {
         const PDFWrittenFile& file = request->file();
-        startScan(
-            theUpper, shared(file.bytes), &SourceViewController::theFlatSource, lossNote(file));
+        startScan(theUpper, shared(file.bytes), lossNote(file));
         return;
     }
     emptyUpper();
@@ -213,23 +219,25 @@ void SourceViewController::takeFlattened(PDFFileRequest* request)
 /// Without a flattened PDF there is nothing to list; an undecorated text stays what it was.
 void SourceViewController::emptyUpper()
 {
-    if (theContent != SourceContent::isRaw)
-        theUpper.view->setTextStorage(std::make_shared<const PlainTextStorage>());
+    if (theContent == SourceContent::isRaw)
+        return;
+    theUpper.view->setTextStorage(std::make_shared<const PlainTextStorage>());
+    theNavigator->setPane(SourceNavigator::Pane::isFlattened, theUpper.view, nullptr);
 }
 
 /// @param lossNote what is missing from the bytes; stays beside the pane.
-void SourceViewController::startScan(Pane& pane, const SharedBytes& bytes,
-    std::shared_ptr<const SourceText> SourceViewController::*source, const QString& lossNote)
+void SourceViewController::startScan(Pane& pane, const SharedBytes& bytes, const QString& lossNote)
 {
     auto* scan = new SourceScan(bytes, theContent, this);
     beginWork(pane, scan, tr("Reading the source\u2026"));
-    connect(scan, &SourceScan::finished, this, [this, &pane, scan, source, lossNote] {
+    connect(scan, &SourceScan::finished, this, [this, &pane, scan, lossNote] {
         if (!scan->storage()) {
             finishPane(pane, tr("There is not enough memory to show this"));
             return;
         }
-        this->*source = scan->source();
+        pane.source = scan->source();
         pane.view->setTextStorage(scan->storage());
+        tellNavigator();
         finishPane(pane, lossNote);
     });
 }
@@ -257,12 +265,18 @@ void SourceViewController::endWork(Pane& pane, const QString& note)
             request->cancel();
         pane.work.clear();
     }
-    // The first line stands there; all of it is in the tool tip.
+    pane.lastingNote = note;
+    setNote(pane, note);
+    pane.cancel->hide();
+}
+
+/// The first line stands there; all of it is in the tool tip.
+void SourceViewController::setNote(Pane& pane, const QString& note)
+{
     pane.note->setText(note.section(u'\n', 0, 0));
     pane.note->setToolTip(note);
     pane.note->setAccessibleName(note);
     pane.note->setVisible(!note.isEmpty());
-    pane.cancel->hide();
 }
 
 void SourceViewController::cancelWork(Pane& pane)
@@ -289,7 +303,7 @@ void SourceViewController::writeSummary()
     };
     if (theRenderedDocument)
         setBottomText(QString::fromStdString(summaryText(
-            theRenderedDocument->facts(), summaryOf(theFlatSource), summaryOf(theFileSource))));
+            theRenderedDocument->facts(), summaryOf(theUpper.source), summaryOf(theLower.source))));
 }
 
 } // namespace tarnwick

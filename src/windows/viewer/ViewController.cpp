@@ -132,6 +132,7 @@ void ViewController::setThePDFView(PDFView* view)
 {
     exchange(theOutlets.pdfView, view);
     connect(view, &PDFView::currentPageChanged, this, &ViewController::updateControls);
+    connect(view, &PDFView::contextMenuOpening, this, &ViewController::extendPageMenu);
     connect(view, &PDFView::documentChanged, this, &ViewController::updateControls);
     connect(view, &PDFView::selectionChanged, this, &ViewController::updateControls);
     connect(view, &PDFView::historyChanged, this, &ViewController::updateControls);
@@ -335,6 +336,7 @@ bool ViewController::validateCommand(const QString& command) const
         {u"doFindSelection"_s, !view->currentSelection().isEmpty()},
         {u"cancelSearch"_s, isSearching()},
         {u"setPageMark"_s, view->currentPage() >= 0},
+        {u"showPageSource"_s, view->currentPage() >= 0},
         {u"doChangePage"_s, !theMarks.pages().empty()},
         {u"goBackMark"_s, theMarks.before(mark).has_value()},
         {u"goForwardMark"_s, theMarks.after(mark).has_value()},

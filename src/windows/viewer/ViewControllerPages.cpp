@@ -8,6 +8,7 @@
 #include "pdf/PDFDocument.h"
 
 #include <QComboBox>
+#include <QMenu>
 
 using namespace Qt::StringLiterals;
 
@@ -74,6 +75,21 @@ void ViewController::goToMark(std::optional<int> entry)
 void ViewController::goToPageDialog()
 {
     thePageControls->editPage();
+}
+
+void ViewController::showPageSource()
+{
+    emit sourceOfPageWanted(theOutlets.pdfView->currentPage());
+}
+
+/// Adds what can be done with a page to the page view's context menu.
+void ViewController::extendPageMenu(QMenu* menu, int page)
+{
+    if (page < 0)
+        return;
+    menu->addSeparator();
+    menu->addAction(
+        tr("Show &Source of Page"), this, [this, page] { emit sourceOfPageWanted(page); });
 }
 
 void ViewController::autoZoom()

@@ -49,6 +49,9 @@ public:
     /// Length of a line without its end. Precondition: index < lineCount().
     std::size_t lineLength(std::size_t index) const;
 
+    /// The file's bytes, into which the listing looks; empty without a listing.
+    std::string_view bytes() const { return thePieces ? thePieces->bytes() : std::string_view(); }
+
     /// The line of the listing that shows an offset of the file (PieceList::lineOf()); nothing
     /// where the text has no listing.
     std::optional<std::size_t> lineOfOffset(std::size_t offset) const;

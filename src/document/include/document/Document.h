@@ -52,6 +52,17 @@ public:
     /// the registry makes such windows, every other command always.
     Q_INVOKABLE bool validateCommand(const QString& command) const;
 
+    /// Shows a page in the main window. @param page from 0.
+    void showPage(int page);
+    /// Shows a page's object in a source inspector: in the latest one, or in a new one.
+    void showSourceOfPage(int page);
+
+signals:
+    /// A page is to be shown by the main windows. @param page from 0.
+    void pageWanted(int page);
+    /// A page's object is to be shown by a source inspector, the one in that window.
+    void sourceOfPageWanted(const DocumentWindow* window, int page);
+
 public slots:
     /// Opens a further source inspector.
     void openSource();

@@ -9,6 +9,8 @@
 #include <functional>
 #include <memory>
 
+class QMenu;
+
 namespace tarnwick {
 
 class PDFDocument;
@@ -118,6 +120,8 @@ signals:
     void drawingChanged(bool isDrawing);
     /// The document shown changed, or its page sizes did.
     void documentChanged();
+    /// A context menu is about to open. @param page where it was asked for; -1 without pages.
+    void contextMenuOpening(QMenu* menu, int page);
 
 protected:
     bool viewportEvent(QEvent* event) override;

@@ -33,6 +33,12 @@ public:
     /// The line that a unit of the text belongs to, a line end to the line that it ends; the last
     /// line for positions behind the text. Precondition: position >= 0.
     qsizetype lineAt(qsizetype position) const;
+    /// The place of a unit of the text, and the way back. Places in a line's end are that line's.
+    /// Precondition: as for lineAt(); a place of the text.
+    /// @{
+    TextPosition placeOf(qsizetype position) const;
+    qsizetype positionOf(TextPosition place) const;
+    /// @}
 
 private:
     struct Extent

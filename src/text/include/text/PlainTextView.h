@@ -12,9 +12,13 @@
 
 #include <memory>
 
+class QAction;
+class QMenu;
+
 namespace tarnwick {
 
 class FindBar;
+class LinkPointer;
 class ScrollAxis;
 class TextFinder;
 class TextGutter;
@@ -96,10 +100,16 @@ public:
     /// Selects from anchor to caret, places outside the text being moved into it, and shows the
     /// caret.
     void setSelection(TextPosition anchor, TextPosition caret);
+    /// Selects a stretch that somebody has been led to, and shows it with some of what stands
+    /// before it, the caret at its beginning.
+    void goTo(TextRange range);
     /// Scrolls until a place shows.
     void scrollTo(TextPosition position);
     /// The selected characters, at most limit UTF-16 units of them.
     QString selectedText(qsizetype limit = 1'000'000) const;
+
+    /// The link that holds a place or ends there, as the text's storage has it.
+    std::optional<TextRange> linkAt(TextPosition position) const;
 
     /// Where a place is in the viewport, when its row shows there.
     std::optional<QRectF> caretRect(TextPosition position) const;
@@ -128,6 +138,11 @@ public slots:
     void print();
 
 signals:
+    /// A link was followed: by a click while Ctrl is held, or by Enter with the caret on it.
+    void linkFollowed(tarnwick::TextRange link);
+    /// A context menu for a place is about to open; what is added to it stands at its beginning
+    /// when it is inserted before `before`.
+    void contextMenuOpening(QMenu* menu, QAction* before, tarnwick::TextPosition place);
     void selectionChanged();
     void wrappingChanged(bool wrap);
 
@@ -140,6 +155,7 @@ protected:
     void focusOutEvent(QFocusEvent* event) override;
     void timerEvent(QTimerEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
@@ -195,6 +211,7 @@ private:
     void scrollVertically(double from, double to, bool isDragged);
     void paintSegment(QPainter& painter, const TextSegment& segment, QPointF origin) const;
     QList<QTextLayout::FormatRange> formatsOf(const TextSegment& segment) const;
+    QList<TextRange> shownLinks() const;
     void paintSelectedLineEnd(QPainter& painter, const TextSegment& segment, QPointF origin) const;
     void paintGap(QPainter& painter, const QString& note, qreal y) const;
     void paintCaret(QPainter& painter) const;
@@ -205,6 +222,7 @@ private:
     void select(TextPosition anchor, TextPosition caret);
     bool handleMovement(QKeyEvent* event);
     bool handleCommandKey(QKeyEvent* event);
+    bool followCaret(const QKeyEvent& event);
     void moveRows(int rows, bool extend);
     void movePage(int direction, bool extend);
     void beginDrag(const QPointF& point, SelectBy by, bool extend);
@@ -241,6 +259,7 @@ private:
     bool isFontOwn = false;
     int theZoomPercent = 100;
 
+    std::unique_ptr<LinkPointer> theLinkPointer;
     std::unique_ptr<ScrollAxis> theVertical;
     std::unique_ptr<ScrollAxis> theHorizontal;
     QBasicTimer theEstimateTimer;

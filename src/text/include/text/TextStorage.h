@@ -1,6 +1,7 @@
 #pragma once
 
 #include "analysis/ColourRole.h"
+#include "text/TextPosition.h"
 
 #include <QList>
 #include <QString>
@@ -68,6 +69,15 @@ public:
     virtual std::optional<std::size_t> lineOffset(qsizetype index) const
     {
         Q_UNUSED(index)
+        return std::nullopt;
+    }
+
+    /// The link that holds a place or ends there: a stretch of text that leads elsewhere when it is
+    /// followed. Nothing where the text has none. Looks at some characters around the place,
+    /// however long the line. Precondition: a place of the text.
+    virtual std::optional<TextRange> linkAt(TextPosition position) const
+    {
+        Q_UNUSED(position)
         return std::nullopt;
     }
 };

@@ -10,6 +10,7 @@
 #include <QWidget>
 
 #include <memory>
+#include <optional>
 
 class QAbstractScrollArea;
 class QLabel;
@@ -21,7 +22,9 @@ class SourceWindow;
 namespace tarnwick {
 
 class Document;
+class GoToBar;
 class PlainTextView;
+class SourceNavigator;
 
 /// Content of the source inspector: three text panes.
 ///
@@ -43,9 +46,9 @@ public:
 
     PDFDocument* theDocument() const { return theRenderedDocument; }
     /// The flattened PDF's source of the latest fill that had one; null before.
-    std::shared_ptr<const SourceText> theFlatText() const { return theFlatSource; }
+    std::shared_ptr<const SourceText> theFlatText() const { return theUpper.source; }
     /// The stored file's source likewise.
-    std::shared_ptr<const SourceText> theSourceText() const { return theFileSource; }
+    std::shared_ptr<const SourceText> theSourceText() const { return theLower.source; }
 
     // The panes, at first those of the window's layout. A setter exchanges the pane for all that it
     // is used for; another one gets its text from the next filling on. Borrowed; each lives until
@@ -72,7 +75,24 @@ public:
     /// Whether a pane is still waiting for its text.
     bool isFilling() const;
 
+    /// Shows a page's object as soon as the panes are filled. @param page from 0.
+    void showSourceOfPage(int page);
+
+    Q_INVOKABLE bool validateCommand(const QString& command) const;
+
+public slots:
+    /// Follows the reference at the caret of the pane that has, or had, the keyboard.
+    void followReference();
+    void goBack();
+    void goForward();
+    /// Opens the strip in which one types an object, an offset or a page.
+    void goToObject();
+    /// The same: the key for pages leads to objects here.
+    void goToPageDialog() { goToObject(); }
+
 signals:
+    /// The user wants to see a page, counted from 0.
+    void pageWanted(int page);
     /// All panes have their final content.
     void filled();
 
@@ -88,31 +108,37 @@ private:
         QLabel* note = nullptr; ///< what the pane is waiting for, or why it is empty
         QToolButton* cancel = nullptr;
         QPointer<QObject> work; ///< a request or scan under way, owned by the controller
+        QString lastingNote; ///< what is to be said of the present text
+        std::shared_ptr<const SourceText> source; ///< of the latest fill that had one
     };
 
     void connectOutlets();
     void fillPanes();
     void fillUpper();
     void takeFlattened(PDFFileRequest* request);
-    void startScan(Pane& pane, const SharedBytes& bytes,
-        std::shared_ptr<const SourceText> SourceViewController::*source,
-        const QString& lossNote = {});
+    void startScan(Pane& pane, const SharedBytes& bytes, const QString& lossNote = {});
     void beginWork(Pane& pane, QObject* work, const QString& note);
     void endWork(Pane& pane, const QString& note);
+    static void setNote(Pane& pane, const QString& note);
     void cancelWork(Pane& pane);
     void finishPane(Pane& pane, const QString& note);
     void emptyUpper();
     void writeSummary();
+    void connectNavigation();
+    void tellNavigator();
+    void goToWanted(const QString& text);
+    void say(Pane& pane, const QString& sentence);
 
     std::unique_ptr<Ui::SourceWindow> ui;
     Document* theOwner;
     const ViewFlags* theFlags;
     QPointer<PDFDocument> theRenderedDocument;
-    std::shared_ptr<const SourceText> theFlatSource;
-    std::shared_ptr<const SourceText> theFileSource;
     SourceContent theContent = SourceContent::isObjectList;
     Pane theUpper;
     Pane theLower;
+    SourceNavigator* theNavigator;
+    GoToBar* theGoToBar;
+    std::optional<int> thePageToShow; ///< once the panes are filled
     PlainTextView* theBottomView = nullptr;
     QAbstractScrollArea* theUpperScroller = nullptr;
     QAbstractScrollArea* theLowerScroller = nullptr;

@@ -127,12 +127,19 @@ public slots:
     void goToPageDialog();
     /// Opens or closes the strip of thumbnails and outline.
     void toggleSideBar(bool open);
+    /// Asks for the source of the current page.
+    void showPageSource();
+
+signals:
+    /// The user wants to see a page's object in the source. @param page from 0.
+    void sourceOfPageWanted(int page);
 
 protected:
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
 
 private:
+    void extendPageMenu(QMenu* menu, int page);
     struct Outlets
     {
         QSplitter* splitView = nullptr;

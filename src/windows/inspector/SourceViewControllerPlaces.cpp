@@ -1,0 +1,130 @@
+// The part of SourceViewController that leads to places in the source.
+#include "inspector/SourceViewController.h"
+
+#include "GoToBar.h"
+#include "SourceNavigator.h"
+#include "document/Document.h"
+#include "frame/DocumentWindow.h"
+#include "text/PlainTextView.h"
+
+#include "ui_SourceWindow.h"
+
+#include <QLabel>
+
+using namespace Qt::StringLiterals;
+
+namespace tarnwick {
+
+namespace {
+
+QString mistakeText(PlaceMistake mistake, const QString& text)
+{
+    switch (mistake) {
+    case PlaceMistake::isEmpty:
+        return SourceViewController::tr("Type where to go");
+    case PlaceMistake::isTooLarge:
+        return SourceViewController::tr("No file has a number that large");
+    case PlaceMistake::isNoPlace:
+        break;
+    }
+    return SourceViewController::tr("“%1” is no object, offset (@…) or page (p…)")
+        .arg(text.trimmed());
+}
+
+} // namespace
+
+void SourceViewController::connectNavigation()
+{
+    theGoToBar->hide();
+    ui->outerLayout->addWidget(theGoToBar);
+    connect(theGoToBar, &GoToBar::wanted, this, &SourceViewController::goToWanted);
+    connect(theGoToBar, &GoToBar::closeWanted, this, [this] {
+        theGoToBar->hide();
+        theNavigator->pane(theNavigator->current()).view()->setFocus(Qt::OtherFocusReason);
+    });
+    connect(theNavigator, &SourceNavigator::said, this,
+        [this](SourceNavigator::Pane in, const QString& sentence) {
+            say(in == SourceNavigator::Pane::isFlattened ? theUpper : theLower, sentence);
+        });
+    connect(theNavigator, &SourceNavigator::pageWanted, this, &SourceViewController::pageWanted);
+    connect(theOwner, &Document::sourceOfPageWanted, this,
+        [this](const DocumentWindow* window, int page) {
+            if (window == DocumentWindow::of(this))
+                showSourceOfPage(page);
+        });
+    connect(this, &SourceViewController::filled, this, [this] {
+        if (thePageToShow)
+            showSourceOfPage(*thePageToShow);
+    });
+}
+
+/// What the panes show now.
+void SourceViewController::tellNavigator()
+{
+    theNavigator->setPane(SourceNavigator::Pane::isFlattened, theUpper.view, theUpper.source);
+    theNavigator->setPane(SourceNavigator::Pane::isStored, theLower.view, theLower.source);
+}
+
+bool SourceViewController::validateCommand(const QString& command) const
+{
+    if (command == "followReference"_L1)
+        return theNavigator->canFollow();
+    if (command == "goBack"_L1)
+        return theNavigator->canGoBack();
+    if (command == "goForward"_L1)
+        return theNavigator->canGoForward();
+    return true;
+}
+
+void SourceViewController::followReference()
+{
+    const QString failure = theNavigator->follow();
+    say(theNavigator->current() == SourceNavigator::Pane::isFlattened ? theUpper : theLower,
+        failure);
+}
+
+void SourceViewController::goBack()
+{
+    theNavigator->goBack();
+}
+
+void SourceViewController::goForward()
+{
+    theNavigator->goForward();
+}
+
+void SourceViewController::goToObject()
+{
+    theGoToBar->edit();
+}
+
+void SourceViewController::goToWanted(const QString& text)
+{
+    const QByteArray bytes = text.toUtf8();
+    const auto query = parsePlaceQuery({bytes.data(), static_cast<std::size_t>(bytes.size())});
+    const auto* mistake = std::get_if<PlaceMistake>(&query);
+    const QString failure
+        = mistake ? mistakeText(*mistake, text) : theNavigator->goTo(std::get<PlaceQuery>(query));
+    theGoToBar->setMistake(failure);
+    if (failure.isEmpty())
+        theGoToBar->hide();
+}
+
+void SourceViewController::showSourceOfPage(int page)
+{
+    if (isFilling()) {
+        thePageToShow = page;
+        return;
+    }
+    thePageToShow.reset();
+    say(theLower, theNavigator->goToPage(page + 1, SourceNavigator::Pane::isStored));
+}
+
+/// Says a sentence beside a pane's caption, unless it is waiting for its text.
+void SourceViewController::say(Pane& pane, const QString& sentence)
+{
+    if (!pane.work)
+        setNote(pane, sentence.isEmpty() ? pane.lastingNote : sentence);
+}
+
+} // namespace tarnwick

@@ -20,6 +20,11 @@ public:
         if (count++ < Findings::mostKept)
             theFindings.list.push_back({code, offset, object, std::move(sentence)});
     }
+    /// Counts further ones that are not kept.
+    void count(FindingCode code, std::size_t further)
+    {
+        theFindings.counts.at(static_cast<std::size_t>(code)) += further;
+    }
     bool has(FindingCode code) const
     {
         return theFindings.counts.at(static_cast<std::size_t>(code)) > 0;

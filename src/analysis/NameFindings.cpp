@@ -5,7 +5,9 @@
 
 #include <algorithm>
 #include <array>
+#include <string>
 #include <utility>
+#include <vector>
 
 namespace tarnwick {
 
@@ -13,6 +15,32 @@ namespace {
 
 constexpr std::array<std::string_view, 7> names{
     "Linearized", "Encrypt", "JavaScript", "Launch", "SubmitForm", "EmbeddedFile", "EF"};
+
+/// File specifications, which count only where no embedded file is found.
+class Specifications
+{
+public:
+    void take(const FoundName& name, std::string sentence)
+    {
+        if (theLast == name.range.begin)
+            return;
+        theLast = name.range.begin;
+        if (theCount++ < Findings::mostKept)
+            theKept.emplace_back(name, std::move(sentence));
+    }
+
+    void addTo(FindingList& list) const
+    {
+        for (const auto& [name, sentence] : theKept)
+            list.add(FindingCode::isEmbeddedFile, name.offset, name.object, sentence);
+        list.count(FindingCode::isEmbeddedFile, theCount - theKept.size());
+    }
+
+private:
+    std::optional<std::size_t> theLast; ///< start of an object
+    std::vector<std::pair<FoundName, std::string>> theKept;
+    std::size_t theCount = 0;
+};
 
 /// What a name in an object's source tells.
 class NameFindings
@@ -48,11 +76,17 @@ public:
                 addOnce(FindingCode::isEmbeddedFile, name, "A file is embedded as " + whose + '.');
             return;
         default:
-            if (!theList.has(FindingCode::isEmbeddedFile))
-                addOnce(FindingCode::isEmbeddedFile, name,
-                    "A file is embedded by way of " + whose + '.');
+            theSpecifications.take(name, "A file is embedded by way of " + whose + '.');
             return;
         }
+    }
+
+    /// To be called behind the last name: an embedded file that does not say what it is is known by
+    /// the specification that has it.
+    void finish()
+    {
+        if (!theList.has(FindingCode::isEmbeddedFile))
+            theSpecifications.addTo(theList);
     }
 
 private:
@@ -113,6 +147,7 @@ private:
 
     const pdfObjectCatalog& theCatalog;
     FindingList& theList;
+    Specifications theSpecifications;
     /// Start of the object last asked about for each name.
     std::array<std::optional<std::size_t>, names.size()> theLastAsked;
     std::array<std::optional<std::size_t>, findingCodeCount>
@@ -126,6 +161,7 @@ void checkNames(const pdfObjectCatalog& catalog, FindingList& list, const std::s
     NameFindings findings(catalog, list);
     findNames(
         catalog, names, [&](const FoundName& name) { findings.take(name); }, stop);
+    findings.finish();
 }
 
 } // namespace tarnwick

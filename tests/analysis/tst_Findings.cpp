@@ -127,6 +127,12 @@ void TestFindings::saysWhatIsThere_data()
         "table-entry-elsewhere table-entry-elsewhere object-not-listed linearized");
     row("a file embedded", withObject("<</Type/EmbeddedFile/Length 0>>\nstream\n\nendstream"),
         "embedded-file");
+    row("a file embedded, named before it stands",
+        withObject(
+            "<</EF<</F 7 0 R>>>>\nendobj\n7 0 obj\n<</Type/EmbeddedFile/Length 0>>\nstream\n\n"
+            "endstream"),
+        "embedded-file");
+    row("a file embedded that does not say so", withObject("<</EF<</F 7 0 R>>>>"), "embedded-file");
     row("encrypted", replaced(sound, "/Root", "/Encrypt 9 0 R/Root"), "encrypted");
 }
 

@@ -1,6 +1,7 @@
 #include "AnswerChecks.h"
 
 #include "FuzzTarget.h"
+#include "PDFObjectAnswers.h"
 
 #include <cmath>
 
@@ -103,6 +104,23 @@ bool isSound(const PDFWrittenAnswer& written, int pageCount)
     return true;
 }
 
+bool isSound(const PDFObject& object)
+{
+    require(
+        object.text.isEmpty() == (object.state != PDFObjectState::isPresent), "an object's text");
+    require(object.filters.size() <= maximumFilters
+            && object.filterCount >= static_cast<quint32>(object.filters.size()),
+        "filters");
+    require(object.place.container >= 0 && object.place.index >= 0, "an object's place");
+    return true;
+}
+
+bool isSound(const PDFStreamAnswer& stream, std::uint64_t limit)
+{
+    require(stream.size <= limit, "a stream's size");
+    return true;
+}
+
 } // namespace
 
 bool takesAnswer(const AskedFor& asked, std::string_view payload)
@@ -131,6 +149,10 @@ bool takesAnswer(const AskedFor& asked, std::string_view payload)
     case EngineRequest::isFlat:
     case EngineRequest::isPrint:
         return check(readWrittenAnswer(payload, asked.pageCount), asked.pageCount);
+    case EngineRequest::isObject:
+        return check(readObjectAnswer(payload, 1));
+    case EngineRequest::isStream:
+        return check(readStreamAnswer(payload, usualStream), usualStream);
     }
     return false;
 }

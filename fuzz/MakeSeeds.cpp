@@ -191,6 +191,11 @@ Seeds answers()
             OutlineResult{EngineLoss::isDamaged, {{0, "Title", target}, {1, "Title", target}}})),
         answer<FlatRequest>(packed(
             WrittenResult{1000, 3, {{0, EngineLoss::isDamaged}, {1, EngineLoss::isDamaged}}})),
+        answer<ObjectRequest>(
+            packed(ObjectResult{EngineObjectState::isPresent, 0, 15, 7, 2, "<<\n  /Type /Page\n>>",
+                true, true, {{"/FlateDecode", "<< /Predictor 12 >>"}}, 3, 45})),
+        answer<StreamRequest>(
+            packed(StreamResult{1000, EngineStreamEnd::isDamaged, "zlib error: what"})),
         textAnswer(EngineTextDetail::isPlain),
         textAnswer(EngineTextDetail::isWithQuads),
         textAnswer(EngineTextDetail::isWithAttributes),
@@ -217,6 +222,8 @@ Seeds requests()
             + framed(TextRequest{0, EngineTextDetail::isWithAttributes}) + framed(LinksRequest{1})
             + framed(OutlineRequest()),
         first + framed(FlatRequest()) + opening,
+        first + framed(ObjectRequest{4}) + framed(StreamRequest{4, EngineStreamForm::isDecoded, 9})
+            + framed(StreamRequest{4, EngineStreamForm::isRaw, 90}),
         first + framed(PrintRequest{595, 842, 18, 18, {{1, 0, 0, 559, 806, 0.9}}}) + opening,
         first + opening + std::string(1, '\0') + raw,
     };

@@ -100,6 +100,19 @@ std::string flattened(std::string_view file)
     return session.run();
 }
 
+/// What the first objects say, and what their streams hold as far as a small limit.
+void lookInto(std::string_view file)
+{
+    constexpr int objectsTried = 12;
+    Session session(file);
+    for (int number = 0; number < objectsTried; ++number) {
+        session.ask(ObjectRequest{number});
+        for (const auto form : {EngineStreamForm::isRaw, EngineStreamForm::isDecoded})
+            session.ask(StreamRequest{number, form, 100'000});
+    }
+    session.run();
+}
+
 /// Two pages on one sheet each, and the first again.
 std::string printed(std::string_view file)
 {
@@ -132,6 +145,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     session.run();
     if (session.pageCount() < 0)
         return 0;
+    lookInto(file);
     const std::string flat = flattened(file);
     require(flat == flattened(file), "another flattened file the second time");
     checkPages(flat, session.pageCount());

@@ -2,10 +2,12 @@
 
 #include "Attempt.h"
 #include "FlatWriter.h"
+#include "ObjectReader.h"
 #include "PageGeometry.h"
 #include "PageLinks.h"
 #include "PageText.h"
 #include "PrintWriter.h"
+#include "StreamReader.h"
 
 #include <algorithm>
 #include <new>
@@ -154,6 +156,11 @@ int EngineServer::perform(const OutlineRequest&, OutlineResult& result)
     return readOutline(theDocument, result);
 }
 
+int EngineServer::perform(const ObjectRequest& request, ObjectResult& result)
+{
+    return readObject(theDocument, request.number, result);
+}
+
 // --- Files ---------------------------------------------------------------------------------------
 
 WrittenFile::Progress EngineServer::progress()
@@ -188,6 +195,13 @@ int EngineServer::perform(const PrintRequest& request, WrittenResult& result)
     if (theOutput < 0)
         return FZ_ERROR_GENERIC;
     return write(PrintWriter(theDocument, request, theOutput, progress()), result);
+}
+
+int EngineServer::perform(const StreamRequest& request, StreamResult& result)
+{
+    if (theOutput < 0)
+        return FZ_ERROR_GENERIC;
+    return StreamReader(theDocument, request, theOutput, progress()).read(result);
 }
 
 } // namespace tarnwick

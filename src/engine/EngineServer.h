@@ -38,6 +38,8 @@ private:
     int perform(const OutlineRequest& request, OutlineResult& result);
     int perform(const FlatRequest& request, WrittenResult& result);
     int perform(const PrintRequest& request, WrittenResult& result);
+    int perform(const ObjectRequest& request, ObjectResult& result);
+    int perform(const StreamRequest& request, StreamResult& result);
 
     WrittenFile::Progress progress();
     template<typename Answer> void answer(const Answer& message);

@@ -2,6 +2,7 @@
 
 #include "PDFEngineAnswers.h"
 #include "PDFEngineClient.h"
+#include "PDFObjectEngines.h"
 #include "PDFPageMeasures.h"
 #include "PDFPageWork.h"
 #include "PDFTextReading.h"
@@ -26,12 +27,13 @@ public:
     Private(PDFDocument* document, const FileBytes& bytes)
         : q(document)
         , theBytes(bytes)
-        , thePages(new PDFEngineClient(bytes, false, document))
+        , thePages(new PDFEngineClient(bytes, 0, document))
         , theMeasures(new PDFPageMeasures(thePages, document))
     {
     }
     PDFEngineClient* textEngine();
     PDFEngineClient* fileEngine();
+    PDFObjectEngines* objectEngines();
     /// Has a file written into shared memory.
     PDFFileRequest* askForFile(PDFEngineJob job, QObject* parent);
     void takeFacts(const QByteArray& payload);
@@ -42,6 +44,7 @@ public:
     PDFEngineClient* thePages;
     PDFEngineClient* theTextEngine = nullptr; ///< started when needed
     PDFEngineClient* theFileEngine = nullptr; ///< likewise
+    PDFObjectEngines* theObjectEngines = nullptr; ///< likewise
     State theState = State::isOpening;
     DocumentFacts theFacts;
     QString theRefusal;
@@ -120,13 +123,15 @@ QList<qint64> PDFDocument::engineProcessIds() const
         if (client && client->engineProcessId() != 0)
             ids.append(client->engineProcessId());
     }
+    if (d->theObjectEngines)
+        ids += d->theObjectEngines->processIds();
     return ids;
 }
 
 PDFEngineClient* PDFDocument::Private::textEngine()
 {
     if (!theTextEngine) {
-        theTextEngine = new PDFEngineClient(theBytes, false, q);
+        theTextEngine = new PDFEngineClient(theBytes, 0, q);
         theTextEngine->setPassword(thePages->password());
     }
     return theTextEngine;
@@ -137,10 +142,17 @@ PDFEngineClient* PDFDocument::Private::textEngine()
 PDFEngineClient* PDFDocument::Private::fileEngine()
 {
     if (!theFileEngine) {
-        theFileEngine = new PDFEngineClient(theBytes, true, q);
+        theFileEngine = new PDFEngineClient(theBytes, largestWrittenFile(theBytes.size()), q);
         theFileEngine->setPassword(thePages->password());
     }
     return theFileEngine;
+}
+
+PDFObjectEngines* PDFDocument::Private::objectEngines()
+{
+    if (!theObjectEngines)
+        theObjectEngines = new PDFObjectEngines(theBytes, thePages->password(), q);
+    return theObjectEngines;
 }
 
 void PDFDocument::Private::takeFacts(const QByteArray& payload)
@@ -259,6 +271,25 @@ PDFOutlineRequest* PDFDocument::requestOutline(QObject* parent)
                      std::string_view payload) { return readOutlineAnswer(payload, count); },
         [request](PDFOutline outline) { request->theOutline = std::move(outline); });
     PDFPageWork::submit(d->thePages, request, std::move(job));
+    return request;
+}
+
+PDFObjectRequest* PDFDocument::requestObject(int number, QObject* parent)
+{
+    if (state() == State::isOpen)
+        return d->objectEngines()->requestObject(number, parent);
+    auto* const request = new PDFObjectRequest(parent);
+    PDFPageWork::finishLater(request, PDFFailure::isDamaged);
+    return request;
+}
+
+PDFStreamRequest* PDFDocument::requestStream(
+    int number, PDFStreamForm form, quint64 limit, QObject* parent)
+{
+    if (state() == State::isOpen)
+        return d->objectEngines()->requestStream(number, form, limit, parent);
+    auto* const request = new PDFStreamRequest(parent);
+    PDFPageWork::finishLater(request, PDFFailure::isDamaged);
     return request;
 }
 

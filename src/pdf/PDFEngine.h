@@ -21,10 +21,9 @@ public:
     using QObject::QObject;
 
     /// Starts the engine on a file.
-    /// @param writesFile it also gets shared memory to write the flattened or printed document
-    ///   into: of the size of largestWrittenFile(), which nothing can make larger.
-    /// @returns false when the system does not let it start.
-    virtual bool start(const FileBytes& bytes, bool writesFile) = 0;
+    /// @param writtenSize bytes of shared memory that it also gets to write a file into, which
+    ///   nothing can make larger; 0 for none. @returns false when the system does not let it start.
+    virtual bool start(const FileBytes& bytes, std::uint64_t writtenSize) = 0;
 
     /// Sends a request; the number comes back with its answers. One at a time: what comes when the
     /// request has been answered, or carries another number, is no answer.

@@ -23,12 +23,12 @@ constexpr qsizetype longestResultReadAtOnce = 64 * 1024; ///< bytes
 } // namespace
 
 PDFEngineClient::PDFEngineClient(
-    const FileBytes& bytes, bool writesFile, QObject* parent, EngineMaker makeEngine)
+    const FileBytes& bytes, std::uint64_t writtenSize, QObject* parent, EngineMaker makeEngine)
     : QObject(parent)
     , theBytes(bytes)
     , theEngineMaker(makeEngine ? std::move(makeEngine)
                                 : [](QObject* owner) { return new PDFEngineProcess(owner); })
-    , theFileIsWanted(writesFile)
+    , theWrittenSize(writtenSize)
 {
     theLimit.setSingleShot(true);
     connect(&theLimit, &QTimer::timeout, this, [this] { loseEngine(PDFFailure::isTimedOut); });
@@ -59,7 +59,7 @@ void PDFEngineClient::startEngine()
     });
     theState = State::isOpening;
     // A failure to start must not reach the caller before it has connected to the signals.
-    if (!theEngine->start(theBytes, theFileIsWanted)) {
+    if (!theEngine->start(theBytes, theWrittenSize)) {
         QTimer::singleShot(0, theEngine, [this] { loseEngine(PDFFailure::isEngineDead); });
         return;
     }

@@ -35,11 +35,11 @@ public:
     using Number = std::uint32_t;
     using EngineMaker = std::function<PDFEngine*(QObject* parent)>;
 
-    /// @param writesFile the engine gets memory for a flattened or printed document, and is
-    ///   replaced after having written one, which gives back what that took. @param makeEngine for
-    ///   each engine; processes, when left out.
-    PDFEngineClient(
-        const FileBytes& bytes, bool writesFile, QObject* parent, EngineMaker makeEngine = {});
+    /// @param writtenSize bytes of memory that the engine gets for a file that it writes; it is
+    ///   replaced after having written one, which gives back what that took. 0 for an engine that
+    ///   writes none. @param makeEngine for each engine; processes, when left out.
+    PDFEngineClient(const FileBytes& bytes, std::uint64_t writtenSize, QObject* parent,
+        EngineMaker makeEngine = {});
     ~PDFEngineClient() override;
 
     /// Starts the engine unless it runs; the first job does so as well.
@@ -60,7 +60,7 @@ public:
     /// does not cost an engine. Unknown numbers are ignored.
     void giveUp(Number number);
 
-    /// The flattened or printed document that the engine has just written: to be called from
+    /// The file that the engine has just written: to be called from
     /// accept() alone.
     std::optional<FileBytes> takeFile(std::size_t size);
 
@@ -115,7 +115,7 @@ private:
 
     FileBytes theBytes;
     EngineMaker theEngineMaker;
-    bool theFileIsWanted;
+    std::uint64_t theWrittenSize;
     std::optional<std::string> thePassword;
     bool thePasswordIsKnown = false;
     PDFEngine* theEngine = nullptr;

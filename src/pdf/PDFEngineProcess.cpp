@@ -116,25 +116,25 @@ bool PDFEngineProcess::makePipe()
 }
 
 /// All of it is there from the beginning, and takes memory as far as it is written.
-bool PDFEngineProcess::makeOutput(std::size_t fileSize)
+bool PDFEngineProcess::makeOutput(std::uint64_t most)
 {
     theOutput = ::memfd_create("tarnwick-written", MFD_CLOEXEC | MFD_ALLOW_SEALING);
     rlimit limit = {};
     if (theOutput < 0 || ::getrlimit(RLIMIT_FSIZE, &limit) != 0)
         return false;
-    const rlim_t size = std::min(limit.rlim_cur, rlim_t{largestWrittenFile(fileSize)});
+    const rlim_t size = std::min(limit.rlim_cur, rlim_t{most});
     return ::ftruncate(theOutput, static_cast<off_t>(size)) == 0
         && ::fcntl(theOutput, F_ADD_SEALS, F_SEAL_GROW) == 0;
 }
 
-bool PDFEngineProcess::start(const FileBytes& bytes, bool writesFile)
+bool PDFEngineProcess::start(const FileBytes& bytes, std::uint64_t writtenSize)
 {
     const int input = bytes.descriptor();
     if (input < 0 || !makePipe())
         return false;
     QStringList arguments{QString::number(input)};
-    if (writesFile) {
-        if (!makeOutput(bytes.size()))
+    if (writtenSize > 0) {
+        if (!makeOutput(writtenSize))
             return false;
         arguments << QString::number(theOutput);
     }

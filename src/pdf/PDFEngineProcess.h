@@ -26,7 +26,7 @@ public:
     explicit PDFEngineProcess(QObject* parent = nullptr);
     ~PDFEngineProcess() override;
 
-    bool start(const FileBytes& bytes, bool writesFile) override;
+    bool start(const FileBytes& bytes, std::uint64_t writtenSize) override;
     void send(std::uint32_t number, EngineRequest kind, std::string_view payload,
         std::uint32_t largest, int processorTime) override;
     std::optional<FileBytes> takeFile(std::size_t size) override;
@@ -35,7 +35,7 @@ public:
 
 private:
     bool makePipe();
-    bool makeOutput(std::size_t fileSize);
+    bool makeOutput(std::uint64_t most);
     void readAnswers();
     void readRest();
     bool readSome(std::size_t& budget);

@@ -230,6 +230,41 @@ void writeHoles(Teller& teller, const Question& question)
     teller.done(question, WrittenResult{size, 0, {}});
 }
 
+enum class ObjectLie
+{
+    isMissingWithText,
+    isNoAscii,
+    isFilterless,
+    isOfManyFilters,
+    isAsLongAsMayBe,
+};
+
+template<ObjectLie lie> void tellOfObject(Teller& teller, const Question& question)
+{
+    ObjectResult result;
+    result.state = EngineObjectState::isPresent;
+    result.text = "<< >>";
+    result.isStream = lie != ObjectLie::isFilterless;
+    result.filters = {{"/FlateDecode", {}}};
+    result.filterCount = 1;
+    if (lie == ObjectLie::isMissingWithText)
+        result.state = EngineObjectState::isMissing;
+    else if (lie == ObjectLie::isNoAscii)
+        result.text = "\xff\x1b]0;title\a";
+    else if (lie == ObjectLie::isOfManyFilters)
+        result.filters.resize(maximumFilters, {"/" + std::string(4000, 'F'), {}});
+    else if (lie == ObjectLie::isAsLongAsMayBe)
+        result.text = std::string(longestObjectText / 6, '\n')
+            + std::string(longestObjectText / 6 * 5, '[');
+    teller.done(question, result);
+}
+
+template<std::uint64_t size, EngineStreamEnd end>
+void tellOfStream(Teller& teller, const Question& question)
+{
+    teller.done(question, StreamResult{size, end, "a remark"});
+}
+
 } // namespace
 
 TextResult textOf(EngineTextDetail detail, std::string_view latin1)
@@ -293,6 +328,17 @@ const std::vector<Lie>& allLies()
         {"a file that is not there", isFlat, writeNothing, "flat"},
         {"a file of a terabyte", isFlat, writeHoles, "flat"},
         {"reports without end", isFlat, reportWithoutEnd, "flat"},
+        {"what no object says", isObject, tellOfObject<ObjectLie::isMissingWithText>, "object"},
+        {"an object of no ASCII", isObject, tellOfObject<ObjectLie::isNoAscii>, "object"},
+        {"filters of no stream", isObject, tellOfObject<ObjectLie::isFilterless>, "object"},
+        {"more filters than are counted", isObject, tellOfObject<ObjectLie::isOfManyFilters>,
+            "object"},
+        {"an object as long as may be", isObject, tellOfObject<ObjectLie::isAsLongAsMayBe>},
+        {"a stream beyond the limit", isStream,
+            tellOfStream<usualStream + 1, EngineStreamEnd::isStopped>, "stream"},
+        {"bytes of no stream", isStream, tellOfStream<10, EngineStreamEnd::isNone>, "stream"},
+        {"a stream of holes", isStream, tellOfStream<usualStream, EngineStreamEnd::isWhole>},
+        {"reports of a stream", isStream, reportWithoutEnd, "stream"},
     };
     return lies;
 }

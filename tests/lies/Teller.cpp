@@ -62,6 +62,23 @@ WrittenResult truth(const PrintRequest&)
     return {writtenFile.size(), 0, {}};
 }
 
+ObjectResult truth(const ObjectRequest&)
+{
+    ObjectResult result;
+    result.state = EngineObjectState::isPresent;
+    result.offset = 9;
+    result.text = "<<\n  /Kids [ 3 0 R ]\n>>";
+    result.isStream = true;
+    result.filters = {{"/FlateDecode", "<< /Predictor 1 >>"}};
+    result.filterCount = 1;
+    return result;
+}
+
+StreamResult truth(const StreamRequest&)
+{
+    return {writtenFile.size(), EngineStreamEnd::isWhole, {}};
+}
+
 } // namespace
 
 Teller::Teller(std::string lie, int output)

@@ -77,6 +77,8 @@ QString failures(PDFDocument* document)
     PDFTextRequest* const text = document->requestText(0, 0, PDFTextDetail::isWithQuads, document);
     ask(u"text"_s, text);
     ask(u"flat"_s, document->requestFlat(document));
+    ask(u"object"_s, document->requestObject(1, document));
+    ask(u"stream"_s, document->requestStream(1, PDFStreamForm::isDecoded, usualStream, document));
     return failed.join(u' ');
 }
 

@@ -19,7 +19,7 @@ public:
         , theLog(log)
     {
     }
-    bool start(const FileBytes&, bool) override
+    bool start(const FileBytes&, std::uint64_t) override
     {
         theLog << u"engine"_s;
         return true;

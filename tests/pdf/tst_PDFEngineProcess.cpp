@@ -27,7 +27,7 @@ void TestPDFEngineProcess::givesNothingOfItsEnvironment()
     qputenv("TARNWICK_SECRET", "1");
     PDFEngineProcess process;
     QSignalSpy ended(&process, &PDFEngineProcess::ended);
-    QVERIFY(process.start(*FileBytes::copy("bytes"), true));
+    QVERIFY(process.start(*FileBytes::copy("bytes"), 4096));
     QVERIFY(ended.count() > 0 || ended.wait());
     const QByteArray variables = contentOf(report);
     QVERIFY(variables.contains("PWD"));

@@ -2,6 +2,7 @@
 
 #include "Attempt.h"
 #include "ValueSpelling.h"
+#include "protocol/EngineLimits.h"
 
 #include <algorithm>
 
@@ -10,38 +11,6 @@
 namespace tarnwick {
 
 namespace {
-
-constexpr int maximumFilters = 64;
-
-/// Filter and DecodeParms are each one value or an array, and any of them may be a reference.
-std::vector<WrittenStream::Filter> readFilters(fz_context* ctx, pdf_obj* dictionary)
-{
-    std::vector<WrittenStream::Filter> filters;
-    pdf_obj* names = nullptr;
-    pdf_obj* parameters = nullptr;
-    int count = 0;
-    int error = attempt(ctx, [&] {
-        names = pdf_dict_get(ctx, dictionary, PDF_NAME(Filter));
-        parameters = pdf_dict_get(ctx, dictionary, PDF_NAME(DecodeParms));
-        count = pdf_is_name(ctx, names) ? 1 : std::min(pdf_array_len(ctx, names), maximumFilters);
-    });
-    for (int index = 0; index < count && !error; ++index) {
-        const char* name = "";
-        pdf_obj* parameter = nullptr;
-        error = attempt(ctx, [&] {
-            const bool isSingle = pdf_is_name(ctx, names);
-            name = pdf_to_name(ctx, isSingle ? names : pdf_array_get(ctx, names, index));
-            parameter = pdf_is_array(ctx, parameters) ? pdf_array_get(ctx, parameters, index)
-                : index == 0                          ? parameters
-                                                      : nullptr;
-            if (pdf_is_null(ctx, parameter))
-                parameter = nullptr;
-        });
-        if (!error)
-            filters.push_back({name, parameter});
-    }
-    return filters;
-}
 
 bool pack(WrittenStream& stream)
 {
@@ -71,6 +40,45 @@ void writeHexadecimal(WrittenStream& stream)
 }
 
 } // namespace
+
+std::vector<WrittenStream::Filter> readFilters(fz_context* ctx, pdf_obj* dictionary)
+{
+    std::vector<WrittenStream::Filter> filters;
+    pdf_obj* names = nullptr;
+    pdf_obj* parameters = nullptr;
+    int count = 0;
+    int error = attempt(ctx, [&] {
+        names = pdf_dict_get(ctx, dictionary, PDF_NAME(Filter));
+        parameters = pdf_dict_get(ctx, dictionary, PDF_NAME(DecodeParms));
+        count = pdf_is_name(ctx, names) ? 1 : std::min(pdf_array_len(ctx, names), maximumFilters);
+    });
+    for (int index = 0; index < count && !error; ++index) {
+        const char* name = "";
+        pdf_obj* parameter = nullptr;
+        error = attempt(ctx, [&] {
+            const bool isSingle = pdf_is_name(ctx, names);
+            name = pdf_to_name(ctx, isSingle ? names : pdf_array_get(ctx, names, index));
+            parameter = pdf_is_array(ctx, parameters) ? pdf_array_get(ctx, parameters, index)
+                : index == 0                          ? parameters
+                                                      : nullptr;
+            if (pdf_is_null(ctx, parameter))
+                parameter = nullptr;
+        });
+        if (!error)
+            filters.push_back({name, parameter});
+    }
+    return filters;
+}
+
+std::uint32_t countFilters(fz_context* ctx, pdf_obj* dictionary)
+{
+    int count = 0;
+    const int error = attempt(ctx, [&] {
+        pdf_obj* const names = pdf_dict_get(ctx, dictionary, PDF_NAME(Filter));
+        count = pdf_is_name(ctx, names) ? 1 : pdf_array_len(ctx, names);
+    });
+    return error ? 0 : static_cast<std::uint32_t>(count);
+}
 
 bool WrittenStream::hasFilter(const char* name) const
 {

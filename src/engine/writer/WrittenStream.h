@@ -26,6 +26,12 @@ struct WrittenStream
     bool hasFilter(const char* name) const;
 };
 
+/// The filters that the dictionary of a stream names, the first maximumFilters of them. Filter and
+/// DecodeParms are each one value or an array, and any of them may be a reference.
+std::vector<WrittenStream::Filter> readFilters(fz_context* ctx, pdf_obj* dictionary);
+/// All of them, counted.
+std::uint32_t countFilters(fz_context* ctx, pdf_obj* dictionary);
+
 /// The stream of an object of the file. Crypt filters go, since the data is decrypted; data that
 /// holds the word "stream", which would end it in the eyes of a reader by keywords, is packed once
 /// more. A stream that cannot be read is empty and has no filters.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "files/FileBytes.h"
+#include "pdf/PDFObject.h"
 #include "pdf/PDFRequest.h"
 #include "pdf/PDFText.h"
 #include "pdf/PrintSheet.h"
@@ -123,7 +124,8 @@ private:
 /// A rendered document: the main process's side of the PDF engine.
 ///
 /// The PDF library itself runs in processes of its own, one for pages and, once needed, one for
-/// text and one that writes files (flattening, printing), all over the same shared bytes.
+/// text, one that writes files (flattening, printing), one for objects and one for each stream that
+/// is looked into, all over the same shared bytes.
 /// Everything that crosses is a value. A process that dies, stalls or outgrows its memory is
 /// replaced; only the request that did it fails. Nothing here blocks: every answer comes through
 /// the event loop.
@@ -206,8 +208,18 @@ public:
     PDFLinksRequest* requestLinks(int page, QObject* parent);
     PDFOutlineRequest* requestOutline(QObject* parent);
 
-    /// Process ids of the engines that run at present: pages, text, flattening. For tests and
-    /// for reports of trouble.
+    /// What an object says, and where it stands in the file. Fails after 20 seconds, and at once
+    /// while the document is not open, as requestStream() does.
+    /// @param number any: that there is no such object is an answer.
+    PDFObjectRequest* requestObject(int number, QObject* parent);
+    /// What the stream of an object holds, from an engine of its own. Fails after
+    /// streamTimeLimit(), or when its engine ends; every other trouble is an answer.
+    /// @param limit bytes that are wanted at most: usualStream or, if the user says so, up to
+    ///   largestStream; it may take that much memory.
+    PDFStreamRequest* requestStream(int number, PDFStreamForm form, quint64 limit, QObject* parent);
+
+    /// Process ids of the engines that run at present: pages, text, files, objects, streams. For
+    /// tests and for reports of trouble.
     QList<qint64> engineProcessIds() const;
 
 signals:

@@ -39,6 +39,18 @@ constexpr std::size_t longestReason = 500; ///< bytes
 /// Reports of how far a request is. A flattened document has one for each 500 objects.
 constexpr std::uint32_t maximumProgressReports = 1'000'000;
 
+/// The highest number of an object that the engine takes, as the library does: a file's table may
+/// be a claim of gigabytes.
+constexpr int maximumObjectNumber = 8'388'607;
+constexpr std::size_t longestObjectText = 4u << 20; ///< bytes of an object set out; the rest is cut
+constexpr int maximumObjectDepth = 100; ///< levels of an object that are set out
+constexpr int maximumFilters = 64; ///< of a stream that is decoded
+constexpr std::size_t longestFilterText = 4096; ///< bytes of a filter's name, of its parameters
+/// Bytes of a stream that are brought when the user has not asked for more. Of 43,507 real streams
+/// the largest has 61 MB.
+constexpr std::uint64_t usualStream = std::uint64_t{256} << 20;
+constexpr std::uint64_t largestStream = std::uint64_t{4} << 30; ///< when the user has
+
 /// Bytes of a file that the engine writes, flattened or printed; the program gives it memory of
 /// this size. A million sheets of paper take 300 MB, and a file that holds tags and little else
 /// grows to twelve times its size when they are unpacked.

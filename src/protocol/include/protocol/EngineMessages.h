@@ -1,6 +1,7 @@
 #pragma once
 
 #include "protocol/FileMessages.h"
+#include "protocol/ObjectMessages.h"
 #include "protocol/OpeningMessages.h"
 #include "protocol/PageMessages.h"
 
@@ -24,8 +25,9 @@ template<typename... Requests> struct RequestList
     }
 };
 
-using EngineRequests = RequestList<OpenRequest, UnlockRequest, MeasureRequest, TileRequest,
-    TextRequest, LinksRequest, OutlineRequest, FlatRequest, PrintRequest>;
+using EngineRequests
+    = RequestList<OpenRequest, UnlockRequest, MeasureRequest, TileRequest, TextRequest,
+        LinksRequest, OutlineRequest, FlatRequest, PrintRequest, ObjectRequest, StreamRequest>;
 
 /// Whether a request has the engine write a file, and report how far it is.
 template<typename Request> constexpr bool writesFile = requires

@@ -23,6 +23,8 @@ enum class EngineRequest : std::uint8_t
     isOutline,
     isFlat,
     isPrint,
+    isObject,
+    isStream,
 };
 
 /// What the engine answers.

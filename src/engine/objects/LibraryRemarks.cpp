@@ -1,0 +1,60 @@
+#include "LibraryRemarks.h"
+
+#include "protocol/EngineLimits.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+namespace tarnwick {
+
+namespace {
+
+/// How the library's remarks begin when a filter has not come to its end.
+constexpr std::array<std::string_view, 5> damages = {"read error; treating as end of file",
+    "premature end", "ignoring zlib error", "unexpected end", "insufficient data"};
+
+} // namespace
+
+LibraryRemarks::LibraryRemarks(fz_context* ctx)
+    : theContext(ctx)
+    , theWarnings(fz_warning_callback(ctx, &theWarningsUser))
+    , theErrors(fz_error_callback(ctx, &theErrorsUser))
+{
+    fz_flush_warnings(ctx); // or one like the last would be counted, not told
+    fz_set_warning_callback(ctx, take, this);
+    fz_set_error_callback(ctx, take, this);
+}
+
+LibraryRemarks::~LibraryRemarks()
+{
+    fz_flush_warnings(theContext);
+    fz_set_warning_callback(theContext, theWarnings, theWarningsUser);
+    fz_set_error_callback(theContext, theErrors, theErrorsUser);
+}
+
+void LibraryRemarks::take(void* self, const char* message)
+{
+    static_cast<LibraryRemarks*>(self)->add(message);
+}
+
+/// Called from within the library, which an exception must not cross: it takes no memory that the
+/// string does not have yet but for the first.
+void LibraryRemarks::add(const char* message)
+{
+    const std::string_view text = message;
+    theDamage = theDamage || std::any_of(damages.begin(), damages.end(), [text](auto damage) {
+        return text.starts_with(damage);
+    });
+    if (!theFirst.empty())
+        return;
+    try {
+        theFirst = text.substr(0, longestReason);
+    } catch (const std::bad_alloc&) {
+        return;
+    }
+    std::replace_if(
+        theFirst.begin(), theFirst.end(), [](char one) { return one < ' ' || one > '~'; }, '?');
+}
+
+} // namespace tarnwick

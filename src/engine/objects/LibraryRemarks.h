@@ -1,0 +1,37 @@
+#pragma once
+
+#include <mupdf/fitz.h>
+
+#include <string>
+
+namespace tarnwick {
+
+/// Listens, for its life, to what the library has to say while it reads: it takes much damage for
+/// the end of the data, and tells of it in passing alone.
+class LibraryRemarks
+{
+public:
+    explicit LibraryRemarks(fz_context* ctx);
+    LibraryRemarks(const LibraryRemarks&) = delete;
+    LibraryRemarks& operator=(const LibraryRemarks&) = delete;
+    ~LibraryRemarks();
+
+    /// The first remark, which the others follow from; printable ASCII, empty without any.
+    const std::string& first() const { return theFirst; }
+    /// Whether one of them was that the data ends before it should, or makes no sense.
+    bool tellDamage() const { return theDamage; }
+
+private:
+    static void take(void* self, const char* message);
+    void add(const char* message);
+
+    fz_context* theContext;
+    fz_warning_cb* theWarnings = nullptr;
+    fz_error_cb* theErrors = nullptr;
+    void* theWarningsUser = nullptr;
+    void* theErrorsUser = nullptr;
+    std::string theFirst;
+    bool theDamage = false;
+};
+
+} // namespace tarnwick

@@ -7,6 +7,7 @@
 #include <QClipboard>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QStringDecoder>
 
 #include <algorithm>
@@ -217,6 +218,25 @@ void HexView::moveTo(std::size_t byte, bool extend)
     setSelection(extend ? anchor() : place, place);
     if (extend)
         offerPrimarySelection();
+}
+
+/// The byte that the caret stands before is framed in the column where it does not stand.
+void HexView::paintEvent(QPaintEvent* event)
+{
+    PlainTextView::paintEvent(event);
+    const std::size_t byte = caretByte();
+    if (hasSelection() || byte == theBytes->size())
+        return;
+    const auto other = theColumn == HexStorage::Column::isHex ? HexStorage::Column::isText
+                                                              : HexStorage::Column::isHex;
+    const TextRange range = theBytes->rangeOf(byte, byte + 1, other);
+    const std::optional<QRectF> left = caretRect(range.begin);
+    const std::optional<QRectF> right = caretRect(range.end);
+    if (!left || !right)
+        return;
+    QPainter painter(viewport());
+    painter.setPen(palette().color(QPalette::Text));
+    painter.drawRect(QRectF(left->topLeft(), right->bottomLeft()).adjusted(-0.5, 0.5, -0.5, -0.5));
 }
 
 void HexView::keyPressEvent(QKeyEvent* event)

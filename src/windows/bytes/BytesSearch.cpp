@@ -177,7 +177,7 @@ void BytesSearch::stopOrClose()
 void BytesSearch::showPrompt()
 {
     theBar->setPrompt(theBar->isBoxChecked() ? tr("Find bytes, as DE AD ?? EF")
-                                             : tr("Find text, in UTF-8, case-sensitive"));
+                                             : tr("Find text, case-sensitive"));
 }
 
 void BytesSearch::showStatus()

@@ -58,6 +58,7 @@ protected:
     QList<TextRange> selectedRanges(qsizetype line) const override;
     void offerPrimarySelection() override;
     void fillContextMenu(QMenu& menu) override;
+    void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;

@@ -278,6 +278,20 @@ Seeds panes()
     };
 }
 
+Seeds bytes()
+{
+    const std::string file = "mail\r\n%PDF-1.7\n1 0 obj\n<<>>\nendobj\n%%EOF \r\n\0\0after"s;
+    return {
+        "\0"s + file,
+        "\3obj"s + file,
+        "\x0e"
+        "0x6F ?? 6? 0a0"s
+            + file,
+        "\2aa"s + std::string(40, 'a'),
+        "\6@0x1,0"s + file,
+    };
+}
+
 void write(const std::filesystem::path& folder, const Seeds& seeds)
 {
     std::filesystem::create_directories(folder);
@@ -311,6 +325,7 @@ int main(int argc, char** argv)
     const std::filesystem::path folder = argv[1];
     write(folder / "analysis", sources());
     write(folder / "finding", files());
+    write(folder / "bytes", bytes());
     write(folder / "property_lists", propertyLists());
     write(folder / "engine_answers", answers());
     write(folder / "engine_requests", requests());

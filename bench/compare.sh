@@ -8,6 +8,7 @@
 #   programs  tarnwick-inspect from start to end, beside `wc -l`
 #   pages     a window with its first page drawn, text and flattening of whole documents, beside
 #             mutool; the window's start alone, to be taken off; what scrolling costs an event
+#   bytes     the window of bytes on a gigabyte: first paint, jump to the end, search, beside grep
 #   search    a search over a million characters of text
 # Options:
 #   --folder F   where the files are made (${TMPDIR:-/tmp}/tarnwick-bench); they stay for the next time
@@ -28,13 +29,13 @@ while [ $# -gt 0 ]; do
     --runs) runs="$2"; shift ;;
     --small) divisor=32 ;;
     --remove) removes=true ;;
-    scan | hostile | find | programs | pages | search) parts+=("$1") ;;
+    scan | hostile | find | programs | pages | bytes | search) parts+=("$1") ;;
     -h | --help) sed -n '2,/^set /s/^# \{0,1\}//p' "${BASH_SOURCE[0]}"; exit 0 ;;
     *) echo "compare.sh: no option or part $1; see --help" >&2; exit 2 ;;
     esac
     shift
 done
-[ ${#parts[@]} -gt 0 ] || parts=(scan hostile find programs pages search)
+[ ${#parts[@]} -gt 0 ] || parts=(scan hostile find programs pages bytes search)
 
 "$root/scripts/install-packages" run build bench
 "$root/scripts/build" bench
@@ -120,6 +121,12 @@ pagesPart() {
         echo "scrolling through 100 pages of the $shape"
         "$programs/scroll_pages" "$file"
     done
+}
+
+bytesPart() {
+    echo "== Bytes of a gigabyte, beside grep"
+    file streams $(($(usualSize streams) / divisor))
+    "$programs/show_bytes" "$file" "$runs"
 }
 
 searchPart() {

@@ -254,6 +254,9 @@ void PlainTextView::changeEvent(QEvent* event)
             applyFont();
         }
         break;
+    case QEvent::LayoutDirectionChange: // the scroll bar has changed sides
+        placeMargins();
+        break;
     case QEvent::ActivationChange:
         viewport()->update();
         break;

@@ -77,8 +77,7 @@ void PlainTextView::placeMargins()
     if (!theGutter)
         return;
     const QRect text = viewport()->geometry();
-    const int x = isRightToLeft() ? text.right() + 1 : text.x() - left;
-    theGutter->setGeometry(x, text.y(), left, text.height());
+    theGutter->setGeometry(text.x() - left, text.y(), left, text.height()); // in any direction
 }
 
 PlainTextView::GutterColumns PlainTextView::gutterColumns() const

@@ -307,9 +307,14 @@ void TestPlainTextView::gutterIsNoPartOfTheText()
     QVERIFY(theView->commandIsChecked(u"toggleGutter"_s) && other.isGutterShown());
     QVERIFY(offer(*std::make_unique<PlainTextView>())); // kept in the settings
     QVERIFY(theView->viewport()->x() > left);
+    auto* const gutter = theView->findChild<TextGutter*>();
+    for (const Qt::LayoutDirection direction : {Qt::RightToLeft, Qt::LeftToRight}) {
+        theView->setLayoutDirection(direction);
+        QTRY_COMPARE(gutter->geometry().right() + 1, theView->viewport()->x());
+    }
     QTest::mouseClick(theView->viewport(), Qt::LeftButton, {}, QPoint(5, 5));
     QCOMPARE(shown(theView->caret()), "0:0");
-    QTest::mouseClick(theView->findChild<TextGutter*>(), Qt::LeftButton, {}, QPoint(5, 100));
+    QTest::mouseClick(gutter, Qt::LeftButton, {}, QPoint(5, 100));
     QCOMPARE(shown(theView->caret()), "0:0");
     theView->selectAll();
     theView->copy();

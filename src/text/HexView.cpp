@@ -202,14 +202,38 @@ void HexView::settle(TextPosition& anchor, TextPosition& caret) const
 
 QList<TextRange> HexView::selectedRanges(qsizetype line) const
 {
-    const Span span = selectedBytes();
+    QList<TextRange> ranges;
+    addRanges(selectedBytes(), line, ranges);
+    return ranges;
+}
+
+/// Adds the characters of a span's bytes in a line, in both columns.
+void HexView::addRanges(Span span, qsizetype line, QList<TextRange>& ranges) const
+{
     const std::size_t lineBegin = static_cast<std::size_t>(line) * lineSize;
     const std::size_t begin = std::max(span.begin, lineBegin);
     const std::size_t end = std::min(span.end, lineBegin + lineSize);
-    if (begin >= end)
-        return {};
-    return {theBytes->rangeOf(begin, end, HexStorage::Column::isHex),
-        theBytes->rangeOf(begin, end, HexStorage::Column::isText)};
+    if (begin < end)
+        ranges << theBytes->rangeOf(begin, end, HexStorage::Column::isHex)
+               << theBytes->rangeOf(begin, end, HexStorage::Column::isText);
+}
+
+QList<TextRange> HexView::visibleMatches() const
+{
+    QList<TextRange> ranges;
+    if (!theMatchFinder)
+        return ranges;
+    const qsizetype first = positionAt({}).line;
+    const qsizetype last = positionAt(QPointF(0, viewport()->height())).line;
+    const QList<Span> matches = theMatchFinder({static_cast<std::size_t>(first) * lineSize,
+        static_cast<std::size_t>(last + 1) * lineSize});
+    for (const Span& match : matches) {
+        const auto from = std::max(first, static_cast<qsizetype>(match.begin / lineSize));
+        const auto to = std::min(last, static_cast<qsizetype>((match.end - 1) / lineSize));
+        for (qsizetype line = from; line <= to; ++line)
+            addRanges(match, line, ranges);
+    }
+    return ranges;
 }
 
 void HexView::moveTo(std::size_t byte, bool extend)

@@ -175,17 +175,28 @@ void PlainTextView::updateView()
         theHorizontal->show(theLayout.left(), std::max(theLayout.width(), theLayout.left()),
             size.width(), theLayout.characterWidth() * 4);
     updateGutter();
-    theVisibleMatches.clear();
+    theVisibleMatches = visibleMatches();
+}
+
+QList<TextRange> PlainTextView::visibleMatches() const
+{
+    QList<TextRange> found;
     if (!isFindBarOpen() || !theFinder->isActive())
-        return;
-    theLayout.forEachVisible([this](const TextSegment& segment, QPointF) {
+        return found;
+    theLayout.forEachVisible([this, &found](const TextSegment& segment, QPointF) {
         constexpr qsizetype mostPerSegment = 2000;
         const qsizetype before = theFinder->wanted().size();
-        theVisibleMatches
-            += theFinder->matches({{segment.line, std::max<qsizetype>(0, segment.start - before)},
-                                      {segment.line, segment.start + segment.length}},
-                mostPerSegment);
+        found += theFinder->matches({{segment.line, std::max<qsizetype>(0, segment.start - before)},
+                                        {segment.line, segment.start + segment.length}},
+            mostPerSegment);
     });
+    return found;
+}
+
+void PlainTextView::updateMatches()
+{
+    theVisibleMatches = visibleMatches();
+    viewport()->update();
 }
 
 void PlainTextView::scrollVertically(double from, double to, bool isDragged)

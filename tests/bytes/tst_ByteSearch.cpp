@@ -95,6 +95,10 @@ void TestByteSearch::findsPatterns()
     const ByteMatches matches = searched(bytes, reading.pattern);
     QCOMPARE(offsets(matches), found);
     QCOMPARE(int(matches.count()), int(found.size()));
+    for (qsizetype index = 0; index < found.size(); ++index) { // by its last byte as well
+        const std::size_t last = std::size_t(found[index]) + reading.pattern.size() - 1;
+        QCOMPARE(matches.within(last, last + 1), std::vector{std::size_t(found[index])});
+    }
 }
 
 void TestByteSearch::refusesPatterns_data()

@@ -115,6 +115,24 @@ ByteMatches::Answer ByteMatches::previous(std::size_t before) const
     return {Answer::Kind::isNone};
 }
 
+std::vector<std::size_t> ByteMatches::within(std::size_t begin, std::size_t end) const
+{
+    std::vector<std::size_t> found;
+    if (thePattern.isEmpty())
+        return found;
+    const std::size_t from = begin - std::min(begin, thePattern.size() - 1);
+    bool goesOn = true;
+    for (std::size_t block = blockAt(from); goesOn && block < theBlocks.size(); ++block) {
+        goesOn = theBlocks[block].begin < end;
+        forEach(theBlocks[block], [&](std::size_t at) {
+            if (at >= from && at < end)
+                found.push_back(at);
+            return at < end;
+        });
+    }
+    return found;
+}
+
 std::uint64_t ByteMatches::number(std::size_t offset) const
 {
     const std::size_t index = blockAt(offset);

@@ -59,6 +59,8 @@ public:
     Answer next(std::size_t from) const;
     /// The last match that begins before an offset, else the last of all.
     Answer previous(std::size_t before) const;
+    /// Matches found so far that have bytes in a stretch, in order.
+    std::vector<std::size_t> within(std::size_t begin, std::size_t end) const;
     /// Number of a match, from 1: how many begin before it, and one. Precondition: it is searched.
     std::uint64_t number(std::size_t offset) const;
 

@@ -4,6 +4,8 @@
 #include "text/FindBar.h"
 #include "text/HexView.h"
 
+#include <QPointer>
+
 namespace tarnwick {
 
 namespace {
@@ -33,6 +35,15 @@ BytesSearch::BytesSearch(FindBar* bar, HexView* view, QObject* parent)
         tr("&Hexadecimal"), tr("Find bytes that are given by their digits, as DE AD ?? EF"));
     showPrompt();
     theBar->hide();
+    theView->setMatchFinder([search = QPointer(this)](HexView::Span shown) {
+        QList<HexView::Span> matches;
+        if (!search || search->theBar->isHidden())
+            return matches;
+        const ByteMatches& found = search->theFinder.matches();
+        for (const std::size_t at : found.within(shown.begin, shown.end))
+            matches.append({at, at + found.pattern().size()});
+        return matches;
+    });
     connect(theBar, &FindBar::wantedChanged, this, [this] {
         showPrompt();
         start();
@@ -45,6 +56,7 @@ BytesSearch::BytesSearch(FindBar* bar, HexView* view, QObject* parent)
     connect(&theFinder, &ByteFinder::advanced, this, [this] {
         resolveSeek();
         showStatus();
+        theView->updateMatches();
     });
 }
 
@@ -57,6 +69,7 @@ bool BytesSearch::canFindSelection() const
 void BytesSearch::open()
 {
     theBar->show();
+    theView->updateMatches();
     const bool isMatch = theMatch && *theMatch == theView->selectedBytes().begin;
     if (canFindSelection() && !isMatch) {
         takeSelection();
@@ -107,6 +120,7 @@ void BytesSearch::start()
     }
     theFinder.start(pattern.isEmpty() ? SharedBytes() : theView->hexStorage().bytes(), pattern);
     showStatus();
+    theView->updateMatches();
 }
 
 void BytesSearch::seek(Seek direction, std::size_t from)
@@ -171,6 +185,7 @@ void BytesSearch::stopOrClose()
         return;
     }
     theBar->hide();
+    theView->updateMatches();
     theView->setFocus(Qt::OtherFocusReason);
 }
 

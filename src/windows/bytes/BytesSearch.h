@@ -20,7 +20,7 @@ class BytesSearch : public QObject
     Q_OBJECT
 
 public:
-    /// @param bar, view borrowed, and outlive the search.
+    /// @param bar, view borrowed for as long as there is something to find.
     BytesSearch(FindBar* bar, HexView* view, QObject* parent);
 
     /// Shows the bar, with the selected bytes where these are few.

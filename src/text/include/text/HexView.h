@@ -4,6 +4,8 @@
 #include "text/PlainTextView.h"
 
 #include <cstddef>
+#include <functional>
+#include <utility>
 
 namespace tarnwick {
 
@@ -37,6 +39,12 @@ public:
     /// Selects bytes and shows the first of them; what lies behind the last byte is left out.
     void selectBytes(Span span);
 
+    /// Gives the matches of a search that have bytes in a span, to be shown; called at scrolling.
+    using MatchFinder = std::function<QList<Span>(Span shown)>;
+    void setMatchFinder(MatchFinder finder) { theMatchFinder = std::move(finder); }
+    /// Shows what the finder gives by now.
+    using PlainTextView::updateMatches;
+
     /// Longest selection that is copied as text.
     static constexpr std::size_t longestText = std::size_t{4} << 20;
 
@@ -56,6 +64,7 @@ protected:
     TextRange unitAt(TextPosition position, SelectBy by) const override;
     void settle(TextPosition& anchor, TextPosition& caret) const override;
     QList<TextRange> selectedRanges(qsizetype line) const override;
+    QList<TextRange> visibleMatches() const override;
     void offerPrimarySelection() override;
     void fillContextMenu(QMenu& menu) override;
     void paintEvent(QPaintEvent* event) override;
@@ -67,9 +76,11 @@ protected:
 private:
     SharedBytes selectedPart() const;
     Span wordAround(std::size_t byte) const;
+    void addRanges(Span span, qsizetype line, QList<TextRange>& ranges) const;
     void moveTo(std::size_t byte, bool extend);
 
     std::shared_ptr<const HexStorage> theBytes;
+    MatchFinder theMatchFinder;
     HexStorage::Column theColumn = HexStorage::Column::isHex;
     QPointF thePressPoint;
     bool theDragIsMeant = false; ///< the pointer has moved farther than a hand trembles

@@ -176,6 +176,10 @@ protected:
     virtual void settle(TextPosition& anchor, TextPosition& caret) const;
     /// What shows as selected of a line: ranges of it, or that begin or end outside.
     virtual QList<TextRange> selectedRanges(qsizetype line) const;
+    /// Matches of a search that show.
+    virtual QList<TextRange> visibleMatches() const;
+    /// Shows others of them.
+    void updateMatches();
     virtual void offerPrimarySelection();
     virtual void fillContextMenu(QMenu& menu);
     /// Adds an item for one of the commands, enabled as validateCommand() says.

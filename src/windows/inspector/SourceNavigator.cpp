@@ -132,8 +132,11 @@ QString SourceNavigator::goToOffset(std::size_t offset, Pane in)
         jump(in, *place);
         return {};
     }
-    if (pane(in).hasObjects() && offset < pane(in).catalog().bytes().size())
+    if (pane(in).hasObjects() && offset < pane(in).catalog().bytes().size()) {
+        if (const std::optional<pdfObject> object = pane(in).catalog().recordAt(offset))
+            return show(*object, in);
         return tr("Offsets have a place when “Show Summary Source” is on");
+    }
     return tr("The file has no byte at offset %1").arg(counted(static_cast<qint64>(offset)));
 }
 
@@ -204,6 +207,20 @@ std::optional<pdfObject> SourceNavigator::subjectAt(Pane in, TextPosition place)
     return here.objectAt(place);
 }
 
+std::optional<qint64> SourceNavigator::subjectNumber() const
+{
+    const PaneSource& here = pane(theCurrent);
+    if (!here.hasObjects())
+        return std::nullopt;
+    const TextPosition caret = here.view()->caret();
+    if (const std::optional<ScannedReference> reference = here.referenceAt(caret))
+        return reference->objNo;
+    const std::optional<pdfObject> object = here.objectAt(caret);
+    if (!object || object->objNo() == trailerNumber)
+        return std::nullopt;
+    return object->objNo();
+}
+
 void SourceNavigator::extendMenu(Pane in, QMenu& menu, QAction* before, TextPosition place)
 {
     const auto add = [&](const QString& title, auto action) {
@@ -225,7 +242,7 @@ void SourceNavigator::extendMenu(Pane in, QMenu& menu, QAction* before, TextPosi
         const qint64 objGen = subject->objGen();
         offerVersions(in, menu, before, *subject);
         add(tr("Show &Users of Object %1").arg(objNo),
-            [this, in, objNo, objGen] { emit usersWanted(in, objNo, objGen); });
+            [this, in, objNo] { emit usersWanted(in, objNo); });
         if (const auto page = PageTree(here.catalog()).numberOf(*subject))
             add(tr("Show &Page %1").arg(*page),
                 [this, page = *page] { emit pageWanted(static_cast<int>(page - 1)); });

@@ -41,6 +41,8 @@ public:
     /// and then in the other.
     /// @returns why it does not; empty when it does.
     QString goTo(const PlaceQuery& query);
+    /// Goes to the byte at an offset of a pane's file; without a listing to its object.
+    QString goToOffset(std::size_t offset, Pane in);
     /// Goes to a page's object. @param page from 1. @param first where to look for it first.
     QString goToPage(int page, Pane first);
     /// Follows the reference at the current pane's caret. @returns as goTo().
@@ -50,6 +52,10 @@ public:
     /// The object that a place speaks of: the one that a reference there leads to, else the one in
     /// whose lines it is.
     std::optional<pdfObject> subjectAt(Pane in, TextPosition place) const;
+
+    /// The number of the object that the caret of the current pane speaks of, whether or not there
+    /// is such an object.
+    std::optional<qint64> subjectNumber() const;
 
     bool canGoBack() const { return theHistory.canGoBack(); }
     bool canGoForward() const { return theHistory.canGoForward(); }
@@ -65,14 +71,13 @@ signals:
     /// The user wants to see a page, counted from 0.
     void pageWanted(int page);
     /// The user wants to know who refers to an object.
-    void usersWanted(tarnwick::SourceNavigator::Pane in, qint64 objNo, qint64 objGen);
+    void usersWanted(tarnwick::SourceNavigator::Pane in, qint64 objNo);
 
 private:
     static std::size_t index(Pane pane) { return static_cast<std::size_t>(pane); }
 
     QString followReference(const ScannedReference& reference, std::int64_t version, Pane in);
     QString goToObject(const ObjectQuery& query, Pane in);
-    QString goToOffset(std::size_t offset, Pane in);
     void jump(Pane to, TextRange range);
     void arrive(const std::optional<PanePlace>& place);
     PanePlace present() const { return PanePlace::of(pane(theCurrent).view()); }

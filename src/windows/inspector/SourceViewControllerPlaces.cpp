@@ -1,7 +1,10 @@
 // The part of SourceViewController that leads to places in the source.
 #include "inspector/SourceViewController.h"
 
+#include "FindingsStrip.h"
 #include "GoToBar.h"
+#include "PlacePanel.h"
+#include "SourceInquiry.h"
 #include "SourceNavigator.h"
 #include "document/Document.h"
 #include "frame/DocumentWindow.h"
@@ -35,6 +38,11 @@ QString mistakeText(PlaceMistake mistake, const QString& text)
 
 void SourceViewController::connectNavigation()
 {
+    auto* const strip = new FindingsStrip(this);
+    ui->outerLayout->insertWidget(0, strip);
+    auto* const panel = new PlacePanel(this);
+    ui->outerLayout->addWidget(panel);
+    theInquiry = new SourceInquiry(theNavigator, panel, strip, this);
     theGoToBar->hide();
     ui->outerLayout->addWidget(theGoToBar);
     connect(theGoToBar, &GoToBar::wanted, this, &SourceViewController::goToWanted);
@@ -53,6 +61,7 @@ void SourceViewController::connectNavigation()
                 showSourceOfPage(page);
         });
     connect(this, &SourceViewController::filled, this, [this] {
+        theInquiry->check();
         if (thePageToShow)
             showSourceOfPage(*thePageToShow);
     });
@@ -69,6 +78,10 @@ bool SourceViewController::validateCommand(const QString& command) const
 {
     if (command == "followReference"_L1)
         return theNavigator->canFollow();
+    if (command == "showUsers"_L1)
+        return theNavigator->subjectNumber().has_value();
+    if (command == "showFindings"_L1)
+        return theInquiry->hasFindings();
     if (command == "goBack"_L1)
         return theNavigator->canGoBack();
     if (command == "goForward"_L1)
@@ -81,6 +94,17 @@ void SourceViewController::followReference()
     const QString failure = theNavigator->follow();
     say(theNavigator->current() == SourceNavigator::Pane::isFlattened ? theUpper : theLower,
         failure);
+}
+
+void SourceViewController::showUsers()
+{
+    if (const std::optional<qint64> objNo = theNavigator->subjectNumber())
+        theInquiry->showUsers(theNavigator->current(), *objNo);
+}
+
+void SourceViewController::showFindings()
+{
+    theInquiry->showFindings();
 }
 
 void SourceViewController::goBack()

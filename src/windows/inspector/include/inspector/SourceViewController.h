@@ -24,6 +24,7 @@ namespace tarnwick {
 class Document;
 class GoToBar;
 class PlainTextView;
+class SourceInquiry;
 class SourceNavigator;
 
 /// Content of the source inspector: three text panes.
@@ -83,6 +84,10 @@ public:
 public slots:
     /// Follows the reference at the caret of the pane that has, or had, the keyboard.
     void followReference();
+    /// Lists who refers to the object at the caret.
+    void showUsers();
+    /// Lists what is remarkable about the stored file.
+    void showFindings();
     void goBack();
     void goForward();
     /// Opens the strip in which one types an object, an offset or a page.
@@ -138,6 +143,7 @@ private:
     Pane theLower;
     SourceNavigator* theNavigator;
     GoToBar* theGoToBar;
+    SourceInquiry* theInquiry = nullptr;
     std::optional<int> thePageToShow; ///< once the panes are filled
     PlainTextView* theBottomView = nullptr;
     QAbstractScrollArea* theUpperScroller = nullptr;

@@ -158,6 +158,9 @@ void TestByteSearch::stepsThroughBlocks()
         QCOMPARE(previous.offset, std::size_t(places[(index + 4) % 5]));
         QCOMPARE(previous.isWrapped, index == 0);
     }
+    // What begins in a block and ends behind it takes its last bytes from the next one.
+    const QByteArray letters = '.' + QByteArray(block + 3, 'a');
+    QCOMPARE(searched(letters, BytePattern::ofBytes("aa")).count(), quint64((block + 3) / 2));
     const ByteMatches none = searched(bytes, BytePattern::ofBytes("ABC"));
     QCOMPARE(none.next(5).kind, Kind::isNone);
     QCOMPARE(none.previous(5).kind, Kind::isNone);

@@ -40,8 +40,12 @@ BytesSearch::BytesSearch(FindBar* bar, HexView* view, QObject* parent)
         if (!search || search->theBar->isHidden())
             return matches;
         const ByteMatches& found = search->theFinder.matches();
-        for (const std::size_t at : found.within(shown.begin, shown.end))
-            matches.append({at, at + found.pattern().size()});
+        for (const std::size_t at : found.within(shown.begin, shown.end)) {
+            // Those that adjoin are shown as one: a zero may be found a thousand times in a window.
+            if (matches.isEmpty() || matches.constLast().end != at)
+                matches.append({at, at});
+            matches.last().end = at + found.pattern().size();
+        }
         return matches;
     });
     connect(theBar, &FindBar::wantedChanged, this, [this] {

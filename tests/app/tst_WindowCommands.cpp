@@ -138,8 +138,8 @@ void TestWindowCommands::menusOfferTheSameByKeyAndMouse_data()
         << mainWindows + pages;
     for (const QString& pane : {u"upperTextView"_s, u"lowerTextView"_s, u"bottomTextView"_s})
         QTest::addRow("inspector, %s", qPrintable(pane))
-            << WindowIdentifiers::source << pane << find
-            << windows + u"zoomIn zoomOut actualSize toggleWrap toggleGutter"_s;
+            << WindowIdentifiers::source << pane << find + u" filterObjects"_s
+            << windows + u"zoomIn zoomOut actualSize toggleWrap toggleGutter toggleObjectTable"_s;
     QTest::newRow("bytes") << WindowIdentifiers::bytes << u"bytesView"_s << find
                            << windows + u"zoomIn zoomOut actualSize toggleGutter"_s;
     QTest::newRow("plain window") << WindowIdentifiers::plainPDF << u"thePDFView"_s

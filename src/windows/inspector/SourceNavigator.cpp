@@ -126,6 +126,26 @@ QString SourceNavigator::show(const pdfObject& object, Pane in)
     return {};
 }
 
+QString SourceNavigator::lookAt(const pdfObject& object, Pane in)
+{
+    const std::optional<TextRange> place = pane(in).placeOf(object);
+    if (!place)
+        return tr("Object %1 has no line here").arg(object.objNo());
+    PlainTextView* view = pane(in).view();
+    if (!PanePlace::of(view).isSameAs(theLook))
+        theLookOrigin = PanePlace::of(view);
+    view->goTo(*place);
+    theLook = PanePlace::of(view);
+    return {};
+}
+
+/// Where the user is led away from: not what was only looked at.
+PanePlace SourceNavigator::departure() const
+{
+    const PanePlace place = present();
+    return place.isSameAs(theLook) ? theLookOrigin : place;
+}
+
 QString SourceNavigator::goToOffset(std::size_t offset, Pane in)
 {
     if (const std::optional<TextRange> place = pane(in).placeOf(offset)) {
@@ -154,7 +174,7 @@ QString SourceNavigator::goToPage(int page, Pane first)
 
 void SourceNavigator::jump(Pane to, TextRange range)
 {
-    theHistory.leave(present());
+    theHistory.leave(departure());
     PlainTextView* view = pane(to).view();
     view->goTo(range);
     view->setFocus(Qt::OtherFocusReason);

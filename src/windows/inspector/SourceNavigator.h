@@ -64,6 +64,9 @@ public:
 
     /// Shows an object and gives its pane the keyboard. @returns as goTo().
     QString show(const pdfObject& object, Pane in);
+    /// Shows an object and nothing more: the keyboard stays where it is. Going on from there leads
+    /// back to where the pane was before the first of such looks. @returns as goTo().
+    QString lookAt(const pdfObject& object, Pane in);
 
 signals:
     /// A sentence about what was asked for in a pane; empty when the last one no longer holds.
@@ -81,6 +84,7 @@ private:
     void jump(Pane to, TextRange range);
     void arrive(const std::optional<PanePlace>& place);
     PanePlace present() const { return PanePlace::of(pane(theCurrent).view()); }
+    PanePlace departure() const;
     void followFocus(const QWidget* widget);
 
     void extendMenu(Pane in, QMenu& menu, QAction* before, TextPosition place);
@@ -89,6 +93,8 @@ private:
     PlaceHistory& theHistory;
     Pane theCurrent = Pane::isStored;
     std::array<PaneSource, 2> thePanes;
+    PanePlace theLook; ///< the last one; no longer one when its pane's caret has moved
+    PanePlace theLookOrigin;
 };
 
 } // namespace tarnwick

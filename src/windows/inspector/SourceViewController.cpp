@@ -91,6 +91,7 @@ SourceViewController::SourceViewController(
     ui->setupUi(this);
     connectOutlets();
     connectNavigation();
+    connectTable();
 }
 
 SourceViewController::~SourceViewController() = default;
@@ -129,6 +130,8 @@ void SourceViewController::setLowerTextView(PlainTextView* view)
     setUpListing(view);
     view->setGutter(PlainTextView::Gutter::isLinesAndOffsets);
     theNavigator->setPane(SourceNavigator::Pane::isStored, view, nullptr);
+    connect(view, &PlainTextView::selectionChanged, this, &SourceViewController::selectRowOfCaret,
+        Qt::UniqueConnection);
     setFocusProxy(view);
 }
 
@@ -169,6 +172,7 @@ void SourceViewController::showEvent(QShowEvent* event)
 void SourceViewController::hideEvent(QHideEvent* event)
 {
     QSettings().setValue(splitterKey, ui->panes->saveState());
+    saveTable();
     QWidget::hideEvent(event);
 }
 
@@ -191,6 +195,7 @@ void SourceViewController::fillPanes()
     writeSummary();
     fillUpper();
     startScan(theLower, shared(theOwner->theData()));
+    tellTable();
 }
 
 void SourceViewController::fillUpper()
@@ -290,6 +295,7 @@ void SourceViewController::finishPane(Pane& pane, const QString& note)
 {
     endWork(pane, note);
     writeSummary();
+    tellTable();
     if (!isFilling())
         emit filled();
 }

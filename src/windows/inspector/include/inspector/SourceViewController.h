@@ -80,6 +80,7 @@ public:
     void showSourceOfPage(int page);
 
     Q_INVOKABLE bool validateCommand(const QString& command) const;
+    Q_INVOKABLE bool commandIsChecked(const QString& command) const;
 
 public slots:
     /// Follows the reference at the caret of the pane that has, or had, the keyboard.
@@ -94,6 +95,10 @@ public slots:
     void goToObject();
     /// The same: the key for pages leads to objects here.
     void goToPageDialog() { goToObject(); }
+    /// Shows or hides the table of the stored file's objects, now and in later windows.
+    void toggleObjectTable();
+    /// Gives the keyboard to the table's filter, showing the table.
+    void filterObjects();
 
 signals:
     /// The user wants to see a page, counted from 0.
@@ -133,6 +138,11 @@ private:
     void tellNavigator();
     void goToWanted(const QString& text);
     void say(Pane& pane, const QString& sentence);
+    void connectTable();
+    void saveTable() const;
+    void showTable(bool shows);
+    void tellTable();
+    void selectRowOfCaret();
 
     std::unique_ptr<Ui::SourceWindow> ui;
     Document* theOwner;
@@ -145,6 +155,7 @@ private:
     GoToBar* theGoToBar;
     SourceInquiry* theInquiry = nullptr;
     std::optional<int> thePageToShow; ///< once the panes are filled
+    bool theTableLeads = false; ///< the caret moves because its row was chosen
     PlainTextView* theBottomView = nullptr;
     QAbstractScrollArea* theUpperScroller = nullptr;
     QAbstractScrollArea* theLowerScroller = nullptr;

@@ -1,0 +1,237 @@
+#include "inspector/SourceViewController.h"
+
+#include "document/Document.h"
+#include "support/PdfBuilder.h"
+#include "text/PlainTextView.h"
+
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QSettings>
+#include <QSignalSpy>
+#include <QTableView>
+#include <QTest>
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+using namespace tarnwick;
+
+namespace {
+
+class Flags : public ViewFlags
+{
+public:
+    bool showThumbnail() const override { return false; }
+    bool showRawSource() const override { return raw; }
+    bool showSummarySource() const override { return summary; }
+
+    bool raw = false;
+    bool summary = true;
+};
+
+} // namespace
+
+class TestObjectTable : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void isOffAtFirstAndRemembered();
+    void filters_data();
+    void filters();
+    void selectionGoesBothWays_data();
+    void selectionGoesBothWays();
+    void goesWithHistoryOnEnterAlone();
+    void saysWhyItIsEmpty();
+    void livesThroughAnotherFilling();
+
+private:
+    std::unique_ptr<SourceViewController> inspector();
+    void open();
+    QString status() const { return theInspector->findChild<QLabel*>(u"objectCount"_s)->text(); }
+    QTableView& table() const { return *theInspector->findChild<QTableView*>(u"objectTable"_s); }
+    QString cell(int row, int column) const
+    {
+        return table().model()->index(row, column).data().toString();
+    }
+    QString currentNumber() const
+    {
+        const QModelIndexList rows = table().selectionModel()->selectedRows();
+        return rows.isEmpty() ? QString() : rows.first().data().toString();
+    }
+    QString lineOfCaret() const
+    {
+        const PlainTextView& view = *theInspector->lowerTextView();
+        return view.textStorage()->line(view.caret().line).text;
+    }
+
+    WindowRegistry<Document> theRegistry;
+    Flags theFlags;
+    std::unique_ptr<Document> theDocument;
+    std::unique_ptr<SourceViewController> theInspector;
+};
+
+void TestObjectTable::init()
+{
+    QSettings().clear();
+    theFlags = {};
+    PdfBuilder builder;
+    builder.addPage("One").addPage("Two"); // 4 to 7
+    builder.addUpdate(3, "<< /Type /Font /Later 1 >>");
+    theDocument = std::make_unique<Document>(&theRegistry);
+    QSignalSpy opened(theDocument.get(), &Document::opened);
+    theDocument->readFromData(FileBytes::copy(builder.bytes()).value());
+    QTRY_COMPARE(opened.size(), 1);
+}
+
+void TestObjectTable::cleanup()
+{
+    theInspector.reset();
+    theDocument.reset();
+}
+
+std::unique_ptr<SourceViewController> TestObjectTable::inspector()
+{
+    auto made = std::make_unique<SourceViewController>(theDocument.get(), &theFlags);
+    QSignalSpy filled(made.get(), &SourceViewController::filled);
+    made->resize(1000, 900);
+    made->show();
+    made->activateWindow();
+    filled.wait(30'000);
+    made->lowerTextView()->setFocus();
+    return made;
+}
+
+void TestObjectTable::open()
+{
+    theInspector = inspector();
+    theInspector->toggleObjectTable();
+    QTRY_COMPARE(status(), u"10 objects"_s); // two of them trailers
+}
+
+void TestObjectTable::isOffAtFirstAndRemembered()
+{
+    theInspector = inspector();
+    QVERIFY(!table().isVisible());
+    QVERIFY(!theInspector->commandIsChecked(u"toggleObjectTable"_s));
+    theInspector->filterObjects();
+    QVERIFY(theInspector->commandIsChecked(u"toggleObjectTable"_s));
+    QVERIFY(theInspector->findChild<QLineEdit*>(u"objectFilter"_s)->hasFocus());
+
+    theInspector = inspector();
+    QVERIFY(table().isVisible());
+    table().setFocus();
+    theInspector->toggleObjectTable();
+    QVERIFY(theInspector->lowerTextView()->hasFocus());
+    QVERIFY(!inspector()->commandIsChecked(u"toggleObjectTable"_s));
+}
+
+void TestObjectTable::filters_data()
+{
+    QTest::addColumn<QString>("filter");
+    QTest::addColumn<QString>("said");
+    QTest::addColumn<QString>("mistake");
+    QTest::addColumn<QStringList>("row"); // the first one, as far as that
+    QTest::addRow("a kind") << u"font"_s << u"2 of 10 objects"_s << QString()
+                            << QStringList{u"3"_s, u"0"_s, u"1"_s, u"Font"_s};
+    QTest::addRow("nothing") << u"font v:7"_s << u"0 of 10 objects"_s << QString() << QStringList();
+    QTest::addRow("not understood")
+        << u"font v:x"_s << u"10 objects"_s << u"“v:x” is not understood"_s << QStringList{u"3"_s};
+}
+
+void TestObjectTable::filters()
+{
+    QFETCH(QString, filter);
+    QFETCH(QString, said);
+    QFETCH(QString, mistake);
+    QFETCH(QStringList, row);
+    open();
+    table().horizontalHeader()->setSortIndicator(0, Qt::AscendingOrder);
+    theInspector->filterObjects();
+    QTest::keyClicks(theInspector->findChild<QLineEdit*>(u"objectFilter"_s), filter);
+    QTRY_COMPARE(status(), said);
+    QCOMPARE(theInspector->findChild<QLabel*>(u"objectFilterMistake"_s)->text(), mistake);
+    if (mistake.isEmpty())
+        QTRY_COMPARE(cell(0, 3), row.value(3));
+    for (int column = 0; mistake.isEmpty() && column < row.size(); ++column)
+        QCOMPARE(cell(0, column), row[column]);
+}
+
+void TestObjectTable::selectionGoesBothWays_data()
+{
+    QTest::addColumn<bool>("summary");
+    QTest::addColumn<QString>("line");
+    QTest::addRow("a listing") << true << u"7 0 obj"_s;
+    QTest::addRow("an object list") << false << u"7 0 1 Page"_s;
+}
+
+void TestObjectTable::selectionGoesBothWays()
+{
+    QFETCH(bool, summary);
+    QFETCH(QString, line);
+    theFlags.summary = summary;
+    open();
+    table().setFocus();
+    table().selectRow(6);
+    QCOMPARE(currentNumber(), u"7"_s);
+    QVERIFY2(lineOfCaret().startsWith(line), qPrintable(lineOfCaret()));
+    QVERIFY(table().hasFocus());
+
+    PlainTextView& view = *theInspector->lowerTextView();
+    view.setSelection({0, 0}, {0, 0});
+    QCOMPARE(currentNumber(), summary ? QString() : u"1"_s);
+    view.setFocus();
+    theInspector->goToObject();
+    auto* field = theInspector->findChild<QLineEdit*>(u"goToField"_s);
+    field->setText(u"3"_s);
+    QTest::keyClick(field, Qt::Key_Return);
+    QCOMPARE(currentNumber(), u"3"_s);
+    QCOMPARE(cell(table().currentIndex().row(), 2), u"2"_s);
+    QVERIFY(view.hasFocus());
+}
+
+void TestObjectTable::goesWithHistoryOnEnterAlone()
+{
+    open();
+    PlainTextView& view = *theInspector->lowerTextView();
+    view.setSelection({1, 0}, {1, 0});
+    table().setFocus();
+    table().selectRow(2);
+    QTest::keyClick(&table(), Qt::Key_Down);
+    QVERIFY(!theInspector->validateCommand(u"goBack"_s));
+    QTest::keyClick(&table(), Qt::Key_Return);
+    QVERIFY(view.hasFocus());
+    QCOMPARE(lineOfCaret(), u"4 0 obj"_s);
+    theInspector->goBack();
+    QCOMPARE(view.caret(), (TextPosition{1, 0}));
+}
+
+void TestObjectTable::saysWhyItIsEmpty()
+{
+    theFlags.raw = true;
+    theInspector = inspector();
+    theInspector->toggleObjectTable();
+    QVERIFY2(status().contains(u"Show Raw Source"_s), qPrintable(status()));
+    QCOMPARE(table().model()->rowCount(), 0);
+}
+
+void TestObjectTable::livesThroughAnotherFilling()
+{
+    open();
+    theInspector->findChild<QLineEdit*>(u"objectFilter"_s)->setText(u"page"_s); // being made
+    QSignalSpy filled(theInspector.get(), &SourceViewController::filled);
+    theInspector->hide();
+    theInspector->show();
+    table().selectRow(0);
+    QVERIFY(filled.wait(30'000));
+    QTRY_COMPARE(status(), u"3 of 10 objects"_s);
+    table().selectRow(2);
+    QCOMPARE(lineOfCaret(), u"7 0 obj"_s);
+}
+
+QTEST_MAIN(TestObjectTable)
+
+#include "tst_ObjectTable.moc"

@@ -22,10 +22,13 @@
 
 #include <QElapsedTimer>
 #include <QFile>
+#include <QHeaderView>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QMouseEvent>
 #include <QProgressDialog>
 #include <QTabWidget>
+#include <QTableView>
 #include <QTemporaryDir>
 #include <QTreeView>
 
@@ -87,9 +90,11 @@ public:
             "show", [] {}, [text] { return !text->isFetching(); });
         scroll();
         step(
-            "last page", [this] { theViewer->goToLastPage(); }, [this] { return isDrawn(); });
+            "last page", [this] { theViewer->thePDFView()->goToLastPage(); },
+            [this] { return isDrawn(); });
         step(
-            "first page", [this] { theViewer->goToFirstPage(); }, [this] { return isDrawn(); });
+            "first page", [this] { theViewer->thePDFView()->goToFirstPage(); },
+            [this] { return isDrawn(); });
         step(
             "zoom out", [this] { theViewer->thePDFView()->setScaleFactor(0.05); },
             [this] { return isDrawn(); });
@@ -97,14 +102,16 @@ public:
             "zoom in", [this] { theViewer->thePDFView()->setScaleFactor(2); },
             [this] { return isDrawn(); });
         step(
-            "turn", [this] { theViewer->rotateClockwise(); }, [this] { return isDrawn(); });
+            "turn", [this] { theViewer->thePDFView()->rotateClockwise(); },
+            [this] { return isDrawn(); });
         step(
-            "fit", [this] { theViewer->fitWidth(); }, [this] { return isDrawn(); });
+            "fit", [this] { theViewer->thePDFView()->fitWidth(); }, [this] { return isDrawn(); });
         point();
         step(
-            "select all", [this] { theViewer->selectAll(); }, [text] { return text->isWhole(); });
+            "select all", [this] { theViewer->thePDFView()->selectAll(); },
+            [text] { return text->isWhole(); });
         step(
-            "copy", [this] { theViewer->copy(); }, [] { return false; }, 500);
+            "copy", [this] { theViewer->thePDFView()->copy(); }, [] { return false; }, 500);
         search();
         textPane();
         outline();
@@ -221,10 +228,35 @@ private:
             step(
                 "inspector end", [lower] { press(lower, Qt::Key_End, Qt::ControlModifier); },
                 [] { return false; }, 500);
+            objectTable();
             DocumentWindow* const window = DocumentWindow::of(lower);
             step(
                 "close inspector", [window] { window->close(); }, [] { return false; }, 500);
         }
+    }
+    void objectTable()
+    {
+        SourceViewController* const inspector = theInspector();
+        auto* const table = inspector->findChild<QTableView*>(QStringLiteral("objectTable"));
+        auto* const field = inspector->findChild<QLineEdit*>(QStringLiteral("objectFilter"));
+        auto* const tabs = inspector->findChild<QTabWidget*>(QStringLiteral("objectTabs"));
+        const auto order = [table](int column, Qt::SortOrder direction) {
+            table->horizontalHeader()->setSortIndicator(column, direction);
+        };
+        const auto soon = [] { return false; };
+        step(
+            "object table", [inspector] { inspector->toggleObjectTable(); }, soon, 3000);
+        step(
+            "objects by size", [order] { order(5, Qt::DescendingOrder); }, soon, 2000);
+        step(
+            "objects by kind", [order] { order(3, Qt::AscendingOrder); }, soon, thePatience);
+        step(
+            "last object", [table] { press(table, Qt::Key_End, Qt::ControlModifier); }, soon, 500);
+        step(
+            "filter objects", [field] { field->setText(QStringLiteral("size>100 v:1")); }, soon,
+            2000);
+        step(
+            "object tree", [tabs] { tabs->setCurrentIndex(1); }, soon, 2000);
     }
     static SourceViewController* theInspector()
     {

@@ -2,6 +2,7 @@
 #include "inspector/SourceViewController.h"
 
 #include "ObjectTable.h"
+#include "ObjectTree.h"
 #include "SourceNavigator.h"
 
 #include "ui_SourceWindow.h"
@@ -22,21 +23,25 @@ const QString tableKey = QStringLiteral("SourceWindow/objectTable");
 
 void SourceViewController::connectTable()
 {
-    ObjectTable* const table = ui->objectTablePanel;
     ui->workbench->setStretchFactor(0, 1);
     ui->workbench->setStretchFactor(1, 0);
     if (!ui->workbench->restoreState(QSettings().value(workbenchKey).toByteArray()))
         ui->workbench->setSizes({480, 420});
     showTable(QSettings().value(tableKey, false).toBool());
-    const auto lead = [this, table](std::size_t object, bool goes) {
-        const QScopedValueRollback leading(theTableLeads, true);
-        const pdfObject target = table->source()->theCatalog().object(object);
-        say(theLower,
-            goes ? theNavigator->show(target, storedPane)
-                 : theNavigator->lookAt(target, storedPane));
+    const auto follow = [this](auto* panel) {
+        const auto lead = [this, panel](auto act, std::size_t object) {
+            const QScopedValueRollback leading(theTableLeads, true);
+            const pdfObject target = panel->source()->theCatalog().object(object);
+            say(theLower, (theNavigator->*act)(target, storedPane));
+        };
+        using Panel = std::remove_pointer_t<decltype(panel)>;
+        connect(panel, &Panel::chosen, this,
+            [lead](std::size_t object) { lead(&SourceNavigator::lookAt, object); });
+        connect(panel, &Panel::wanted, this,
+            [lead](std::size_t object) { lead(&SourceNavigator::show, object); });
     };
-    connect(table, &ObjectTable::chosen, this, [lead](std::size_t object) { lead(object, false); });
-    connect(table, &ObjectTable::wanted, this, [lead](std::size_t object) { lead(object, true); });
+    follow(ui->objectTablePanel);
+    follow(ui->objectTreePanel);
 }
 
 void SourceViewController::saveTable() const
@@ -46,19 +51,19 @@ void SourceViewController::saveTable() const
 
 void SourceViewController::showTable(bool shows)
 {
-    ui->objectTablePanel->setVisible(shows);
+    ui->objectTabs->setVisible(shows);
     ui->sidePanels->setVisible(shows);
 }
 
 bool SourceViewController::commandIsChecked(const QString& command) const
 {
-    return command == QLatin1String("toggleObjectTable") && !ui->objectTablePanel->isHidden();
+    return command == QLatin1String("toggleObjectTable") && !ui->objectTabs->isHidden();
 }
 
 void SourceViewController::toggleObjectTable()
 {
-    const bool shows = ui->objectTablePanel->isHidden();
-    if (!shows && ui->objectTablePanel->isAncestorOf(focusWidget()))
+    const bool shows = ui->objectTabs->isHidden();
+    if (!shows && ui->objectTabs->isAncestorOf(focusWidget()))
         theLower.view->setFocus(Qt::OtherFocusReason);
     showTable(shows);
     QSettings().setValue(tableKey, shows);
@@ -67,33 +72,34 @@ void SourceViewController::toggleObjectTable()
 
 void SourceViewController::filterObjects()
 {
-    if (ui->objectTablePanel->isHidden())
+    if (ui->objectTabs->isHidden())
         toggleObjectTable();
+    ui->objectTabs->setCurrentWidget(ui->objectTablePanel);
     ui->objectTablePanel->editFilter();
 }
 
 /// What the lower pane shows now, or why it has no objects.
 void SourceViewController::tellTable()
 {
-    ObjectTable* const table = ui->objectTablePanel;
     const PaneSource& stored = theNavigator->pane(storedPane);
-    if (stored.hasObjects()) {
-        if (stored.source() != table->source())
-            table->setSource(stored.source());
-        selectRowOfCaret();
-        return;
+    if (!stored.hasObjects()) {
+        const QString reason = theContent == SourceContent::isRaw
+            ? tr("Objects are known when “Show Raw Source” is off")
+            : theLower.note->text();
+        ui->objectTablePanel->setSource(nullptr, reason);
+        ui->objectTreePanel->setSource(nullptr, reason);
+    } else if (stored.source() != ui->objectTablePanel->source()) {
+        ui->objectTablePanel->setSource(stored.source());
+        ui->objectTreePanel->setSource(stored.source());
     }
-    const QString reason = theContent == SourceContent::isRaw
-        ? tr("Objects are known when “Show Raw Source” is off")
-        : theLower.note->text();
-    table->setSource(nullptr, reason);
+    selectRowOfCaret();
 }
 
 void SourceViewController::selectRowOfCaret()
 {
     ObjectTable* const table = ui->objectTablePanel;
     const PaneSource& stored = theNavigator->pane(storedPane);
-    if (theTableLeads || table->isHidden() || !table->source()
+    if (theTableLeads || ui->objectTabs->isHidden() || !table->source()
         || table->source() != stored.source())
         return;
     const std::optional<pdfObject> object = stored.objectAt(stored.view()->caret());

@@ -132,31 +132,31 @@ void TestObjectTable::isOffAtFirstAndRemembered()
 void TestObjectTable::filters_data()
 {
     QTest::addColumn<QString>("filter");
-    QTest::addColumn<QString>("said");
+    QTest::addColumn<QString>("count");
     QTest::addColumn<QString>("mistake");
     QTest::addColumn<QStringList>("row"); // the first one, as far as that
     QTest::addRow("a kind") << u"font"_s << u"2 of 10 objects"_s << QString()
                             << QStringList{u"3"_s, u"0"_s, u"1"_s, u"Font"_s};
     QTest::addRow("nothing") << u"font v:7"_s << u"0 of 10 objects"_s << QString() << QStringList();
-    QTest::addRow("not understood")
-        << u"font v:x"_s << u"10 objects"_s << u"“v:x” is not understood"_s << QStringList{u"3"_s};
+    QTest::addRow("not understood in part")
+        << u"font v:x"_s << u"2 of 10 objects"_s << u"“v:x”"_s << QStringList{u"3"_s};
 }
 
 void TestObjectTable::filters()
 {
     QFETCH(QString, filter);
-    QFETCH(QString, said);
+    QFETCH(QString, count);
     QFETCH(QString, mistake);
     QFETCH(QStringList, row);
     open();
     table().horizontalHeader()->setSortIndicator(0, Qt::AscendingOrder);
     theInspector->filterObjects();
     QTest::keyClicks(theInspector->findChild<QLineEdit*>(u"objectFilter"_s), filter);
-    QTRY_COMPARE(status(), said);
-    QCOMPARE(theInspector->findChild<QLabel*>(u"objectFilterMistake"_s)->text(), mistake);
-    if (mistake.isEmpty())
-        QTRY_COMPARE(cell(0, 3), row.value(3));
-    for (int column = 0; mistake.isEmpty() && column < row.size(); ++column)
+    QTRY_COMPARE(status(), count);
+    const auto* said = theInspector->findChild<QLabel*>(u"objectFilterMistake"_s);
+    QCOMPARE(said->isVisible(), !mistake.isEmpty());
+    QVERIFY(said->text().contains(mistake));
+    for (int column = 0; column < row.size(); ++column)
         QCOMPARE(cell(0, column), row[column]);
 }
 

@@ -210,7 +210,6 @@ void ObjectTable::editFilter()
     theField->selectAll();
 }
 
-/// A filter that is not understood changes nothing: nobody is to take the rows for its result.
 void ObjectTable::readFilter()
 {
     const QByteArray text = theField->text().toUtf8();
@@ -218,10 +217,10 @@ void ObjectTable::readFilter()
         = readObjectFilter({text.data(), static_cast<std::size_t>(text.size())});
     QStringList mistakes;
     for (const std::string& mistake : reading.mistakes)
-        mistakes.append(tr("“%1” is not understood").arg(QString::fromStdString(mistake)));
-    theMistake->setText(mistakes.join(u"; "_s));
+        mistakes.append(u"“"_s % QString::fromStdString(mistake) % u"”"_s);
+    theMistake->setText(tr("Not understood and left out: %1").arg(mistakes.join(u", "_s)));
     theMistake->setVisible(!mistakes.isEmpty());
-    if (!mistakes.isEmpty() || reading.filter == theFilter)
+    if (reading.filter == theFilter)
         return;
     theFilter = reading.filter;
     make();

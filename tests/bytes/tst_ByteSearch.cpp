@@ -1,5 +1,6 @@
 #include "ByteMatches.h"
 #include "OffsetInput.h"
+#include "support/Rows.h"
 
 #include <QTest>
 
@@ -8,8 +9,6 @@ using namespace tarnwick;
 
 using Problem = BytePattern::Reading::Problem;
 using Kind = ByteMatches::Answer::Kind;
-Q_DECLARE_METATYPE(Problem)
-Q_DECLARE_METATYPE(OffsetInput::Problem)
 
 namespace {
 
@@ -51,45 +50,37 @@ class TestByteSearch : public QObject
 private slots:
     void findsPatterns_data();
     void findsPatterns();
-    void refusesPatterns_data();
     void refusesPatterns();
     void stepsThroughBlocks();
-    void readsOffsets_data();
     void readsOffsets();
 };
 
+using Patterns = Rows<QByteArray, QString, QList<int>>;
+
 void TestByteSearch::findsPatterns_data()
 {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QString>("digits");
-    QTest::addColumn<QList<int>>("found");
-    const auto row = [](const char* name, const QByteArray& bytes, const char16_t* digits,
-                         const QList<int>& found) {
-        QTest::newRow(name) << bytes << QString::fromUtf16(digits) << found;
-    };
+    const Patterns row;
     const QByteArray bytes = QByteArray::fromHex("DEADBEEF00DEADC0DE");
-    row("pairs", bytes, u"DE AD", {0, 5});
-    row("without blanks, in small letters", bytes, u"dead", {0, 5});
-    row("with 0x before each run", bytes, u"0xDE 0XADBE", {0});
-    row("any byte", bytes, u"AD ?? EF", {1});
-    row("any byte at the beginning", bytes, u"?? DE", {4, 7});
-    row("any byte at the end needs one there", bytes, u"DE ??", {0, 5});
-    row("half a byte", bytes, u"D? ?D", {0, 5});
-    row("halves alone", bytes, u"?E", {0, 2, 5, 8});
-    row("the whole", bytes, u"DEADBEEF00DEADC0DE", {0});
-    row("more than the whole", bytes, u"DEADBEEF00DEADC0DE00", {});
-    row("other bytes", bytes, u"DF", {});
-    row("matches do not overlap", "aaaaa", u"61 61", {0, 2});
-    row("nor with any bytes in them", "aaaaa", u"61 ??", {0, 2});
-    row("no bytes", "", u"61", {});
-    row("nothing to look for", bytes, u"  ", {});
+    row("pairs", bytes, "DE AD", {0, 5});
+    row("without blanks, in small letters", bytes, "dead", {0, 5});
+    row("with 0x before each run", bytes, "0xDE 0XADBE", {0});
+    row("any byte", bytes, "AD ?? EF", {1});
+    row("any byte at the beginning", bytes, "?? DE", {4, 7});
+    row("any byte at the end needs one there", bytes, "DE ??", {0, 5});
+    row("half a byte", bytes, "D? ?D", {0, 5});
+    row("halves alone", bytes, "?E", {0, 2, 5, 8});
+    row("the whole", bytes, "DEADBEEF00DEADC0DE", {0});
+    row("more than the whole", bytes, "DEADBEEF00DEADC0DE00", {});
+    row("other bytes", bytes, "DF", {});
+    row("matches do not overlap", "aaaaa", "61 61", {0, 2});
+    row("nor with any bytes in them", "aaaaa", "61 ??", {0, 2});
+    row("no bytes", "", "61", {});
+    row("nothing to look for", bytes, "  ", {});
 }
 
 void TestByteSearch::findsPatterns()
 {
-    QFETCH(const QByteArray, bytes);
-    QFETCH(const QString, digits);
-    QFETCH(const QList<int>, found);
+    const auto [bytes, digits, found] = Patterns::fetch();
     const BytePattern::Reading reading = BytePattern::ofHex(units(digits));
     QCOMPARE(reading.problem, Problem::isNone);
     const ByteMatches matches = searched(bytes, reading.pattern);
@@ -101,28 +92,20 @@ void TestByteSearch::findsPatterns()
     }
 }
 
-void TestByteSearch::refusesPatterns_data()
-{
-    QTest::addColumn<QString>("digits");
-    QTest::addColumn<Problem>("problem");
-    QTest::addColumn<QString>("place");
-    QTest::newRow("a letter") << u"DE AG"_s << Problem::isNoDigit << u"G"_s;
-    QTest::newRow("a sign") << u"DE,AD"_s << Problem::isNoDigit << u","_s;
-    QTest::newRow("an odd digit") << u"DE A"_s << Problem::isHalfByte << u"A"_s;
-    QTest::newRow("an odd run") << u"DEA D"_s << Problem::isHalfByte << u"A"_s;
-    QTest::newRow("0x alone") << u"0x"_s << Problem::isHalfByte << u"x"_s;
-    QTest::newRow("no digit") << u"?? ??"_s << Problem::isAllUnknown << QString();
-}
-
 void TestByteSearch::refusesPatterns()
 {
-    QFETCH(const QString, digits);
-    QFETCH(const Problem, problem);
-    QFETCH(const QString, place);
-    const BytePattern::Reading reading = BytePattern::ofHex(units(digits));
-    QCOMPARE(reading.problem, problem);
-    QVERIFY(reading.place == units(place));
-    QVERIFY(reading.pattern.isEmpty());
+    const auto refused = [](const QString& digits) {
+        const BytePattern::Reading reading = BytePattern::ofHex(units(digits));
+        const QString place
+            = QString::fromUtf16(reading.place.data(), qsizetype(reading.place.size()));
+        return std::pair(reading.pattern.isEmpty() ? reading.problem : Problem::isNone, place);
+    };
+    QCOMPARE(refused(u"DE AG"_s), std::pair(Problem::isNoDigit, u"G"_s));
+    QCOMPARE(refused(u"DE,AD"_s), std::pair(Problem::isNoDigit, u","_s));
+    QCOMPARE(refused(u"DE A"_s), std::pair(Problem::isHalfByte, u"A"_s));
+    QCOMPARE(refused(u"DEA D"_s), std::pair(Problem::isHalfByte, u"A"_s));
+    QCOMPARE(refused(u"0x"_s), std::pair(Problem::isHalfByte, u"x"_s)); // 0x alone
+    QCOMPARE(refused(u"?? ??"_s), std::pair(Problem::isAllUnknown, QString())); // no digit
 }
 
 void TestByteSearch::stepsThroughBlocks()
@@ -166,39 +149,30 @@ void TestByteSearch::stepsThroughBlocks()
     QCOMPARE(none.previous(5).kind, Kind::isNone);
 }
 
-void TestByteSearch::readsOffsets_data()
-{
-    using Wrong = OffsetInput::Problem;
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<Wrong>("problem");
-    QTest::addColumn<quint64>("offset");
-    const auto row = [](const QString& text, Wrong problem, quint64 offset = 0) {
-        QTest::newRow(qPrintable(u"“%1”"_s.arg(text))) << text << problem << offset;
-    };
-    for (const QString& text : {u"2317"_s, u"@2317"_s, u" @ 2317 "_s, u"0x90D"_s, u"@0X90d"_s,
-             u"2,317"_s, u"2.317"_s, u"2\u202F317"_s, u"002317"_s})
-        row(text, Wrong::isNone, 2317);
-    row(u"0"_s, Wrong::isNone, 0);
-    row(u"10000"_s, Wrong::isNone, 10000); // the end
-    for (const QString& text : {u"10001"_s, u"0xFFFFFFFFFFFFFFFFF"_s, u"99999999999999999999"_s})
-        row(text, Wrong::isBehindEnd);
-    for (const QString& text : {u""_s, u" "_s, u"@"_s})
-        row(text, Wrong::isEmpty);
-    for (const QString& text : {u"-5"_s, u"+5"_s, u"1.5"_s, u"12,34"_s, u",123"_s, u"1,,234"_s,
-             u"0x"_s, u"0xG"_s, u"12 0 R"_s, u"@@5"_s, u"five"_s})
-        row(text, Wrong::isNoNumber);
-    row(u"90D"_s, Wrong::isHexWithoutSign);
-}
-
 void TestByteSearch::readsOffsets()
 {
-    QFETCH(const QString, text);
-    QFETCH(const OffsetInput::Problem, problem);
-    QFETCH(const quint64, offset);
-    const OffsetInput input = readOffset(units(text), 10000);
-    QCOMPARE(input.problem, problem);
-    QCOMPARE(input.offset.has_value(), problem == OffsetInput::Problem::isNone);
-    QCOMPARE(quint64(input.offset.value_or(0)), offset);
+    using Wrong = OffsetInput::Problem;
+    const std::pair<Wrong, QStringList> inputs[] = {
+        {Wrong::isNone,
+            {u"2317"_s, u"@2317"_s, u" @ 2317 "_s, u"0x90D"_s, u"@0X90d"_s, u"2,317"_s, u"2.317"_s,
+                u"2\u202F317"_s, u"002317"_s}},
+        {Wrong::isBehindEnd, {u"10001"_s, u"0xFFFFFFFFFFFFFFFFF"_s, u"99999999999999999999"_s}},
+        {Wrong::isEmpty, {u""_s, u" "_s, u"@"_s}},
+        {Wrong::isNoNumber,
+            {u"-5"_s, u"+5"_s, u"1.5"_s, u"12,34"_s, u",123"_s, u"1,,234"_s, u"0x"_s, u"0xG"_s,
+                u"12 0 R"_s, u"@@5"_s, u"five"_s}},
+        {Wrong::isHexWithoutSign, {u"90D"_s}},
+    };
+    for (const auto& [problem, texts] : inputs) {
+        for (const QString& text : texts) {
+            const OffsetInput input = readOffset(units(text), 10000);
+            QVERIFY2(input.problem == problem, qPrintable(text));
+            const std::size_t offset = problem == Wrong::isNone ? 2317 : 0;
+            QVERIFY2(input.offset.value_or(0) == offset, qPrintable(text));
+        }
+    }
+    QCOMPARE(readOffset(u"0", 10000).offset.value_or(1), std::size_t{0});
+    QCOMPARE(readOffset(u"10000", 10000).offset.value_or(0), std::size_t{10000}); // the end
 }
 
 QTEST_APPLESS_MAIN(TestByteSearch)

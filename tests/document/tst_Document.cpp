@@ -8,6 +8,7 @@
 #include "support/Files.h"
 #include "support/Panels.h"
 #include "support/PdfBuilder.h"
+#include "support/Rows.h"
 
 #include <QDir>
 #include <QFile>
@@ -175,13 +176,11 @@ void TestDocument::openFileComesToTheFront()
     QVERIFY(!theController->isOpening());
 }
 
+using SaysWhyAFileDoesNotOpen = Rows<QString, QString>;
+
 void TestDocument::saysWhyAFileDoesNotOpen_data()
 {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("reason");
-    const auto row = [](const char* name, const char* file, const char* reason) {
-        QTest::newRow(name) << QString::fromUtf8(file) << QString::fromLatin1(reason);
-    };
+    const SaysWhyAFileDoesNotOpen row;
     row("missing", "missing.pdf", "There is no such file.");
     row("a name in Latin-1", "caf\xEF\xBF\xBD.pdf",
         "Its name is not in UTF-8. Rename it to open it.");
@@ -194,8 +193,7 @@ void TestDocument::saysWhyAFileDoesNotOpen_data()
 
 void TestDocument::saysWhyAFileDoesNotOpen()
 {
-    QFETCH(QString, name);
-    QFETCH(QString, reason);
+    const auto [name, reason] = SaysWhyAFileDoesNotOpen::fetch();
     QDir(theFolder->path()).mkdir(u"folder"_s);
     QFile::link(theFolder->filePath(u"nowhere"_s), theFolder->filePath(u"dangling.pdf"_s));
     writeFile(path(u"empty.pdf"_s), {});

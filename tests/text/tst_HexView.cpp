@@ -1,5 +1,6 @@
 #include "text/HexView.h"
 
+#include "support/Rows.h"
 #include "text/ListedLines.h"
 
 #include <QClipboard>
@@ -41,31 +42,24 @@ private slots:
     void copiesBytes();
 };
 
+using LaysLinesOut = Rows<QByteArray, QStringList>;
+
 void TestHexView::laysLinesOut_data()
 {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QStringList>("lines");
+    const LaysLinesOut row;
     const QByteArray sixteen("%PDF-1.7\n\0\x7F\x80\xFF abc", 16);
     const QString whole
         = u"00000000  25 50 44 46 2D 31 2E 37  0A 00 7F 80 FF 20 61 62  %PDF-1.7····· ab"_s;
-    QTest::newRow("empty") << QByteArray() << QStringList{u"00000000  "_s};
-    QTest::newRow("1 byte") << QByteArray(
-        "A") << QStringList{u"00000000  41                                                A"_s};
-    QTest::newRow("15 bytes")
-        << sixteen.chopped(1)
-        << QStringList{
-               u"00000000  25 50 44 46 2D 31 2E 37  0A 00 7F 80 FF 20 61     %PDF-1.7····· a"_s};
-    QTest::newRow("16 bytes: the last line tells the size")
-        << sixteen << QStringList{whole, u"00000010  "_s};
-    QTest::newRow("17 bytes")
-        << sixteen + '~'
-        << QStringList{whole, u"00000010  7E                                                ~"_s};
+    row("empty", {}, {u"00000000  "_s});
+    row("15 bytes", sixteen.chopped(1), {whole.chopped(21) + u"     %PDF-1.7····· a"_s});
+    row("16 bytes: the last line tells the size", sixteen, {whole, u"00000010  "_s});
+    row("17 bytes", sixteen + '~',
+        {whole, u"00000010  7E                                                ~"_s});
 }
 
 void TestHexView::laysLinesOut()
 {
-    QFETCH(const QByteArray, bytes);
-    QFETCH(const QStringList, lines);
+    const auto [bytes, lines] = LaysLinesOut::fetch();
     const HexStorage storage(shared(bytes));
     QCOMPARE(linesOf(storage), lines);
     for (qsizetype index = 0; index < lines.size(); ++index) {
@@ -107,20 +101,14 @@ void TestHexView::marksStrayBytes()
     QCOMPARE(storage.line(0, 12, 50).marks, (QList<TextMark>{{0, 9, stray}, {48, 2, stray}}));
 }
 
+using KeysMoveByBytes = Rows<QKeyCombination, int, int, QString>;
+
 void TestHexView::keysMoveByBytes_data()
 {
-    QTest::addColumn<QKeyCombination>("key");
-    QTest::addColumn<int>("from");
-    QTest::addColumn<int>("moved");
-    QTest::addColumn<QString>("selected"); // with Shift
-    const auto row
-        = [](const char* name, QKeyCombination key, int from, int moved, const char* selected) {
-              QTest::newRow(name) << key << from << moved << QString::fromLatin1(selected);
-          };
-    row("right", Qt::Key_Right, 5, 6, "5-6");
+    const KeysMoveByBytes row;
     row("right at a line's end", Qt::Key_Right, 15, 16, "15-16");
     row("right at the end", Qt::Key_Right, 40, 40, "40-40");
-    row("left", Qt::Key_Left, 16, 15, "15-16");
+    row("left at a line's beginning", Qt::Key_Left, 16, 15, "15-16");
     row("left at the beginning", Qt::Key_Left, 0, 0, "0-0");
     row("group to the right", Qt::CTRL | Qt::Key_Right, 5, 8, "5-8");
     row("group to the left", Qt::CTRL | Qt::Key_Left, 8, 0, "0-8");
@@ -136,10 +124,7 @@ void TestHexView::keysMoveByBytes_data()
 
 void TestHexView::keysMoveByBytes()
 {
-    QFETCH(const QKeyCombination, key);
-    QFETCH(const int, from);
-    QFETCH(const int, moved);
-    QFETCH(const QString, selected);
+    const auto [key, from, moved, selected] = KeysMoveByBytes::fetch();
     HexView view;
     view.resize(900, 400);
     view.setBytes(shared(QByteArray(40, 'x')));
@@ -188,29 +173,26 @@ void TestHexView::mouseSelectsBytes()
     QCOMPARE(drag(5, Column::isHex, 3, Column::isText), u"3-6"_s); // from column to column
 }
 
+using CopiesBytes = Rows<QByteArray, QString, QString>;
+
 void TestHexView::copiesBytes_data()
 {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QString>("hex");
-    QTest::addColumn<QString>("text"); // null: no text
-    QTest::newRow("nothing") << QByteArray() << QString() << QString();
-    QTest::newRow("text, its line ends kept")
-        << QByteArray("a\r\n\tb") << u"61 0D 0A 09 62"_s << u"a\r\n\tb"_s;
-    QTest::newRow("UTF-8") << QByteArray("\xC3\xA4\xE2\x82\xAC") << u"C3 A4 E2 82 AC"_s << u"ä€"_s;
-    QTest::newRow("no UTF-8") << QByteArray("a\xE4") << u"61 E4"_s << QString();
-    QTest::newRow("UTF-8 that is cut") << QByteArray("\xE2\x82") << u"E2 82"_s << QString();
-    QTest::newRow("control characters") << QByteArray("a\0b", 3) << u"61 00 62"_s << QString();
+    const CopiesBytes row;
+    row("nothing", QByteArray(), QString(), QString());
+    row("text, its line ends kept", QByteArray("a\r\n\tb"), u"61 0D 0A 09 62"_s, u"a\r\n\tb"_s);
+    row("UTF-8", QByteArray("\xC3\xA4\xE2\x82\xAC"), u"C3 A4 E2 82 AC"_s, u"ä€"_s);
+    row("no UTF-8", QByteArray("a\xE4"), u"61 E4"_s, QString());
+    row("UTF-8 that is cut", QByteArray("\xE2\x82"), u"E2 82"_s, QString());
+    row("control characters", QByteArray("a\0b", 3), u"61 00 62"_s, QString());
     const QByteArray large(4 << 20, 'x');
     const QString digits = u"78 "_s.repeated(large.size());
-    QTest::newRow("4 MB") << large << digits.chopped(1) << QString::fromLatin1(large);
-    QTest::newRow("more: as digits only") << large + 'x' << digits + u"78"_s << QString();
+    row("4 MB", large, digits.chopped(1), QString::fromLatin1(large));
+    row("more: as digits only", large + 'x', digits + u"78"_s, QString());
 }
 
 void TestHexView::copiesBytes()
 {
-    QFETCH(const QByteArray, bytes);
-    QFETCH(const QString, hex);
-    QFETCH(const QString, text);
+    const auto [bytes, hex, text] = CopiesBytes::fetch();
     QGuiApplication::clipboard()->setText(u"before"_s);
     HexView view;
     view.setBytes(shared(bytes));

@@ -14,7 +14,6 @@ class TestPlainTextStorage : public QObject
 private slots:
     void cutsLines();
     void findsEveryLineOfALongText();
-    void servesStretches();
     void keepsBytesAlive();
 };
 
@@ -43,6 +42,7 @@ void TestPlainTextStorage::cutsLines()
     QCOMPARE(lines(u"a\r"_s), QStringList({u"a"_s, {}}));
     QCOMPARE(lines(u"a\vb\fc\u0085d"_s), QStringList({u"a"_s, u"b"_s, u"c"_s, u"d"_s}));
     QCOMPARE(lines(u"a\0b"_s), QStringList(u"a\0b"_s));
+    QCOMPARE(PlainTextStorage(u"a\u2028b\u2029c"_s).lineCount(), 3);
     QCOMPARE(lines(u"\u00E4\u00FF\n\u00A0"_s), QStringList({u"\u00E4\u00FF"_s, u"\u00A0"_s}));
 }
 
@@ -65,18 +65,6 @@ void TestPlainTextStorage::findsEveryLineOfALongText()
             QCOMPARE(storage.line(index).text, expected[index]);
         }
     }
-}
-
-void TestPlainTextStorage::servesStretches()
-{
-    const QString text = u"first\nsecond line\n"_s;
-    for (const PlainTextStorage& storage :
-        {PlainTextStorage(text), PlainTextStorage(bytes(text.toLatin1()))}) {
-        QCOMPARE(storage.line(1, 7, 2).text, u"li"_s);
-        QCOMPARE(storage.line(1, 7, 100).text, u"line"_s);
-        QCOMPARE(storage.line(1, 11, 100).text, QString());
-    }
-    QCOMPARE(PlainTextStorage(u"a\u2028b\u2029c"_s).lineCount(), 3);
 }
 
 void TestPlainTextStorage::keepsBytesAlive()

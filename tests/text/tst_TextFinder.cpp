@@ -18,7 +18,6 @@ class TestTextFinder : public QObject
     Q_OBJECT
 
 private slots:
-    void findsMatches();
     void findsAcrossPortions();
     void stepsInARing();
     void countsFromTheMiddle();
@@ -42,31 +41,6 @@ QString place(const TextFinder::Answer& answer)
 }
 
 } // namespace
-
-void TestTextFinder::findsMatches()
-{
-    const auto placesOf = [](const QString& text, const QString& wanted,
-                              Qt::CaseSensitivity sensitivity = Qt::CaseInsensitive) {
-        const LineSearch search(std::make_shared<PlainTextStorage>(text), wanted, sensitivity);
-        QList<TextRange> found;
-        const TextPosition reached
-            = search.search(search.everything(), 1'000'000'000, [&found](TextRange match) {
-                  found.append(match);
-                  return true;
-              });
-        return reached == search.everything().end ? places(found) : u"not the whole text"_s;
-    };
-    QCOMPARE(placesOf(u"abc"_s, {}), QString());
-    QCOMPARE(placesOf({}, u"a"_s), QString());
-    QCOMPARE(placesOf(u"ab\nb\nxab"_s, u"b"_s), u"0:1-2 1:0-1 2:2-3"_s);
-    QCOMPARE(placesOf(u"Obj oBJ"_s, u"obj"_s), u"0:0-3 0:4-7"_s);
-    QCOMPARE(placesOf(u"Obj obj"_s, u"obj"_s, Qt::CaseSensitive), u"0:4-7"_s);
-    QCOMPARE(placesOf(u"aaaaa"_s, u"aa"_s), u"0:0-2 0:2-4"_s); // matches do not overlap
-    QCOMPARE(placesOf(u"x\nendobj\ny"_s, u"endobj"_s), u"1:0-6"_s);
-    QCOMPARE(placesOf(u"ab"_s, u"abc"_s), QString());
-    QCOMPARE(placesOf(u"ab\ncd"_s, u"bc"_s), QString()); // nor over line ends
-    QCOMPARE(placesOf(u"a.c abc"_s, u"a.c"_s), u"0:0-3"_s); // a pattern character is a character
-}
 
 // A long line is read in stretches: a match over the seam is found once, wherever the seam falls.
 void TestTextFinder::findsAcrossPortions()

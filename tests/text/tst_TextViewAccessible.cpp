@@ -84,6 +84,8 @@ void TestTextViewAccessible::aHugeTextIsReadAroundTheCaret()
         for (const TextPosition place : {TextPosition{lines / 2, length / 2},
                  TextPosition{lines - 1, length}, TextPosition{0, 3}}) {
             theView->setSelection(place, place);
+            const QRectF inView(theView->viewport()->rect());
+            QVERIFY(inView.contains(theView->caretRect(place)->center()));
             const int offset = theText->cursorPosition();
             theText->setCursorPosition(offset);
             QVERIFY(theView->caret() == place);

@@ -1,6 +1,7 @@
 #include "text/TextViewLayout.h"
 
 #include "ScrollAxis.h"
+#include "support/Rows.h"
 #include "text/ListedLines.h"
 #include "text/PlainTextStorage.h"
 
@@ -60,11 +61,9 @@ private slots:
     void rowsAreEstimated_data();
     void rowsAreEstimated();
     void estimatesOfHugeTextsMeetTheirEnds();
-    void longLinesAreCut_data();
     void longLinesAreCut();
     void scrollingStaysWithinTheText_data();
     void scrollingStaysWithinTheText();
-    void whatShowsStays_data();
     void whatShowsStays();
     void revealScrollsAsLittleAsItTakes();
     void pointsAndPlacesAgree_data();
@@ -72,27 +71,23 @@ private slots:
     void barsReachBeyondTheirIntegers();
 };
 
+using RowsAreEstimated = Rows<QList<int>, double, std::vector<qsizetype>, QList<double>>;
+
 void TestTextViewLayout::rowsAreEstimated_data()
 {
-    QTest::addColumn<QList<int>>("lengths");
-    QTest::addColumn<double>("unitsPerRow");
-    QTest::addColumn<std::vector<qsizetype>>("gaps");
-    QTest::addColumn<QList<double>>("rowsBefore");
+    const RowsAreEstimated row;
     using Gaps = std::vector<qsizetype>;
-    QTest::newRow("a row at least, then as many as are begun")
-        << QList<int>{0, 9, 10, 11, 25} << 10. << Gaps{} << QList<double>{0, 1, 2, 3, 5, 8};
-    QTest::newRow("a row each where nothing wraps")
-        << QList<int>{0, 1000, 1} << 0. << Gaps{} << QList<double>{0, 1, 2, 3};
-    QTest::newRow("gaps count above their lines")
-        << QList<int>{5, 5, 5} << 10. << Gaps{0, 2} << QList<double>{0, 2, 3, 5};
+    row("a row at least, then as many as are begun", QList<int>{0, 9, 10, 11, 25}, 10., Gaps{},
+        QList<double>{0, 1, 2, 3, 5, 8});
+    row("a row each where nothing wraps", QList<int>{0, 1000, 1}, 0., Gaps{},
+        QList<double>{0, 1, 2, 3});
+    row("gaps count above their lines", QList<int>{5, 5, 5}, 10., Gaps{0, 2},
+        QList<double>{0, 2, 3, 5});
 }
 
 void TestTextViewLayout::rowsAreEstimated()
 {
-    QFETCH(QList<int>, lengths);
-    QFETCH(double, unitsPerRow);
-    QFETCH(std::vector<qsizetype>, gaps);
-    QFETCH(QList<double>, rowsBefore);
+    const auto [lengths, unitsPerRow, gaps, rowsBefore] = RowsAreEstimated::fetch();
     QList<TextLine> lines;
     for (const int length : lengths)
         lines.append({QString(length, u'x'), {}});
@@ -123,135 +118,113 @@ void TestTextViewLayout::estimatesOfHugeTextsMeetTheirEnds()
         QCOMPARE(estimate.lineAt(estimate.rowsBefore(line) + 0.01), line);
 }
 
-void TestTextViewLayout::longLinesAreCut_data()
-{
-    QTest::addColumn<QString>("line");
-    QTest::addColumn<qsizetype>("cut");
-    const auto row = [](const char* name, qsizetype at, const QString& what, qsizetype cut) {
-        QTest::newRow(name) << QString(2000, u'x').replace(at, what.size(), what) << cut;
-    };
-    row("in the middle of a word", 0, {}, 512);
-    row("behind the last space", 490, u"a b c"_s, 494);
-    row("a space far before changes nothing", 400, u" "_s, 512);
-    row("before a character of several", 510, u"\U0001F469\u200D\U0001F680"_s, 510);
-    row("before a pair", 511, u"\U0001F600"_s, 511);
-    row("before a letter with its mark", 511, u"e\u0301"_s, 511);
-    row("between marks without an end", 1, QString(1500, u'\u0301'), 512);
-}
-
 void TestTextViewLayout::longLinesAreCut()
 {
-    QFETCH(QString, line);
-    QFETCH(qsizetype, cut);
-    TextSegments segments;
-    segments.setStorage(textOf(line));
-    segments.setStyle({QFont(), 0});
-    QCOMPARE(segments.start(0, 1), cut);
-    // The segments are the line, each place in one of them.
-    qsizetype next = 0;
-    for (qsizetype index = 0; index < segments.count(0); ++index) {
-        const auto segment = segments.segment(0, index);
-        QCOMPARE(segment->start, next);
-        QCOMPARE(segments.indexOf({0, next}), index);
-        next += segment->length;
-        QCOMPARE(segments.indexOf({0, next - 1}), index);
-        QCOMPARE(segment->endsLine, next == line.size());
+    struct Cut
+    {
+        qsizetype place; ///< of a text among 2000 letters
+        QString text;
+        qsizetype cut;
+    };
+    const Cut cuts[] = {
+        {0, {}, 512}, // in the middle of a word
+        {490, u"a b c"_s, 494}, // behind the last space
+        {400, u" "_s, 512}, // a space far before changes nothing
+        {510, u"\U0001F469\u200D\U0001F680"_s, 510}, // before a character of several
+        {511, u"\U0001F600"_s, 511}, // before a pair
+        {511, u"e\u0301"_s, 511}, // before a letter with its mark
+        {1, QString(1500, u'\u0301'), 512}, // between marks without an end
+    };
+    for (const auto& [place, text, cut] : cuts) {
+        const QString line = QString(2000, u'x').replace(place, text.size(), text);
+        TextSegments segments;
+        segments.setStorage(textOf(line));
+        segments.setStyle({QFont(), 0});
+        QCOMPARE(segments.start(0, 1), cut);
+        // The segments are the line, each place in one of them.
+        qsizetype next = 0;
+        for (qsizetype index = 0; index < segments.count(0); ++index) {
+            const auto segment = segments.segment(0, index);
+            QCOMPARE(segment->start, next);
+            QCOMPARE(segments.indexOf({0, next}), index);
+            next += segment->length;
+            QCOMPARE(segments.indexOf({0, next - 1}), index);
+            QCOMPARE(segment->endsLine, next == line.size());
+        }
+        QCOMPARE(next, line.size());
     }
-    QCOMPARE(next, line.size());
 }
+
+using ScrollingStaysWithinTheText = Rows<std::shared_ptr<const TextStorage>>;
 
 void TestTextViewLayout::scrollingStaysWithinTheText_data()
 {
-    QTest::addColumn<std::shared_ptr<const TextStorage>>("storage");
-    QTest::addColumn<bool>("wraps");
-    for (const bool wraps : {true, false}) {
-        const auto row = [wraps](const char* name, std::shared_ptr<const TextStorage> storage) {
-            QTest::addRow("%s, %s", name, wraps ? "wrapped" : "not wrapped") << storage << wraps;
-        };
-        row("nothing", textOf({}));
-        row("less than the view", textOf(u"one\ntwo"_s));
-        row("lines of all lengths", textOf(staircase()));
-        row("a line of many segments", textOf(QString(100'000, u'x')));
-        row("a billion lines", std::make_shared<EndlessLines>(1'000'000, 700));
-    }
+    const ScrollingStaysWithinTheText row;
+    row("nothing", textOf({}));
+    row("less than the view", textOf(u"one\ntwo"_s));
+    row("lines of all lengths", textOf(staircase()));
+    row("a line of many segments", textOf(QString(100'000, u'x')));
+    row("a billion lines", std::make_shared<EndlessLines>(1'000'000, 700));
 }
 
 void TestTextViewLayout::scrollingStaysWithinTheText()
 {
-    QFETCH(std::shared_ptr<const TextStorage>, storage);
-    QFETCH(bool, wraps);
-    ShownText layout(storage, wraps);
-    const qsizetype last = storage->lineCount() - 1;
-    const TextPosition end{last, storage->lineLength(last)};
-    const bool isShort = layout.height() <= layout.size().height();
-    for (const double far : {1e12, -1e12, 1e12}) {
-        layout.scrollToHeight(far);
-        layout.scrollBy(far < 0 ? -1 : 1);
-        const auto caret = layout.caretAt(far < 0 ? TextPosition{} : end);
-        QVERIFY(caret);
-        if (far < 0 || isShort)
-            QCOMPARE(layout.heightAbove(), 0.);
-        else
-            QCOMPARE(layout.heightAbove(), layout.height() - layout.size().height());
-        if (far < 0)
-            QCOMPARE(caret->top(), 0.);
-        else if (!isShort)
-            QCOMPARE(caret->bottom(), layout.size().height());
-    }
-    TextPosition before;
-    for (int part = 0; part <= 40; ++part) {
-        layout.scrollToHeight(layout.height() * part / 40);
-        QVERIFY(!(layout.topPosition() < before));
-        before = layout.topPosition();
-        if (wraps && part > 0 && part < 39) {
-            layout.scrollBy(37);
-            layout.scrollBy(-37);
-            QCOMPARE(shown(layout.topPosition()), shown(before));
-        }
-    }
-}
-
-using Change = std::function<void(TextViewLayout&)>;
-
-void TestTextViewLayout::whatShowsStays_data()
-{
-    QTest::addColumn<bool>("wraps");
-    QTest::addColumn<Change>("change");
-    const std::pair<const char*, Change> changes[] = {
-        {"narrower",
-            [](auto& layout) {
-                layout.setSize({150, 200});
-            }},
-        {"higher",
-            [](auto& layout) {
-                layout.setSize({300, 400});
-            }},
-        {"the other wrapping", [](auto& layout) { layout.setWrapping(!layout.isWrapping()); }},
-        {"larger letters", [](auto& layout) { layout.setFont(QFont(layout.font().family(), 20)); }},
-        {"gaps above it",
-            [](auto& layout) {
-                layout.setGaps({0, 10, 150});
-            }},
-    };
+    const auto [storage] = ScrollingStaysWithinTheText::fetch();
     for (const bool wraps : {true, false}) {
-        for (const auto& [name, change] : changes)
-            QTest::addRow("%s, %s", name, wraps ? "wrapped" : "not wrapped") << wraps << change;
+        ShownText layout(storage, wraps);
+        const qsizetype last = storage->lineCount() - 1;
+        const TextPosition end{last, storage->lineLength(last)};
+        const bool isShort = layout.height() <= layout.size().height();
+        for (const double far : {1e12, -1e12, 1e12}) {
+            layout.scrollToHeight(far);
+            layout.scrollBy(far < 0 ? -1 : 1);
+            const auto caret = layout.caretAt(far < 0 ? TextPosition{} : end);
+            QVERIFY(caret);
+            if (far < 0 || isShort)
+                QCOMPARE(layout.heightAbove(), 0.);
+            else
+                QCOMPARE(layout.heightAbove(), layout.height() - layout.size().height());
+            if (far < 0)
+                QCOMPARE(caret->top(), 0.);
+            else if (!isShort)
+                QCOMPARE(caret->bottom(), layout.size().height());
+        }
+        TextPosition before;
+        for (int part = 0; part <= 40; ++part) {
+            layout.scrollToHeight(layout.height() * part / 40);
+            QVERIFY(!(layout.topPosition() < before));
+            before = layout.topPosition();
+            if (wraps && part > 0 && part < 39) {
+                layout.scrollBy(37);
+                layout.scrollBy(-37);
+                QCOMPARE(shown(layout.topPosition()), shown(before));
+            }
+        }
     }
 }
 
 void TestTextViewLayout::whatShowsStays()
 {
-    QFETCH(bool, wraps);
-    QFETCH(Change, change);
-    ShownText layout(textOf(staircase()), wraps);
-    const TextPosition place{120, wraps ? 60 : 0};
-    layout.showAtTop(place);
-    const TextPosition top = layout.topPosition();
-    QCOMPARE(top.line, place.line);
-    change(layout);
-    const auto caret = layout.caretAt(top);
-    QVERIFY(caret);
-    QCOMPARE(caret->top(), 0.);
+    const std::pair<const char*, std::function<void(TextViewLayout&)>> changes[] = {
+        {"narrower", [](auto& layout) { layout.setSize(QSizeF(150, 200)); }},
+        {"higher", [](auto& layout) { layout.setSize(QSizeF(300, 400)); }},
+        {"the other wrapping", [](auto& layout) { layout.setWrapping(!layout.isWrapping()); }},
+        {"larger letters", [](auto& layout) { layout.setFont(QFont(layout.font().family(), 20)); }},
+        {"gaps above it",
+            [](auto& layout) {
+                layout.setGaps(std::vector<qsizetype>{0, 10, 150});
+            }},
+    };
+    for (const bool wraps : {true, false}) {
+        for (const auto& [name, change] : changes) {
+            ShownText layout(textOf(staircase()), wraps);
+            layout.showAtTop({120, wraps ? 60 : 0});
+            const TextPosition top = layout.topPosition();
+            QCOMPARE(top.line, 120);
+            change(layout);
+            QVERIFY2(layout.caretAt(top) && layout.caretAt(top)->top() == 0, name);
+        }
+    }
 }
 
 void TestTextViewLayout::revealScrollsAsLittleAsItTakes()
@@ -271,22 +244,23 @@ void TestTextViewLayout::revealScrollsAsLittleAsItTakes()
         QVERIFY(std::abs(topOf(far) - lowest / 2) <= row);
 }
 
+using PointsAndPlacesAgree = Rows<QString>;
+
 void TestTextViewLayout::pointsAndPlacesAgree_data()
 {
-    QTest::addColumn<QString>("text");
-    QTest::newRow("words")
-        << u"one two three four five six seven eight nine ten eleven twelve\nx"_s;
-    QTest::newRow("nothing") << QString();
-    QTest::newRow("tabs") << u"\tone\t\ttwo"_s;
-    QTest::newRow("a word wider than the view") << QString(300, u'w');
-    QTest::newRow("right to left") << u"\u05D0\u05D1\u05D2 \u05D3\u05D4\u05D5 "_s.repeated(20);
-    QTest::newRow("characters of several") << u"e\u0301\U0001F469\u200D\U0001F680x"_s.repeated(30);
+    const PointsAndPlacesAgree row;
+    row("words", u"one two three four five six seven eight nine ten eleven twelve\nx"_s);
+    row("nothing", QString());
+    row("tabs", u"\tone\t\ttwo"_s);
+    row("a word wider than the view", QString(300, u'w'));
+    row("right to left", u"\u05D0\u05D1\u05D2 \u05D3\u05D4\u05D5 "_s.repeated(20));
+    row("characters of several", u"e\u0301\U0001F469\u200D\U0001F680x"_s.repeated(30));
 }
 
 /// Every place that shows is found again at its own point, and rows are stepped over and back.
 void TestTextViewLayout::pointsAndPlacesAgree()
 {
-    QFETCH(QString, text);
+    const auto [text] = PointsAndPlacesAgree::fetch();
     for (const bool wraps : {true, false}) {
         const ShownText layout(textOf(text), wraps);
         TextPosition place;

@@ -1,9 +1,9 @@
 #include "ShownPages.h"
 
+#include "support/Rows.h"
 #include "support/ScrollBars.h"
 
 #include <QAccessible>
-#include <QClipboard>
 #include <QScrollBar>
 #include <QSignalSpy>
 
@@ -11,14 +11,6 @@
 
 using namespace Qt::StringLiterals;
 using namespace tarnwick;
-
-namespace {
-
-using Deed = std::function<void(PDFView&)>;
-
-} // namespace
-
-Q_DECLARE_METATYPE(Deed)
 
 class TestPDFView : public QObject
 {
@@ -33,7 +25,6 @@ private slots:
     void drawsAndGivesBack();
     void saysWhenAPageCannotBeDrawn();
     void selectsWithTheMouse();
-    void copiesAll();
     void readsThePageAloud();
     void horizontalBarShowsWhatIsInView();
 };
@@ -69,7 +60,6 @@ void TestPDFView::goesToPages()
 void TestPDFView::remembersJumps()
 {
     Shown shown(tenPages());
-    QVERIFY(!shown.view.canGoBack());
     PDFLink link;
     link.page = 6;
     shown.view.followLink(link);
@@ -78,48 +68,40 @@ void TestPDFView::remembersJumps()
     QCOMPARE(shown.view.currentPage(), 6);
     shown.view.goBack();
     QCOMPARE(shown.view.currentPage(), 0);
-    QVERIFY(!shown.view.canGoBack() && shown.view.canGoForward());
     shown.view.goForward();
     QCOMPARE(shown.view.currentPage(), 6);
 }
 
-/// What ends a glide takes the rest of its way with it.
+using OneNotchGoesOneWay = Rows<std::function<void(PDFView&)>>;
+
 void TestPDFView::oneNotchGoesOneWay_data()
 {
-    QTest::addColumn<Deed>("deed");
-    QTest::newRow("nothing before") << Deed([](PDFView&) {});
-    QTest::newRow("after a click") << Deed([](PDFView& view) {
-        QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, {50, 50});
-    });
-    QTest::newRow("after a move by the scroll bar")
-        << Deed([](PDFView& view) { view.verticalScrollBar()->setValue(800); });
-    QTest::newRow("after a touchpad's move") << Deed([](PDFView& view) {
-        turnWheel(*view.viewport(), {}, {0, -50});
-    });
-    QTest::newRow("after a view down")
-        << Deed([](PDFView& view) { QTest::keyClick(&view, Qt::Key_Space); });
-    QTest::newRow("after a jump") << Deed([](PDFView& view) { view.goToPage(3); });
-    QTest::newRow("after a jump to a point") << Deed([](PDFView& view) {
-        view.goToPoint(3, {10, 300});
-    });
-    QTest::newRow("after a match was shown") << Deed([](PDFView& view) {
-        view.setCurrentSelection(PDFSelection(PDFSelection::Range{0, 0, 5}), false);
+    const OneNotchGoesOneWay row;
+    const auto showMatch = [](PDFView& view, int page) {
+        view.setCurrentSelection(PDFSelection(PDFSelection::Range{page, 0, 5}), false);
         view.scrollSelectionToVisible();
-    });
-    QTest::newRow("while a match is still to be found on its page") << Deed([](PDFView& view) {
-        view.setCurrentSelection(PDFSelection(PDFSelection::Range{5, 0, 5}), false);
-        view.scrollSelectionToVisible();
-    });
-    QTest::newRow("in another document") << Deed([](PDFView& view) {
+    };
+    const auto openAgain = [](PDFView& view) {
         PDFDocument* const document = view.document();
         view.setDocument(nullptr, nullptr);
         view.setDocument(document, nullptr);
-    });
+    };
+    row("nothing before", [](PDFView&) {});
+    row("after a click", [](PDFView& v) { QTest::mouseClick(v.viewport(), Qt::LeftButton); });
+    row("after a move by the scroll bar", [](PDFView& v) { v.verticalScrollBar()->setValue(800); });
+    row("after a touchpad's move", [](PDFView& v) { turnWheel(*v.viewport(), {}, {0, -50}); });
+    row("after a view down", [](PDFView& v) { QTest::keyClick(&v, Qt::Key_Space); });
+    row("after a jump", [](PDFView& v) { v.goToPage(3); });
+    row("after a jump to a point", [](PDFView& v) { v.goToPoint(3, QPointF(10, 300)); });
+    row("after a match was shown", [showMatch](PDFView& v) { showMatch(v, 0); });
+    row("while a match is still to be found on its page",
+        [showMatch](PDFView& v) { showMatch(v, 5); });
+    row("in another document", openAgain);
 }
 
 void TestPDFView::oneNotchGoesOneWay()
 {
-    QFETCH(Deed, deed);
+    const auto [deed] = OneNotchGoesOneWay::fetch();
     Shown shown(tenPages());
     QVERIFY(shown.waitForText());
     if (QTest::currentDataTag() != QByteArray("nothing before"))
@@ -222,19 +204,6 @@ void TestPDFView::selectsWithTheMouse()
     QTest::keyClick(&shown.view, Qt::Key_Escape);
     QVERIFY(shown.view.currentSelection().isEmpty());
     QVERIFY(!shown.view.validateCommand(QStringLiteral("copy")));
-}
-
-void TestPDFView::copiesAll()
-{
-    Shown shown(tenPages());
-    QApplication::clipboard()->clear();
-    // The texts are still to come: the copy is made once they are there.
-    shown.view.selectAll();
-    QTRY_VERIFY(!shown.view.currentSelection().isEmpty());
-    shown.view.copy();
-    QTRY_VERIFY(QApplication::clipboard()->text().contains(QStringLiteral("beta 9")));
-    QCOMPARE(QApplication::clipboard()->text().count(QStringLiteral("second line")), 10);
-    QCOMPARE(shown.view.currentSelection().ranges().size(), 10);
 }
 
 void TestPDFView::readsThePageAloud()

@@ -1,6 +1,7 @@
 #include "FakePages.h"
 #include "PageDetails.h"
 #include "TileLoader.h"
+#include "support/Rows.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -23,16 +24,7 @@ private slots:
 namespace {
 
 /// Deeds parted by "|" and what comes of each.
-void addRow(const char* name, const char* deeds, const char* record)
-{
-    QTest::newRow(name) << QString::fromLatin1(deeds) << QString::fromLatin1(record);
-}
-
-void addColumns()
-{
-    QTest::addColumn<QString>("deeds");
-    QTest::addColumn<QString>("record");
-}
+using Deeds = Rows<QString, QString>;
 
 QStringList deedsOf(const QString& text)
 {
@@ -65,28 +57,26 @@ void doWithTiles(const QString& deed, TileLoader& loader, FakePages& pages)
 
 void TestPageLoading::asksForTiles_data()
 {
-    addColumns();
+    const Deeds row;
     // The engine serves the latest first: of what is asked for in one go, the nearest comes last.
-    addRow("three at a time, the nearest last", "want 1a 2a 3a 4a 5a", "+3a +2a +1a");
-    addRow(
-        "the next when one has come", "want 1a 2a 3a 4a | come 2a | come 1a", "+3a +2a +1a|+4a|");
-    addRow("nothing twice", "want 1a 2a | want 2a 1a | come 1a | want 1a 2a", "+2a +1a|||");
-    addRow("what is not wanted is given up, but for what the engine is at",
+    row("three at a time, the nearest last", "want 1a 2a 3a 4a 5a", "+3a +2a +1a");
+    row("the next when one has come", "want 1a 2a 3a 4a | come 2a | come 1a", "+3a +2a +1a|+4a|");
+    row("nothing twice", "want 1a 2a | want 2a 1a | come 1a | want 1a 2a", "+2a +1a|||");
+    row("what is not wanted is given up, but for what the engine is at",
         "want 1a 2a 3a | want 7a | come 3a", "+3a +2a +1a|-2a -1a +7a|");
-    addRow("what comes late is kept", "want 1a | want 2a | come 1a | want 1a", "+1a|+2a||");
-    addRow("a page that fails takes its other tiles along",
-        "want 1a 1b 2a 1c | fail 1b | want 1a 3a", "+2a +1b +1a|-1a|+3a");
-    addRow("another comes first", "want 1a | pause | want 2a 1a | resume", "+1a|||+2a");
-    addRow("a page that changes its size is asked for again",
+    row("what comes late is kept", "want 1a | want 2a | come 1a | want 1a", "+1a|+2a||");
+    row("a page that fails takes its other tiles along", "want 1a 1b 2a 1c | fail 1b | want 1a 3a",
+        "+2a +1b +1a|-1a|+3a");
+    row("another comes first", "want 1a | pause | want 2a 1a | resume", "+1a|||+2a");
+    row("a page that changes its size is asked for again",
         "want 1a 2a | come 1a | drop 1a | want 1a 2a", "+2a +1a|||+1a");
-    addRow("what is under way is dropped with it", "want 1a 2a | drop 1a", "+2a +1a|-1a");
-    addRow("nobody looks", "want 1a 2a 3a 4a | clear | want 1a", "+3a +2a +1a|-3a -2a -1a|+1a");
+    row("what is under way is dropped with it", "want 1a 2a | drop 1a", "+2a +1a|-1a");
+    row("nobody looks", "want 1a 2a 3a 4a | clear | want 1a", "+3a +2a +1a|-3a -2a -1a|+1a");
 }
 
 void TestPageLoading::asksForTiles()
 {
-    QFETCH(QString, deeds);
-    QFETCH(QString, record);
+    const auto [deeds, record] = Deeds::fetch();
     TileLoader loader(1 << 20, 100, nullptr);
     auto source = std::make_unique<FakePages>();
     FakePages& pages = *source;
@@ -102,13 +92,11 @@ void TestPageLoading::asksForTiles()
     QCOMPARE(loader.failure(1) == PDFFailure::isDamaged, deeds.contains(u"fail 1"));
 }
 
+using GivesUpWhatTakesLong = Rows<QString, QString, bool>;
+
 void TestPageLoading::givesUpWhatTakesLong_data()
 {
-    addColumns();
-    QTest::addColumn<bool>("isFailure");
-    const auto row = [](const char* name, const char* deeds, const char* last, bool isFailure) {
-        QTest::newRow(name) << QString::fromLatin1(deeds) << QString::fromLatin1(last) << isFailure;
-    };
+    const GivesUpWhatTakesLong row;
     row("what nobody wants any more", "want 1a | want 2a", "-1a", false);
     row("what another waits for, to be tried again", "want 1a 2a | pause", "-2a", false);
     row("what takes longer than it is worth", "patience | want 1a 2a", "-1a +2a", true);
@@ -117,9 +105,7 @@ void TestPageLoading::givesUpWhatTakesLong_data()
 /// These wait for the loader's own second to be over, not for a time of the test's.
 void TestPageLoading::givesUpWhatTakesLong()
 {
-    QFETCH(QString, deeds);
-    QFETCH(QString, record);
-    QFETCH(bool, isFailure);
+    const auto [deeds, record, isFailure] = GivesUpWhatTakesLong::fetch();
     TileLoader loader(1 << 20, 100, nullptr);
     auto source = std::make_unique<FakePages>();
     FakePages& pages = *source;
@@ -137,28 +123,27 @@ void TestPageLoading::givesUpWhatTakesLong()
 
 void TestPageLoading::asksForDetails_data()
 {
-    addColumns();
-    addRow("one page at a time, texts and links apart",
+    const Deeds row;
+    row("one page at a time, texts and links apart",
         "want 3 5 | t3 9 | l3 0 | t4 9 | t5 9 | l4 2 | l5 1", "+t3 +l3|+t4|+l4|+t5||+l5|");
-    addRow("nothing twice, be it empty", "want 3 3 | t3 0 | l3 0 | want 3 3", "+t3 +l3|||");
-    addRow("pages out of view are given up", "want 3 5 | t3 9 | want 5 6",
+    row("nothing twice, be it empty", "want 3 3 | t3 0 | l3 0 | want 3 3", "+t3 +l3|||");
+    row("pages out of view are given up", "want 3 5 | t3 9 | want 5 6",
         "+t3 +l3|+t4|-t4 -l3 +t5 +l5");
-    addRow("pages near by are kept", "want 1 1 | t1 9 | l1 2 | want 2 2 | want 1 1",
+    row("pages near by are kept", "want 1 1 | t1 9 | l1 2 | want 2 2 | want 1 1",
         "+t1 +l1|||+t2 +l2|-t2 -l2");
-    addRow("far texts are forgotten when there are many characters",
+    row("far texts are forgotten when there are many characters",
         "want 1 1 | t1 400000 | l1 2 | want 2 2 | want 1 1", "+t1 +l1|||+t2 +l2|-t2 -l2 +t1");
-    addRow("far links when there are many", "want 1 1 | t1 9 | l1 40000 | want 2 2 | want 1 1",
+    row("far links when there are many", "want 1 1 | t1 9 | l1 40000 | want 2 2 | want 1 1",
         "+t1 +l1|||+t2 +l2|-t2 -l2 +l1");
-    addRow("nothing more is fetched beyond all sense", "want 1 3 | t1 6000001 | l1 200001",
+    row("nothing more is fetched beyond all sense", "want 1 3 | t1 6000001 | l1 200001",
         "+t1 +l1||");
-    addRow("until that is out of view", "want 1 3 | t1 6000001 | l1 200001 | want 2 3",
+    row("until that is out of view", "want 1 3 | t1 6000001 | l1 200001 | want 2 3",
         "+t1 +l1|||+t2 +l2");
 }
 
 void TestPageLoading::asksForDetails()
 {
-    QFETCH(QString, deeds);
-    QFETCH(QString, record);
+    const auto [deeds, record] = Deeds::fetch();
     PageDetails details(nullptr);
     auto source = std::make_unique<FakePages>();
     FakePages& pages = *source;

@@ -3,6 +3,7 @@
 #include "SelectableText.h"
 #include "TextDrag.h"
 #include "TextSelector.h"
+#include "support/Rows.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -59,8 +60,6 @@ struct Text : SelectableText
 
 } // namespace
 
-Q_DECLARE_METATYPE(PDFLink)
-
 class TestTextSelecting : public QObject
 {
     Q_OBJECT
@@ -74,42 +73,35 @@ private slots:
     void followsLinks();
 };
 
+using Drags = Rows<TextDrag::Unit, QList<QPointF>, QString>;
+
 void TestTextSelecting::drags_data()
 {
+    const Drags row;
     using Unit = TextDrag::Unit;
-    QTest::addColumn<int>("unit");
-    QTest::addColumn<QList<QPointF>>("points");
-    QTest::addColumn<QString>("selected");
-    const auto row
-        = [](const char* name, Unit unit, const QList<QPointF>& points, const QString& selected) {
-              QTest::newRow(name) << int(unit) << points << selected;
-          };
     row("a click selects nothing", Unit::isCharacter, {at(0, 3)}, {});
-    row("to the right", Unit::isCharacter, {at(0, 2), at(0, 5)}, QStringLiteral("pha"));
-    row("to the left", Unit::isCharacter, {at(0, 5), at(0, 2)}, QStringLiteral("pha"));
-    row("over and back again", Unit::isCharacter, {at(0, 2), at(1, 9), at(0, 3)},
-        QStringLiteral("p"));
-    row("over a line end", Unit::isCharacter, {at(0, 6), at(1, 5)}, QStringLiteral("beta\ngamma"));
-    row("beside the page", Unit::isCharacter, {at(0, 6), at(0, 11)}, QStringLiteral("beta"));
-    row("a word", Unit::isWord, {at(0, 7)}, QStringLiteral("beta"));
-    row("words to the right", Unit::isWord, {at(0, 7), at(1, 2)}, QStringLiteral("beta\ngamma"));
+    row("to the right", Unit::isCharacter, {at(0, 2), at(0, 5)}, "pha");
+    row("to the left", Unit::isCharacter, {at(0, 5), at(0, 2)}, "pha");
+    row("over and back again", Unit::isCharacter, {at(0, 2), at(1, 9), at(0, 3)}, "p");
+    row("over a line end", Unit::isCharacter, {at(0, 6), at(1, 5)}, "beta\ngamma");
+    row("beside the page", Unit::isCharacter, {at(0, 6), at(0, 11)}, "beta");
+    row("a word", Unit::isWord, {at(0, 7)}, "beta");
+    row("words to the right", Unit::isWord, {at(0, 7), at(1, 2)}, "beta\ngamma");
     row("words to the left keep the first", Unit::isWord, {at(1, 8), at(0, 1)},
-        QStringLiteral("Alpha beta\ngamma, delta"));
-    row("a line", Unit::isLine, {at(1, 4)}, QStringLiteral("gamma, delta"));
+        "Alpha beta\ngamma, delta");
+    row("a line", Unit::isLine, {at(1, 4)}, "gamma, delta");
 }
 
 void TestTextSelecting::drags()
 {
-    QFETCH(int, unit);
-    QFETCH(QList<QPointF>, points);
-    QFETCH(QString, selected);
+    const auto [unit, points, selected] = Drags::fetch();
     PageReader reader(QList<QSizeF>(10, QSizeF(300, 400)));
     Text text;
     const PDFPageText page = pageOf(text.content);
     const TextPlaces places(reader.viewport, [&page](int) { return &page; });
     TextSelector selector(text, nullptr);
     TextDrag drag(reader.viewport, places, selector, reader.scroller, nullptr);
-    QVERIFY(drag.begin(points.first(), TextDrag::Unit(unit)));
+    QVERIFY(drag.begin(points.first(), unit));
     for (const QPointF& point : points.sliced(1))
         drag.dragTo(point);
     QCOMPARE(text.string(selector.selection()), selected);
@@ -172,16 +164,11 @@ void TestTextSelecting::selectsAsTextsArrive()
     QVERIFY(selector.selection().isEmpty());
 }
 
+using FollowsLinks = Rows<QString, int, QMessageBox::StandardButton>;
+
 void TestTextSelecting::followsLinks_data()
 {
-    QTest::addColumn<PDFLink>("link");
-    QTest::addColumn<int>("page"); ///< that is gone to
-    QTest::addColumn<int>("buttons"); ///< of the question
-    const auto row = [](const char* name, const char* url, int page,
-                         QMessageBox::StandardButton button) {
-        QTest::newRow(name) << PDFLink{{0, 0, 100, 100}, page, {}, QUrl(QString::fromLatin1(url))}
-                            << page << int(button);
-    };
+    const FollowsLinks row;
     row("a page: at once", "", 4, QMessageBox::NoButton);
     row("the web: asks, and no is the answer", "https://example.org/a", -1, QMessageBox::Cancel);
     row("mail: likewise", "mailto:a@example.org", -1, QMessageBox::Cancel);
@@ -192,9 +179,8 @@ void TestTextSelecting::followsLinks_data()
 
 void TestTextSelecting::followsLinks()
 {
-    QFETCH(PDFLink, link);
-    QFETCH(int, page);
-    QFETCH(int, buttons);
+    const auto [url, page, buttons] = FollowsLinks::fetch();
+    const PDFLink link{{0, 0, 100, 100}, page, {}, QUrl(url)};
     QWidget surface;
     PageReader reader({QSizeF(300, 400)});
     LinkFollower links(
@@ -213,7 +199,7 @@ void TestTextSelecting::followsLinks()
     QCOMPARE(boxes.size(), page < 0 ? 1 : 0);
     if (page >= 0)
         return;
-    QCOMPARE(int(boxes.first()->standardButtons()), buttons);
+    QCOMPARE(boxes.first()->standardButtons(), buttons);
     QVERIFY(boxes.first()->informativeText().contains(link.url.toString()));
     if (buttons == QMessageBox::Cancel)
         QCOMPARE(

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "SearchField.h"
 #include "frame/ViewFlags.h"
 #include "pages/PDFView.h"
 #include "pdf/PDFDocumentText.h"
@@ -65,6 +66,13 @@ public:
         return QTest::qWaitFor([this] { return theText->isWhole(); }, 30'000);
     }
 
+    /// Begins a search as its field does.
+    void beginSearch(const char* text)
+    {
+        theController->searchFieldCell()->setStringValue(QString::fromLatin1(text));
+        theController->doSearchAction();
+    }
+
     void destroyController() { theController.reset(); }
 
 private:
@@ -72,6 +80,18 @@ private:
     OpenedDocument theDocument;
     std::unique_ptr<PDFDocumentText> theText;
     std::unique_ptr<ViewController> theController;
+};
+
+/// The same, showing its whole text.
+class ShownViewer : public ViewerFixture
+{
+public:
+    explicit ShownViewer(const PdfBuilder& builder = labelledPages(), bool showsThumbnails = true)
+        : ViewerFixture(builder, showsThumbnails)
+    {
+        if (!appear())
+            qFatal("the text does not come");
+    }
 };
 
 } // namespace tarnwick

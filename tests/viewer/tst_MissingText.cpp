@@ -1,8 +1,8 @@
 #include "ViewerFixture.h"
 
 #include "LossLine.h"
-#include "SearchField.h"
 #include "support/LostPages.h"
+#include "support/Rows.h"
 #include "text/ListedLines.h"
 #include "text/PlainTextView.h"
 
@@ -37,8 +37,7 @@ private slots:
 /// beside them.
 void TestMissingText::saysWhereTextIsMissing()
 {
-    ViewerFixture viewer(LostPages::secondOfThree());
-    QVERIFY(viewer.appear());
+    ShownViewer viewer(LostPages::secondOfThree());
     const QString whole = viewer.text().text().string();
     const QString note = u"No text from page 2: it is too damaged to be read."_s;
     const LossLine* const line = viewer.child<LossLine>("lossLine");
@@ -64,8 +63,7 @@ void TestMissingText::textGrowsBelowItsReader()
     PdfBuilder builder;
     for (int page = 0; page < 14; ++page)
         builder.addPage("one\ntwo\nthree\nfour\nfive\nsix\nseven\neight\nnine\nten\neleven");
-    ViewerFixture viewer(builder);
-    QVERIFY(viewer.appear());
+    ShownViewer viewer(builder);
     const PlainTextView* const pane = viewer->theTextView();
     QTRY_VERIFY(!viewer->countText()->text().isEmpty());
     QCOMPARE(pane->verticalScrollBar()->value(), 0);
@@ -77,8 +75,7 @@ void TestMissingText::listsEveryLostPage()
     PdfBuilder builder;
     for (int page = 0; page < 6; ++page)
         LostPages::addUnreadable(builder.addPage("text"));
-    ViewerFixture viewer(builder);
-    QVERIFY(viewer.appear());
+    ShownViewer viewer(builder);
     auto* const line = viewer.child<LossLine>("lossLine");
     QCOMPARE(line->text(),
         u"No text from pages 2, 4, 6, 8 and 2 others: they are too damaged to be read."_s);
@@ -92,14 +89,11 @@ void TestMissingText::listsEveryLostPage()
         u"No text from page 12: it is too damaged to be read."_s);
 }
 
+using SaysWhatTheOutlineLacks = Rows<std::string, int, QString>;
+
 void TestMissingText::saysWhatTheOutlineLacks_data()
 {
-    QTest::addColumn<std::string>("outlines");
-    QTest::addColumn<int>("entries");
-    QTest::addColumn<QString>("note");
-    const auto row = [](const char* name, const char* outlines, int entries, const char* note) {
-        QTest::newRow(name) << std::string(outlines) << entries << QString::fromLatin1(note);
-    };
+    const SaysWhatTheOutlineLacks row;
     row("nothing", "<< /First 5 0 R >>", 1, "");
     row("all of it", "<< /First 5 0 R /X ( >>", 0, "The outline is too damaged to be read.");
     row("an entry", "<< /First 6 0 R >>", 2, "Parts of the outline are too damaged to be read.");
@@ -107,7 +101,7 @@ void TestMissingText::saysWhatTheOutlineLacks_data()
 
 void TestMissingText::saysWhatTheOutlineLacks()
 {
-    QFETCH(std::string, outlines);
+    const auto [outlines, entries, note] = SaysWhatTheOutlineLacks::fetch();
     PdfBuilder builder;
     QCOMPARE(builder.addObject(outlines), 4);
     builder.addObject("<< /Title (One) /Parent 4 0 R >>");
@@ -119,19 +113,17 @@ void TestMissingText::saysWhatTheOutlineLacks()
     const auto* const tabs = viewer.child<QTabWidget>("sideTabs");
     QVERIFY(viewer.appear());
     QTRY_COMPARE(tabs->count(), 1);
-    QTEST(viewer.child<QTreeView>("outlineView")->model()->rowCount(), "entries");
-    QTEST(viewer.child<QLabel>("outlineNote")->text(), "note");
+    QCOMPARE(viewer.child<QTreeView>("outlineView")->model()->rowCount(), entries);
+    QCOMPARE(viewer.child<QLabel>("outlineNote")->text(), note);
 }
 
 void TestMissingText::saysWhichPagesWereNotSearched()
 {
-    ViewerFixture viewer(LostPages::secondOfThree());
-    QVERIFY(viewer.appear());
+    ShownViewer viewer(LostPages::secondOfThree());
     const auto* const line = viewer.child<QWidget>("searchProgress");
     const auto* const label = line->findChild<QLabel*>();
     for (const char* word : {"last", "nothing"}) {
-        viewer->searchFieldCell()->setStringValue(QString::fromLatin1(word));
-        viewer->doSearchAction();
+        viewer.beginSearch(word);
         QVERIFY(!viewer->isSearching());
         QVERIFY(line->isVisible());
         QCOMPARE(label->text(), u"Not searched: page 2."_s);

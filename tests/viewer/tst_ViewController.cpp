@@ -2,7 +2,6 @@
 
 #include "LossLine.h"
 #include "ProgressLine.h"
-#include "SearchField.h"
 #include "pages/PDFThumbnailView.h"
 #include "text/ListedLines.h"
 #include "text/PlainTextView.h"
@@ -47,7 +46,7 @@ private slots:
     void cancelledTextCanBeFetchedAgain();
     void marksAreListedLatestFirst();
     void pageFieldTakesLabelsAndNumbers();
-    void zoomedPagesFitAgain();
+    void zoomFieldTakesAndTellsTheScale();
     void outlineLeadsToItsPages();
     void commandsArePossibleOnlyWhereTheyDoSomething();
     void everyControlIsNamedAndReached();
@@ -113,8 +112,7 @@ void TestViewController::textIsShownAndCounted()
         QCOMPARE(linesOf(*viewer->theTextView()->textStorage()).join(u'\n'), whole);
 
         viewer->countText()->setText(u"old"_s);
-        viewer->searchField()->setText(u"o"_s);
-        viewer->doSearchAction();
+        viewer.beginSearch("o");
         QTRY_VERIFY(!viewer->isSearching());
         QCOMPARE(viewer->countText()->text(), u"old"_s);
         viewer->hide();
@@ -149,8 +147,7 @@ void TestViewController::cancelledTextCanBeFetchedAgain()
 
 void TestViewController::marksAreListedLatestFirst()
 {
-    ViewerFixture viewer(labelledPages());
-    QVERIFY(viewer.appear());
+    ShownViewer viewer;
     QTRY_COMPARE(viewer.document().pageLabel(6), u"A-1"_s);
     QComboBox* menu = viewer->markPageMenu();
     QCOMPARE(titles(menu), QStringList{u"No marked page"_s});
@@ -201,8 +198,7 @@ void TestViewController::marksAreListedLatestFirst()
 
 void TestViewController::pageFieldTakesLabelsAndNumbers()
 {
-    ViewerFixture viewer(labelledPages());
-    QVERIFY(viewer.appear());
+    ShownViewer viewer;
     QTRY_COMPARE(viewer.document().pageLabel(6), u"A-1"_s);
     // The page that a text leads to from the first one, and what the field shows then.
     const auto shownFor = [&viewer](const QString& input) -> QString {
@@ -222,20 +218,15 @@ void TestViewController::pageFieldTakesLabelsAndNumbers()
         QCOMPARE(shownFor(none), u"0: 1 of 10");
 }
 
-void TestViewController::zoomedPagesFitAgain()
+void TestViewController::zoomFieldTakesAndTellsTheScale()
 {
-    ViewerFixture viewer(labelledPages());
-    QVERIFY(viewer.appear());
-    const double fitting = viewer.pages().scaleFactor();
+    ShownViewer viewer;
     QLineEdit* field = viewer.child<QComboBox>("zoomMenu")->lineEdit();
     field->setText(u"400 %"_s);
     QTest::keyClick(field, Qt::Key_Return);
     QCOMPARE(viewer.pages().scaleFactor(), 4.);
-    viewer.pages().zoomIn();
-    QVERIFY(viewer.pages().scaleFactor() > 4);
     viewer->autoZoom();
-    QCOMPARE(viewer.pages().scaleFactor(), fitting);
-    QCOMPARE(field->text(), u"%1 %"_s.arg(qRound(fitting * 100)));
+    QCOMPARE(field->text(), u"%1 %"_s.arg(qRound(viewer.pages().scaleFactor() * 100)));
 }
 
 void TestViewController::outlineLeadsToItsPages()
@@ -270,8 +261,7 @@ void TestViewController::outlineLeadsToItsPages()
 
 void TestViewController::commandsArePossibleOnlyWhereTheyDoSomething()
 {
-    ViewerFixture viewer(labelledPages());
-    QVERIFY(viewer.appear());
+    ShownViewer viewer;
     const auto possible = [&viewer](const QStringList& commands) {
         QStringList list;
         for (const QString& command : commands) {
@@ -290,15 +280,13 @@ void TestViewController::commandsArePossibleOnlyWhereTheyDoSomething()
     viewer.pages().goToLastPage();
     QVERIFY(!next->isEnabled() && previous->isEnabled());
     viewer->setPageMark();
-    viewer->searchField()->setText(u"page"_s);
-    viewer->doSearchAction();
+    viewer.beginSearch("page");
     QCOMPARE(possible(commands), QStringList({commands.at(0), commands.at(2), commands.at(3)}));
 }
 
 void TestViewController::everyControlIsNamedAndReached()
 {
-    ViewerFixture viewer(labelledPages());
-    QVERIFY(viewer.appear());
+    ShownViewer viewer;
     viewer->setFocus(); // as a window does that shows
     QCOMPARE(viewer->focusWidget(), &viewer.pages());
     QSet<const QWidget*> reached;
@@ -362,14 +350,12 @@ void TestViewController::controlsFitIntoNarrowWindows()
 void TestViewController::sizesAreRemembered()
 {
     {
-        ViewerFixture viewer(labelledPages());
-        QVERIFY(viewer.appear());
+        ShownViewer viewer;
         viewer->theSplitView()->setSizes({210, 424, 380});
         viewer->toggleSideBar(false);
         viewer->hide();
     }
-    ViewerFixture viewer(labelledPages());
-    QVERIFY(viewer.appear());
+    ShownViewer viewer;
     const QList<int> sizes = viewer->theSplitView()->sizes();
     QVERIFY2(qAbs(sizes.value(0) - 210) <= 2, qPrintable(QString::number(sizes.value(0))));
     QVERIFY2(qAbs(sizes.value(2) - 380) <= 2, qPrintable(QString::number(sizes.value(2))));
@@ -377,8 +363,7 @@ void TestViewController::sizesAreRemembered()
 
 void TestViewController::dividersFollowTheKeys()
 {
-    ViewerFixture viewer(labelledPages());
-    QVERIFY(viewer.appear());
+    ShownViewer viewer;
     QSplitter& panes = *viewer->theSplitView();
     QSplitterHandle* const divider = panes.handle(1);
     const int width = panes.sizes().at(0);

@@ -2,6 +2,7 @@
 
 #include "SearchField.h"
 #include "SearchStepper.h"
+#include "support/Rows.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -58,7 +59,6 @@ private slots:
     void takesTheSelection();
     void waitsForTheText();
     void longTextsAreSearchedAside();
-    void oldMatchesAreNotSteppedThrough();
     void closingEndsTheSearch();
     void recentSearchesAreRemembered();
     void keysSearchAndLeave();
@@ -66,8 +66,7 @@ private slots:
 private:
     static void search(ViewerFixture& viewer, const char* text)
     {
-        viewer->searchFieldCell()->setStringValue(QString::fromLatin1(text));
-        viewer->doSearchAction();
+        viewer.beginSearch(text);
         QTRY_VERIFY(!viewer->isSearching());
     }
     static int pageShown(ViewerFixture& viewer)
@@ -79,8 +78,7 @@ private:
 
 void TestViewControllerSearch::findsWhatTheBoxesChoose()
 {
-    ViewerFixture viewer(threeWords());
-    QVERIFY(viewer.appear());
+    ShownViewer viewer(threeWords());
     const auto matches = [&viewer](bool isCaseSensitive, bool isLiteral, const char* text) {
         viewer->caseSensitiveButton()->setChecked(isCaseSensitive);
         viewer->literalButton()->setChecked(isLiteral);
@@ -99,8 +97,7 @@ void TestViewControllerSearch::findsWhatTheBoxesChoose()
 
 void TestViewControllerSearch::stepsThroughARing()
 {
-    ViewerFixture viewer(threeWords());
-    QVERIFY(viewer.appear());
+    ShownViewer viewer(threeWords());
     search(viewer, "word");
     QCOMPARE(viewer->searchField()->matchText(), u"1 of 3"_s);
     const auto step = [&viewer](void (ViewController::*command)()) {
@@ -119,28 +116,25 @@ void TestViewControllerSearch::stepsThroughARing()
 }
 
 /// What a search leaves of the one before: the stepper's number always, with an empty text all.
+using SearchesLeaveTheStepper = Rows<QByteArray, int, QString, int>;
+
 void TestViewControllerSearch::searchesLeaveTheStepper_data()
 {
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<int>("matches");
-    QTest::addColumn<QString>("said");
-    QTest::addColumn<int>("next"); // the stepper's number behind Find Next
-    QTest::newRow("a text that is there") << QByteArray("word") << 3 << u"1 of 3"_s << 0;
-    QTest::newRow("a text that is not") << QByteArray("nowhere") << 0 << u"No matches"_s << 5;
-    QTest::newRow("no text") << QByteArray() << 2 << QString() << 0;
+    const SearchesLeaveTheStepper row;
+    row("a text that is there", QByteArray("word"), 3, u"1 of 3"_s, 0);
+    row("a text that is not", QByteArray("nowhere"), 0, u"No matches"_s, 5);
+    row("no text", QByteArray(), 2, QString(), 0);
 }
 
 void TestViewControllerSearch::searchesLeaveTheStepper()
 {
-    QFETCH(QByteArray, text);
-    QFETCH(int, next);
-    ViewerFixture viewer(threeWords());
-    QVERIFY(viewer.appear());
+    const auto [text, matches, said, next] = SearchesLeaveTheStepper::fetch();
+    ShownViewer viewer(threeWords());
     search(viewer, "st");
     viewer->searchStepper()->setIntegerValue(5);
     search(viewer, text.constData());
-    QTEST(int(viewer->theFindList().size()), "matches");
-    QTEST(viewer->searchField()->matchText(), "said");
+    QCOMPARE(int(viewer->theFindList().size()), matches);
+    QCOMPARE(viewer->searchField()->matchText(), said);
     QCOMPARE(viewer->searchStepper()->integerValue(), 5);
     QCOMPARE(pageShown(viewer), 0);
     viewer->doFindNext();
@@ -149,8 +143,7 @@ void TestViewControllerSearch::searchesLeaveTheStepper()
 
 void TestViewControllerSearch::takesTheSelection()
 {
-    ViewerFixture viewer(threeWords());
-    QVERIFY(viewer.appear());
+    ShownViewer viewer(threeWords());
     viewer->searchField()->setText(u"old"_s);
     viewer->doFindSelection();
     QCOMPARE(viewer->searchField()->text(), u"old"_s);
@@ -166,8 +159,7 @@ void TestViewControllerSearch::waitsForTheText()
 {
     ViewerFixture viewer(longText());
     viewer->show();
-    viewer->searchField()->setText(u"fox"_s);
-    viewer->doSearchAction();
+    viewer.beginSearch("fox");
     QVERIFY(!viewer.text().isWhole() && viewer->isSearching());
     QVERIFY(viewer.child<QWidget>("searchProgress")->isVisible());
     viewer->cancelSearch();
@@ -179,48 +171,31 @@ void TestViewControllerSearch::waitsForTheText()
 
 void TestViewControllerSearch::longTextsAreSearchedAside()
 {
-    ViewerFixture viewer(longText());
-    QVERIFY(viewer.appear());
-    viewer->searchField()->setText(u"no such animal"_s);
-    viewer->doSearchAction();
-    QVERIFY(viewer->isSearching());
-    // The later search counts, the earlier one is given up.
-    viewer->searchField()->setText(u"LAZY dog"_s);
-    viewer->doSearchAction();
-    QTRY_VERIFY(!viewer->isSearching());
-    QCOMPARE(viewer->theFindList().size(), 150 * 60);
-    QCOMPARE(viewer->theFindList().last().ranges().first().page, 149);
-    search(viewer, "nothing");
-    QVERIFY(viewer->theFindList().isEmpty());
-}
-
-/// What is searched for already decides what can be stepped through.
-void TestViewControllerSearch::oldMatchesAreNotSteppedThrough()
-{
-    ViewerFixture viewer(longText());
-    QVERIFY(viewer.appear());
-    search(viewer, "lazy");
+    ShownViewer viewer(longText());
+    search(viewer, "fox");
     const PDFSelection shown = viewer.pages().currentSelection();
-    viewer->searchField()->setText(u"no such animal"_s);
-    viewer->doSearchAction();
+    viewer.beginSearch("no such animal");
     QVERIFY(viewer->isSearching());
+    // What is searched for already decides what can be stepped through.
     viewer->doFindNext();
     QVERIFY(viewer->theFindList().isEmpty());
     QCOMPARE(viewer.pages().currentSelection(), shown);
     QVERIFY(!viewer->validateCommand(u"doFindNext"_s));
+    // The later search counts, the earlier one is given up.
+    viewer.beginSearch("LAZY dog");
+    QTRY_VERIFY(!viewer->isSearching());
+    QCOMPARE(viewer->theFindList().size(), 150 * 60);
+    QCOMPARE(viewer->theFindList().last().ranges().first().page, 149);
 }
 
 void TestViewControllerSearch::closingEndsTheSearch()
 {
-    ViewerFixture viewer(longText());
-    QVERIFY(viewer.appear());
-    viewer->searchField()->setText(u"fox"_s);
-    viewer->doSearchAction();
+    ShownViewer viewer(longText());
+    viewer.beginSearch("fox");
     QVERIFY(viewer->isSearching());
     viewer.destroyController();
     // What the search comes to is told before what the next one does.
-    ViewerFixture other(longText());
-    QVERIFY(other.appear());
+    ShownViewer other(longText());
     search(other, "fox");
     QCOMPARE(other->theFindList().size(), 150 * 60);
 }
@@ -228,8 +203,7 @@ void TestViewControllerSearch::closingEndsTheSearch()
 void TestViewControllerSearch::recentSearchesAreRemembered()
 {
     {
-        ViewerFixture viewer(threeWords());
-        QVERIFY(viewer.appear());
+        ShownViewer viewer(threeWords());
         QCOMPARE(viewer->searchMenu()->title(), u"Recents"_s);
         QCOMPARE(titles(viewer->searchMenu()),
             (QStringList{
@@ -238,8 +212,7 @@ void TestViewControllerSearch::recentSearchesAreRemembered()
         search(viewer, "a & b");
         search(viewer, "word");
     }
-    ViewerFixture viewer(threeWords());
-    QVERIFY(viewer.appear());
+    ShownViewer viewer(threeWords());
     QMenu* menu = viewer->searchField()->recentsMenu();
     QCOMPARE(titles(menu),
         (QStringList{u"Recent Searches"_s, u"word"_s, u"a && b"_s, u"-"_s, u"Clear Menu"_s}));
@@ -251,8 +224,7 @@ void TestViewControllerSearch::recentSearchesAreRemembered()
 
 void TestViewControllerSearch::keysSearchAndLeave()
 {
-    ViewerFixture viewer(threeWords());
-    QVERIFY(viewer.appear());
+    ShownViewer viewer(threeWords());
     viewer->activateWindow();
     viewer->performFind();
     QTRY_VERIFY(viewer->searchField()->hasFocus());

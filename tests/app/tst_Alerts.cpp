@@ -13,6 +13,7 @@
 #include "support/Files.h"
 #include "support/LoopbackServer.h"
 #include "support/Panels.h"
+#include "support/Rows.h"
 
 #include <QApplication>
 #include <QDialogButtonBox>
@@ -105,18 +106,16 @@ private slots:
     void answersWhatWasChosen();
 };
 
+using Raise = std::function<void(Scene&)>;
+using SaysAndAnswers = Rows<Raise, QString, QString, QString>;
+
 void TestAlerts::saysAndAnswers_data()
 {
-    using Raise = std::function<void(Scene&)>;
-    QTest::addColumn<Raise>("raise");
-    QTest::addColumn<QString>("kind");
-    QTest::addColumn<QString>("said");
-    QTest::addColumn<QString>("answers");
-    const auto row = [](const char* name, const Raise& raise, const char* kind, const char* said,
-                         const char* answers = "[OK], Escape: OK") {
-        QTest::newRow(name) << raise << QString::fromUtf8(kind) << QString::fromUtf8(said)
-                            << QString::fromUtf8(answers);
-    };
+    const auto row
+        = [table = SaysAndAnswers()](const char* name, const Raise& raise, const char* kind,
+              const char* said, const char* answers = "[OK], Escape: OK") {
+              table(name, raise, kind, said, answers);
+          };
     const auto exports = [](const char* name, bool isFolder) -> Raise {
         return [name = QString::fromUtf8(name), isFolder](
                    Scene& scene) { isFolder ? scene.exportFolder(name) : scene.exportFile(name); };
@@ -187,10 +186,7 @@ void TestAlerts::saysAndAnswers_data()
 
 void TestAlerts::saysAndAnswers()
 {
-    QFETCH(const std::function<void(Scene&)>, raise);
-    QFETCH(const QString, kind);
-    QFETCH(const QString, said);
-    QFETCH(const QString, answers);
+    const auto [raise, kind, said, answers] = SaysAndAnswers::fetch();
     Scene scene;
     raise(scene);
     QTRY_VERIFY_WITH_TIMEOUT(shown<Alert>(), 60'000);

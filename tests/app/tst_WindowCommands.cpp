@@ -5,7 +5,9 @@
 #include "frame/DocumentWindow.h"
 #include "inspector/SourceViewController.h"
 #include "pdf/PDFDocumentText.h"
+#include "support/Files.h"
 #include "support/PdfBuilder.h"
+#include "support/Rows.h"
 
 #include <QAction>
 #include <QApplication>
@@ -95,13 +97,11 @@ private:
 void TestWindowCommands::initTestCase()
 {
     QSettings().clear();
-    QFile file(theFolder.filePath(u"some words.pdf"_s));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(QByteArray::fromStdString(PdfBuilder().addPage("some words").bytes()));
-    file.close();
+    const QString file = theFolder.filePath(u"some words.pdf"_s);
+    writeFile(file, QByteArray::fromStdString(PdfBuilder().addPage("some words").bytes()));
     theDelegate = std::make_unique<AppDelegate>();
     registerWindows(*theDelegate);
-    theDelegate->applicationDidFinishLaunching({file.fileName()});
+    theDelegate->applicationDidFinishLaunching({file});
     QTRY_VERIFY_WITH_TIMEOUT(!theDelegate->controller()->documents().isEmpty(), 30'000);
     theDocument = qobject_cast<Document*>(theDelegate->controller()->documents().constFirst());
     QTRY_VERIFY_WITH_TIMEOUT(theDocument->documentText()->isWhole(), 30'000);
@@ -117,42 +117,35 @@ DocumentWindow* TestWindowCommands::newWindow(const QString& identifier)
     return qobject_cast<DocumentWindow*>(window);
 }
 
+using Menus = Rows<QString, QString, QString, QString>;
+
 void TestWindowCommands::menusOfferTheSameByKeyAndMouse_data()
 {
-    QTest::addColumn<QString>("window");
-    QTest::addColumn<QString>("focus");
-    QTest::addColumn<QString>("edit");
-    QTest::addColumn<QString>("view");
+    const Menus row;
     const QString windows = u"openSource openBytes openPlainPDF "_s;
     const QString mainWindows = u"openSource showPageSource openBytes openPlainPDF "_s;
     const QString pages
         = u"zoomIn zoomOut actualSize autoZoom fitPage rotateClockwise rotateCounterclockwise"_s;
     const QString find = u"selectAll performFind doFindNext doFindPrev"_s;
-    QTest::newRow("main window, its pages") << WindowIdentifiers::document << u"thePDFView"_s
-                                            << u"selectAll performFind"_s << mainWindows + pages;
-    QTest::newRow("main window, its text")
-        << WindowIdentifiers::document << u"theTextView"_s << u"selectAll performFind"_s
-        << mainWindows + pages + u" toggleWrap"_s;
-    QTest::newRow("main window, a field: zoom is still the pages'")
-        << WindowIdentifiers::document << u"searchField"_s << u"copy selectAll performFind"_s
-        << mainWindows + pages;
+    row("main window, its pages", WindowIdentifiers::document, "thePDFView",
+        "selectAll performFind", mainWindows + pages);
+    row("main window, its text", WindowIdentifiers::document, "theTextView",
+        "selectAll performFind", mainWindows + pages + u" toggleWrap"_s);
+    row("main window, a field: zoom is still the pages'", WindowIdentifiers::document,
+        "searchField", "copy selectAll performFind", mainWindows + pages);
     for (const QString& pane : {u"upperTextView"_s, u"lowerTextView"_s, u"bottomTextView"_s})
-        QTest::addRow("inspector, %s", qPrintable(pane))
-            << WindowIdentifiers::source << pane << find + u" filterObjects"_s
-            << windows + u"zoomIn zoomOut actualSize toggleWrap toggleGutter toggleObjectTable"_s;
-    QTest::newRow("bytes") << WindowIdentifiers::bytes << u"bytesView"_s << find
-                           << windows + u"zoomIn zoomOut actualSize toggleGutter"_s;
-    QTest::newRow("plain window") << WindowIdentifiers::plainPDF << u"thePDFView"_s
-                                  << u"selectAll"_s << windows + pages;
-    QTest::newRow("help") << WindowIdentifiers::help << u"helpPDFView"_s << u"selectAll"_s << pages;
+        row(qPrintable(u"inspector, "_s + pane), WindowIdentifiers::source, pane,
+            find + u" filterObjects"_s,
+            windows + u"zoomIn zoomOut actualSize toggleWrap toggleGutter toggleObjectTable"_s);
+    row("bytes", WindowIdentifiers::bytes, "bytesView", find,
+        windows + u"zoomIn zoomOut actualSize toggleGutter"_s);
+    row("plain window", WindowIdentifiers::plainPDF, "thePDFView", "selectAll", windows + pages);
+    row("help", WindowIdentifiers::help, "helpPDFView", "selectAll", pages);
 }
 
 void TestWindowCommands::menusOfferTheSameByKeyAndMouse()
 {
-    QFETCH(const QString, window);
-    QFETCH(const QString, focus);
-    QFETCH(const QString, edit);
-    QFETCH(const QString, view);
+    const auto [window, focus, edit, view] = Menus::fetch();
     DocumentWindow* const shown = newWindow(window);
     QVERIFY(QTest::qWaitForWindowActive(shown));
     if (const auto* const inspector = shown->findChild<SourceViewController*>())

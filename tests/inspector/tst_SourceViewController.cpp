@@ -4,6 +4,7 @@
 #include "document/Document.h"
 #include "support/LostPages.h"
 #include "support/PdfBuilder.h"
+#include "text/ListedLines.h"
 #include "text/PlainTextView.h"
 
 #include <QLabel>
@@ -33,11 +34,7 @@ public:
 
 QString textOf(const PlainTextView* view)
 {
-    QStringList lines;
-    const auto storage = view->textStorage();
-    for (qsizetype i = 0; i < storage->lineCount(); ++i)
-        lines.append(storage->line(i).text);
-    return lines.join(u'\n');
+    return linesOf(*view->textStorage()).join(u'\n');
 }
 
 } // namespace
@@ -51,7 +48,6 @@ private slots:
     void cleanup() { theDocument.reset(); }
     void writesSummaries();
     void fillsPanesAsTheFlagsSay();
-    void readsTheFlagsAtEveryShowing();
     void saysSoWithoutADocument();
     void givesUpWhenAsked();
     void saysWhatTheFlattenedDocumentLacks();
@@ -103,11 +99,6 @@ std::unique_ptr<SourceViewController> TestSourceViewController::shownInspector()
 
 void TestSourceViewController::writesSummaries()
 {
-    QCOMPARE(summaryText({1, 7, 2, 3, 2}, "contains A", "contains B"),
-        std::string("Summary from loaded PDF in Quartz 2D:\nPDF version 1.7.\n"
-                    "Found a total of 2 pages.\nInfo dictionary entry count = 3.\n"
-                    "Catalog dictionary entry count = 2.\n\n"
-                    "Flattened PDF (Quartz 2D) contains A\n\nSource PDF file contains B\n"));
     QCOMPARE(summaryText({}, {}, {}),
         std::string("Summary from loaded PDF in Quartz 2D:\nPDF version 0.0.\n"
                     "Found a total of 0 pages.\nInfo dictionary couldn't be found.\n"
@@ -132,25 +123,14 @@ void TestSourceViewController::fillsPanesAsTheFlagsSay()
             QCOMPARE(text.contains(u" 1 Page, Parent ("_s), !raw);
         }
         const QString bottom = textOf(inspector->bottomTextView());
-        QVERIFY(
-            bottom.startsWith(u"Summary from loaded PDF in Quartz 2D:\nPDF version 1.7.\n"
-                              u"Found a total of 2 pages.\nInfo dictionary entry count = 2.\n"_s));
+        QVERIFY(bottom.startsWith(
+            u"Summary from loaded PDF in Quartz 2D:\nPDF version 1.7.\nFound a total of 2 pages.\n"
+            u"Info dictionary entry count = 2.\nCatalog dictionary entry count = 2.\n\n"_s));
+        if (!raw)
+            QVERIFY(bottom.contains(u"\n\nSource PDF file contains "_s));
         QCOMPARE(bottom.contains(u"Flattened PDF (Quartz 2D) contains "_s), !raw);
         QCOMPARE(bottom.endsWith(u"2 trailers.\nMaximum version = 2\n"_s), !raw);
     }
-}
-
-void TestSourceViewController::readsTheFlagsAtEveryShowing()
-{
-    open();
-    const auto inspector = shownInspector();
-    inspector->hide();
-    theFlags.raw = true;
-    QSignalSpy filled(inspector.get(), &SourceViewController::filled);
-    QVERIFY(!textOf(inspector->lowerTextView()).contains(u"endstream"_s));
-    inspector->show();
-    QTRY_COMPARE(filled.size(), 1);
-    QVERIFY(textOf(inspector->lowerTextView()).contains(u"endstream"_s));
 }
 
 void TestSourceViewController::saysSoWithoutADocument()
@@ -234,11 +214,17 @@ void TestSourceViewController::exchangedPanesAreHonouredEverywhere()
     }
     QVERIFY(textOf(&bottom).contains(u"Source PDF file contains "_s));
     QCOMPARE(inspector.focusProxy(), &lower);
+    // The flags are read at every showing.
+    inspector.hide();
+    theFlags.raw = true;
+    QVERIFY(!textOf(&bottom).isEmpty() && !textOf(&lower).contains(u"endstream"_s));
+    inspector.show();
+    QTRY_COMPARE(filled.size(), 2);
+    QVERIFY(textOf(&lower).contains(u"endstream"_s));
     inspector.setUpperText(u"one"_s);
     inspector.setLowerText(u"two"_s);
     inspector.setBottomText(u"three"_s);
     QCOMPARE(textOf(&upper) + textOf(&lower) + textOf(&bottom), u"onetwothree"_s);
-    QCOMPARE(inspector.upperTextScroller(), &upper);
 }
 
 QTEST_MAIN(TestSourceViewController)

@@ -19,7 +19,7 @@ enum Taken : unsigned
     output = 1u << 2, ///< and needs it
     object = 1u << 3, ///< an object's number, which it needs
     generation = 1u << 4,
-    oneVersion = 1u << 5, ///< --at-version, --raw
+    oneVersion = 1u << 5, ///< --at-version, --raw, --decoded
 };
 
 struct Command
@@ -95,6 +95,8 @@ private:
             theArguments.json = true;
         else if (word == "--raw")
             theArguments.raw = true;
+        else if (word == "--decoded")
+            theArguments.decoded = true;
         else if (word == "--at-version")
             return takeNumber(word, theArguments.atVersion);
         else if (word == "--help" || word == "-h")
@@ -153,11 +155,12 @@ private:
     bool checkOptions(unsigned takes)
     {
         const bool writes = (takes & Taken::output) != 0;
-        const std::array<std::pair<bool, std::string>, 5> refused{{
+        const std::array<std::pair<bool, std::string>, 6> refused{{
             {theArguments.json && (takes & Taken::json) == 0, "--json"},
             {theArguments.exportFolder && (takes & Taken::exportFolder) == 0, "--export"},
-            {theArguments.passwordFile && !writes, "--password-file"},
+            {theArguments.passwordFile && !writes && !theArguments.decoded, "--password-file"},
             {theArguments.raw && (takes & Taken::oneVersion) == 0, "--raw"},
+            {theArguments.decoded && (takes & Taken::oneVersion) == 0, "--decoded"},
             {theArguments.atVersion && (takes & Taken::oneVersion) == 0, "--at-version"},
         }};
         for (const auto& [isRefused, option] : refused) {
@@ -168,6 +171,9 @@ private:
             return fail(theArguments.command + (writes ? " needs -o OUT" : " has no -o"));
         if (theArguments.raw && theArguments.json)
             return fail("--raw and --json exclude each other");
+        if (theArguments.decoded
+            && (theArguments.raw || theArguments.json || theArguments.atVersion))
+            return fail("--decoded stands alone: it is the object that readers use");
         return true;
     }
 

@@ -28,6 +28,7 @@ struct Arguments
     std::optional<std::int64_t> objGen;
     std::optional<std::int64_t> atVersion; ///< --at-version V
     bool raw = false; ///< --raw
+    bool decoded = false; ///< --decoded
     std::optional<std::string> exportFolder; ///< --export FOLDER
     std::optional<std::string> output; ///< -o OUT or --output OUT
     std::optional<std::string> passwordFile; ///< --password-file FILE

@@ -1,6 +1,8 @@
-// tarnwick-export: what tarnwick-inspect becomes for flat, text and rtf; takes the same words.
+// tarnwick-export: what tarnwick-inspect becomes for flat, text, rtf and object --decoded; takes
+// the same words.
 
 #include "Arguments.h"
+#include "DecodedCommand.h"
 #include "ExportCommand.h"
 
 #include <csignal>
@@ -14,9 +16,10 @@ int main(int count, char** words)
     std::signal(SIGXFSZ, SIG_IGN); // a limit on file sizes is an error, not the end
     std::string problem = "use tarnwick-inspect";
     const auto arguments = parseArguments({words + (count > 0 ? 1 : 0), words + count}, problem);
-    if (!arguments || !arguments->output) {
+    if (!arguments || (!arguments->output && !arguments->decoded)) {
         std::fprintf(stderr, "tarnwick-export: %s\n", problem.c_str());
         return static_cast<int>(ExitStatus::isWrongUse);
     }
-    return static_cast<int>(exportCommand(*arguments));
+    return static_cast<int>(
+        arguments->decoded ? decodedCommand(*arguments) : exportCommand(*arguments));
 }

@@ -30,9 +30,10 @@ Commands:
   summary  FILE             how many objects of each kind there are
   versions FILE [--json] [--export FOLDER]
                             where the saved versions end; writes each to a file
-  object   FILE N [G] [--at-version V] [--raw | --json]
+  object   FILE N [G] [--at-version V] [--raw | --decoded | --json]
                             object number N as it is stored; --raw: the stored
-                            bytes of its stream
+                            bytes of its stream; --decoded: what they unpack to,
+                            by the PDF engine, of the object that readers use
   uses     FILE N [--json]  who refers to object N
   tree     FILE [--json]    the objects, followed from the trailer
   check    FILE [--json]    departures from the standard, what acts or hides
@@ -113,5 +114,9 @@ int main(int count, char** words)
         std::puts("tarnwick-inspect " TARNWICK_VERSION);
         return 0;
     }
-    return static_cast<int>(arguments->output ? becomeExportProgram(words) : run(*arguments));
+    const bool needsEngine = arguments->output || arguments->decoded;
+    if (arguments->decoded && ::isatty(STDOUT_FILENO) != 0)
+        return static_cast<int>(fail(ExitStatus::isWrongUse,
+            "--decoded prints bytes that a terminal may obey; send them to a file or a pipe"));
+    return static_cast<int>(needsEngine ? becomeExportProgram(words) : run(*arguments));
 }

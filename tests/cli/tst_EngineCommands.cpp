@@ -47,6 +47,7 @@ private slots:
     void asksForThePassword();
     void findsItsHelpersWhereTheInstallationHasThem();
     void saysWhatIsMissing();
+    void decodesStreams();
 
 private:
     /// Runs a command in the test's folder, without a terminal that could be asked for passwords.
@@ -245,6 +246,32 @@ void TestEngineCommands::saysWhatIsMissing()
         QCOMPARE(range.value(u"reason").toString(), u"damaged"_s);
         QCOMPARE(range.value(u"partial").toBool(true), false);
         QCOMPARE(object.value(u"lostObjects").toInt(), command == u"flat" ? 1 : 0);
+    }
+}
+
+void TestEngineCommands::decodesStreams()
+{
+    const std::string locked = std::string(TARNWICK_TEST_DATA) + "/locked-aes-256.pdf";
+    PdfBuilder builder;
+    const int hex = builder.addPage("A page").addStream("48692e>", "/Filter /ASCIIHexDecode");
+    const int unknown = builder.addStream("x", "/Filter /What");
+    const int damaged = builder.addStream("not deflated", "/Filter /FlateDecode");
+    writeFile(path(u"b.pdf"_s), QByteArray::fromStdString(builder.bytes()));
+    writeFile(path(u"secret"_s), "geheim\n");
+    const std::tuple<QStringList, int, QByteArray, QByteArray> commands[] = {
+        {{u"b.pdf"_s, QString::number(hex)}, 0, "Hi.", ""},
+        {{u"b.pdf"_s, QString::number(unknown)}, 1, "", "The filter /What is not known."},
+        {{u"b.pdf"_s, QString::number(damaged)}, 4, "", "is damaged after 0 bytes: zlib"},
+        {{u"b.pdf"_s, u"1"_s}, 1, "", "It has no stream"},
+        {{u"b.pdf"_s, u"99999999999"_s}, 1, "", "It has no stream"},
+        {{u"b.pdf"_s, u"1"_s, u"--raw"_s}, 2, "", "--decoded stands alone"},
+        {{QString::fromStdString(locked), u"6"_s, u"--password-file"_s, u"secret"_s}, 0, "Tj", ""},
+    };
+    for (const auto& [words, status, output, errors] : commands) {
+        const CompanionRun result = run(QStringList{u"object"_s, u"--decoded"_s} + words);
+        QVERIFY2(result.errors.contains(errors), result.errors.constData());
+        QCOMPARE(result.status, status);
+        QVERIFY2(result.output.contains(output), result.output.constData());
     }
 }
 

@@ -1,6 +1,7 @@
 #include "inspector/SourceViewController.h"
 
 #include "GoToBar.h"
+#include "ObjectPanel.h"
 #include "SourceNavigator.h"
 #include "SourceSummary.h"
 #include "document/Document.h"
@@ -87,10 +88,12 @@ SourceViewController::SourceViewController(
     , theFlags(flags)
     , theNavigator(new SourceNavigator(PlaceHistory::of(*document), this))
     , theGoToBar(new GoToBar(this))
+    , theObjectPanel(new ObjectPanel(this))
 {
     ui->setupUi(this);
     connectOutlets();
     connectNavigation();
+    connectObjectPanel();
     connectTable();
 }
 
@@ -131,6 +134,8 @@ void SourceViewController::setLowerTextView(PlainTextView* view)
     view->setGutter(PlainTextView::Gutter::isLinesAndOffsets);
     theNavigator->setPane(SourceNavigator::Pane::isStored, view, nullptr);
     connect(view, &PlainTextView::selectionChanged, this, &SourceViewController::selectRowOfCaret,
+        Qt::UniqueConnection);
+    connect(view, &PlainTextView::selectionChanged, this, &SourceViewController::followCaret,
         Qt::UniqueConnection);
     setFocusProxy(view);
 }
@@ -173,6 +178,7 @@ void SourceViewController::hideEvent(QHideEvent* event)
 {
     QSettings().setValue(splitterKey, ui->panes->saveState());
     saveTable();
+    saveObjectPanel();
     QWidget::hideEvent(event);
 }
 
@@ -196,6 +202,7 @@ void SourceViewController::fillPanes()
     fillUpper();
     startScan(theLower, shared(theOwner->theData()));
     tellTable();
+    tellObjectPanel();
 }
 
 void SourceViewController::fillUpper()
@@ -296,6 +303,7 @@ void SourceViewController::finishPane(Pane& pane, const QString& note)
     endWork(pane, note);
     writeSummary();
     tellTable();
+    followCaret();
     if (!isFilling())
         emit filled();
 }

@@ -1,6 +1,7 @@
 // The part of SourceViewController that has the table of objects beside the panes.
 #include "inspector/SourceViewController.h"
 
+#include "ObjectPanel.h"
 #include "ObjectTable.h"
 #include "ObjectTree.h"
 #include "SourceNavigator.h"
@@ -52,11 +53,13 @@ void SourceViewController::saveTable() const
 void SourceViewController::showTable(bool shows)
 {
     ui->objectTabs->setVisible(shows);
-    ui->sidePanels->setVisible(shows);
+    ui->sidePanels->setVisible(shows || !theObjectPanel->isHidden());
 }
 
 bool SourceViewController::commandIsChecked(const QString& command) const
 {
+    if (command == QLatin1String("toggleObjectPanel"))
+        return !theObjectPanel->isHidden();
     return command == QLatin1String("toggleObjectTable") && !ui->objectTabs->isHidden();
 }
 

@@ -23,6 +23,7 @@ namespace tarnwick {
 
 class Document;
 class GoToBar;
+class ObjectPanel;
 class PlainTextView;
 class SourceInquiry;
 class SourceNavigator;
@@ -97,6 +98,8 @@ public slots:
     void goToPageDialog() { goToObject(); }
     /// Shows or hides the table of the stored file's objects, now and in later windows.
     void toggleObjectTable();
+    /// Shows or hides the object that the caret is in, now and in later windows.
+    void toggleObjectPanel();
     /// Gives the keyboard to the table's filter, showing the table.
     void filterObjects();
 
@@ -105,6 +108,8 @@ signals:
     void pageWanted(int page);
     /// All panes have their final content.
     void filled();
+    /// The object that was asked for shows beside the panes.
+    void objectShown();
 
 protected:
     void showEvent(QShowEvent* event) override;
@@ -138,6 +143,13 @@ private:
     void tellNavigator();
     void goToWanted(const QString& text);
     void say(Pane& pane, const QString& sentence);
+    void connectObjectPanel();
+    void saveObjectPanel() const;
+    void showObjectPanel(bool shows);
+    void tellObjectPanel();
+    void showObjectOfCaret(bool isUrgent);
+    void followCaret() { showObjectOfCaret(false); }
+    void followToObject(int number);
     void connectTable();
     void saveTable() const;
     void showTable(bool shows);
@@ -154,6 +166,7 @@ private:
     SourceNavigator* theNavigator;
     GoToBar* theGoToBar;
     SourceInquiry* theInquiry = nullptr;
+    ObjectPanel* theObjectPanel; ///< beside the panes
     std::optional<int> thePageToShow; ///< once the panes are filled
     bool theTableLeads = false; ///< the caret moves because its row was chosen
     PlainTextView* theBottomView = nullptr;

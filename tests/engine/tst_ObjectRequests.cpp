@@ -184,6 +184,7 @@ void TestObjectRequests::readsStreams_data()
         u"unknown 0"_s);
     row("filters that name themselves", "x", "/Filter [ 6 0 R ] /DecodeParms 6 0 R", usualStream,
         u"unknown 0"_s);
+    row("an image that stays packed", "x", "/Filter /JPXDecode", usualStream, u"whole 1"_s);
     row("a Length that lies", "0 0 m 1 1 l", "/Length 3", usualStream, u"whole 11"_s);
     // A bomb: 4 KB unpack to 2 GB.
     row("a bomb", deflated(2, deflated(std::string(200u << 20, '\0'))),
@@ -198,8 +199,11 @@ void TestObjectRequests::readsStreams()
     PdfBuilder builder;
     const int number = builder.addPage("A page").addStream(data, entries);
     OpenedDocument document(builder.bytes());
-    QTEST(endOf(document->requestStream(number, PDFStreamForm::isDecoded, limit, document.get())),
-        "end");
+    const PDFStreamRequest* const request
+        = document->requestStream(number, PDFStreamForm::isDecoded, limit, document.get());
+    QTEST(endOf(request), "end");
+    if (entries.find("JPXDecode") != std::string::npos)
+        QCOMPARE(request->stream().remark, u"/JPXDecode is not undone"_s);
 }
 
 /// All bytes up to the damage are there, for the plain form of the one filter that most have.

@@ -105,6 +105,8 @@ int StreamReader::read(StreamResult& result)
     copy(result);
     if (result.end == EngineStreamEnd::isDamaged && isFlateAlone())
         copyTail();
+    if (result.remark.empty() && staysPacked())
+        result.remark = "/JPXDecode is not undone";
     result.size = theOutput.position();
     return theOutput.finish() ? FZ_ERROR_NONE : FZ_ERROR_MEMORY;
 }
@@ -198,6 +200,16 @@ bool StreamReader::isFlateAlone() const
         predictor = pdf_dict_get_int(theContext, filters[0].parameters, PDF_NAME(Predictor));
     });
     return !error && predictor <= 1;
+}
+
+/// The library takes the parts of JPEG 2000 apart only to draw them.
+bool StreamReader::staysPacked() const
+{
+    const LoadedObject dictionary(theDocument, theRequest.number);
+    const auto filters = readFilters(theContext, dictionary.object());
+    return theRequest.form == EngineStreamForm::isDecoded
+        && std::any_of(filters.begin(), filters.end(),
+            [](const auto& filter) { return filter.name == "JPXDecode"; });
 }
 
 void StreamReader::copyTail()

@@ -29,6 +29,7 @@ private:
     void copy(StreamResult& result);
     void copyFrom(fz_stream* stream, StreamResult& result);
     bool isFlateAlone() const;
+    bool staysPacked() const;
     void copyTail();
     void write(std::string_view bytes);
 

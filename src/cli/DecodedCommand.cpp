@@ -53,6 +53,9 @@ private:
 
     static ExitStatus reportEnd(const std::string& object, const PDFStream& stream)
     {
+        if (stream.end == PDFStreamEnd::isWhole && !stream.remark.isEmpty())
+            std::fprintf(
+                stderr, "tarnwick-inspect: %s: %s\n", object.c_str(), qPrintable(stream.remark));
         if (stream.end == PDFStreamEnd::isWhole)
             return ExitStatus::isDone;
         const bool isDamaged = stream.end == PDFStreamEnd::isDamaged;

@@ -1,5 +1,6 @@
 #include "inspector/SourceViewController.h"
 
+#include "PlacePanel.h"
 #include "document/Document.h"
 #include "support/PdfBuilder.h"
 #include "text/PlainTextView.h"
@@ -197,16 +198,23 @@ void TestObjectTable::goesWithHistoryOnEnterAlone()
 {
     open();
     PlainTextView& view = *theInspector->lowerTextView();
-    view.setSelection({1, 0}, {1, 0});
+    PlainTextView& other = *theInspector->upperTextView();
+    other.setFocus();
+    other.setSelection({1, 0}, {1, 0});
     table().setFocus();
     table().selectRow(2);
     QTest::keyClick(&table(), Qt::Key_Down);
     QVERIFY(!theInspector->validateCommand(u"goBack"_s));
+    theInspector->showUsers(); // of the row's object, whatever pane had the keyboard
+    const auto* panel = theInspector->findChild<PlacePanel*>();
+    QTRY_VERIFY(panel->title().contains(u"object 4"_s));
+    table().setFocus();
     QTest::keyClick(&table(), Qt::Key_Return);
     QVERIFY(view.hasFocus());
     QCOMPARE(lineOfCaret(), u"4 0 obj"_s);
     theInspector->goBack();
-    QCOMPARE(view.caret(), (TextPosition{1, 0}));
+    QVERIFY(other.hasFocus());
+    QCOMPARE(other.caret(), (TextPosition{1, 0}));
 }
 
 void TestObjectTable::saysWhyItIsEmpty()

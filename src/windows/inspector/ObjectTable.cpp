@@ -105,6 +105,9 @@ void ObjectTable::layOut()
     line->addWidget(theStatus, 1);
     theStop->setText(tr("Stop"));
     theStop->setAccessibleName(tr("Stop reading objects"));
+    QSizePolicy policy = theStop->sizePolicy();
+    policy.setRetainSizeWhenHidden(true); // the table is not to move while rows are made
+    theStop->setSizePolicy(policy);
     theStop->hide();
     line->addWidget(theStop);
     layout->addLayout(line);

@@ -46,9 +46,11 @@ ObjectTree::ObjectTree(QWidget* parent)
         if (const auto object = theModel->objectAt(index))
             emit wanted(*object);
     });
-    connect(theModel, &ObjectTreeModel::found, this, [this](bool isThere) {
-        theStatus->setVisible(!isThere);
-        theStatus->setText(tr("The file has neither a trailer nor a catalog to begin with"));
+    connect(theModel, &ObjectTreeModel::found, this, [this](ObjectTreeModel::Beginning beginning) {
+        theStatus->setVisible(beginning != ObjectTreeModel::Beginning::isThere);
+        theStatus->setText(beginning == ObjectTreeModel::Beginning::isMissing
+                ? tr("The file has neither a trailer nor a catalog to begin with")
+                : tr("There is not enough memory to show this"));
         theView->expand(theModel->index(0, 0));
     });
 }

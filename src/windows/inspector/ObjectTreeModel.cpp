@@ -68,34 +68,36 @@ void ObjectTreeModel::setSource(std::shared_ptr<const SourceText> source)
     endResetModel();
     if (!theSource)
         return;
+    using Found = std::pair<Beginning, std::size_t>;
     theSearch.start(
-        [source = theSource]() -> std::optional<std::size_t> {
+        [source = theSource]() -> Found {
             try {
                 const auto start = SourceTree(source->theCatalog()).start();
-                return start ? std::optional(start->index()) : std::nullopt;
+                return start ? Found(Beginning::isThere, start->index())
+                             : Found(Beginning::isMissing, 0);
             } catch (const std::bad_alloc&) {
-                return std::nullopt;
+                return {Beginning::isOutOfMemory, 0};
             }
         },
-        [this](std::optional<std::size_t> start) { begin(start); });
+        [this](const Found& result) {
+            if (result.first == Beginning::isThere)
+                begin(result.second);
+            emit found(result.first);
+        });
 }
 
-void ObjectTreeModel::begin(std::optional<std::size_t> start)
+void ObjectTreeModel::begin(std::size_t start)
 {
-    if (start) {
-        const pdfObjectCatalog& catalog = theSource->theCatalog();
-        const pdfObject object = catalog.object(*start);
-        theVersion = object.objVer();
-        auto node = std::make_unique<Node>();
-        node->parent = theRoot.get();
-        node->child
-            = {{}, object.objNo(), object.objGen(), start, objectKind(catalog, object), true};
-        node->isUnread = true;
-        beginInsertRows({}, 0, 0);
-        theRoot->children.push_back(std::move(node));
-        endInsertRows();
-    }
-    emit found(start.has_value());
+    const pdfObjectCatalog& catalog = theSource->theCatalog();
+    const pdfObject object = catalog.object(start);
+    theVersion = object.objVer();
+    auto node = std::make_unique<Node>();
+    node->parent = theRoot.get();
+    node->child = {{}, object.objNo(), object.objGen(), start, objectKind(catalog, object), true};
+    node->isUnread = true;
+    beginInsertRows({}, 0, 0);
+    theRoot->children.push_back(std::move(node));
+    endInsertRows();
 }
 
 bool ObjectTreeModel::canFetchMore(const QModelIndex& parent) const

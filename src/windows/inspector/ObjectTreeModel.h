@@ -40,9 +40,16 @@ public:
     QVariant data(const QModelIndex& index, int role) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
+    enum class Beginning
+    {
+        isThere,
+        isMissing, ///< neither a trailer nor a catalog
+        isOutOfMemory,
+    };
+
 signals:
-    /// @param isThere whether the source has a trailer or a catalog to begin with.
-    void found(bool isThere);
+    /// What there is of what a document begins with.
+    void found(tarnwick::ObjectTreeModel::Beginning beginning);
     /// What a row refers to has been read, or could not be for want of memory.
     void opened(const QModelIndex& index, bool isRead);
 
@@ -52,7 +59,7 @@ private:
 
     Node* nodeOf(const QModelIndex& index) const;
     QModelIndex indexOf(const Node& node) const;
-    void begin(std::optional<std::size_t> start);
+    void begin(std::size_t start);
     void take(Node& node, std::optional<ObjectChildren> children);
     static bool isAbove(const Node& node, std::size_t object);
     QString objectText(const Node& node) const;

@@ -131,11 +131,11 @@ QString SourceNavigator::lookAt(const pdfObject& object, Pane in)
     const std::optional<TextRange> place = pane(in).placeOf(object);
     if (!place)
         return tr("Object %1 has no line here").arg(object.objNo());
-    PlainTextView* view = pane(in).view();
-    if (!PanePlace::of(view).isSameAs(theLook))
-        theLookOrigin = PanePlace::of(view);
-    view->goTo(*place);
-    theLook = PanePlace::of(view);
+    if (!present().isSameAs(theLook))
+        theLookOrigin = present();
+    theCurrent = in;
+    pane(in).view()->goTo(*place);
+    theLook = present();
     return {};
 }
 

@@ -64,8 +64,9 @@ public:
 
     /// Shows an object and gives its pane the keyboard. @returns as goTo().
     QString show(const pdfObject& object, Pane in);
-    /// Shows an object and nothing more: the keyboard stays where it is. Going on from there leads
-    /// back to where the pane was before the first of such looks. @returns as goTo().
+    /// Shows an object in what is the current pane from then on; the keyboard stays where it is.
+    /// Going on from there leads back to where the user was before the first of such looks.
+    /// @returns as goTo().
     QString lookAt(const pdfObject& object, Pane in);
 
 signals:

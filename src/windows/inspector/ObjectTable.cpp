@@ -127,6 +127,7 @@ void ObjectTable::setUpView()
     theView->setAlternatingRowColors(true);
     theView->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
     theView->setContextMenuPolicy(Qt::CustomContextMenu);
+    theView->installEventFilter(this);
     constexpr int margin = 12;
     QHeaderView* const rows = theView->verticalHeader();
     rows->setSectionResizeMode(QHeaderView::Fixed);
@@ -231,10 +232,25 @@ void ObjectTable::readFilter()
 
 bool ObjectTable::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched == theField && event->type() == QEvent::KeyPress
-        && handleFilterKey(static_cast<QKeyEvent*>(event)->key()))
-        return true;
+    if (event->type() == QEvent::KeyPress) {
+        const auto* const key = static_cast<QKeyEvent*>(event);
+        if (watched == theField ? handleFilterKey(key->key()) : beginFilter(*key))
+            return true;
+    }
     return QWidget::eventFilter(watched, event);
+}
+
+/// What is typed in the table goes on in the filter. The view's own search would look at half a
+/// million rows within the key press.
+bool ObjectTable::beginFilter(const QKeyEvent& key)
+{
+    constexpr auto others = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
+    const QString text = key.text().trimmed();
+    if (text.isEmpty() || !text.front().isPrint() || key.modifiers().testAnyFlags(others))
+        return false;
+    editFilter();
+    theField->insert(text);
+    return true;
 }
 
 bool ObjectTable::handleFilterKey(int key)

@@ -63,6 +63,7 @@ private:
     void setUpView();
     void connectParts();
     bool handleFilterKey(int key);
+    bool beginFilter(const QKeyEvent& key);
     void readFilter();
     void make();
     void takeRows(ObjectRowsMaker::Outcome outcome);

@@ -32,6 +32,7 @@ class TestObjectTree : public QObject
 private slots:
     void opensLevelByLevel_data();
     void opensLevelByLevel();
+    void opensManyAtOnce();
     void forgetsWhatItWasReading();
 };
 
@@ -88,6 +89,32 @@ void TestObjectTree::opensLevelByLevel()
             + u' ' + index.siblingAtColumn(1).data().toString());
     }
     QCOMPARE(shown, rows);
+}
+
+/// One after the other, not with a thread for each.
+void TestObjectTree::opensManyAtOnce()
+{
+    constexpr int count = 1000;
+    ObjectTreeModel model(nullptr);
+    QSignalSpy found(&model, &ObjectTreeModel::found);
+    QSignalSpy opened(&model, &ObjectTreeModel::opened);
+    model.setSource(scanned(file(u"[ %1]"_s.arg(u"2 0 R "_s.repeated(count))).toStdString()));
+    QVERIFY(found.wait());
+    QModelIndex parent = model.index(0, 0);
+    for (int level = 0; level < 2; ++level, parent = model.index(0, 0, parent)) {
+        model.fetchMore(parent);
+        QVERIFY(opened.wait());
+    }
+    parent = model.index(0, 0, model.index(0, 0));
+    opened.clear();
+    for (int row = 0; row < count; ++row)
+        model.fetchMore(model.index(row, 0, parent));
+    while (opened.size() < count)
+        QVERIFY(opened.wait());
+    for (int row = 0; row < count; ++row) {
+        QCOMPARE(opened[row].first().toModelIndex(), model.index(row, 0, parent));
+        QCOMPARE(model.rowCount(model.index(row, 0, parent)), 2);
+    }
 }
 
 void TestObjectTree::forgetsWhatItWasReading()

@@ -5,6 +5,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QTreeView>
 #include <QVBoxLayout>
@@ -28,6 +29,7 @@ ObjectTree::ObjectTree(QWidget* parent)
     theView->setAccessibleName(tr("Objects of the stored file from the trailer down"));
     theView->setModel(theModel);
     theView->setUniformRowHeights(true);
+    theView->installEventFilter(this);
     theView->setEditTriggers(QAbstractItemView::NoEditTriggers);
     theView->setExpandsOnDoubleClick(false);
     theView->header()->resizeSection(0, theView->fontMetrics().horizontalAdvance(u'0') * 28);
@@ -69,6 +71,17 @@ void ObjectTree::showEvent(QShowEvent* event)
 {
     QWidget::showEvent(event);
     look();
+}
+
+/// The key that opens all that is below a row opens the row: level by level, as there may be no
+/// end.
+bool ObjectTree::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() != QEvent::KeyPress
+        || static_cast<QKeyEvent*>(event)->key() != Qt::Key_Asterisk)
+        return QWidget::eventFilter(watched, event);
+    theView->expand(theView->currentIndex());
+    return true;
 }
 
 void ObjectTree::look()

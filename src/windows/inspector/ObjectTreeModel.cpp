@@ -46,7 +46,6 @@ struct ObjectTreeModel::Node
     QString rest;
     bool isUnread = false; ///< what it refers to has not been asked for
     Nodes children;
-    Work work;
 };
 
 ObjectTreeModel::ObjectTreeModel(QObject* parent)
@@ -60,6 +59,8 @@ ObjectTreeModel::~ObjectTreeModel() = default;
 void ObjectTreeModel::setSource(std::shared_ptr<const SourceText> source)
 {
     theSearch.abandon();
+    theReading.abandon();
+    theWaiting.clear();
     beginResetModel();
     theRoot = std::make_unique<Node>();
     if (theSource)
@@ -111,7 +112,18 @@ void ObjectTreeModel::fetchMore(const QModelIndex& parent)
         return;
     Node* const node = nodeOf(parent);
     node->isUnread = false;
-    node->work.start(
+    theWaiting.push_back(node);
+    if (!theReading.isRunning())
+        readNext();
+}
+
+void ObjectTreeModel::readNext()
+{
+    if (theWaiting.empty())
+        return;
+    Node* const node = theWaiting.front();
+    theWaiting.pop_front();
+    theReading.start(
         [source = theSource, object = node->child.object.value(), version = theVersion](
             const std::stop_token& stop) -> std::optional<ObjectChildren> {
             try {
@@ -120,7 +132,11 @@ void ObjectTreeModel::fetchMore(const QModelIndex& parent)
                 return std::nullopt;
             }
         },
-        [this, node](std::optional<ObjectChildren> children) { take(*node, std::move(children)); });
+        [this, node](std::optional<ObjectChildren> children) {
+            take(*node, std::move(children));
+            if (!theReading.isRunning()) // unless taking has led to more
+                readNext();
+        });
 }
 
 bool ObjectTreeModel::isAbove(const Node& node, std::size_t object)

@@ -6,6 +6,7 @@
 
 #include <QAbstractItemModel>
 
+#include <deque>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -60,6 +61,7 @@ private:
     Node* nodeOf(const QModelIndex& index) const;
     QModelIndex indexOf(const Node& node) const;
     void begin(std::size_t start);
+    void readNext();
     void take(Node& node, std::optional<ObjectChildren> children);
     static bool isAbove(const Node& node, std::size_t object);
     QString objectText(const Node& node) const;
@@ -69,6 +71,8 @@ private:
     std::int64_t theVersion = 0; ///< of the trailer
     std::unique_ptr<Node> theRoot; ///< above the one row that is there at first
     Work theSearch;
+    std::deque<Node*> theWaiting; ///< to be read one after the other, however many are opened
+    Work theReading;
 };
 
 } // namespace tarnwick

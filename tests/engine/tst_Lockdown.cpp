@@ -1,16 +1,19 @@
+#include "Isolation.h"
 #include "Lockdown.h"
 #include "ProcessorTime.h"
 
-#include "support/ChildOutcome.h"
-
-#include <QTest>
+#include "support/Rows.h"
 
 #include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
+#include <functional>
 
 #include <fcntl.h>
+#include <linux/capability.h>
+#include <linux/landlock.h>
+#include <net/if.h>
 #include <poll.h>
 #include <sched.h>
 #include <sys/ioctl.h>
@@ -28,16 +31,82 @@ using namespace tarnwick;
 namespace {
 
 constexpr std::size_t page = 4096;
+constexpr int notPrepared = 127;
 
 int theTester = 0; ///< the process that must not be reached
 int theOutput = -1; ///< shared memory of one page, granted to the locked process
 char* theSecret = nullptr; ///< an entry of the environment
 void* thePage = nullptr; ///< the process's own, not executable
 
+/// @returns what becomes of it: 0 when it is done, the error that it ends with, or endedBy().
+using Deed = std::function<int()>;
+
+constexpr int endedBy(int signal)
+{
+    return 128 + signal;
+}
+
+int errorOf(long result)
+{
+    return result < 0 ? errno : 0;
+}
+
+/// A call of the system; one that is let through without arguments fails in another way.
+template<typename... Arguments> Deed call(long number, Arguments... arguments)
+{
+    return [=] { return errorOf(::syscall(number, arguments...)); };
+}
+
+/// @returns what becomes of a deed in a process of its own that has been prepared for it,
+/// notPrepared when it could not be.
+int outcomeOf(bool (*prepare)(), const Deed& deed)
+{
+    const pid_t child = ::fork();
+    if (child == 0)
+        ::_exit(prepare() ? deed() : notPrepared);
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : endedBy(WTERMSIG(status));
+}
+
 bool lock()
 {
     ::lseek(theOutput, 0, SEEK_SET); // a position that all its users share
     return lockDown({1000, theOutput});
+}
+
+/// What stands behind the filter of system calls, without the filter.
+bool isolateAlone()
+{
+    if (::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0)
+        return false;
+    isolate();
+    return true;
+}
+
+bool doNothing()
+{
+    return true;
+}
+
+int interfaceIsUp()
+{
+    ifreq request = {};
+    qstrncpy(request.ifr_name, "lo", sizeof request.ifr_name);
+    const int socket = ::socket(AF_INET, SOCK_DGRAM, 0);
+    const int error = errorOf(::ioctl(socket, SIOCGIFFLAGS, &request));
+    return error ? error : (request.ifr_flags & IFF_UP) != 0 ? 0 : EPERM;
+}
+
+int hasPrivileges()
+{
+    __user_cap_header_struct header = {_LINUX_CAPABILITY_VERSION_3, 0};
+    __user_cap_data_struct data[_LINUX_CAPABILITY_U32S_3] = {};
+    if (::syscall(SYS_capget, &header, data) != 0)
+        return errno;
+    return (data[0].effective | data[0].permitted | data[1].effective | data[1].permitted) != 0
+        ? 0
+        : EPERM;
 }
 
 } // namespace
@@ -51,6 +120,8 @@ private slots:
     void leavesWhatTheEngineNeeds();
     void takesEverythingElse_data();
     void takesEverythingElse();
+    void standsInPlacesOfItsOwn_data();
+    void standsInPlacesOfItsOwn();
     void endsAtItsProcessorTime();
     void closesInheritedDescriptors();
 };
@@ -79,119 +150,105 @@ void TestLockdown::leavesWhatTheEngineNeeds()
     QCOMPARE(outcomeOf(lock, abort), endedBy(SIGABRT));
 }
 
+using TakesEverythingElse = Rows<Deed, int>;
+
 void TestLockdown::takesEverythingElse_data()
 {
-    QTest::addColumn<Deed>("deed");
-    const auto row = [](const char* name, int (*deed)(), int outcome = EPERM) {
-        QTest::newRow(name) << Deed{deed, outcome};
-    };
+    const TakesEverythingElse row;
     const int ended = endedBy(SIGSYS);
-
-    row(
-        "kill", [] { return errorOf(::kill(theTester, 0)); }, ended);
-    row(
-        "ptrace", [] { return errorOf(::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr)); }, ended);
-    row(
-        "writing a process's memory",
-        [] { return errorOf(::syscall(SYS_process_vm_writev, theTester, 0, 0, 0, 0, 0)); }, ended);
-    row("tkill", [] { return errorOf(::syscall(SYS_tkill, theTester, 0)); });
-    row("tgkill", [] { return errorOf(::syscall(SYS_tgkill, theTester, theTester, SIGABRT)); });
-    row("a signal to itself",
-        [] { return errorOf(::syscall(SYS_tgkill, ::getpid(), ::gettid(), SIGWINCH)); });
-    row("rt_sigqueueinfo", [] {
-        siginfo_t info = {};
-        return errorOf(::syscall(SYS_rt_sigqueueinfo, theTester, SIGWINCH, &info));
-    });
-    row("pidfd", [] { return errorOf(::syscall(SYS_pidfd_open, theTester, 0)); });
-    row("the pipe's owner", [] { return errorOf(::fcntl(0, F_SETOWN, theTester)); });
-    row("the pipe's signal", [] { return errorOf(::fcntl(0, F_SETSIG, SIGKILL)); });
-    row("signals from the pipe", [] { return errorOf(::fcntl(0, F_SETFL, O_ASYNC)); });
-    row("leases and notices", [] { return errorOf(::fcntl(theOutput, F_SETLEASE, F_RDLCK)); });
-    row("a copy of a descriptor", [] { return errorOf(::dup(0)); });
-    row("fork", [] { return errorOf(::syscall(SYS_clone, SIGCHLD, 0, 0, 0, 0)); });
-    row(
-        "a program", [] { return errorOf(::execl("/bin/true", "true", nullptr)); }, ended);
-    row(
-        "network", [] { return errorOf(::socket(AF_INET, SOCK_STREAM, 0)); }, ended);
-    row("io_uring", [] { return errorOf(::syscall(SYS_io_uring_setup, 1, nullptr)); });
-    row("userfaultfd", [] { return errorOf(::syscall(SYS_userfaultfd, 0)); });
-    row("prctl", [] { return errorOf(::prctl(PR_GET_DUMPABLE)); });
-    row("another namespace", [] { return errorOf(::unshare(CLONE_NEWUSER)); });
-
-    row("shared memory made", [] { return errorOf(::memfd_create("more", 0)); });
-    row("shared memory resized", [] { return errorOf(::ftruncate(theOutput, 2 * page)); });
-    row("shared memory given room", [] { return errorOf(::fallocate(theOutput, 0, 0, 2 * page)); });
-    row(
-        "shared memory outgrown",
-        [] {
-            const std::array<char, 2 * page> bytes = {};
-            return ::write(theOutput, bytes.data(), bytes.size()) == page
-                ? errorOf(::write(theOutput, bytes.data(), 1))
-                : 0;
-        },
-        EFBIG);
-    row("files of another process",
-        [] { return errorOf(::syscall(SYS_pidfd_getfd, theTester, 1, 0)); });
+    row("kill", call(SYS_kill, theTester, 0), ended);
+    row("ptrace", call(SYS_ptrace, PTRACE_TRACEME), ended);
+    row("writing a process's memory", call(SYS_process_vm_writev, theTester), ended);
+    row("a program", call(SYS_execve), ended);
+    row("a program by its descriptor", call(SYS_execveat, theOutput), ended);
+    row("network", call(SYS_socket, AF_INET, SOCK_STREAM, 0), ended);
 #ifdef __x86_64__
-    row(
-        "a call in the x32 way", [] { return errorOf(::syscall(0x40000000 | SYS_getpid)); }, ended);
-    row(
-        "a call in the 32-bit way",
-        [] {
-            long result = 20; // getpid
-            asm volatile("int $0x80" : "+a"(result) : : "memory");
-            return errorOf(result);
-        },
-        ended);
+    row("a call in the x32 way", call(0x40000000 | SYS_getpid), ended);
+    const auto oldCall = [] {
+        long result = 20; // getpid
+        asm volatile("int $0x80" : "+a"(result) : : "memory");
+        return errorOf(result);
+    };
+    row("a call in the 32-bit way", oldCall, ended);
 #endif
-    row("the environment", [] { return *theSecret || ::getenv("PATH") ? 0 : EPERM; });
+    row("tkill", call(SYS_tkill, theTester, 0), EPERM);
+    row("tgkill", call(SYS_tgkill, theTester, theTester, SIGABRT), EPERM);
+    const auto signal = [] { return call(SYS_tgkill, ::getpid(), ::gettid(), SIGWINCH)(); };
+    row("a signal to itself", signal, EPERM);
+    row("a signal with a value", call(SYS_rt_sigqueueinfo, theTester, SIGWINCH), EPERM);
+    row("the pipe's owner, signals and copies", call(SYS_fcntl, 0, F_SETOWN, theTester), EPERM);
+    row("fork", call(SYS_clone, SIGCHLD, 0, 0, 0, 0), EPERM);
+    row("io_uring", call(SYS_io_uring_setup, 1), EPERM);
+    row("userfaultfd", call(SYS_userfaultfd, 0), EPERM);
+    row("prctl", call(SYS_prctl, PR_GET_DUMPABLE), EPERM);
+    row("another namespace", call(SYS_unshare, CLONE_NEWUSER), EPERM);
+    row("shared memory made", call(SYS_memfd_create, "more", 0), EPERM);
+    row("shared memory resized", call(SYS_ftruncate, theOutput, 2 * page), EPERM);
+    row("files of another process", call(SYS_pidfd_getfd, theTester, 1, 0), EPERM);
+    const auto outgrow = [] {
+        const std::array<char, 2 * page> bytes = {};
+        return ::write(theOutput, bytes.data(), bytes.size()) == page
+            ? errorOf(::write(theOutput, bytes.data(), 1))
+            : 0;
+    };
+    row("shared memory outgrown", outgrow, EFBIG);
+    const auto remember = [] { return *theSecret || ::getenv("PATH") ? 0 : EPERM; };
+    row("the environment", remember, EPERM);
 #ifndef TARNWICK_SANITIZED
     // The sanitizers read files, map and protect memory as they like, and write reports.
-    row("a file", [] { return errorOf(::open("/etc/passwd", O_RDONLY)); });
-    row("another standard stream", [] { return errorOf(::write(2, "\33c", 2)); });
-    row("another input", [] { return errorOf(::read(theOutput, thePage, 1)); });
-    row("devices' commands", [] {
-        int on = 1;
-        return errorOf(::ioctl(0, FIOASYNC, &on));
-    });
-    row(
-        "more memory than it may have", [] { return ::malloc(std::size_t{6} << 30) ? 0 : errno; },
-        ENOMEM);
+    row("a file", call(SYS_openat, AT_FDCWD, "/etc/passwd", O_RDONLY), EPERM);
+    row("another standard stream", call(SYS_write, 2, "\33c", 2), EPERM);
+    row("another input", call(SYS_read, theOutput, thePage, 1), EPERM);
+    row("devices' commands", call(SYS_ioctl, 0, FIOASYNC), EPERM);
+    const auto fill = [] { return ::malloc(std::size_t{6} << 30) ? 0 : errno; };
+    row("more memory than it may have", fill, ENOMEM);
     const auto map = [](int protection, int flags, int descriptor) {
-        return errorOf(::mmap(nullptr, page, protection, flags, descriptor, 0));
+        return call(SYS_mmap, nullptr, page, protection, flags, descriptor, 0);
     };
-    static const auto mapping = map;
-    row("executable memory",
-        [] { return mapping(PROT_READ | PROT_EXEC, MAP_PRIVATE | MAP_ANONYMOUS, -1); });
-    row("writable and executable memory", [] {
-        return mapping(PROT_READ | PROT_WRITE | PROT_EXEC, MAP_PRIVATE | MAP_ANONYMOUS, -1);
-    });
-    row("shared memory mapped",
-        [] { return mapping(PROT_READ | PROT_WRITE, MAP_SHARED, theOutput); });
-    row("shared memory mapped as a program",
-        [] { return mapping(PROT_READ | PROT_EXEC, MAP_PRIVATE, theOutput); });
-    row("memory made executable",
-        [] { return errorOf(::mprotect(thePage, page, PROT_READ | PROT_EXEC)); });
-    row("memory made executable with a key",
-        [] { return errorOf(::pkey_mprotect(thePage, page, PROT_READ | PROT_EXEC, -1)); });
-    row("memory moved over the program", [] {
-        constexpr int flags = MREMAP_MAYMOVE | MREMAP_FIXED;
-        void* const target = reinterpret_cast<void*>(std::uintptr_t{0x10000000});
-        return errorOf(::mremap(thePage, page, page, flags, target));
-    });
-    row("executable by another personality", [] { return errorOf(::syscall(SYS_personality, 0)); });
-    row("futexes of others", [] { return errorOf(::syscall(SYS_futex, thePage, 1, 1, 0, 0, 0)); });
-    row("limits", [] {
-        const rlimit endless = {RLIM_INFINITY, RLIM_INFINITY};
-        return errorOf(::setrlimit(RLIMIT_CPU, &endless));
-    });
+    constexpr int own = MAP_PRIVATE | MAP_ANONYMOUS;
+    row("executable memory", map(PROT_READ | PROT_EXEC, own, -1), EPERM);
+    row("writable and executable memory", map(PROT_READ | PROT_WRITE | PROT_EXEC, own, -1), EPERM);
+    row("shared memory mapped", map(PROT_READ | PROT_WRITE, MAP_SHARED, theOutput), EPERM);
+    row("memory made executable", call(SYS_mprotect, thePage, page, PROT_EXEC), EPERM);
+    row("memory moved over the program",
+        call(SYS_mremap, thePage, page, page, MREMAP_MAYMOVE | MREMAP_FIXED, 0x10000000), EPERM);
+    row("executable by another personality", call(SYS_personality, 0), EPERM);
+    row("futexes of others", call(SYS_futex, thePage, 1, 1, 0, 0, 0), EPERM);
+    row("limits", call(SYS_setrlimit, RLIMIT_CPU), EPERM);
 #endif
 }
 
 void TestLockdown::takesEverythingElse()
 {
-    QFETCH(Deed, deed);
-    QCOMPARE(outcomeOf(lock, deed.run), deed.outcome);
+    const auto [deed, outcome] = TakesEverythingElse::fetch();
+    QCOMPARE(outcomeOf(lock, deed), outcome);
+}
+
+using StandsInPlacesOfItsOwn = Rows<Deed, int, bool>;
+
+void TestLockdown::standsInPlacesOfItsOwn_data()
+{
+    const StandsInPlacesOfItsOwn row;
+    const bool hasNamespaces
+        = outcomeOf(doNothing, call(SYS_unshare, CLONE_NEWUSER | CLONE_NEWNET)) == 0;
+    const long landlock
+        = ::syscall(SYS_landlock_create_ruleset, nullptr, 0, LANDLOCK_CREATE_RULESET_VERSION);
+    const auto isOneself = [] { return ::getuid() == 65534 ? EPERM : 0; };
+    row("privileges", hasPrivileges, EPERM, true);
+    row("the machine's network", interfaceIsUp, EPERM, hasNamespaces);
+    row("a name among the machine's users", isOneself, EPERM, hasNamespaces);
+    row("files", call(SYS_openat, AT_FDCWD, "/etc/passwd", O_RDONLY), EACCES, landlock >= 1);
+    row("new files", call(SYS_openat, AT_FDCWD, "/tmp", O_TMPFILE | O_RDWR, 0600), EACCES,
+        landlock >= 1);
+    row("signals to others", call(SYS_kill, theTester, 0), EPERM, landlock >= 6);
+}
+
+void TestLockdown::standsInPlacesOfItsOwn()
+{
+    const auto [deed, outcome, isGranted] = StandsInPlacesOfItsOwn::fetch();
+    if (!isGranted)
+        QSKIP("the kernel does not grant it here");
+    QCOMPARE(outcomeOf(isolateAlone, deed), outcome);
 }
 
 namespace {

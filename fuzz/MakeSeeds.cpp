@@ -10,6 +10,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -210,6 +211,48 @@ template<typename Request> std::string framed(const Request& request)
     + payload;
 }
 
+/// Answers that no sound engine gives: numbers out of all ranges, orders, and counts of nothing.
+Seeds hostileAnswers()
+{
+    constexpr float infinite = std::numeric_limits<float>::infinity();
+    constexpr float none = std::numeric_limits<float>::quiet_NaN();
+    constexpr EngineLoss damaged = EngineLoss::isDamaged;
+    const std::string noText = "\xff\xfe\xed\xa0\x80";
+    const std::string countless = "\0\xf0\xff\xff\xff"s + std::string(16, '\1');
+    TextResult pair;
+    pair.characters = std::vector<char32_t>{0xd800, 0, 0x110000, 0xffffffffu};
+    pair.quads = std::vector<EngineQuad>(
+        4, {{{{none, -infinite}, {3e38f, none}, {-infinite, 3e38f}, {none, infinite}}}});
+    return {
+        answer<OpenRequest>(packed(OpenedAnswer{-5, -1, 2'000'000'000, -1, 7, infinite, 1e9f})),
+        answer<OpenRequest>(packed(OpenedAnswer{2'000'000'000, 1, 7, 1, 1, none, -1})),
+        answer<MeasureRequest>(packed(MeasureResult{
+            {{none, -1e30f, true, std::string(255, '\xff')}, {infinite, 0, true, noText}}})),
+        answer<MeasureRequest>(packed(MeasureResult())),
+        answer<TileRequest>(packed(TileResult{std::vector<std::uint32_t>(2)})),
+        answer<LinksRequest>(packed(LinksResult{
+            {{none, infinite, -infinite, 3e38f, {0x7fffffff, none, 10, "file:///etc/hosts"}},
+                {90, 90, -90, -90, {-77, 10, infinite, noText}}}})),
+        answer<OutlineRequest>(packed(OutlineResult{
+            damaged, {{400, noText, {2, none, -infinite, {}}}, {-9, {}, {0x7fffffff, 0, 0, {}}}}})),
+        answer<FlatRequest>(packed(WrittenResult{9, 2, {{1, damaged}, {0, damaged}}})),
+        answer<FlatRequest>(packed(WrittenResult{9, 2, {{1, damaged}, {1, damaged}}})),
+        answer<FlatRequest>(packed(WrittenResult{9, 0xffffffffu, {{2, damaged}}})),
+        answer<TextRequest>(packed(pair), EngineTextDetail::isWithQuads),
+        answer<TextRequest>(countless),
+        answer<LinksRequest>(countless.substr(1)),
+        answer<OutlineRequest>(countless),
+    };
+}
+
+Seeds allAnswers()
+{
+    Seeds all = answers();
+    const Seeds hostile = hostileAnswers();
+    all.insert(all.end(), hostile.begin(), hostile.end());
+    return all;
+}
+
 Seeds requests()
 {
     const MeasureRequest pages = {0, 3};
@@ -234,6 +277,7 @@ Seeds texts()
     return {
         "\x05\x11\xff\0"s + wide(u"Gr\u00fc\u00dfe {a}\\b\n\t\u65e5\u672c\U0001f600"),
         "\0\x00\xd8"s + wide(u"a\u0001\u2028\u202e\u05d0"),
+        "\0"s + wide(u"{\\rtf1 \\par} \\'e9\n\tpar\tx\n\n1\u00e91\u03b12-3") + "\x00\xdc\x00\xd8"s,
     };
 }
 
@@ -327,7 +371,7 @@ int main(int argc, char** argv)
     write(folder / "finding", files());
     write(folder / "bytes", bytes());
     write(folder / "property_lists", propertyLists());
-    write(folder / "engine_answers", answers());
+    write(folder / "engine_answers", allAnswers());
     write(folder / "engine_requests", requests());
     write(folder / "engine_document", documents());
     write(folder / "line_order", lines());

@@ -44,38 +44,18 @@ class TestRtfWriter : public QObject
     Q_OBJECT
 
 private slots:
-    void charactersSurvive();
-    void everyPlaneSurvives();
+    void everyCharacterSurvives();
     void attributesSurvive();
     void looksFollowTheRuns();
     void partsAreBounded();
     void anotherReaderAgrees();
 };
 
-void TestRtfWriter::charactersSurvive()
-{
-    const auto readBack = [](const QString& written) {
-        const RtfReader reader(RtfWriter::write(attributed(written)));
-        return reader.isBalanced ? reader.text : u"not balanced"_s;
-    };
-    for (const QString& text : {QString(), u"{\\rtf1 \\par} \\'e9 \\u233?"_s,
-             // Letters and digits behind control words, then all ranges of Unicode.
-             u"\n\tpar\tx\n\n1"_s, u"\u00e91\u03b12-3"_s, u"\u00a0\u00df\u00ff"_s,
-             u"\u7fff\u8000\ufffd\uffee"_s, u"\U0001F600\U0010FFFD"_s,
-             u"\u202e\u05d0\u0301\u200d"_s, u"a\u2028b\u2029c"_s})
-        QCOMPARE(readBack(text), text);
-    QCOMPARE(readBack(u"a\0b\u0001\u001b\r\u007f\u0085z"_s), u"abz"_s);
-    const QChar high(0xD800);
-    const QChar low(0xDC00);
-    QCOMPARE(readBack(high + u"a"_s + low), u"\ufffda\ufffd"_s);
-    QCOMPARE(readBack(low + u""_s + high), u"\ufffd\ufffd"_s);
-}
-
-void TestRtfWriter::everyPlaneSurvives()
+void TestRtfWriter::everyCharacterSurvives()
 {
     QString all;
-    for (char32_t c = 0xA0; c <= 0x10FFFF; c += c < 0x10000 ? 1U : 0x101U) {
-        if (!QChar::isSurrogate(c))
+    for (char32_t c = ' '; c <= 0x10FFFF; c += c < 0x10000 ? 1U : 0x101U) {
+        if (!QChar::isSurrogate(c) && QChar::category(c) != QChar::Other_Control)
             all.append(QChar::fromUcs4(c));
     }
     const QByteArray rtf = RtfWriter::write(attributed(all));

@@ -10,6 +10,7 @@
 #include "inspector/SourceViewController.h"
 #include "pages/PDFThumbnailView.h"
 #include "pages/PDFView.h"
+#include "support/Files.h"
 #include "support/OpenedDocument.h"
 #include "viewer/ViewController.h"
 
@@ -36,9 +37,7 @@ constexpr qint64 mostMebibytes = 1500;
 /// A line of /proc/self/status, in mebibytes.
 qint64 mebibytes(const QByteArray& name)
 {
-    QFile status(u"/proc/self/status"_s);
-    status.open(QIODevice::ReadOnly);
-    for (const QByteArray& line : status.readAll().split('\n')) {
+    for (const QByteArray& line : contentOf(u"/proc/self/status"_s).split('\n')) {
         if (line.startsWith(name))
             return line.mid(name.size() + 1).trimmed().split(' ').first().toLongLong() / 1024;
     }
@@ -156,10 +155,7 @@ void TestLyingEngine::isHeldInWindows()
 {
     QTemporaryDir folder;
     const QString path = folder.filePath(u"lie.pdf"_s);
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(QByteArray::fromStdString(fileThatSays(QTest::currentDataTag())));
-    file.close();
+    writeFile(path, QByteArray::fromStdString(fileThatSays(QTest::currentDataTag())));
     const qint64 before = mebibytes("VmRSS");
     forgetPeak();
     {

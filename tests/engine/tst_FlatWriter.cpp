@@ -4,6 +4,7 @@
 #include "support/OpenedDocument.h"
 #include "support/PageContents.h"
 #include "support/PdfBuilder.h"
+#include "support/Rows.h"
 
 #include <QTest>
 
@@ -42,7 +43,6 @@ private slots:
     void writesTheseBytes();
     void unpacksWhatTheFilePacked();
     void keepsLongNamesWhole();
-    void takesTheLatestSave();
     void readsLikeWhatItIs();
     void keepsEveryPage_data();
     void keepsEveryPage();
@@ -99,16 +99,6 @@ void TestFlatWriter::keepsLongNamesWhole()
             QVERIFY(flat.contains(QByteArray::fromStdString("<< /" + name + " 5 0 R >>")));
         }
     }
-}
-
-void TestFlatWriter::takesTheLatestSave()
-{
-    PdfBuilder builder;
-    builder.addPage("one");
-    builder.addUpdate(3, "<< /Type /Font /Subtype /Type1 /BaseFont /Courier >>");
-    const QByteArray flat = flatOf(builder.bytes());
-    QVERIFY(flat.contains("/Courier") && !flat.contains("/Helvetica"));
-    QCOMPARE(flat.count("%%EOF"), 1);
 }
 
 void TestFlatWriter::readsLikeWhatItIs()
@@ -182,15 +172,11 @@ void TestFlatWriter::readsLikeWhatItIs()
 }
 
 /// Of trees that count wrongly, or in which dictionaries stand where references belong.
+using KeepsEveryPage = Rows<int, QByteArray, QStringList>;
+
 void TestFlatWriter::keepsEveryPage_data()
 {
-    QTest::addColumn<int>("number");
-    QTest::addColumn<QByteArray>("object");
-    QTest::addColumn<QStringList>("texts");
-    const auto row
-        = [](const char* name, int number, const char* object, const QStringList& texts) {
-              QTest::newRow(name) << number << QByteArray(object) << texts;
-          };
+    const KeepsEveryPage row;
 #define ONE "<< /Type /Page /Contents 4 0 R /Resources << /Font << /F1 3 0 R >> >> >>"
 #define TWO "<< /Contents 6 0 R /Resources << /Font << /F1 3 0 R >> >> >>"
 #define SIZE "/MediaBox [ 0 0 300 400 ]"
@@ -212,9 +198,7 @@ void TestFlatWriter::keepsEveryPage_data()
 
 void TestFlatWriter::keepsEveryPage()
 {
-    QFETCH(int, number);
-    QFETCH(QByteArray, object);
-    QFETCH(QStringList, texts);
+    const auto [number, object, texts] = KeepsEveryPage::fetch();
     for (const auto xref : {PdfBuilder::Xref::isTable, PdfBuilder::Xref::isStream}) {
         PdfBuilder builder;
         builder.addPage("one", "/MediaBox [ 0 0 300 400 ]");

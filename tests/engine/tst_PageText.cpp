@@ -4,7 +4,9 @@
 
 #include "support/PageContents.h"
 #include "support/PdfBuilder.h"
+#include "support/Rows.h"
 
+#include <QSignalSpy>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -64,17 +66,18 @@ private slots:
     void ordersLines_data();
     void ordersLines();
     void quadsStayWithTheirGlyphs();
+    void givesTheText();
+    void givesQuadsInPageSpace();
+    void givesTheLookOfTheText();
 };
+
+using JoinsSurrogates = Rows<QStringList, QString>;
 
 void TestPageText::joinsSurrogates_data()
 {
-    QTest::addColumn<QStringList>("characters");
-    QTest::addColumn<QString>("expected");
+    const JoinsSurrogates row;
     const QString high(QChar(0xd83d));
     const QString low(QChar(0xdc4d));
-    const auto row = [](const char* name, const QStringList& characters, const QString& expected) {
-        QTest::newRow(name) << characters << expected + u'\n';
-    };
     row("a pair alone", {u"\U0001F44D"_s}, u"\U0001F44D"_s);
     row("a skin tone", {u"\U0001F44D\U0001F3FD"_s}, u"\U0001F44D\U0001F3FD"_s);
     row("a flag", {u"\U0001F1EA\U0001F1FA"_s, u"a"_s}, u"\U0001F1EA\U0001F1FAa"_s);
@@ -87,11 +90,10 @@ void TestPageText::joinsSurrogates_data()
 
 void TestPageText::joinsSurrogates()
 {
-    QFETCH(QStringList, characters);
-    QFETCH(QString, expected);
+    const auto [characters, expected] = JoinsSurrogates::fetch();
     const std::string glyphs = characters.size() > 1 ? "(AB)" : "(A)";
     const PDFPageText text = textOf("72 700 Td " + glyphs + " Tj", characters);
-    QCOMPARE(text.string, expected);
+    QCOMPARE(text.string, expected + u'\n');
     QCOMPARE(text.quads.size(), text.string.size());
     // What one glyph stands for begins where the glyph does, and nothing reaches beyond it.
     QCOMPARE(leftOf(text, 0), 72.0);
@@ -100,13 +102,11 @@ void TestPageText::joinsSurrogates()
         QVERIFY(quad.boundingRect().right() <= 72 + width + 0.01);
 }
 
+using OrdersLines = Rows<std::string, QString>;
+
 void TestPageText::ordersLines_data()
 {
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QString>("expected");
-    const auto row = [](const char* name, const char* content, const QString& expected) {
-        QTest::newRow(name) << QByteArray(content) << expected + u'\n';
-    };
+    const OrdersLines row;
     row("Latin stays", "(DE) Tj", u"xy"_s);
     row("in the order of sight", "(CBA) Tj", u"אבג"_s);
     row("from the right", "12 0 Td (A) Tj -6 0 Td (B) Tj -6 0 Td (C) Tj", u"אבג"_s);
@@ -151,10 +151,9 @@ void TestPageText::ordersLines_data()
 
 void TestPageText::ordersLines()
 {
-    QFETCH(QByteArray, content);
-    QFETCH(QString, expected);
-    const PDFPageText text = textOf("72 700 Td " + content.toStdString(), letters);
-    QCOMPARE(text.string, expected);
+    const auto [content, expected] = OrdersLines::fetch();
+    const PDFPageText text = textOf("72 700 Td " + content, letters);
+    QCOMPARE(text.string, expected + u'\n');
     QCOMPARE(text.quads.size(), text.string.size());
 }
 
@@ -169,6 +168,57 @@ void TestPageText::quadsStayWithTheirGlyphs()
     QCOMPARE(text.quads.at(1).boundingRect().right(), 72 + 9 * 6 + 3.0);
     for (qsizetype index = 2; index < glyphs.size(); ++index)
         QCOMPARE(leftOf(text, index), 72.0 + 6 * glyphs.at(index));
+}
+
+void TestPageText::givesTheText()
+{
+    PdfBuilder builder;
+    builder.addPage("one\ntwo").addPage().addPage("three");
+    OpenedDocument document(builder.bytes());
+    PDFTextRequest* const request
+        = document->requestText(0, 2, PDFTextDetail::isPlain, document.get());
+    QSignalSpy ready(request, &PDFTextRequest::pageReady);
+    QSignalSpy progressed(request, &PDFRequest::progressed);
+    QVERIFY(OpenedDocument::waitFor(request));
+    QStringList pages;
+    for (const QList<QVariant>& page : std::as_const(ready))
+        pages.append(page.at(1).value<PDFPageText>().string);
+    QCOMPARE(pages.join(u'|'), QStringLiteral("one\ntwo\n||three\n"));
+    QCOMPARE(progressed.last(), QList<QVariant>({3, 3}));
+}
+
+void TestPageText::givesQuadsInPageSpace()
+{
+    OpenedDocument document(PdfBuilder().addPage("ab", "/MediaBox [ 0 100 612 792 ]").bytes());
+    const auto text = PageContents::texts(document.get(), PDFTextDetail::isWithQuads).value(0);
+    QVERIFY(!text.string.isEmpty());
+    QCOMPARE(text.quads.size(), text.string.size());
+    const QPolygonF letter = text.quads.at(0);
+    QCOMPARE(letter.size(), 4);
+    QVERIFY2(letter.boundingRect().contains(QPointF(74, 70)), "the baseline is 72 below the top");
+    QVERIFY(letter.at(0).x() < letter.at(1).x() && letter.at(0).y() < letter.at(3).y());
+    QVERIFY(text.quads.at(1).at(0).x() > letter.at(0).x());
+    QVERIFY(text.quads.at(text.string.indexOf(u'\n')).isEmpty());
+}
+
+void TestPageText::givesTheLookOfTheText()
+{
+    PdfBuilder builder;
+    const int bold
+        = builder.addObject("<< /Type /Font /Subtype /Type1 /BaseFont /Times-BoldItalic >>");
+    builder.addDrawing("BT /F1 12 Tf 72 700 Td (plain) Tj 1 0 0 rg /F2 20 Tf (red) Tj ET",
+        "/Resources << /Font << /F1 3 0 R /F2 " + std::to_string(bold) + " 0 R >> >>");
+    OpenedDocument document(builder.bytes());
+    const auto text = PageContents::texts(document.get(), PDFTextDetail::isWithAttributes).value(0);
+    QCOMPARE(text.runs.size(), 2);
+    const PDFTextRun& plain = text.runs.at(0);
+    QCOMPARE(text.string.mid(plain.start, plain.length), QStringLiteral("plain"));
+    QVERIFY(plain.family == u"Helvetica" && !plain.isBold && !plain.isItalic);
+    QCOMPARE(plain.sizeInPoints, 12.0);
+    const PDFTextRun& red = text.runs.at(1);
+    QCOMPARE(text.string.mid(red.start, red.length), QStringLiteral("red\n"));
+    QVERIFY(red.family == u"Times" && red.isBold && red.isItalic);
+    QCOMPARE(red.colour, QColor(Qt::red));
 }
 
 QTEST_GUILESS_MAIN(TestPageText)

@@ -1,5 +1,7 @@
 #include "pdf/LossText.h"
 
+#include "support/Rows.h"
+
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -19,12 +21,11 @@ private slots:
     void findsTheReasonOfAPage();
 };
 
+using NamesPages = Rows<QList<PDFLosses::Range>, QString>;
+
 void TestLossText::namesPages_data()
 {
-    QTest::addColumn<QList<PDFLosses::Range>>("ranges");
-    QTest::addColumn<QString>("named");
-    const auto row = [](const char* name, const QList<PDFLosses::Range>& ranges,
-                         const QString& named) { QTest::newRow(name) << ranges << named; };
+    const NamesPages row;
     row("none", {}, {});
     row("one page", {{1, 1}}, u"page 2"_s);
     row("neighbours", {{4, 8}}, u"pages 5–9"_s);
@@ -37,19 +38,15 @@ void TestLossText::namesPages_data()
 
 void TestLossText::namesPages()
 {
-    QFETCH(QList<PDFLosses::Range>, ranges);
-    QTEST(pageNumbers(ranges, 3), "named");
+    const auto [ranges, named] = NamesPages::fetch();
+    QCOMPARE(pageNumbers(ranges, 3), named);
 }
+
+using SaysWhy = Rows<QList<PDFLoss>, LossSubject, QStringList>;
 
 void TestLossText::saysWhy_data()
 {
-    QTest::addColumn<QList<PDFLoss>>("pages");
-    QTest::addColumn<LossSubject>("subject");
-    QTest::addColumn<QStringList>("sentences");
-    const auto row = [](const char* name, const QList<PDFLoss>& pages, LossSubject subject,
-                         const QStringList& sentences) {
-        QTest::newRow(name) << pages << subject << sentences;
-    };
+    const SaysWhy row;
     using enum PDFLoss;
     row("whole", {isNone, isNone}, LossSubject::isText, {});
     row("slow", {isNone, isTimedOut}, LossSubject::isText,
@@ -71,12 +68,11 @@ void TestLossText::saysWhy_data()
 
 void TestLossText::saysWhy()
 {
-    QFETCH(QList<PDFLoss>, pages);
-    QFETCH(LossSubject, subject);
+    const auto [pages, subject, sentences] = SaysWhy::fetch();
     PDFLosses losses;
     for (int page = 0; page < pages.size(); ++page)
         losses.add(page, pages.at(page));
-    QTEST(lossSentences(losses, subject), "sentences");
+    QCOMPARE(lossSentences(losses, subject), sentences);
     QCOMPARE(losses.isEmpty(), lossList(losses, subject).isEmpty());
 }
 

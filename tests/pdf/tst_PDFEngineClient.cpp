@@ -1,6 +1,8 @@
 #include "PDFEngine.h"
 #include "PDFEngineClient.h"
 
+#include "support/Rows.h"
+
 #include <QHash>
 #include <QPointer>
 #include <QTest>
@@ -147,13 +149,11 @@ private slots:
 
 /// What happens, and the log of it: engines that are started, jobs that they are given, and how
 /// jobs end.
+using KeepsAnEngineAtWork = Rows<QString, QString>;
+
 void TestPDFEngineClient::keepsAnEngineAtWork_data()
 {
-    QTest::addColumn<QString>("steps");
-    QTest::addColumn<QString>("log");
-    const auto row = [](const char* name, const char* steps, const char* log) {
-        QTest::newRow(name) << QString::fromLatin1(steps) << QString::fromLatin1(log);
-    };
+    const KeepsAnEngineAtWork row;
     row("one at a time, first come first served", "a b opens answers answers",
         "engine a b a=done b=done");
     row("the latest tile first, behind what the user waits for and before what nobody does",
@@ -193,11 +193,11 @@ void TestPDFEngineClient::keepsAnEngineAtWork_data()
 
 void TestPDFEngineClient::keepsAnEngineAtWork()
 {
-    QFETCH(QString, steps);
+    const auto [steps, log] = KeepsAnEngineAtWork::fetch();
     Story story;
     for (const QString& step : steps.split(u' '))
         story.take(step);
-    QTEST(story.log(), "log");
+    QCOMPARE(story.log(), log);
 }
 
 QTEST_GUILESS_MAIN(TestPDFEngineClient)

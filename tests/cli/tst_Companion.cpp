@@ -8,8 +8,6 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <sys/resource.h>
-
 using namespace Qt::StringLiterals;
 using namespace tarnwick;
 
@@ -36,7 +34,6 @@ private slots:
     void printsTheCuts();
     void exportsVersionsBesideOtherFiles();
     void saysWhyVersionsFailed();
-    void leavesWholeVersionsOnAFullDisk();
 
 private:
     QString path(const QString& name) const { return theFolder.filePath(name); }
@@ -44,16 +41,11 @@ private:
     {
         return QDir(path(folder)).entryList(QDir::Files | QDir::Hidden);
     }
-    /// Runs "versions" in the test's folder. @param limit bytes that a file may have, 0 for any.
-    CompanionRun versions(
-        const QStringList& arguments, const QByteArray& input = {}, rlim_t limit = 0) const
+    /// Runs "versions" in the test's folder.
+    CompanionRun versions(const QStringList& arguments, const QByteArray& input = {}) const
     {
-        const auto limitFiles = [limit] {
-            const rlimit limits = {limit, limit};
-            ::setrlimit(RLIMIT_FSIZE, &limits);
-        };
-        return runCompanion(QStringList(u"versions"_s) + arguments,
-            {theFolder.path(), input, {}, limit > 0 ? std::function<void()>(limitFiles) : nullptr});
+        return runCompanion(
+            QStringList(u"versions"_s) + arguments, {theFolder.path(), input, {}, {}});
     }
 
     QTemporaryDir theFolder;
@@ -263,15 +255,6 @@ void TestCompanion::saysWhyVersionsFailed()
     }
     QCOMPARE(contentOf(path(u"a.pdf"_s)), threeSaves);
     QCOMPARE(contentOf(path(u"file"_s)), QByteArray("file"));
-}
-
-void TestCompanion::leavesWholeVersionsOnAFullDisk()
-{
-    writeFile(path(u"a.pdf"_s), threeSaves);
-    const CompanionRun result = versions({u"a.pdf"_s, u"--export"_s, u"out"_s}, {}, 40);
-    QCOMPARE(result.status, 1);
-    QVERIFY(result.errors.contains("a-003.pdf"));
-    QCOMPARE(names(u"out"_s), QStringList({u"a-001.pdf"_s, u"a-002.pdf"_s}));
 }
 
 QTEST_GUILESS_MAIN(TestCompanion)

@@ -8,6 +8,7 @@
 #include "support/LostPages.h"
 #include "support/Panels.h"
 #include "support/PdfBuilder.h"
+#include "support/Rows.h"
 
 #include <QDir>
 #include <QSignalSpy>
@@ -32,13 +33,11 @@ private slots:
     }
     void init();
     void cleanup();
-    void proposesTheDisplayName();
     void panelOffersItsTypes();
     void severalPanelsWriteTheirOwnFiles();
     void addsTheEndingBeforeItAsks_data();
     void addsTheEndingBeforeItAsks();
     void writesLoneSurrogatesAndPairsAsUtf8();
-    void nothingHappensWithoutAnOpenDocument();
     void asksForADocumentWithoutPages();
     void refusesTheOpenedFileBeforeItAsks();
     void proposesNoOpenedFile();
@@ -117,13 +116,6 @@ void TestDocumentExport::cleanup()
     QVERIFY(!shown<QDialog>());
 }
 
-void TestDocumentExport::proposesTheDisplayName()
-{
-    QCOMPARE(proposedExportName(ExportKind::isFlatPDF, u"r.pdf"_s), u"r.pdf-flat.pdf"_s);
-    QCOMPARE(proposedExportName(ExportKind::isPlainText, u"r"_s), u"r.text"_s);
-    QCOMPARE(proposedExportName(ExportKind::isRichText, {}), u"Untitled.rtf"_s);
-}
-
 void TestDocumentExport::panelOffersItsTypes()
 {
     const std::tuple<ExportKind, QString, QString> offered[] = {
@@ -141,6 +133,7 @@ void TestDocumentExport::panelOffersItsTypes()
         QTRY_VERIFY(isIdle());
     }
     QCOMPARE(names(), QStringList(u"a.pdf"_s));
+    QCOMPARE(proposedExportName(ExportKind::isRichText, {}), u"Untitled.rtf"_s);
 }
 
 void TestDocumentExport::severalPanelsWriteTheirOwnFiles()
@@ -159,15 +152,11 @@ void TestDocumentExport::severalPanelsWriteTheirOwnFiles()
     QCOMPARE(names().size(), 4);
 }
 
+using AddsTheEndingBeforeItAsks = Rows<ExportKind, QString, QString>;
+
 void TestDocumentExport::addsTheEndingBeforeItAsks_data()
 {
-    QTest::addColumn<ExportKind>("kind");
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<QString>("written");
-    const auto row
-        = [](const char* name, ExportKind kind, const QString& typed, const QString& written) {
-              QTest::newRow(name) << kind << typed << written;
-          };
+    const AddsTheEndingBeforeItAsks row;
     row("none", ExportKind::isPlainText, u"x"_s, u"x.text"_s);
     row("another's", ExportKind::isPlainText, u"p3.doc"_s, u"p3.doc.text"_s);
     row("its own second", ExportKind::isPlainText, u"p.txt"_s, u"p.txt"_s);
@@ -180,9 +169,7 @@ void TestDocumentExport::addsTheEndingBeforeItAsks_data()
 
 void TestDocumentExport::addsTheEndingBeforeItAsks()
 {
-    QFETCH(const ExportKind, kind);
-    QFETCH(const QString, typed);
-    QFETCH(const QString, written);
+    const auto [kind, typed, written] = AddsTheEndingBeforeItAsks::fetch();
     writeFile(path(written), "older");
     ExportPanel* const panel = begin(kind);
     nameField(panel)->setText(typed);
@@ -210,22 +197,11 @@ void TestDocumentExport::writesLoneSurrogatesAndPairsAsUtf8()
     QCOMPARE(written.size(), (1 << 20) - 1 + 4 + 3 + 1);
 }
 
-void TestDocumentExport::nothingHappensWithoutAnOpenDocument()
-{
-    theDocument = std::make_unique<PDFDocument>(*FileBytes::copy("not a PDF"));
-    for (const ExportKind kind :
-        {ExportKind::isFlatPDF, ExportKind::isPlainText, ExportKind::isRichText})
-        QVERIFY(!begin(kind));
-    theDocument.reset();
-    QVERIFY(!begin(ExportKind::isRichText));
-}
-
 void TestDocumentExport::asksForADocumentWithoutPages()
 {
-    theText.reset();
-    theDocument = std::make_unique<PDFDocument>(*FileBytes::copy(PdfBuilder().bytes()));
-    QSignalSpy opened(theDocument.get(), &PDFDocument::opened);
-    QVERIFY(opened.wait(20'000));
+    theDocument = std::make_unique<PDFDocument>(*FileBytes::copy("not a PDF"));
+    QVERIFY2(!begin(ExportKind::isRichText), "nothing is open");
+    open(PdfBuilder());
     QCOMPARE(theDocument->pageCount(), 0);
     ExportPanel* const panel = begin(ExportKind::isRichText);
     QVERIFY(panel);

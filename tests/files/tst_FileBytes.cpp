@@ -25,7 +25,6 @@ private slots:
     void saysWhyNothingIsRead();
     void keepsItsBytesFromEverybody();
     void takesOverAsMuchAsThereIs();
-    void livesAsLongAsItsOwner();
 
 private:
     QTemporaryDir theFolder;
@@ -92,17 +91,6 @@ void TestFileBytes::takesOverAsMuchAsThereIs()
     QVERIFY(view != MAP_FAILED);
     QVERIFY(!FileBytes::adopt(mapped, 8));
     ::munmap(view, 4096);
-}
-
-void TestFileBytes::livesAsLongAsItsOwner()
-{
-    auto bytes = FileBytes::copy("content");
-    const std::shared_ptr<const void> owner = bytes->owner();
-    const std::string_view view = bytes->view();
-    bytes.reset();
-    QCOMPARE(view, std::string_view("content"));
-    QCOMPARE(FileBytes().descriptor(), -1);
-    QCOMPARE(FileBytes::copy("")->size(), std::size_t{0});
 }
 
 QTEST_APPLESS_MAIN(TestFileBytes)

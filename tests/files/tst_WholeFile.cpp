@@ -4,6 +4,7 @@
 #include "files/WholeFile.h"
 
 #include "support/Files.h"
+#include "support/Rows.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -80,14 +81,11 @@ void TestWholeFile::init()
     writeFile(path(u"a.pdf"_s), "evidence");
 }
 
+using NeverWritesAnOpenedFile = Rows<QString, std::function<void(const QDir&)>>;
+
 void TestWholeFile::neverWritesAnOpenedFile_data()
 {
-    using Preparation = std::function<void(const QDir&)>;
-    QTest::addColumn<Preparation>("prepare");
-    QTest::addColumn<QString>("target");
-    const auto row = [](const char* name, const char* target, const Preparation& prepare) {
-        QTest::newRow(name) << prepare << QString::fromLatin1(target);
-    };
+    const NeverWritesAnOpenedFile row;
     const auto linkTo = [](const char* old, const char* link) {
         return [=](const QDir& home) {
             ::symlink(old, home.filePath(QLatin1String(link)).toLocal8Bit().constData());
@@ -116,8 +114,7 @@ void TestWholeFile::neverWritesAnOpenedFile_data()
 
 void TestWholeFile::neverWritesAnOpenedFile()
 {
-    QFETCH(const std::function<void(const QDir&)>, prepare);
-    QFETCH(const QString, target);
+    const auto [target, prepare] = NeverWritesAnOpenedFile::fetch();
     const OpenedFiles::Entry entry = opened(path(u"a.pdf"_s));
     if (prepare)
         prepare(QDir(theHome->path()));

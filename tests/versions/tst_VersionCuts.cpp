@@ -2,6 +2,8 @@
 #include "versions/VersionCuts.h"
 #include "versions/VersionNaming.h"
 
+#include "support/Rows.h"
+
 #include <QTest>
 
 using namespace tarnwick;
@@ -14,17 +16,14 @@ private slots:
     void cutsAfterEachMarker_data();
     void cutsAfterEachMarker();
     void namesFollowThePath();
-    void numbersHaveThreeDigitsOrMore();
     void updatesHaveAMarkerBeforeTheTail();
 };
 
+using CutsAfterEachMarker = Rows<QByteArray, QList<std::size_t>>;
+
 void TestVersionCuts::cutsAfterEachMarker_data()
 {
-    QTest::addColumn<QByteArray>("file");
-    QTest::addColumn<QList<std::size_t>>("expected");
-    const auto row = [](const char* name, const QByteArray& file, const QList<std::size_t>& cuts) {
-        QTest::newRow(name) << file << cuts;
-    };
+    const CutsAfterEachMarker row;
     row("empty file", "", {});
     row("marker ends the file", "a%%EOF", {6});
     row("LF is in the version", "a%%EOF\n", {7});
@@ -39,8 +38,7 @@ void TestVersionCuts::cutsAfterEachMarker_data()
 
 void TestVersionCuts::cutsAfterEachMarker()
 {
-    QFETCH(QByteArray, file);
-    QFETCH(QList<std::size_t>, expected);
+    const auto [file, expected] = CutsAfterEachMarker::fetch();
     const std::vector<std::size_t> cuts = versionCuts(file.toStdString());
     QCOMPARE(QList<std::size_t>(cuts.begin(), cuts.end()), expected);
 }
@@ -64,11 +62,6 @@ void TestVersionCuts::namesFollowThePath()
     QCOMPARE(names("a\n\"b.pdf"), "a\n\"b-Copy-pdf/a\n\"b-002.pdf");
     QCOMPARE(names("\xff\xfe.pdf"), "\xff\xfe-Copy-pdf/\xff\xfe-002.pdf");
     QCOMPARE(names("/"), "-Copy/-002");
-}
-
-void TestVersionCuts::numbersHaveThreeDigitsOrMore()
-{
-    QCOMPARE(versionFileName("r", 999, ".pdf"), std::string("r-999.pdf"));
     QCOMPARE(versionFileName("r", 1000, ".pdf"), std::string("r-1000.pdf"));
 }
 

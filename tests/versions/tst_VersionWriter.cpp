@@ -1,7 +1,3 @@
-#include "files/ErrorText.h"
-#include "files/FileIdentity.h"
-#include "files/OpenedFiles.h"
-#include "files/OutputFile.h"
 #include "support/FileSizeLimit.h"
 #include "support/Files.h"
 #include "versions/VersionCuts.h"
@@ -14,9 +10,6 @@
 #include <functional>
 #include <stop_token>
 #include <utility>
-
-#include <fcntl.h>
-#include <unistd.h>
 
 using namespace tarnwick;
 
@@ -45,10 +38,7 @@ private slots:
     void writesEachPrefix();
     void stopsAtTheFirstFailure();
     void refusesAFolderThatIsNone();
-    void refusesANameThatIsTooLong();
-    void neverReplacesTheOpenedFile();
     void cancelLeavesWholeFiles();
-    void stopsWhenTheFolderDisappears();
 
 private:
     /// @param goesOn told how far it is; whether more is to be written.
@@ -141,37 +131,6 @@ void TestVersionWriter::refusesAFolderThatIsNone()
     QCOMPARE(QDir(theHome->path()).entryList(QDir::Files | QDir::Hidden | QDir::System).size(), 2);
 }
 
-void TestVersionWriter::refusesANameThatIsTooLong()
-{
-    const VersionWriter writer(viewOf(theFile), std::string(251, 'n'), ".pdf");
-    const VersionResult result
-        = writer.write(theFolder.toStdString(), versionCuts(viewOf(theFile)));
-    QCOMPARE(result.outcome, VersionResult::Outcome::isFailed);
-    QCOMPARE(result.filesWritten, 0U);
-    QCOMPARE(names(), QStringList());
-}
-
-void TestVersionWriter::neverReplacesTheOpenedFile()
-{
-    QVERIFY(QDir().mkpath(theFolder));
-    const std::string opened = theHome->filePath(QStringLiteral("opened.pdf")).toStdString();
-    writeFile(QString::fromStdString(opened), theFile);
-    const int file = ::open(opened.c_str(), O_RDONLY | O_CLOEXEC);
-    const OpenedFiles::Entry entry = OpenedFiles::add(file, opened);
-    ::close(file);
-    const std::string second = theFolder.toStdString() + "/r-002.pdf";
-    for (const auto makeLink : {::symlink, ::link}) {
-        QFile::remove(QString::fromStdString(second));
-        QCOMPARE(makeLink(opened.c_str(), second.c_str()), 0);
-        const VersionResult result = write();
-        QCOMPARE(result.outcome, VersionResult::Outcome::isFailed);
-        QCOMPARE(result.reason, errorText(OutputFile::isOpenedFile));
-        QCOMPARE(result.filesWritten, 1U);
-        QCOMPARE(fileIdentity(second), fileIdentity(opened));
-        QVERIFY(contentOf(QString::fromStdString(opened)) == theFile);
-    }
-}
-
 void TestVersionWriter::cancelLeavesWholeFiles()
 {
     const VersionResult result = write([](std::uint64_t done, std::uint64_t) {
@@ -180,15 +139,6 @@ void TestVersionWriter::cancelLeavesWholeFiles()
     QCOMPARE(result.outcome, VersionResult::Outcome::isCancelled);
     QCOMPARE(result.filesWritten, 2U);
     QCOMPARE(names(), QStringList({QStringLiteral("r-001.pdf"), QStringLiteral("r-002.pdf")}));
-}
-
-void TestVersionWriter::stopsWhenTheFolderDisappears()
-{
-    const VersionResult result = write([&](std::uint64_t done, std::uint64_t) {
-        return done < 15 || !QDir(theFolder).exists() || QDir(theFolder).removeRecursively();
-    });
-    QCOMPARE(result.outcome, VersionResult::Outcome::isFailed);
-    QVERIFY(!QDir(theFolder).exists());
 }
 
 QTEST_APPLESS_MAIN(TestVersionWriter)

@@ -18,12 +18,6 @@ const Table keywords{"endstream", "stream", "endobj", "obj", "%%EOF", "startxref
     "/Kids", "/Parent", "/Count", "/Contents", "/Metadata", "/Root", "/Size", "[", "]", "R", "<<",
     ">>", "/"};
 
-const Table nearlyKeywords{"bj", "ob", "endob", "ndobj", "endstrea", "tream", "end", "s", "strea",
-    "sstream", "enendobj", "oobj", "%%EO", "%EOF", "%%%EOF", "%%eof", "startxre", "xre", "xxref",
-    "traile", "rtrailer", "/XM", "/xml", "/FlateDecod", "/Typ", "/TypeX", "/Cat", "Pages", "Page",
-    "Kids", "Kid", "StructParents", "Content", "[R", "R]", "R>>", "][", "[[", "[ ", "OBJ", "Names",
-    "Infos", "Sized", "Roots", "Counts"};
-
 const Table numbers{"0", "1", "2", "3", "12", "007", "+5", "-3", "-0", "+0", "+", "-", "--1", "+-1",
     "1.5", "1e3", "0x1", "9223372036854775807", "9223372036854775808", "-9223372036854775808",
     "-9223372036854775809", "+9223372036854775807", "00000000000000000000000000012",
@@ -49,6 +43,13 @@ const Table lines{"12 0 obj", "1 0 obj", "2 1 obj", "-3 0 obj", "8000001 0 obj",
     "/Contents 4 0 R /StructParents 0 >>", "/Contents [4 0 R 5 0 R]", "/Type /Names",
     "/Type /Annot /Info 7 0 R", "/Type", "/Catalog", "/Subject (an object)", "", " ", "\t\xA0"};
 
+const Table bodies{"<< /Type /Catalog /Pages 2 0 R /Metadata 5 0 R >>",
+    "<< /Type /Pages\n/Kids [ 3 0 R 4 0 R ]\n/Count 2\n>>",
+    "<< /Length 9 >>\nstream\nBT ET q Q\nendstream",
+    "<< /Length 9 >>stream\r\nB\r\n\r\nT\r\nendstream",
+    "<</Type/Metadata/Subtype/XML/Length 20>>\nstream\n<x>\n\n obj </x>\nendstream",
+    "<</Type/XRef/Size 7/Root 1 0 R/Length 4>>\nstream\n%%EOF\nendstream"};
+
 /// Word, block and page sizes: where a scan in blocks changes over.
 const std::array<std::size_t, 6> blockSizes{8, 16, 32, 64, 128, 4096};
 
@@ -64,6 +65,16 @@ public:
     bool onceIn(std::size_t times) { return below(times) == 0; }
 
     const std::string& of(const Table& table) { return table[below(table.size())]; }
+
+    /// A keyword that lacks its ends, follows a piece of itself, or is in capitals.
+    std::string nearlyKeyword()
+    {
+        std::string word = of(keywords);
+        const std::string piece = word.substr(below(word.size()), 1 + below(word.size()));
+        if (onceIn(8))
+            word[below(word.size())] ^= 0x20;
+        return onceIn(2) ? piece : piece + word;
+    }
 
     /// Filler that ends within a few bytes of a block's border.
     std::string filler()
@@ -86,7 +97,7 @@ public:
 
     std::string fragment()
     {
-        static const std::array tables{&keywords, &keywords, &nearlyKeywords, &numbers, &spaces};
+        static const std::array tables{&keywords, &keywords, &numbers, &spaces};
         switch (below(10)) {
         case 0:
             return onceIn(4) ? junk() : of(lines);
@@ -94,6 +105,8 @@ public:
             return onceIn(6) ? filler() : of(spaces);
         case 2:
             return of(lineEnds);
+        case 3:
+            return nearlyKeyword();
         default:
             return of(*tables[below(tables.size())]);
         }
@@ -126,26 +139,13 @@ public:
         return text;
     }
 
-    std::string object(std::size_t number)
-    {
-        static const Table bodies{"<< /Type /Catalog /Pages 2 0 R /Metadata 5 0 R >>",
-            "<< /Type /Pages\n/Kids [ 3 0 R 4 0 R ]\n/Count 2\n>>",
-            "<</Type/Page/Parent 2 0 R/Contents 4 0 R>>",
-            "<< /Length 9 >>\nstream\nBT ET q Q\nendstream",
-            "<< /Length 9 >>stream\r\nB\r\n\r\nT\r\nendstream",
-            "<</Type/Metadata/Subtype/XML/Length 20>>\nstream\n<x>\n\n obj </x>\nendstream",
-            "<</Type/XRef/Size 7/Root 1 0 R/Length 4>>\nstream\n%%EOF\nendstream",
-            "<< /Producer (Writer) >>", "(text)", "<< /Type /Names /Limits [ (a) (b) ] >>"};
-        return std::to_string(number) + " 0 obj\n" + (onceIn(8) ? filler() : of(bodies))
-            + "\nendobj\n";
-    }
-
     std::string file()
     {
         std::string text = "%PDF-1.7\n%\xE2\xE3\xCF\xD3\n";
         for (std::size_t save = below(4) + 1; save > 0; --save) {
             for (std::size_t count = below(8); count > 0; --count)
-                text += object(below(12));
+                text += std::to_string(below(12)) + " 0 obj\n" + (onceIn(8) ? filler() : of(bodies))
+                    + "\nendobj\n";
             if (onceIn(3))
                 text += "startxref\n116\n%%EOF\n";
             else
@@ -158,27 +158,13 @@ public:
     void damage(std::string& text)
     {
         const std::size_t place = below(text.size() + 1);
-        switch (below(6)) {
-        case 0:
-            text.erase(place, below(30));
-            break;
-        case 1:
+        if (onceIn(6))
             text.resize(place);
-            break;
-        case 2:
-            text.insert(place, fragment());
-            break;
-        case 3:
-            text.insert(below(text.size() + 1), text.substr(place, below(300)));
-            break;
-        case 4:
-            if (place < text.size())
-                text[place] = static_cast<char>(text[place] ^ (1 << below(8)));
-            break;
-        default:
-            text.insert(place, of(lineEnds));
-            break;
-        }
+        else if (onceIn(3) && place < text.size())
+            text[place] = static_cast<char>(text[place] ^ (1 << below(8)));
+        else
+            text.replace(place, onceIn(2) ? below(30) : 0,
+                onceIn(3) ? text.substr(below(text.size() + 1), below(300)) : fragment());
     }
 
 private:

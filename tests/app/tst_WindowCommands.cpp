@@ -164,6 +164,24 @@ void TestWindowCommands::menusOfferTheSameByKeyAndMouse()
             QVERIFY(comeBack(*shown, widget));
         }
     }
+    // A key leads to one place: among the items of a menu, and among the menus and the content.
+    const auto keyOf = [](const QString& text) { return QKeySequence::mnemonic(text).toString(); };
+    for (const QMenu* const menu : shown->menuBar()->findChildren<QMenu*>()) {
+        QStringList keys;
+        for (const QAction* const action : menu->actions())
+            keys += keyOf(action->text());
+        keys.removeAll(QString());
+        QVERIFY2(keys.removeDuplicates() == 0, qPrintable(menu->title()));
+    }
+    QStringList keys;
+    for (const QAction* const action : shown->menuBar()->actions())
+        keys += keyOf(action->text());
+    for (const QWidget* const part : shown->content()->findChildren<QWidget*>()) {
+        const QString text = part->property("text").toString();
+        const bool hasKey = part->inherits("QLabel") || part->inherits("QAbstractButton");
+        const QString key = hasKey ? keyOf(text) : QString();
+        QVERIFY2(key.isEmpty() || !keys.contains(key), qPrintable(text));
+    }
     // What is chosen there reaches what had the keyboard.
     if (auto* const field = qobject_cast<QLineEdit*>(widget))
         field->setText(u"words"_s);

@@ -32,7 +32,7 @@ BytesSearch::BytesSearch(FindBar* bar, HexView* view, QObject* parent)
     , theView(view)
 {
     theBar->setBox(
-        tr("&Hexadecimal"), tr("Find bytes that are given by their digits, as DE AD ?? EF"));
+        tr("He&xadecimal"), tr("Find bytes that are given by their digits, as DE AD ?? EF"));
     showPrompt();
     theBar->hide();
     theView->setMatchFinder([search = QPointer(this)](HexView::Span shown) {

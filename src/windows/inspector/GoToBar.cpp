@@ -19,7 +19,7 @@ GoToBar::GoToBar(QWidget* parent)
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(8);
-    auto* caption = new QLabel(tr("&Go to:"));
+    auto* caption = new QLabel(tr("G&o to:"));
     caption->setBuddy(theField);
     layout->addWidget(caption);
     theField->setObjectName(u"goToField"_s);

@@ -316,8 +316,8 @@ Seeds panes()
     return {
         "\0\2\0ab AB\r\nabab\n\n\x0c\x85"
         "end"s,
-        "\2\3\xff"
-        "a word, and words "s,
+        "\2\10\xff"
+        "a word, and words, "s, // across the end of a stretch of 64 K
         "\1\2\1"s + wide(u"\u00e4\u00c4 \U0001f600\u2028x\u2029\u65e5\u672c\u8a9e"),
     };
 }

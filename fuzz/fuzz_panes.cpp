@@ -91,7 +91,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     // A single line alone is repeated often: many short ones would only take time.
     const bool isOneLine = !isWide && part.find_first_of("\n\v\f\r\x85") == part.npos;
     constexpr std::size_t longLine = 70'000;
-    const std::size_t often = data[2] < 250 || !isOneLine ? data[2] % 4 + 1u : longLine / size;
+    const std::size_t often
+        = data[2] < 250 || !isOneLine ? data[2] % 4 + 1u : longLine / part.size();
     std::string bytes;
     for (std::size_t time = 0; time < often; ++time)
         bytes += part;

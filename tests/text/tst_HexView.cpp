@@ -35,7 +35,6 @@ private slots:
     void laysLinesOut();
     void placesLeadToBytesAndBack();
     void marksStrayBytes();
-    void keysMoveByBytes_data();
     void keysMoveByBytes();
     void mouseSelectsBytes();
     void copiesBytes_data();
@@ -101,41 +100,35 @@ void TestHexView::marksStrayBytes()
     QCOMPARE(storage.line(0, 12, 50).marks, (QList<TextMark>{{0, 9, stray}, {48, 2, stray}}));
 }
 
-using KeysMoveByBytes = Rows<QKeyCombination, int, int, QString>;
-
-void TestHexView::keysMoveByBytes_data()
-{
-    const KeysMoveByBytes row;
-    row("right at a line's end", Qt::Key_Right, 15, 16, "15-16");
-    row("right at the end", Qt::Key_Right, 40, 40, "40-40");
-    row("left at a line's beginning", Qt::Key_Left, 16, 15, "15-16");
-    row("left at the beginning", Qt::Key_Left, 0, 0, "0-0");
-    row("group to the right", Qt::CTRL | Qt::Key_Right, 5, 8, "5-8");
-    row("group to the left", Qt::CTRL | Qt::Key_Left, 8, 0, "0-8");
-    row("line's beginning", Qt::Key_Home, 21, 16, "16-21");
-    row("line's end, its last byte included", Qt::Key_End, 21, 31, "21-32");
-    row("down", Qt::Key_Down, 5, 21, "5-21");
-    row("down into a short line", Qt::Key_Down, 29, 40, "29-40");
-    row("up", Qt::Key_Up, 21, 5, "5-21");
-    row("page down, as far as there is", Qt::Key_PageDown, 3, 40, "3-40");
-    row("all's beginning", Qt::CTRL | Qt::Key_Home, 21, 0, "0-21");
-    row("all's end", Qt::CTRL | Qt::Key_End, 21, 40, "21-40");
-}
-
 void TestHexView::keysMoveByBytes()
 {
-    const auto [key, from, moved, selected] = KeysMoveByBytes::fetch();
     HexView view;
     view.resize(900, 400);
     view.setBytes(shared(QByteArray(40, 'x')));
-    const auto start = std::size_t(from);
-    view.selectBytes({start, start});
-    QTest::keyClick(&view, key.key(), key.keyboardModifiers());
-    QVERIFY(!view.hasSelection());
-    QCOMPARE(int(view.caretByte()), moved);
-    view.selectBytes({start, start});
-    QTest::keyClick(&view, key.key(), key.keyboardModifiers() | Qt::ShiftModifier);
-    QCOMPARE(shownSpan(view.selectedBytes()), selected);
+    // Where a key leads from a byte, and what is selected with the shift key.
+    const auto press = [&view](QKeyCombination key, std::size_t from) -> QString {
+        view.selectBytes({from, from});
+        QTest::keyClick(&view, key.key(), key.keyboardModifiers());
+        const QString moved
+            = view.hasSelection() ? u"selects"_s : QString::number(view.caretByte());
+        view.selectBytes({from, from});
+        QTest::keyClick(&view, key.key(), key.keyboardModifiers() | Qt::ShiftModifier);
+        return moved + u' ' + shownSpan(view.selectedBytes());
+    };
+    QCOMPARE(press(Qt::Key_Right, 15), u"16 15-16"_s); // at a line's end
+    QCOMPARE(press(Qt::Key_Right, 40), u"40 40-40"_s);
+    QCOMPARE(press(Qt::Key_Left, 16), u"15 15-16"_s);
+    QCOMPARE(press(Qt::Key_Left, 0), u"0 0-0"_s);
+    QCOMPARE(press(Qt::CTRL | Qt::Key_Right, 5), u"8 5-8"_s); // a group
+    QCOMPARE(press(Qt::CTRL | Qt::Key_Left, 8), u"0 0-8"_s);
+    QCOMPARE(press(Qt::Key_Home, 21), u"16 16-21"_s);
+    QCOMPARE(press(Qt::Key_End, 21), u"31 21-32"_s); // the last byte included
+    QCOMPARE(press(Qt::Key_Down, 5), u"21 5-21"_s);
+    QCOMPARE(press(Qt::Key_Down, 29), u"40 29-40"_s); // into a short line
+    QCOMPARE(press(Qt::Key_Up, 21), u"5 5-21"_s);
+    QCOMPARE(press(Qt::Key_PageDown, 3), u"40 3-40"_s); // as far as there is
+    QCOMPARE(press(Qt::CTRL | Qt::Key_Home, 21), u"0 0-21"_s);
+    QCOMPARE(press(Qt::CTRL | Qt::Key_End, 21), u"40 21-40"_s);
 }
 
 void TestHexView::mouseSelectsBytes()
@@ -157,9 +150,6 @@ void TestHexView::mouseSelectsBytes()
         return shownSpan(view.selectedBytes());
     };
     for (const Column column : {Column::isHex, Column::isText}) {
-        QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, point(5, column));
-        QCOMPARE(shownSpan(view.selectedBytes()), u"5-5"_s);
-        QVERIFY(!view.hasSelection());
         QCOMPARE(drag(5, column, 20, column), u"5-21"_s); // both ends included
         QCOMPARE(drag(20, column, 5, column), u"5-21"_s);
         QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, point(3, column));

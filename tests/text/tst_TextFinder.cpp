@@ -18,7 +18,6 @@ class TestTextFinder : public QObject
     Q_OBJECT
 
 private slots:
-    void findsAcrossPortions();
     void stepsInARing();
     void countsFromTheMiddle();
     void barFindsWhileTyping();
@@ -41,30 +40,6 @@ QString place(const TextFinder::Answer& answer)
 }
 
 } // namespace
-
-// A long line is read in stretches: a match over the seam is found once, wherever the seam falls.
-void TestTextFinder::findsAcrossPortions()
-{
-    QString text(200'000, u'-');
-    QString expected;
-    for (const int at : {65'530, 65'536 * 2 - 1, 65'536 * 3 - 3}) {
-        text.replace(at, 6, u"needle"_s);
-        expected += u"0:%1-%2 "_s.arg(at).arg(at + 6);
-    }
-    const LineSearch search(
-        std::make_shared<PlainTextStorage>(text), u"needle"_s, Qt::CaseSensitive);
-    QList<TextRange> found;
-    TextPosition at;
-    int portions = 0;
-    for (; at < search.everything().end; ++portions) {
-        at = search.search({at, search.everything().end}, 1, [&found](TextRange match) {
-            found.append(match);
-            return true;
-        });
-    }
-    QCOMPARE(places(found), expected.trimmed());
-    QVERIFY(portions > 2);
-}
 
 void TestTextFinder::stepsInARing()
 {

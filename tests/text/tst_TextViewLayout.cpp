@@ -58,7 +58,6 @@ class TestTextViewLayout : public QObject
     Q_OBJECT
 
 private slots:
-    void rowsAreEstimated_data();
     void rowsAreEstimated();
     void estimatesOfHugeTextsMeetTheirEnds();
     void longLinesAreCut();
@@ -66,43 +65,35 @@ private slots:
     void scrollingStaysWithinTheText();
     void whatShowsStays();
     void revealScrollsAsLittleAsItTakes();
-    void pointsAndPlacesAgree_data();
     void pointsAndPlacesAgree();
     void barsReachBeyondTheirIntegers();
 };
 
-using RowsAreEstimated = Rows<QList<int>, double, std::vector<qsizetype>, QList<double>>;
-
-void TestTextViewLayout::rowsAreEstimated_data()
-{
-    const RowsAreEstimated row;
-    using Gaps = std::vector<qsizetype>;
-    row("a row at least, then as many as are begun", QList<int>{0, 9, 10, 11, 25}, 10., Gaps{},
-        QList<double>{0, 1, 2, 3, 5, 8});
-    row("a row each where nothing wraps", QList<int>{0, 1000, 1}, 0., Gaps{},
-        QList<double>{0, 1, 2, 3});
-    row("gaps count above their lines", QList<int>{5, 5, 5}, 10., Gaps{0, 2},
-        QList<double>{0, 2, 3, 5});
-}
-
 void TestTextViewLayout::rowsAreEstimated()
 {
-    const auto [lengths, unitsPerRow, gaps, rowsBefore] = RowsAreEstimated::fetch();
-    QList<TextLine> lines;
-    for (const int length : lengths)
-        lines.append({QString(length, u'x'), {}});
-    const ListedLines storage(lines);
-    RowEstimate estimate;
-    estimate.restart(storage, unitsPerRow, std::make_shared<const std::vector<qsizetype>>(gaps));
-    QVERIFY(!estimate.advance(QDeadlineTimer(QDeadlineTimer::Forever)));
-    for (qsizetype line = 0; line <= lines.size(); ++line) {
-        QCOMPARE(estimate.rowsBefore(line), rowsBefore.at(line));
-        if (line < lines.size())
-            QCOMPARE(estimate.lineAt(rowsBefore.at(line)), line);
-    }
-    QCOMPARE(estimate.longestLine(), *std::max_element(lengths.begin(), lengths.end()));
-    QCOMPARE(estimate.lineAt(-1), 0);
-    QCOMPARE(estimate.lineAt(1e9), lines.size() - 1);
+    // The rows before each line and all of them; then whether each line is found at its own.
+    const auto rows = [](const QList<int>& lengths, double unitsPerRow,
+                          const std::vector<qsizetype>& gaps = {}) {
+        QList<TextLine> lines;
+        for (const int length : lengths)
+            lines.append({QString(length, u'x'), {}});
+        const ListedLines storage(lines);
+        RowEstimate estimate;
+        estimate.restart(
+            storage, unitsPerRow, std::make_shared<const std::vector<qsizetype>>(gaps));
+        estimate.advance(QDeadlineTimer(QDeadlineTimer::Forever));
+        QList<double> before;
+        for (qsizetype line = 0; line <= lines.size(); ++line) {
+            before += estimate.rowsBefore(line);
+            if (estimate.lineAt(before.last()) != std::min(line, lines.size() - 1))
+                before += -1;
+        }
+        return before;
+    };
+    // A row at least, then as many as are begun.
+    QCOMPARE(rows({0, 9, 10, 11, 25}, 10), (QList<double>{0, 1, 2, 3, 5, 8}));
+    QCOMPARE(rows({0, 1000, 1}, 0), (QList<double>{0, 1, 2, 3})); // nothing wraps
+    QCOMPARE(rows({5, 5, 5}, 10, {0, 2}), (QList<double>{0, 2, 3, 5})); // gaps count above lines
 }
 
 void TestTextViewLayout::estimatesOfHugeTextsMeetTheirEnds()
@@ -113,6 +104,9 @@ void TestTextViewLayout::estimatesOfHugeTextsMeetTheirEnds()
     QVERIFY(estimate.advance(QDeadlineTimer(0)));
     QCOMPARE(estimate.totalRows(), 1'000'003.); // what nobody has read counts as a row each
     QVERIFY(!estimate.advance(QDeadlineTimer(QDeadlineTimer::Forever)));
+    QCOMPARE(estimate.longestLine(), 25);
+    QCOMPARE(estimate.lineAt(-1), 0);
+    QCOMPARE(estimate.lineAt(1e9), 1'000'002);
     QCOMPARE(estimate.totalRows(), 3 * 1'000'003.);
     for (const qsizetype line : {0, 1, 499'999, 1'000'002})
         QCOMPARE(estimate.lineAt(estimate.rowsBefore(line) + 0.01), line);
@@ -244,25 +238,15 @@ void TestTextViewLayout::revealScrollsAsLittleAsItTakes()
         QVERIFY(std::abs(topOf(far) - lowest / 2) <= row);
 }
 
-using PointsAndPlacesAgree = Rows<QString>;
-
-void TestTextViewLayout::pointsAndPlacesAgree_data()
-{
-    const PointsAndPlacesAgree row;
-    row("words", u"one two three four five six seven eight nine ten eleven twelve\nx"_s);
-    row("nothing", QString());
-    row("tabs", u"\tone\t\ttwo"_s);
-    row("a word wider than the view", QString(300, u'w'));
-    row("right to left", u"\u05D0\u05D1\u05D2 \u05D3\u05D4\u05D5 "_s.repeated(20));
-    row("characters of several", u"e\u0301\U0001F469\u200D\U0001F680x"_s.repeated(30));
-}
-
 /// Every place that shows is found again at its own point, and rows are stepped over and back.
 void TestTextViewLayout::pointsAndPlacesAgree()
 {
-    const auto [text] = PointsAndPlacesAgree::fetch();
-    for (const bool wraps : {true, false}) {
-        const ShownText layout(textOf(text), wraps);
+    const QString texts[] = {{}, u"one two three four five six seven eight nine ten eleven\nx"_s,
+        u"\tone\t\ttwo"_s, QString(300, u'w'),
+        u"\u05D0\u05D1\u05D2 \u05D3\u05D4\u05D5 "_s.repeated(20), // right to left
+        u"e\u0301\U0001F469\u200D\U0001F680x"_s.repeated(30)}; // characters of several
+    for (int round = 0; round < 2 * int(std::size(texts)); ++round) {
+        const ShownText layout(textOf(texts[round / 2]), round % 2 == 0);
         TextPosition place;
         for (bool isFirst = true;; isFirst = false) {
             const TextPosition next = isFirst ? place : layout.nextCharacter(place);

@@ -78,9 +78,8 @@ void TestPageLoading::asksForTiles()
 {
     const auto [deeds, record] = Deeds::fetch();
     TileLoader loader(1 << 20, 100, nullptr);
-    auto source = std::make_unique<FakePages>();
-    FakePages& pages = *source;
-    loader.setSource(std::move(source));
+    FakePages& pages = *new FakePages;
+    loader.setSource(std::unique_ptr<PageSource>(&pages));
     QSignalSpy busy(&loader, &TileLoader::busyChanged);
     QStringList found;
     for (const QString& deed : deedsOf(deeds)) {
@@ -107,9 +106,8 @@ void TestPageLoading::givesUpWhatTakesLong()
 {
     const auto [deeds, record, isFailure] = GivesUpWhatTakesLong::fetch();
     TileLoader loader(1 << 20, 100, nullptr);
-    auto source = std::make_unique<FakePages>();
-    FakePages& pages = *source;
-    loader.setSource(std::move(source));
+    FakePages& pages = *new FakePages;
+    loader.setSource(std::unique_ptr<PageSource>(&pages));
     for (const QString& deed : deedsOf(deeds)) {
         if (deed == u"patience")
             loader.setPatience(1);
@@ -145,9 +143,8 @@ void TestPageLoading::asksForDetails()
 {
     const auto [deeds, record] = Deeds::fetch();
     PageDetails details(nullptr);
-    auto source = std::make_unique<FakePages>();
-    FakePages& pages = *source;
-    details.setSource(std::move(source));
+    FakePages& pages = *new FakePages;
+    details.setSource(std::unique_ptr<PageSource>(&pages));
     QStringList found;
     for (const QString& deed : deedsOf(deeds)) {
         const QStringList words = deed.split(u' ');

@@ -2,7 +2,6 @@
 #include "SmoothScroll.h"
 #include "TileGrid.h"
 #include "WantedTiles.h"
-#include "support/Rows.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -22,7 +21,6 @@ class TestPageScrolling : public QObject
 
 private slots:
     void glidesTheWholeWay();
-    void staysWithinThePages_data();
     void staysWithinThePages();
     void knowsThePresentPage();
     void followsTheBars();
@@ -47,30 +45,24 @@ void TestPageScrolling::glidesTheWholeWay()
     QCOMPARE(gone, QPointF(0, 1));
 }
 
-using StaysWithinThePages = Rows<QList<QSizeF>, double, QPointF, QPointF>;
-
-void TestPageScrolling::staysWithinThePages_data()
-{
-    const StaysWithinThePages row;
-    row("no pages", {}, 1, {7, 7}, {-200, 0});
-    row("above the first page", {small, small}, 1, {-200, -50}, {-200, 0});
-    row("below the last page", {small, small}, 1, {-200, 1e9}, {-200, 830 - 500});
-    row("less than the view", {{300, 100}}, 1, {-200, 50}, {-200, 0});
-    row("what fits stands in the middle", {small}, 1, {33, 0}, {-200, 0});
-    row("a wide page from its left edge", {wide}, 1, {-1e9, 0}, {-510, 0});
-    row("a wide page up to its right edge", {wide}, 1, {1e9, 0}, {110, 0});
-    row("a wide page further down is no room", {small, small, wide}, 1, {100, 0}, {-200, 0});
-    row("whole pixels", {wide, wide}, 1, {-33.4, 20.7}, {-33, 21});
-    row("halves of them on a fine screen", {wide, wide}, 2, {-33.4, 20.7}, {-33.5, 20.5});
-}
-
 void TestPageScrolling::staysWithinThePages()
 {
-    const auto [sizes, ratio, wanted, origin] = StaysWithinThePages::fetch();
-    PageReader reader(sizes);
-    reader.ratio = ratio;
-    reader.viewport.moveTo(wanted);
-    QCOMPARE(reader.viewport.origin(), origin);
+    const auto origin = [](const QList<QSizeF>& sizes, const QPointF& wanted, double ratio = 1) {
+        PageReader reader(sizes);
+        reader.ratio = ratio;
+        reader.viewport.moveTo(wanted);
+        return reader.viewport.origin();
+    };
+    QCOMPARE(origin({}, {7, 7}), QPointF(-200, 0));
+    QCOMPARE(origin({small, small}, {-200, -50}), QPointF(-200, 0)); // above the first page
+    QCOMPARE(origin({small, small}, {-200, 1e9}), QPointF(-200, 830 - 500)); // below the last
+    QCOMPARE(origin({{300, 100}}, {-200, 50}), QPointF(-200, 0)); // less than the view
+    QCOMPARE(origin({small}, {33, 0}), QPointF(-200, 0)); // what fits stands in the middle
+    QCOMPARE(origin({wide}, {-1e9, 0}), QPointF(-510, 0)); // a wide page from its left edge
+    QCOMPARE(origin({wide}, {1e9, 0}), QPointF(110, 0)); // up to its right edge
+    QCOMPARE(origin({small, small, wide}, {100, 0}), QPointF(-200, 0)); // further down is no room
+    QCOMPARE(origin({wide, wide}, {-33.4, 20.7}), QPointF(-33, 21)); // whole pixels
+    QCOMPARE(origin({wide, wide}, {-33.4, 20.7}, 2), QPointF(-33.5, 20.5)); // a fine screen's
 }
 
 void TestPageScrolling::knowsThePresentPage()

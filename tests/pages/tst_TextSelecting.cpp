@@ -12,6 +12,7 @@
 #include <QSignalSpy>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
 using namespace tarnwick;
 
 namespace {
@@ -53,7 +54,7 @@ struct Text : SelectableText
         return parts.join(u'/');
     }
 
-    QString content = QStringLiteral("Alpha beta\ngamma, delta");
+    QString content = u"Alpha beta\ngamma, delta"_s;
     int arrived = 10;
     int fetches = 0;
 };
@@ -65,7 +66,6 @@ class TestTextSelecting : public QObject
     Q_OBJECT
 
 private slots:
-    void drags_data();
     void drags();
     void scrollsOnBeyondTheEdge();
     void selectsAsTextsArrive();
@@ -73,38 +73,31 @@ private slots:
     void followsLinks();
 };
 
-using Drags = Rows<TextDrag::Unit, QList<QPointF>, QString>;
-
-void TestTextSelecting::drags_data()
-{
-    const Drags row;
-    using Unit = TextDrag::Unit;
-    row("a click selects nothing", Unit::isCharacter, {at(0, 3)}, {});
-    row("to the right", Unit::isCharacter, {at(0, 2), at(0, 5)}, "pha");
-    row("to the left", Unit::isCharacter, {at(0, 5), at(0, 2)}, "pha");
-    row("over and back again", Unit::isCharacter, {at(0, 2), at(1, 9), at(0, 3)}, "p");
-    row("over a line end", Unit::isCharacter, {at(0, 6), at(1, 5)}, "beta\ngamma");
-    row("beside the page", Unit::isCharacter, {at(0, 6), at(0, 11)}, "beta");
-    row("a word", Unit::isWord, {at(0, 7)}, "beta");
-    row("words to the right", Unit::isWord, {at(0, 7), at(1, 2)}, "beta\ngamma");
-    row("words to the left keep the first", Unit::isWord, {at(1, 8), at(0, 1)},
-        "Alpha beta\ngamma, delta");
-    row("a line", Unit::isLine, {at(1, 4)}, "gamma, delta");
-}
-
 void TestTextSelecting::drags()
 {
-    const auto [unit, points, selected] = Drags::fetch();
-    PageReader reader(QList<QSizeF>(10, QSizeF(300, 400)));
-    Text text;
-    const PDFPageText page = pageOf(text.content);
-    const TextPlaces places(reader.viewport, [&page](int) { return &page; });
-    TextSelector selector(text, nullptr);
-    TextDrag drag(reader.viewport, places, selector, reader.scroller, nullptr);
-    QVERIFY(drag.begin(points.first(), unit));
-    for (const QPointF& point : points.sliced(1))
-        drag.dragTo(point);
-    QCOMPARE(text.string(selector.selection()), selected);
+    using Unit = TextDrag::Unit;
+    const auto selected = [](Unit unit, const QList<QPointF>& points) {
+        PageReader reader(QList<QSizeF>(10, QSizeF(300, 400)));
+        Text text;
+        const PDFPageText page = pageOf(text.content);
+        const TextPlaces places(reader.viewport, [&page](int) { return &page; });
+        TextSelector selector(text, nullptr);
+        TextDrag drag(reader.viewport, places, selector, reader.scroller, nullptr);
+        drag.begin(points.first(), unit);
+        for (const QPointF& point : points.sliced(1))
+            drag.dragTo(point);
+        return text.string(selector.selection());
+    };
+    QCOMPARE(selected(Unit::isCharacter, {at(0, 3)}), QString()); // a click
+    QCOMPARE(selected(Unit::isCharacter, {at(0, 2), at(0, 5)}), u"pha"_s);
+    QCOMPARE(selected(Unit::isCharacter, {at(0, 5), at(0, 2)}), u"pha"_s);
+    QCOMPARE(selected(Unit::isCharacter, {at(0, 2), at(1, 9), at(0, 3)}), u"p"_s); // and back
+    QCOMPARE(selected(Unit::isCharacter, {at(0, 6), at(1, 5)}), u"beta\ngamma"_s);
+    QCOMPARE(selected(Unit::isCharacter, {at(0, 6), at(0, 11)}), u"beta"_s); // beside the page
+    QCOMPARE(selected(Unit::isWord, {at(0, 7)}), u"beta"_s);
+    QCOMPARE(selected(Unit::isWord, {at(0, 7), at(1, 2)}), u"beta\ngamma"_s);
+    QCOMPARE(selected(Unit::isWord, {at(1, 8), at(0, 1)}), Text().content); // keeps the first
+    QCOMPARE(selected(Unit::isLine, {at(1, 4)}), u"gamma, delta"_s);
 }
 
 void TestTextSelecting::scrollsOnBeyondTheEdge()
@@ -124,12 +117,12 @@ void TestTextSelecting::scrollsOnBeyondTheEdge()
     QTRY_COMPARE(selector.selection().ranges().size(), 10);
     drag.dragTo({200, -400});
     QTRY_COMPARE(reader.viewport.origin().y(), 0.0);
-    QCOMPARE(text.string(selector.selection()), QStringLiteral("beta"));
+    QCOMPARE(text.string(selector.selection()), u"beta"_s);
     drag.dragTo(at(0, 8));
-    QCOMPARE(text.string(selector.selection()), QStringLiteral("be"));
+    QCOMPARE(text.string(selector.selection()), u"be"_s);
     drag.end();
     QVERIFY(drag.beginExtending(at(1, 5))); // from where it began
-    QCOMPARE(text.string(selector.selection()), QStringLiteral("beta\ngamma"));
+    QCOMPARE(text.string(selector.selection()), u"beta\ngamma"_s);
     isThere = false;
     QVERIFY(!drag.begin(at(0, 6), TextDrag::Unit::isCharacter));
     QVERIFY(runs.size() > 30);
@@ -143,7 +136,7 @@ void TestTextSelecting::selectsAsTextsArrive()
     QSignalSpy changes(&selector, &TextSelector::changed);
     selector.selectBetween({3, 5}, {1, 6}); // backwards
     QCOMPARE(text.fetches, 1);
-    QCOMPARE(text.string(selector.selection()), QStringLiteral("beta\ngamma, delta"));
+    QCOMPARE(text.string(selector.selection()), u"beta\ngamma, delta"_s);
     QApplication::clipboard()->clear();
     selector.copy();
     QCOMPARE(QApplication::clipboard()->text(), QString());
@@ -151,8 +144,8 @@ void TestTextSelecting::selectsAsTextsArrive()
     for (const int page : {2, 3})
         selector.pageArrived(page);
     QTRY_COMPARE(changes.size(), 2); // both at a time
-    QCOMPARE(QApplication::clipboard()->text(),
-        QStringLiteral("beta\ngamma, delta/Alpha beta\ngamma, delta/Alpha"));
+    QCOMPARE(
+        QApplication::clipboard()->text(), u"beta\ngamma, delta/Alpha beta\ngamma, delta/Alpha"_s);
     // What ends without its text is copied as far as it has come.
     selector.selectBetween({0, 0}, {9, 1});
     selector.copy();

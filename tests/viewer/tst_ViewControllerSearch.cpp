@@ -2,7 +2,6 @@
 
 #include "SearchField.h"
 #include "SearchStepper.h"
-#include "support/Rows.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -54,7 +53,6 @@ private slots:
     void init() { QSettings().clear(); }
     void findsWhatTheBoxesChoose();
     void stepsThroughARing();
-    void searchesLeaveTheStepper_data();
     void searchesLeaveTheStepper();
     void takesTheSelection();
     void waitsForTheText();
@@ -116,29 +114,26 @@ void TestViewControllerSearch::stepsThroughARing()
 }
 
 /// What a search leaves of the one before: the stepper's number always, with an empty text all.
-using SearchesLeaveTheStepper = Rows<QByteArray, int, QString, int>;
-
-void TestViewControllerSearch::searchesLeaveTheStepper_data()
-{
-    const SearchesLeaveTheStepper row;
-    row("a text that is there", QByteArray("word"), 3, u"1 of 3"_s, 0);
-    row("a text that is not", QByteArray("nowhere"), 0, u"No matches"_s, 5);
-    row("no text", QByteArray(), 2, QString(), 0);
-}
-
 void TestViewControllerSearch::searchesLeaveTheStepper()
 {
-    const auto [text, matches, said, next] = SearchesLeaveTheStepper::fetch();
-    ShownViewer viewer(threeWords());
-    search(viewer, "st");
-    viewer->searchStepper()->setIntegerValue(5);
-    search(viewer, text.constData());
-    QCOMPARE(int(viewer->theFindList().size()), matches);
-    QCOMPARE(viewer->searchField()->matchText(), said);
-    QCOMPARE(viewer->searchStepper()->integerValue(), 5);
-    QCOMPARE(pageShown(viewer), 0);
-    viewer->doFindNext();
-    QCOMPARE(viewer->searchStepper()->integerValue(), next);
+    const auto left = [](const char* text) {
+        ShownViewer viewer(threeWords());
+        search(viewer, "st");
+        viewer->searchStepper()->setIntegerValue(5);
+        search(viewer, text);
+        const QString said = viewer->searchField()->matchText();
+        const int number = viewer->searchStepper()->integerValue();
+        const int page = pageShown(viewer);
+        viewer->doFindNext(); // the number behind which comes last
+        return u"%1 found, %2, at %3 on %4, then at %5"_s.arg(viewer->theFindList().size())
+            .arg(said)
+            .arg(number)
+            .arg(page)
+            .arg(viewer->searchStepper()->integerValue());
+    };
+    QCOMPARE(left("word"), u"3 found, 1 of 3, at 5 on 0, then at 0"_s);
+    QCOMPARE(left("nowhere"), u"0 found, No matches, at 5 on 0, then at 5"_s);
+    QCOMPARE(left(""), u"2 found, , at 5 on 0, then at 0"_s);
 }
 
 void TestViewControllerSearch::takesTheSelection()

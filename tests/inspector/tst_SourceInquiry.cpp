@@ -1,9 +1,6 @@
-#include "inspector/SourceViewController.h"
-
+#include "InspectedFile.h"
 #include "PlacePanel.h"
-#include "document/Document.h"
 #include "support/PdfBuilder.h"
-#include "text/PlainTextView.h"
 
 #include <QLabel>
 #include <QSignalSpy>
@@ -15,18 +12,6 @@
 using namespace Qt::StringLiterals;
 using namespace tarnwick;
 
-namespace {
-
-class Flags : public ViewFlags
-{
-public:
-    bool showThumbnail() const override { return false; }
-    bool showRawSource() const override { return false; }
-    bool showSummarySource() const override { return true; }
-};
-
-} // namespace
-
 /// The lists of the inspector: users of an object, and findings.
 class TestSourceInquiry : public QObject
 {
@@ -35,28 +20,7 @@ class TestSourceInquiry : public QObject
 private slots:
     void listsAndLeads_data();
     void listsAndLeads();
-
-private:
-    void open(const std::string& file);
-
-    WindowRegistry<Document> theRegistry;
-    Flags theFlags;
-    std::unique_ptr<Document> theDocument;
-    std::unique_ptr<SourceViewController> theInspector;
 };
-
-void TestSourceInquiry::open(const std::string& file)
-{
-    theInspector.reset();
-    theDocument = std::make_unique<Document>(&theRegistry);
-    QSignalSpy opened(theDocument.get(), &Document::opened);
-    theDocument->readFromData(FileBytes::copy(file).value());
-    QTRY_COMPARE(opened.size(), 1);
-    theInspector = std::make_unique<SourceViewController>(theDocument.get(), &theFlags);
-    QSignalSpy filled(theInspector.get(), &SourceViewController::filled);
-    theInspector->show();
-    QVERIFY(filled.wait(30'000));
-}
 
 void TestSourceInquiry::listsAndLeads_data()
 {
@@ -80,27 +44,27 @@ void TestSourceInquiry::listsAndLeads()
     QFETCH(QString, line);
     PdfBuilder builder;
     builder.addPage("One").addPage("Two").addUpdate(8, "[ 3 0 R (3 0 R) ] % 3 0 R");
-    open(before.toStdString() + builder.bytes());
-    PlainTextView& view = *theInspector->lowerTextView();
+    InspectedFile file(before.toStdString() + builder.bytes());
+    const auto inspector = file.inspector();
+    PlainTextView& view = *inspector->lowerTextView();
     if (before.isEmpty()) {
         qsizetype header = 0;
         while (view.textStorage()->line(header).text != u"3 0 obj"_s)
             ++header;
-        view.setFocus();
         view.setSelection({header, 0}, {header, 0});
-        theInspector->showUsers();
+        inspector->showUsers();
     } else {
-        auto* strip = theInspector->findChild<QLabel*>(u"findingsText"_s);
+        auto* strip = inspector->findChild<QLabel*>(u"findingsText"_s);
         QTRY_VERIFY(strip->isVisible());
-        theInspector->showFindings();
+        inspector->showFindings();
     }
-    auto* panel = theInspector->findChild<PlacePanel*>();
+    auto* panel = inspector->findChild<PlacePanel*>();
     QTRY_COMPARE(panel->title().left(title.size()), title);
     QVERIFY(panel->rows().size() >= rows);
     QVERIFY2(panel->rows().constFirst().text.contains(text),
         qPrintable(panel->rows().constFirst().text));
 
-    QTest::keyClick(theInspector->findChild<QTreeView*>(u"placesView"_s), Qt::Key_Return);
+    QTest::keyClick(inspector->findChild<QTreeView*>(u"placesView"_s), Qt::Key_Return);
     const QString there = view.textStorage()->line(view.caret().line).text;
     QVERIFY2(there.startsWith(line), qPrintable(there));
     QVERIFY(view.hasFocus());

@@ -1,8 +1,5 @@
-#include "inspector/SourceViewController.h"
-
-#include "document/Document.h"
+#include "InspectedFile.h"
 #include "support/PdfBuilder.h"
-#include "text/PlainTextView.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -15,17 +12,6 @@ using namespace Qt::StringLiterals;
 using namespace tarnwick;
 
 namespace {
-
-class Flags : public ViewFlags
-{
-public:
-    bool showThumbnail() const override { return false; }
-    bool showRawSource() const override { return raw; }
-    bool showSummarySource() const override { return summary; }
-
-    bool raw = false;
-    bool summary = true;
-};
 
 /// Where a text stands in a pane for the n-th time.
 TextRange find(const PlainTextView& view, const QString& wanted, int skip = 0)
@@ -47,7 +33,7 @@ class TestSourceNavigation : public QObject
 
 private slots:
     void init();
-    void cleanup();
+    void cleanup() { theInspector.reset(); }
     void goesWhereAsked_data();
     void goesWhereAsked();
     void saysWhyNot_data();
@@ -59,14 +45,11 @@ private slots:
 
 private:
     void open(bool summary = true, bool raw = false);
-    std::unique_ptr<SourceViewController> inspector();
     QString typed(const QString& text) const;
 
-    WindowRegistry<Document> theRegistry;
-    Flags theFlags;
-    std::unique_ptr<Document> theDocument;
+    std::string theBytes;
+    std::unique_ptr<InspectedFile> theFile;
     std::unique_ptr<SourceViewController> theInspector;
-    QByteArray theFile;
 };
 
 void TestSourceNavigation::init()
@@ -75,36 +58,17 @@ void TestSourceNavigation::init()
     builder.addPage("One").addPage("Two", "/Far 9 0 R /Broken 3\n0 R");
     builder.addObject("[ 3 0 R 99 0 R 3 1 R ]"); // 8
     builder.addUpdate(3, "<< /Type /Font /Later 1 >>").addUpdate(9, "<< /New 7 0 R >>");
-    theFile = QByteArray::fromStdString(builder.bytes());
-}
-
-void TestSourceNavigation::cleanup()
-{
-    theInspector.reset();
-    theDocument.reset();
+    theBytes = builder.bytes();
 }
 
 void TestSourceNavigation::open(bool summary, bool raw)
 {
-    theFlags.summary = summary;
-    theFlags.raw = raw;
-    theDocument = std::make_unique<Document>(&theRegistry);
-    QSignalSpy opened(theDocument.get(), &Document::opened);
-    theDocument->readFromData(FileBytes::copy(theFile.toStdString()).value());
-    QTRY_COMPARE(opened.size(), 1);
-    theInspector = inspector();
-}
-
-std::unique_ptr<SourceViewController> TestSourceNavigation::inspector()
-{
-    auto made = std::make_unique<SourceViewController>(theDocument.get(), &theFlags);
-    QSignalSpy filled(made.get(), &SourceViewController::filled);
-    made->resize(800, 900);
-    made->show();
-    made->activateWindow();
-    filled.wait(30'000);
-    made->lowerTextView()->setFocus();
-    return made;
+    InspectedFile::Flags flags;
+    flags.summary = summary;
+    flags.raw = raw;
+    theInspector.reset();
+    theFile = std::make_unique<InspectedFile>(theBytes, flags);
+    theInspector = theFile->inspector();
 }
 
 /// Types where to go. @returns what is said against it.
@@ -221,7 +185,7 @@ void TestSourceNavigation::goesBackOverPanesAndWindows()
     open();
     const std::unique_ptr<SourceViewController> first = std::move(theInspector);
     first->goToObject();
-    theInspector = inspector();
+    theInspector = theFile->inspector();
     PlainTextView& view = *theInspector->lowerTextView();
     const TextPosition start = view.caret();
     QVERIFY(!theInspector->validateCommand(u"goBack"_s));
@@ -246,7 +210,7 @@ void TestSourceNavigation::goesBackOverPanesAndWindows()
 void TestSourceNavigation::leadsFromPagesToTheirSourceAndBack()
 {
     open();
-    auto another = std::make_unique<SourceViewController>(theDocument.get(), &theFlags);
+    const auto another = theFile->newInspector();
     QSignalSpy filled(another.get(), &SourceViewController::filled);
     another->show();
     another->showSourceOfPage(1); // before there is any

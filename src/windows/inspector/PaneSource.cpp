@@ -69,6 +69,18 @@ std::optional<std::size_t> PaneSource::offsetAt(TextPosition place) const
     return offset ? offset : storage->text().offsetOfLine(static_cast<std::size_t>(place.line));
 }
 
+std::optional<ByteRange> PaneSource::bytesAt(TextPosition place) const
+{
+    if (theView && theView->hasSelection()) {
+        const std::optional<std::size_t> begin = offsetAt(theView->selection().begin);
+        const std::optional<std::size_t> end = offsetAt(theView->selection().end);
+        if (begin && end && *begin < *end)
+            return ByteRange{*begin, *end};
+    }
+    const std::optional<pdfObject> object = objectAt(place);
+    return object ? std::optional(object->range()) : std::nullopt;
+}
+
 std::optional<TextRange> PaneSource::placeOf(const pdfObject& object) const
 {
     const auto storage = storageOf<StyledTextStorage>(theView);

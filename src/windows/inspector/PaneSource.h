@@ -36,6 +36,9 @@ public:
     /// The file's offset at a place; of a line of the object list that of its object.
     std::optional<std::size_t> offsetAt(TextPosition place) const;
 
+    /// The file's bytes that what is selected shows, else those of the object at a place.
+    std::optional<ByteRange> bytesAt(TextPosition place) const;
+
     /// Where an object begins: its first line in the listing, else its line in the object list.
     std::optional<TextRange> placeOf(const pdfObject& object) const;
     /// The byte at an offset of the file; nothing in a pane without listing, or behind the file.

@@ -270,6 +270,11 @@ void SourceNavigator::extendMenu(Pane in, QMenu& menu, QAction* before, TextPosi
             QGuiApplication::clipboard()->setText(u"%1 %2 R"_s.arg(objNo).arg(objGen));
         });
     }
+    const std::optional<ByteRange> bytes
+        = in == Pane::isStored ? here.bytesAt(place) : std::nullopt; // the other file has no window
+    if (bytes)
+        add(tr("Show &Bytes"),
+            [this, bytes = *bytes] { emit bytesWanted(bytes.begin, bytes.size()); });
     if (const std::optional<std::size_t> offset = here.offsetAt(place)) {
         add(tr("Copy &Offset %1").arg(counted(static_cast<qint64>(*offset))),
             [offset = *offset] { QGuiApplication::clipboard()->setText(QString::number(offset)); });

@@ -74,6 +74,8 @@ signals:
     void said(tarnwick::SourceNavigator::Pane in, const QString& sentence);
     /// The user wants to see a page, counted from 0.
     void pageWanted(int page);
+    /// The user wants to see bytes of the stored file.
+    void bytesWanted(qulonglong offset, qulonglong length);
     /// The user wants to know who refers to an object.
     void usersWanted(tarnwick::SourceNavigator::Pane in, qint64 objNo);
 

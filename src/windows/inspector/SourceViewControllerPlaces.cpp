@@ -54,6 +54,7 @@ void SourceViewController::connectNavigation()
         [this](SourceNavigator::Pane in, const QString& sentence) {
             say(in == SourceNavigator::Pane::isFlattened ? theUpper : theLower, sentence);
         });
+    connect(theNavigator, &SourceNavigator::bytesWanted, theOwner, &Document::showBytes);
     connect(theNavigator, &SourceNavigator::pageWanted, this, &SourceViewController::pageWanted);
     connect(theOwner, &Document::sourceOfPageWanted, this,
         [this](const DocumentWindow* window, int page) {

@@ -379,10 +379,9 @@ void PDFView::mouseReleaseEvent(QMouseEvent* event)
 void PDFView::contextMenuEvent(QContextMenuEvent* event)
 {
     auto* const menu = new QMenu(this);
-    menu->setAttribute(Qt::WA_DeleteOnClose);
-    fillPageMenu(
-        *menu, *this, d->theLinks.linkAt(event->pos()), d->theDetails.links(currentPage()));
-    emit contextMenuOpening(menu, d->theViewport.pageAt(event->pos()));
+    const QPoint point = event->pos();
+    fillPageMenu(*menu, *this, d->theLinks.linkAt(point), d->theDetails.links(currentPage()));
+    emit contextMenuOpening(menu, d->theViewport.pageAt(point));
     menu->popup(event->globalPos());
 }
 

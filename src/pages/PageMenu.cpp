@@ -19,6 +19,7 @@ constexpr int mostCharacters = 60; ///< of an address
 
 void addLinks(QMenu& menu, PDFView& view, const QList<PDFLink>& links)
 {
+    menu.setAttribute(Qt::WA_DeleteOnClose);
     if (links.isEmpty())
         return;
     menu.addSeparator();

@@ -280,6 +280,7 @@ void PlainTextView::focusInEvent(QFocusEvent* event)
 {
     QAbstractScrollArea::focusInEvent(event);
     restartBlinking();
+    update(); // the frame
     viewport()->update();
 }
 
@@ -287,6 +288,7 @@ void PlainTextView::focusOutEvent(QFocusEvent* event)
 {
     QAbstractScrollArea::focusOutEvent(event);
     theBlinkTimer.stop();
+    update(); // the frame
     viewport()->update();
 }
 

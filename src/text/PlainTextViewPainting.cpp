@@ -43,6 +43,18 @@ QTextCharFormat coloured(const QColor& background, const QColor& text)
 
 } // namespace
 
+/// The frame around the viewport tells which of several texts has the keyboard.
+bool PlainTextView::event(QEvent* event)
+{
+    const bool isHandled = QAbstractScrollArea::event(event);
+    if (event->type() == QEvent::Paint && hasFocus() && frameWidth() > 0) {
+        QPainter painter(this);
+        painter.setPen(palette().color(QPalette::Highlight));
+        painter.drawRect(rect().adjusted(0, 0, -1, -1));
+    }
+    return isHandled;
+}
+
 void PlainTextView::paintEvent(QPaintEvent*)
 {
     QPainter painter(viewport());

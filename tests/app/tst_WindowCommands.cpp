@@ -136,7 +136,9 @@ void TestWindowCommands::menusOfferTheSameByKeyAndMouse_data()
     for (const QString& pane : {u"upperTextView"_s, u"lowerTextView"_s, u"bottomTextView"_s})
         row(qPrintable(u"inspector, "_s + pane), WindowIdentifiers::source, pane,
             find + u" filterObjects"_s,
-            windows + u"zoomIn zoomOut actualSize toggleWrap toggleGutter "_s
+            windows
+                + u"zoomIn zoomOut actualSize toggleSideBySide toggleOnlyThisPane focusNextPane "_s
+                + u"focusPreviousPane toggleWrap toggleGutter "_s
                 + u"toggleObjectTable toggleObjectPanel"_s);
     row("bytes", WindowIdentifiers::bytes, "bytesView", find,
         windows + u"zoomIn zoomOut actualSize toggleGutter"_s);

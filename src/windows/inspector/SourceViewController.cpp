@@ -2,6 +2,7 @@
 
 #include "GoToBar.h"
 #include "ObjectPanel.h"
+#include "PaneLayout.h"
 #include "SourceNavigator.h"
 #include "SourceSummary.h"
 #include "document/Document.h"
@@ -11,7 +12,6 @@
 
 #include "ui_SourceWindow.h"
 
-#include <QSettings>
 #include <QShowEvent>
 #include <QTimer>
 
@@ -27,8 +27,6 @@ using namespace std::chrono_literals;
 
 /// A note that comes and goes within a glance only makes the window flicker.
 constexpr auto notePatience = 300ms;
-
-const QString splitterKey = u"SourceWindow/panes"_s;
 
 QString failureNote(PDFFailure failure)
 {
@@ -91,6 +89,9 @@ SourceViewController::SourceViewController(
     , theObjectPanel(new ObjectPanel(this))
 {
     ui->setupUi(this);
+    thePaneLayout = new PaneLayout(ui->panes);
+    thePaneLayout->setPanes({{ui->upperPane, ui->upperTextView}, {ui->lowerPane, ui->lowerTextView},
+        {ui->bottomPane, ui->bottomTextView}});
     connectOutlets();
     connectNavigation();
     connectObjectPanel();
@@ -114,14 +115,13 @@ void SourceViewController::connectOutlets()
         pane->cancel->hide();
         connect(pane->cancel, &QToolButton::clicked, this, [this, pane] { cancelWork(*pane); });
     }
-    const QByteArray sizes = QSettings().value(splitterKey).toByteArray();
-    if (!ui->panes->restoreState(sizes))
-        ui->panes->setSizes({280, 380, 240});
+    thePaneLayout->restore();
 }
 
 void SourceViewController::setUpperTextView(PlainTextView* view)
 {
     theUpper.view = view;
+    thePaneLayout->setView(0, view);
     setUpListing(view);
     view->setGutter(PlainTextView::Gutter::isLinesAndOffsets);
     theNavigator->setPane(SourceNavigator::Pane::isFlattened, view, nullptr);
@@ -130,6 +130,7 @@ void SourceViewController::setUpperTextView(PlainTextView* view)
 void SourceViewController::setLowerTextView(PlainTextView* view)
 {
     theLower.view = view;
+    thePaneLayout->setView(1, view);
     setUpListing(view);
     view->setGutter(PlainTextView::Gutter::isLinesAndOffsets);
     theNavigator->setPane(SourceNavigator::Pane::isStored, view, nullptr);
@@ -143,6 +144,7 @@ void SourceViewController::setLowerTextView(PlainTextView* view)
 void SourceViewController::setBottomTextView(PlainTextView* view)
 {
     theBottomView = view;
+    thePaneLayout->setView(2, view);
     setUpListing(view);
 }
 
@@ -176,7 +178,7 @@ void SourceViewController::showEvent(QShowEvent* event)
 
 void SourceViewController::hideEvent(QHideEvent* event)
 {
-    QSettings().setValue(splitterKey, ui->panes->saveState());
+    thePaneLayout->save();
     saveTable();
     saveObjectPanel();
     QWidget::hideEvent(event);

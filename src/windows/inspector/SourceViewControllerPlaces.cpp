@@ -3,6 +3,8 @@
 
 #include "FindingsStrip.h"
 #include "GoToBar.h"
+#include "ObjectPanel.h"
+#include "PaneLayout.h"
 #include "PlacePanel.h"
 #include "SourceInquiry.h"
 #include "SourceNavigator.h"
@@ -116,6 +118,37 @@ void SourceViewController::goBack()
 void SourceViewController::goForward()
 {
     theNavigator->goForward();
+}
+
+bool SourceViewController::commandIsChecked(const QString& command) const
+{
+    if (command == "toggleObjectPanel"_L1)
+        return !theObjectPanel->isHidden();
+    if (command == "toggleObjectTable"_L1)
+        return !ui->objectTabs->isHidden();
+    if (command == "toggleSideBySide"_L1)
+        return thePaneLayout->areSideBySide();
+    return command == "toggleOnlyThisPane"_L1 && thePaneLayout->isOneAlone();
+}
+
+void SourceViewController::toggleSideBySide()
+{
+    thePaneLayout->setSideBySide(!thePaneLayout->areSideBySide());
+}
+
+void SourceViewController::toggleOnlyThisPane()
+{
+    thePaneLayout->setOneAlone(!thePaneLayout->isOneAlone());
+}
+
+void SourceViewController::focusNextPane()
+{
+    thePaneLayout->focusOther(1);
+}
+
+void SourceViewController::focusPreviousPane()
+{
+    thePaneLayout->focusOther(-1);
 }
 
 void SourceViewController::goToObject()

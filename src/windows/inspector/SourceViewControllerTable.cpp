@@ -56,13 +56,6 @@ void SourceViewController::showTable(bool shows)
     ui->sidePanels->setVisible(shows || !theObjectPanel->isHidden());
 }
 
-bool SourceViewController::commandIsChecked(const QString& command) const
-{
-    if (command == QLatin1String("toggleObjectPanel"))
-        return !theObjectPanel->isHidden();
-    return command == QLatin1String("toggleObjectTable") && !ui->objectTabs->isHidden();
-}
-
 void SourceViewController::toggleObjectTable()
 {
     const bool shows = ui->objectTabs->isHidden();

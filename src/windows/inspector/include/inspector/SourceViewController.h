@@ -24,6 +24,7 @@ namespace tarnwick {
 class Document;
 class GoToBar;
 class ObjectPanel;
+class PaneLayout;
 class PlainTextView;
 class SourceInquiry;
 class SourceNavigator;
@@ -92,6 +93,13 @@ public slots:
     void showFindings();
     void goBack();
     void goForward();
+    /// The stored source beside the flattened one, or below it.
+    void toggleSideBySide();
+    /// The pane that has the keyboard alone, or all of them.
+    void toggleOnlyThisPane();
+    /// Gives the keyboard to another pane, round and round.
+    void focusNextPane();
+    void focusPreviousPane();
     /// Opens the strip in which one types an object, an offset or a page.
     void goToObject();
     /// The same: the key for pages leads to objects here.
@@ -167,6 +175,7 @@ private:
     GoToBar* theGoToBar;
     SourceInquiry* theInquiry = nullptr;
     ObjectPanel* theObjectPanel; ///< beside the panes
+    PaneLayout* thePaneLayout = nullptr;
     std::optional<int> thePageToShow; ///< once the panes are filled
     bool theTableLeads = false; ///< the caret moves because its row was chosen
     PlainTextView* theBottomView = nullptr;

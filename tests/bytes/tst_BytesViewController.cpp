@@ -175,7 +175,7 @@ void TestBytesViewController::findsBytes()
 
 void TestBytesViewController::escapeStopsAndThenCloses()
 {
-    open(QByteArray(64 << 20, '\0'));
+    open(QByteArray(16 << 20, '\0'));
     theView->performFind();
     auto* const field = theView->findChild<QLineEdit*>(u"findField"_s);
     field->setText(u"x"_s);
@@ -191,7 +191,7 @@ void TestBytesViewController::escapeStopsAndThenCloses()
     theView->bytesView()->selectBytes({3, 6});
     theView->performFind();
     QCOMPARE(field->text(), u"00 00 00"_s);
-    QTRY_COMPARE(found(), u"2 of 22,369,621"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(found(), u"2 of 5,592,405"_s, 60'000);
 }
 
 void TestBytesViewController::documentShowsBytes()

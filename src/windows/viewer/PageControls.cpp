@@ -57,13 +57,13 @@ PageControls::PageControls(PDFView* view, const Widgets& widgets, QObject* paren
 
 void PageControls::connectButtons()
 {
-    const auto serve = [this](QToolButton* button, void (PDFView::*command)()) {
-        connect(button, &QToolButton::clicked, this, [this, command] { (theView->*command)(); });
+    const auto serve = [this](QToolButton* button, auto command) {
+        connect(button, &QToolButton::clicked, this, [this, command] { command(*theView); });
     };
-    serve(theWidgets.previousPage, &PDFView::goToPreviousPage);
-    serve(theWidgets.nextPage, &PDFView::goToNextPage);
-    serve(theWidgets.zoomIn, &PDFView::zoomIn);
-    serve(theWidgets.zoomOut, &PDFView::zoomOut);
+    serve(theWidgets.previousPage, [](PDFView& view) { view.goToPreviousPage(); });
+    serve(theWidgets.nextPage, [](PDFView& view) { view.goToNextPage(); });
+    serve(theWidgets.zoomIn, [](PDFView& view) { view.zoomIn(); });
+    serve(theWidgets.zoomOut, [](PDFView& view) { view.zoomOut(); });
 }
 
 void PageControls::setView(PDFView* view)

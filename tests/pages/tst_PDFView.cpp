@@ -4,6 +4,7 @@
 #include "support/ScrollBars.h"
 
 #include <QAccessible>
+#include <QClipboard>
 #include <QScrollBar>
 #include <QSignalSpy>
 
@@ -25,6 +26,7 @@ private slots:
     void drawsAndGivesBack();
     void saysWhenAPageCannotBeDrawn();
     void selectsWithTheMouse();
+    void copiesAll();
     void readsThePageAloud();
     void horizontalBarShowsWhatIsInView();
 };
@@ -201,6 +203,17 @@ void TestPDFView::selectsWithTheMouse()
     QTest::keyClick(&shown.view, Qt::Key_Escape);
     QVERIFY(shown.view.currentSelection().isEmpty());
     QVERIFY(!shown.view.validateCommand(QStringLiteral("copy")));
+}
+
+void TestPDFView::copiesAll()
+{
+    Shown shown(tenPages());
+    QApplication::clipboard()->clear();
+    // The texts are still to come: the copy is made once they are there.
+    shown.view.selectAll();
+    QTRY_VERIFY(!shown.view.currentSelection().isEmpty());
+    shown.view.copy();
+    QTRY_COMPARE(QApplication::clipboard()->text().count(u"second line"_s), 10);
 }
 
 void TestPDFView::readsThePageAloud()

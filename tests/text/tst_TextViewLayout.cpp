@@ -88,6 +88,8 @@ void TestTextViewLayout::rowsAreEstimated()
             if (estimate.lineAt(before.last()) != std::min(line, lines.size() - 1))
                 before += -1;
         }
+        if (estimate.longestLine() != *std::max_element(lengths.begin(), lengths.end()))
+            before += -2;
         return before;
     };
     // A row at least, then as many as are begun.
@@ -104,7 +106,6 @@ void TestTextViewLayout::estimatesOfHugeTextsMeetTheirEnds()
     QVERIFY(estimate.advance(QDeadlineTimer(0)));
     QCOMPARE(estimate.totalRows(), 1'000'003.); // what nobody has read counts as a row each
     QVERIFY(!estimate.advance(QDeadlineTimer(QDeadlineTimer::Forever)));
-    QCOMPARE(estimate.longestLine(), 25);
     QCOMPARE(estimate.lineAt(-1), 0);
     QCOMPARE(estimate.lineAt(1e9), 1'000'002);
     QCOMPARE(estimate.totalRows(), 3 * 1'000'003.);

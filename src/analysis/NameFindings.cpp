@@ -82,7 +82,7 @@ public:
     }
 
     /// To be called behind the last name: an embedded file that does not say what it is is known by
-    /// the specification that has it.
+    /// the dictionary that names it.
     void finish()
     {
         if (!theList.has(FindingCode::isEmbeddedFile))

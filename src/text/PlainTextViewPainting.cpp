@@ -58,6 +58,7 @@ bool PlainTextView::event(QEvent* event)
 void PlainTextView::paintEvent(QPaintEvent*)
 {
     QPainter painter(viewport());
+    theShownLinks = shownLinks();
     theLayout.forEachVisible([&](const TextSegment& segment, QPointF origin) {
         paintSegment(painter, segment, origin);
         paintSelectedLineEnd(painter, segment, origin);
@@ -95,7 +96,7 @@ QList<QTextLayout::FormatRange> PlainTextView::formatsOf(const TextSegment& segm
     };
     QTextCharFormat underlined;
     underlined.setFontUnderline(true);
-    for (const TextRange& link : shownLinks())
+    for (const TextRange& link : theShownLinks)
         add(link, underlined);
     const QPalette colours = palette();
     for (const TextRange& match : theVisibleMatches)

@@ -27,24 +27,22 @@ public:
     };
 
     explicit InspectedFile(const std::string& bytes)
-        : InspectedFile(bytes, Flags())
-    {
-    }
-    InspectedFile(const std::string& bytes, const Flags& flags)
-        : theFlags(flags)
-        , theDocument(&theRegistry)
+        : theDocument(&theRegistry)
     {
         QSignalSpy opened(&theDocument, &Document::opened);
         theDocument.readFromData(FileBytes::copy(bytes).value());
         opened.wait(30'000);
     }
 
+    /// What inspectors show from their next filling on.
+    Flags flags;
+
     /// Shown and filled, the pane of the stored file with the keyboard.
     std::unique_ptr<SourceViewController> inspector()
     {
         auto made = newInspector();
         QSignalSpy filled(made.get(), &SourceViewController::filled);
-        made->resize(800, 900);
+        made->resize(1000, 900);
         made->show();
         made->activateWindow();
         filled.wait(30'000);
@@ -54,12 +52,11 @@ public:
     /// Not shown yet.
     std::unique_ptr<SourceViewController> newInspector()
     {
-        return std::make_unique<SourceViewController>(&theDocument, &theFlags);
+        return std::make_unique<SourceViewController>(&theDocument, &flags);
     }
 
 private:
     WindowRegistry<Document> theRegistry;
-    Flags theFlags;
     Document theDocument;
 };
 

@@ -1,9 +1,6 @@
-#include "inspector/SourceViewController.h"
-
+#include "InspectedFile.h"
 #include "PlacePanel.h"
-#include "document/Document.h"
 #include "support/PdfBuilder.h"
-#include "text/PlainTextView.h"
 
 #include <QHeaderView>
 #include <QLabel>
@@ -18,28 +15,13 @@
 using namespace Qt::StringLiterals;
 using namespace tarnwick;
 
-namespace {
-
-class Flags : public ViewFlags
-{
-public:
-    bool showThumbnail() const override { return false; }
-    bool showRawSource() const override { return raw; }
-    bool showSummarySource() const override { return summary; }
-
-    bool raw = false;
-    bool summary = true;
-};
-
-} // namespace
-
 class TestObjectTable : public QObject
 {
     Q_OBJECT
 
 private slots:
     void init();
-    void cleanup();
+    void cleanup() { theInspector.reset(); }
     void isOffAtFirstAndRemembered();
     void filters_data();
     void filters();
@@ -50,7 +32,6 @@ private slots:
     void livesThroughAnotherFilling();
 
 private:
-    std::unique_ptr<SourceViewController> inspector();
     void open();
     QString status() const { return theInspector->findChild<QLabel*>(u"objectCount"_s)->text(); }
     QTableView& table() const { return *theInspector->findChild<QTableView*>(u"objectTable"_s); }
@@ -69,65 +50,41 @@ private:
         return view.textStorage()->line(view.caret().line).text;
     }
 
-    WindowRegistry<Document> theRegistry;
-    Flags theFlags;
-    std::unique_ptr<Document> theDocument;
+    std::unique_ptr<InspectedFile> theFile;
     std::unique_ptr<SourceViewController> theInspector;
 };
 
 void TestObjectTable::init()
 {
     QSettings().clear();
-    theFlags = {};
     PdfBuilder builder;
     builder.addPage("One").addPage("Two"); // 4 to 7
     builder.addUpdate(3, "<< /Type /Font /Later 1 >>");
-    theDocument = std::make_unique<Document>(&theRegistry);
-    QSignalSpy opened(theDocument.get(), &Document::opened);
-    theDocument->readFromData(FileBytes::copy(builder.bytes()).value());
-    QTRY_COMPARE(opened.size(), 1);
-}
-
-void TestObjectTable::cleanup()
-{
-    theInspector.reset();
-    theDocument.reset();
-}
-
-std::unique_ptr<SourceViewController> TestObjectTable::inspector()
-{
-    auto made = std::make_unique<SourceViewController>(theDocument.get(), &theFlags);
-    QSignalSpy filled(made.get(), &SourceViewController::filled);
-    made->resize(1000, 900);
-    made->show();
-    made->activateWindow();
-    filled.wait(30'000);
-    made->lowerTextView()->setFocus();
-    return made;
+    theFile = std::make_unique<InspectedFile>(builder.bytes());
 }
 
 void TestObjectTable::open()
 {
-    theInspector = inspector();
+    theInspector = theFile->inspector();
     theInspector->toggleObjectTable();
     QTRY_COMPARE(status(), u"10 objects"_s); // two of them trailers
 }
 
 void TestObjectTable::isOffAtFirstAndRemembered()
 {
-    theInspector = inspector();
+    theInspector = theFile->inspector();
     QVERIFY(!table().isVisible());
     QVERIFY(!theInspector->commandIsChecked(u"toggleObjectTable"_s));
     theInspector->filterObjects();
     QVERIFY(theInspector->commandIsChecked(u"toggleObjectTable"_s));
     QVERIFY(theInspector->findChild<QLineEdit*>(u"objectFilter"_s)->hasFocus());
 
-    theInspector = inspector();
+    theInspector = theFile->inspector();
     QVERIFY(table().isVisible());
     table().setFocus();
     theInspector->toggleObjectTable();
     QVERIFY(theInspector->lowerTextView()->hasFocus());
-    QVERIFY(!inspector()->commandIsChecked(u"toggleObjectTable"_s));
+    QVERIFY(!theFile->inspector()->commandIsChecked(u"toggleObjectTable"_s));
 }
 
 void TestObjectTable::filters_data()
@@ -177,7 +134,7 @@ void TestObjectTable::selectionGoesBothWays()
 {
     QFETCH(bool, summary);
     QFETCH(QString, line);
-    theFlags.summary = summary;
+    theFile->flags.summary = summary;
     open();
     table().setFocus();
     table().selectRow(6);
@@ -223,8 +180,8 @@ void TestObjectTable::goesWithHistoryOnEnterAlone()
 
 void TestObjectTable::saysWhyItIsEmpty()
 {
-    theFlags.raw = true;
-    theInspector = inspector();
+    theFile->flags.raw = true;
+    theInspector = theFile->inspector();
     theInspector->toggleObjectTable();
     QVERIFY2(status().contains(u"Show Raw Source"_s), qPrintable(status()));
     QCOMPARE(table().model()->rowCount(), 0);

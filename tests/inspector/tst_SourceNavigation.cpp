@@ -63,11 +63,10 @@ void TestSourceNavigation::init()
 
 void TestSourceNavigation::open(bool summary, bool raw)
 {
-    InspectedFile::Flags flags;
-    flags.summary = summary;
-    flags.raw = raw;
     theInspector.reset();
-    theFile = std::make_unique<InspectedFile>(theBytes, flags);
+    theFile = std::make_unique<InspectedFile>(theBytes);
+    theFile->flags.summary = summary;
+    theFile->flags.raw = raw;
     theInspector = theFile->inspector();
 }
 

@@ -1,5 +1,6 @@
 #include "inspector/SourceViewController.h"
 
+#include "InspectedFile.h"
 #include "SourceSummary.h"
 #include "document/Document.h"
 #include "support/LostPages.h"
@@ -20,17 +21,6 @@ using namespace Qt::StringLiterals;
 using namespace tarnwick;
 
 namespace {
-
-class Flags : public ViewFlags
-{
-public:
-    bool showThumbnail() const override { return false; }
-    bool showRawSource() const override { return raw; }
-    bool showSummarySource() const override { return summary; }
-
-    bool raw = false;
-    bool summary = false;
-};
 
 QString textOf(const PlainTextView* view)
 {
@@ -61,13 +51,14 @@ private:
 
     WindowRegistry<Document> theRegistry;
     std::unique_ptr<Document> theDocument;
-    Flags theFlags;
+    InspectedFile::Flags theFlags;
 };
 
 void TestSourceViewController::init()
 {
     QSettings().clear();
-    theFlags = Flags();
+    theFlags = {};
+    theFlags.summary = false;
     theDocument = std::make_unique<Document>(&theRegistry);
     theDocument->setFileURL(QUrl::fromLocalFile(u"/somewhere/report.pdf"_s));
 }

@@ -1,5 +1,7 @@
 #include "GoToBar.h"
 
+#include "CloseButton.h"
+
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -39,12 +41,7 @@ GoToBar::GoToBar(QWidget* parent)
     theMistake->setMinimumWidth(10);
     layout->addWidget(theMistake, 2);
 
-    auto* close = new QToolButton;
-    close->setAutoRaise(true);
-    close->setFocusPolicy(Qt::TabFocus);
-    close->setText(u"\u2715"_s);
-    close->setToolTip(tr("Close (Esc)"));
-    close->setAccessibleName(tr("Close “Go to”"));
+    auto* close = newCloseButton(tr("Close “Go to”"));
     layout->addWidget(close);
     connect(close, &QToolButton::clicked, this, &GoToBar::closeWanted);
 }

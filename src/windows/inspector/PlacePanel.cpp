@@ -1,5 +1,7 @@
 #include "PlacePanel.h"
 
+#include "CloseButton.h"
+
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
@@ -40,12 +42,7 @@ PlacePanel::PlacePanel(QWidget* parent)
     theNote->setObjectName(u"placesNote"_s);
     theNote->setMinimumWidth(10);
     bar->addWidget(theNote, 1);
-    auto* close = new QToolButton;
-    close->setAutoRaise(true);
-    close->setFocusPolicy(Qt::TabFocus);
-    close->setText(u"\u2715"_s);
-    close->setToolTip(tr("Close (Esc)"));
-    close->setAccessibleName(tr("Close the list"));
+    auto* close = newCloseButton(tr("Close the list"));
     connect(close, &QToolButton::clicked, this, &PlacePanel::closeWanted);
     bar->addWidget(close);
     layout->addLayout(bar);

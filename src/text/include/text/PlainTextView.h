@@ -292,6 +292,7 @@ private:
     bool isMatchWrapped = false;
     TextRange theMatch; ///< found last, empty when none was
     QList<TextRange> theVisibleMatches;
+    QList<TextRange> theShownLinks; ///< of the painting under way
 };
 
 } // namespace tarnwick

@@ -5,7 +5,11 @@
 #include "export/VersionExport.h"
 #include "frame/DocumentWindow.h"
 #include "versions/IncrementalUpdate.h"
+#include "versions/VersionNaming.h"
 
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QWidget>
 
 #include <algorithm>
@@ -134,10 +138,27 @@ void Document::showSourceOfPage(int page)
     emit sourceOfPageWanted(*latest, page);
 }
 
+void Document::openVersion(std::size_t number, std::size_t end)
+{
+    emit versionWanted({number, theBytes.prefix(end), theRenderedDocument->password()});
+}
+
+QString Document::pathOfCopy() const
+{
+    const QString path = fileURL().toLocalFile();
+    if (!version())
+        return path;
+    const FileNameParts parts = fileNameParts(QFile::encodeName(path).toStdString());
+    const std::string name
+        = versionFileName(parts.base, version()->number, versionExtension(parts));
+    return QFileInfo(path).dir().filePath(QFile::decodeName(QByteArray::fromStdString(name)));
+}
+
 ExportSource Document::exportSource()
 {
-    return {fileURL().toLocalFile(), displayName(), theBytes, theRenderedDocument.get(),
-        theText.get(), windowForSheet(), this};
+    const QString path = pathOfCopy();
+    return {path, version() ? QFileInfo(path).fileName() : displayName(), theBytes,
+        theRenderedDocument.get(), theText.get(), windowForSheet(), this};
 }
 
 void Document::exportPDFversions()

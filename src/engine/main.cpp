@@ -1,15 +1,19 @@
 // The PDF engine: reads one document from shared memory and answers requests on its pipes.
 //
-// tarnwick-pdf-engine BYTES [OUTPUT]
-//   BYTES  descriptor of sealed shared memory with the file
-//   OUTPUT   descriptor of empty shared memory that the flattened or printed document is written to
+// tarnwick-pdf-engine BYTES SIZE [OUTPUT]
+//   BYTES    descriptor of sealed shared memory with the file
+//   SIZE     how many of its first bytes are the document: a saved version of a file is less than
+//   it OUTPUT   descriptor of empty shared memory that the flattened or printed document is written
+//   to
 
 #include "EngineServer.h"
 #include "Lockdown.h"
 
 #include <charconv>
 #include <csignal>
+#include <cstddef>
 #include <cstring>
+#include <optional>
 #include <string_view>
 
 #include <fcntl.h>
@@ -24,30 +28,39 @@ namespace {
 
 constexpr int pipeSize = 1 << 20;
 
+/// @returns the number that an argument is, or nothing.
+template<class Number> std::optional<Number> numberOf(const char* argument)
+{
+    Number number = {};
+    const char* const end = argument + std::strlen(argument);
+    const auto [parsed, error] = std::from_chars(argument, end, number);
+    return error == std::errc() && parsed == end ? std::optional(number) : std::nullopt;
+}
+
 /// @returns the descriptor that an argument names, -1 when it names none.
 int descriptorOf(const char* argument)
 {
-    int number = -1;
-    const char* const end = argument + std::strlen(argument);
-    const auto [parsed, error] = std::from_chars(argument, end, number);
+    const int number = numberOf<int>(argument).value_or(-1);
     struct stat status = {};
-    return error == std::errc() && parsed == end && ::fstat(number, &status) == 0 ? number : -1;
+    return ::fstat(number, &status) == 0 ? number : -1;
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    if (argc < 2 || argc > 3)
+    if (argc < 3 || argc > 4)
         return 2;
     const int bytes = descriptorOf(argv[1]);
-    const int output = argc == 3 ? descriptorOf(argv[2]) : -1;
+    const std::optional<std::size_t> wanted = numberOf<std::size_t>(argv[2]);
+    const int output = argc == 4 ? descriptorOf(argv[3]) : -1;
     struct stat status = {};
-    if (bytes < 0 || (argc == 3 && output < 0) || ::fstat(bytes, &status) != 0)
+    if (bytes < 0 || !wanted || (argc == 4 && output < 0) || ::fstat(bytes, &status) != 0
+        || *wanted > static_cast<std::size_t>(status.st_size))
         return 2;
+    const std::size_t size = *wanted;
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     ::fcntl(STDOUT_FILENO, F_SETPIPE_SZ, pipeSize);
-    const auto size = static_cast<std::size_t>(status.st_size);
     void* address = nullptr;
     if (size > 0) {
         address = ::mmap(nullptr, size, PROT_READ, MAP_SHARED, bytes, 0);

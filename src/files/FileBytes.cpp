@@ -6,6 +6,7 @@
 
 #include <QFile>
 
+#include <algorithm>
 #include <cerrno>
 #include <utility>
 
@@ -171,14 +172,22 @@ std::optional<FileBytes> FileBytes::adopt(
             return std::nullopt;
     }
     FileBytes bytes;
+    bytes.theSize = size;
     bytes.theMapping
         = std::make_shared<const Mapping>(memory.release(), address, size, std::move(entry));
     return bytes;
 }
 
+FileBytes FileBytes::prefix(std::size_t size) const
+{
+    FileBytes first = *this;
+    first.theSize = std::min(size, theSize);
+    return first;
+}
+
 std::string_view FileBytes::view() const
 {
-    return theMapping ? theMapping->view() : std::string_view();
+    return theMapping ? theMapping->view().substr(0, theSize) : std::string_view();
 }
 
 std::shared_ptr<const void> FileBytes::owner() const

@@ -53,48 +53,65 @@ DocumentController::~DocumentController()
 void DocumentController::openFiles(const QStringList& paths, QWidget* asking)
 {
     for (const QString& path : paths)
-        openFile(QFileInfo(path).absoluteFilePath(), asking);
+        open(QFileInfo(path).absoluteFilePath(), std::nullopt, asking);
 }
 
-void DocumentController::openFile(const QString& path, QWidget* asking)
+void DocumentController::openVersion(FrameDocument* document, const FileVersion& version)
 {
-    if (FrameDocument* document = documentAt(path)) {
-        theRecentFiles->add(path);
+    const QString path = document->fileURL().toLocalFile();
+    const FileOpening* const opening = open(path, version, document->windowForSheet());
+    if (!opening)
+        return;
+    connect(opening, &FileOpening::failed, document,
+        [document, number = version.number](
+            const QString& reason) { emit document->versionRefused(number, reason); });
+}
+
+/// @returns the opening that has begun; null where there is nothing left to do.
+FileOpening* DocumentController::open(const QString& path, const Version& version, QWidget* asking)
+{
+    if (FrameDocument* document = documentOf(path, version)) {
+        if (!version)
+            theRecentFiles->add(path);
         document->showWindows();
         OpenFailureAlert::moveTo(document->windowForSheet());
-        return;
+        return nullptr;
     }
-    if (FileOpening* opening = openingOf(path)) {
+    if (FileOpening* opening = openingOf(path, version)) {
         opening->bringUp();
-        return;
+        return nullptr;
     }
-    auto* opening = new FileOpening(path, makeDocument, asking, this);
+    auto* opening = new FileOpening(path, version, makeDocument, asking, this);
     theOpenings << opening;
     connect(opening, &FileOpening::opened, this,
         [this, opening](FrameDocument* document) { finish(opening, document); });
     connect(opening, &FileOpening::cancelled, this, [this, opening] { remove(opening); });
     connect(opening, &FileOpening::failed, this,
         [this, opening, asker = QPointer(asking)](const QString& reason) {
-            const QString failedPath = opening->path();
+            const QString name = opening->version() ? opening->displayName() : opening->path();
+            if (!QFileInfo::exists(opening->path()))
+                theRecentFiles->remove(opening->path());
             remove(opening);
-            report(failedPath, reason, asker);
+            report(name, reason, asker);
         });
     opening->start();
+    return opening;
 }
 
-FrameDocument* DocumentController::documentAt(const QString& path) const
+FrameDocument* DocumentController::documentOf(const QString& path, const Version& version) const
 {
     for (FrameDocument* document : theDocuments) {
-        if (!document->windows().isEmpty() && isSameFile(document->fileURL().toLocalFile(), path))
+        if (!document->windows().isEmpty() && document->version() == version
+            && (version || isSameFile(document->fileURL().toLocalFile(), path)))
             return document;
     }
     return nullptr;
 }
 
-FileOpening* DocumentController::openingOf(const QString& path) const
+FileOpening* DocumentController::openingOf(const QString& path, const Version& version) const
 {
     for (FileOpening* opening : theOpenings) {
-        if (isSameFile(opening->path(), path))
+        if (opening->version() == version && (version || isSameFile(opening->path(), path)))
             return opening;
     }
     return nullptr;
@@ -106,7 +123,10 @@ void DocumentController::finish(FileOpening* opening, FrameDocument* document)
     theDocuments << document;
     connect(document, &QObject::destroyed, this,
         [this, document] { theDocuments.removeAll(document); });
-    theRecentFiles->add(opening->path());
+    connect(document, &FrameDocument::versionWanted, this,
+        [this, document](const FileVersion& version) { openVersion(document, version); });
+    if (!document->version())
+        theRecentFiles->add(opening->path());
     document->showWindows();
     emit documentOpened(document);
     remove(opening);
@@ -123,13 +143,11 @@ void DocumentController::remove(FileOpening* opening)
         emit nothingOpened();
 }
 
-void DocumentController::report(const QString& path, const QString& reason, QWidget* asking)
+void DocumentController::report(const QString& name, const QString& reason, QWidget* asking)
 {
-    if (!QFileInfo::exists(path))
-        theRecentFiles->remove(path);
     if ((!asking || !asking->isVisible()) && windowForAlerts)
         asking = windowForAlerts();
-    OpenFailureAlert::report(asking, path, reason);
+    OpenFailureAlert::report(asking, name, reason);
 }
 
 void DocumentController::addWindow(DocumentWindow* window)

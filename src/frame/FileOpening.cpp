@@ -8,6 +8,8 @@
 #include <QFileInfo>
 #include <QUrl>
 
+#include <utility>
+
 namespace tarnwick {
 
 namespace {
@@ -35,12 +37,16 @@ QString obviousFault(const QString& path)
 
 } // namespace
 
-FileOpening::FileOpening(const QString& path, MakeDocument make, QWidget* asking, QObject* parent)
+FileOpening::FileOpening(const QString& path, const std::optional<FileVersion>& version,
+    const MakeDocument& makeDocument, QWidget* asking, QObject* parent)
     : QObject(parent)
     , thePath(path)
-    , makeDocument(std::move(make))
+    , theVersion(version)
     , theAskingWindow(asking)
+    , theDocument(makeDocument())
 {
+    theDocument->setFileURL(QUrl::fromLocalFile(thePath));
+    theDocument->setVersion(version);
 }
 
 FileOpening::~FileOpening()
@@ -49,10 +55,15 @@ FileOpening::~FileOpening()
     delete thePrompt;
 }
 
+QString FileOpening::displayName() const
+{
+    return theDocument->displayName();
+}
+
 void FileOpening::start()
 {
     theProgress = std::make_unique<Progress>(tr("Opening"),
-        tr("Opening \u201c%1\u201d\u2026").arg(QFileInfo(thePath).fileName()), theAskingWindow,
+        tr("Opening \u201c%1\u201d\u2026").arg(displayName()), theAskingWindow,
         Progress::Blocking::isNothing);
     connect(theProgress.get(), &Progress::cancelled, this, &FileOpening::cancel);
     QMetaObject::invokeMethod(this, &FileOpening::read, Qt::QueuedConnection);
@@ -62,6 +73,14 @@ void FileOpening::read()
 {
     if (isConcluded)
         return;
+    if (theVersion)
+        finishReading({theVersion->bytes});
+    else
+        readFile();
+}
+
+void FileOpening::readFile()
+{
     if (const QString fault = obviousFault(thePath); !fault.isEmpty()) {
         fail(fault);
         return;
@@ -80,8 +99,6 @@ void FileOpening::finishReading(const Reading& reading)
         fail(asSentence(QString::fromStdString(errorText(reading.failure))));
         return;
     }
-    theDocument = makeDocument();
-    theDocument->setFileURL(QUrl::fromLocalFile(thePath));
     connect(theDocument.get(), &FrameDocument::opened, this, &FileOpening::finishOpening);
     connect(theDocument.get(), &FrameDocument::locked, this, &FileOpening::askForPassword);
     connect(theDocument.get(), &FrameDocument::refused, this, &FileOpening::fail);
@@ -90,8 +107,12 @@ void FileOpening::finishReading(const Reading& reading)
 
 void FileOpening::askForPassword(bool wasWrong)
 {
+    const bool knowsAPassword = theVersion && !theVersion->password.isNull();
+    if (knowsAPassword && !std::exchange(thePasswordIsTried, true))
+        return theDocument->unlock(theVersion->password);
     theProgress.reset();
-    if (!thePrompt) {
+    const bool wasAsked = thePrompt;
+    if (!wasAsked) {
         thePrompt = new PasswordPrompt(theDocument->displayName(), theAskingWindow);
         connect(thePrompt, &QDialog::rejected, this, &FileOpening::cancel);
         // A window that is closed takes its prompt with it: nobody is left to answer.
@@ -99,7 +120,7 @@ void FileOpening::askForPassword(bool wasWrong)
         connect(
             thePrompt, &PasswordPrompt::passwordEntered, theDocument.get(), &FrameDocument::unlock);
     }
-    thePrompt->ask(wasWrong);
+    thePrompt->ask(wasWrong && wasAsked);
 }
 
 void FileOpening::bringUp()

@@ -26,7 +26,8 @@ void FrameDocument::closeWindows()
 
 QString FrameDocument::displayName() const
 {
-    return theFileURL.isEmpty() ? tr("Untitled") : theFileURL.fileName();
+    const QString name = theFileURL.isEmpty() ? tr("Untitled") : theFileURL.fileName();
+    return theVersion ? tr("%1 (version %2)").arg(name).arg(theVersion->number) : name;
 }
 
 void FrameDocument::showWindows()

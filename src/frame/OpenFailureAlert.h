@@ -14,6 +14,7 @@ class OpenFailureAlert : public Alert
 
 public:
     /// @param parent the window that a new alert belongs to, or null.
+    /// @param path of a file, or what else is to be opened is called.
     static void report(QWidget* parent, const QString& path, const QString& reason);
 
     /// Moves the alert that shows, if any, over to a window that has just come up: otherwise the

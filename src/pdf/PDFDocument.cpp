@@ -83,6 +83,12 @@ void PDFDocument::unlock(const QString& password)
     d->thePages->unlock(password);
 }
 
+QString PDFDocument::password() const
+{
+    const std::optional<std::string>& password = d->thePages->password();
+    return password ? QString::fromStdString(*password) : QString();
+}
+
 const DocumentFacts& PDFDocument::facts() const
 {
     return d->theFacts;

@@ -132,7 +132,7 @@ bool PDFEngineProcess::start(const FileBytes& bytes, std::uint64_t writtenSize)
     const int input = bytes.descriptor();
     if (input < 0 || !makePipe())
         return false;
-    QStringList arguments{QString::number(input)};
+    QStringList arguments{QString::number(input), QString::number(bytes.size())};
     if (writtenSize > 0) {
         if (!makeOutput(writtenSize))
             return false;

@@ -2,6 +2,7 @@
 
 #include "OpenFailureAlert.h"
 #include "PasswordPrompt.h"
+#include "files/OpenedFiles.h"
 #include "frame/DocumentController.h"
 #include "frame/DocumentWindow.h"
 #include "frame/RecentFiles.h"
@@ -9,6 +10,7 @@
 #include "support/Panels.h"
 #include "support/PdfBuilder.h"
 #include "support/Rows.h"
+#include "versions/VersionCuts.h"
 
 #include <QDir>
 #include <QFile>
@@ -42,12 +44,16 @@ private slots:
     void saysWhyAFileDoesNotOpen();
     void failuresShareAnAlert();
     void asksForThePassword();
+    void opensASavedVersion();
+    void saysWhyAVersionDoesNotOpen();
+    void triesThePasswordOfTheFileOnItsVersions();
     void recentFilesAreTenLatestFirst();
 
 private:
     QString path(const QString& name) const;
     QString writePdf(const QString& name, PdfBuilder builder = {}) const;
     Document* open(const QString& path);
+    Document* openVersion(Document* document, std::size_t number);
 
     std::unique_ptr<QTemporaryDir> theFolder;
     WindowRegistry<Document> theRegistry;
@@ -95,6 +101,17 @@ Document* TestDocument::open(const QString& path)
     if (!opened.wait(30'000))
         qFatal("a file of the test does not open");
     return qobject_cast<Document*>(opened.at(0).at(0).value<FrameDocument*>());
+}
+
+/// Null where none has been opened anew.
+Document* TestDocument::openVersion(Document* document, std::size_t number)
+{
+    QSignalSpy opened(theController.get(), &DocumentController::documentOpened);
+    document->openVersion(number, versionCuts(document->theData().view()).at(number - 1));
+    if (theController->isOpening() && !opened.wait(30'000))
+        qFatal("a version of the test does not open");
+    return opened.isEmpty() ? nullptr
+                            : qobject_cast<Document*>(opened[0][0].value<FrameDocument*>());
 }
 
 void TestDocument::opensAFile()
@@ -266,6 +283,69 @@ void TestDocument::asksForThePassword()
     QTRY_COMPARE(nothing.size(), 1);
     QVERIFY(!shown<OpenFailureAlert>());
     QVERIFY(theController->documents().isEmpty());
+}
+
+void TestDocument::opensASavedVersion()
+{
+    PdfBuilder updated;
+    updated.addUpdate(2, "<< /Type /Pages /Count 0 /Kids [] >>")
+        .addUpdate(3, "<< /Type /Font /Subtype /Type1 /BaseFont /Courier >>");
+    const QString path = writePdf(u"report.pdf"_s, updated);
+    Document* whole = open(path);
+    const QPointer<Document> first = openVersion(whole, 1);
+    QCOMPARE(whole->thePDFDocument()->pageCount(), 0);
+    QCOMPARE(first->thePDFDocument()->pageCount(), 1);
+    QCOMPARE(first->displayName(), u"report.pdf (version 1)"_s);
+    QCOMPARE(first->pathOfCopy(), theFolder->filePath(u"report-001.pdf"_s));
+    QCOMPARE(whole->pathOfCopy(), path);
+    QCOMPARE(first->theData().view().data(), whole->theData().view().data());
+    QVERIFY(!first->isIncr() && openVersion(whole, 2)->isIncr());
+    QCOMPARE(theController->documents().size(), 3);
+    QCOMPARE(theController->recentFiles()->paths(), {path});
+    // Each is opened once, from whichever document, and the file beside its versions.
+    QVERIFY(!openVersion(whole, 1) && !openVersion(openVersion(whole, 3), 1));
+    QCOMPARE(theController->documents().size(), 4);
+    theController->openFiles({path});
+    QVERIFY(!theController->isOpening());
+    const QPointer<Document> gone = whole;
+    whole->windows().at(0)->close();
+    QTRY_VERIFY(!gone);
+    QVERIFY(OpenedFiles::contains(path.toStdString()));
+    whole = open(path);
+    QVERIFY(first && first->windows().size() == 1);
+    // What is read now may be another file.
+    QVERIFY(openVersion(whole, 1));
+}
+
+void TestDocument::saysWhyAVersionDoesNotOpen()
+{
+    Document* const document = open(writePdf(u"a.pdf"_s));
+    const QSignalSpy refused(document, &FrameDocument::versionRefused);
+    document->openVersion(1, 6);
+    QTRY_COMPARE_WITH_TIMEOUT(refused.size(), 1, 30'000);
+    const OpenFailureAlert* const alert = shown<OpenFailureAlert>();
+    QVERIFY(alert && alert->text().contains(u"a.pdf (version 1)"_s));
+    QCOMPARE(alert->informativeText(), refused[0][1].toString());
+    QCOMPARE(theController->recentFiles()->paths().size(), 1);
+}
+
+void TestDocument::triesThePasswordOfTheFileOnItsVersions()
+{
+    const QByteArray locked
+        = contentOf(QString::fromLatin1(TARNWICK_TEST_DATA "/locked-aes-256.pdf"));
+    writeFile(path(u"locked.pdf"_s), locked + "\n%\n%%EOF\n");
+    QSignalSpy opened(theController.get(), &DocumentController::documentOpened);
+    theController->openFiles({path(u"locked.pdf"_s)});
+    QTRY_VERIFY_WITH_TIMEOUT(shown<PasswordPrompt>(), 30'000);
+    shown<PasswordPrompt>()->findChild<QLineEdit*>()->setText(u"geheim"_s);
+    QTest::keyClick(shown<PasswordPrompt>()->findChild<QLineEdit*>(), Qt::Key_Return);
+    QVERIFY(opened.wait(30'000));
+    auto* const whole = qobject_cast<Document*>(opened[0][0].value<FrameDocument*>());
+    QVERIFY(openVersion(whole, 1));
+    // A version with another password asks, and as if nothing had been tried.
+    emit whole->versionWanted({2, whole->theData(), u"other"_s});
+    QTRY_VERIFY_WITH_TIMEOUT(shown<PasswordPrompt>(), 30'000);
+    QVERIFY(shown<PasswordPrompt>()->findChild<QLineEdit*>()->accessibleDescription().isEmpty());
 }
 
 void TestDocument::recentFilesAreTenLatestFirst()

@@ -1,5 +1,6 @@
 #include "files/FileBytes.h"
 
+#include "files/OpenedFiles.h"
 #include "files/OutputFile.h"
 
 #include <QFile>
@@ -25,6 +26,7 @@ private slots:
     void saysWhyNothingIsRead();
     void keepsItsBytesFromEverybody();
     void takesOverAsMuchAsThereIs();
+    void sharesItsBeginning();
 
 private:
     QTemporaryDir theFolder;
@@ -91,6 +93,28 @@ void TestFileBytes::takesOverAsMuchAsThereIs()
     QVERIFY(view != MAP_FAILED);
     QVERIFY(!FileBytes::adopt(mapped, 8));
     ::munmap(view, 4096);
+}
+
+void TestFileBytes::sharesItsBeginning()
+{
+    const QString path = theFolder.filePath(u"saved.pdf"_s);
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write("first, second") == 13);
+    file.close();
+    std::optional<FileBytes> bytes = FileBytes::read(path);
+    QVERIFY(bytes);
+    std::optional<FileBytes> first = bytes->prefix(5);
+    QCOMPARE(first->view(), std::string_view("first"));
+    QCOMPARE(first->view().data(), bytes->view().data());
+    QCOMPARE(first->descriptor(), bytes->descriptor());
+    QCOMPARE(first->prefix(9).size(), 5U);
+    QCOMPARE(bytes->prefix(99).size(), 13U);
+    QCOMPARE(FileBytes().prefix(1).size(), 0U);
+    bytes.reset();
+    QCOMPARE(first->view(), std::string_view("first"));
+    QVERIFY(OpenedFiles::contains(path.toStdString()));
+    first.reset();
+    QVERIFY(!OpenedFiles::contains(path.toStdString()));
 }
 
 QTEST_APPLESS_MAIN(TestFileBytes)

@@ -60,7 +60,7 @@ void SourceViewController::toggleObjectPanel()
 /// What the file is now.
 void SourceViewController::tellObjectPanel()
 {
-    const QFileInfo file(theOwner->fileURL().toLocalFile());
+    const QFileInfo file(theOwner->pathOfCopy());
     theObjectPanel->setDocument(theRenderedDocument, file.absolutePath(), file.completeBaseName());
     showObjectOfCaret(false);
 }

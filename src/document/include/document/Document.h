@@ -52,6 +52,16 @@ public:
     /// the registry makes such windows, every other command always.
     Q_INVOKABLE bool validateCommand(const QString& command) const;
 
+    /// Opens a saved version of the file as a document of its own, over the same bytes, or brings
+    /// it to the front where it is open. Only documents of a DocumentController do.
+    /// @param number of the version, from 1. @param end of it: one of versionCuts().
+    void openVersion(std::size_t number, std::size_t end);
+
+    /// Path of a file beside the document's own that would hold what the document does: its file's,
+    /// or the one that its version would be exported to ("report-002.pdf"). Names to propose are
+    /// made from it.
+    QString pathOfCopy() const;
+
     /// Shows a page in the main window. @param page from 0.
     void showPage(int page);
     /// Shows a page's object in a source inspector: in the latest one, or in a new one.

@@ -15,9 +15,10 @@ namespace tarnwick {
 /// its bytes stay, the rest is then null.
 struct ExportSource
 {
-    QString filePath; ///< the opened file; empty without one
-    QString displayName; ///< as windows show it; may be empty
-    FileBytes bytes; ///< the file as it was read
+    QString
+        filePath; ///< the opened file, or what a saved version of it would be; empty without one
+    QString displayName; ///< as windows show it, or that file's name; may be empty
+    FileBytes bytes; ///< the file as it was read, or the version
     QPointer<PDFDocument> document; ///< open, or null
     QPointer<PDFDocumentText> text; ///< of that document, or null
     QPointer<QWidget> window; ///< for sheets and notices

@@ -42,14 +42,20 @@ public:
     ///   has it mapped for writing, it cannot be sealed.
     static std::optional<FileBytes> adopt(int descriptor, std::size_t size);
 
+    /// The first bytes of these, in the same memory: nothing is copied, and the file that was read
+    /// counts as opened as long as they live.
+    /// @param size all of them where there are fewer.
+    FileBytes prefix(std::size_t size) const;
+
     /// The bytes; valid while a copy of this object or owner() lives.
     std::string_view view() const;
-    std::size_t size() const { return view().size(); }
+    std::size_t size() const { return theSize; }
 
     /// Keeps the memory alive for users that know nothing of this class.
     std::shared_ptr<const void> owner() const;
 
-    /// Descriptor of the shared memory for a child process; stays owned by this object.
+    /// Descriptor of the shared memory for a child process, which is to look at the first size()
+    /// bytes of it alone; stays owned by this object.
     int descriptor() const;
 
 private:
@@ -58,6 +64,7 @@ private:
         int descriptor, std::size_t size, std::shared_ptr<const void> entry);
 
     std::shared_ptr<const Mapping> theMapping;
+    std::size_t theSize = 0; ///< of theMapping's bytes
 };
 
 } // namespace tarnwick

@@ -8,6 +8,7 @@
 #include <QStringList>
 
 #include <functional>
+#include <optional>
 
 namespace tarnwick {
 
@@ -17,7 +18,8 @@ class RecentFiles;
 /// Opens files and knows every document and window of the program. One exists.
 ///
 /// Opening never blocks: files open side by side while windows stay usable. A file that is open
-/// already, or on its way, comes to the front instead. A file that cannot be opened is reported in
+/// already, or on its way, comes to the front instead. So does a saved version, which is no reason
+/// for its file not to open, nor the other way round. A file that cannot be opened is reported in
 /// an alert with its name and the reason.
 class DocumentController : public QObject
 {
@@ -38,6 +40,10 @@ public:
     /// Opens files. @param paths absolute, or relative to the working folder.
     /// @param asking the window that dialogs belong to, or null.
     void openFiles(const QStringList& paths, QWidget* asking = nullptr);
+    /// Opens a saved version of an open document's file as a document of its own, which the recent
+    /// files know nothing of. One that does not open is told of like a file, and by
+    /// FrameDocument::versionRefused() of that document.
+    void openVersion(FrameDocument* document, const FileVersion& version);
     bool isOpening() const { return !theOpenings.isEmpty(); }
 
     /// Documents in the order of their opening.
@@ -70,12 +76,14 @@ signals:
     void nothingOpened();
 
 private:
-    FrameDocument* documentAt(const QString& path) const;
-    FileOpening* openingOf(const QString& path) const;
-    void openFile(const QString& path, QWidget* asking);
+    using Version = std::optional<FileVersion>;
+
+    FrameDocument* documentOf(const QString& path, const Version& version) const;
+    FileOpening* openingOf(const QString& path, const Version& version) const;
+    FileOpening* open(const QString& path, const Version& version, QWidget* asking);
     void finish(FileOpening* opening, FrameDocument* document);
     void remove(FileOpening* opening);
-    void report(const QString& path, const QString& reason, QWidget* asking);
+    void report(const QString& name, const QString& reason, QWidget* asking);
     void checkForLastWindow();
 
     FileOpening::MakeDocument makeDocument;

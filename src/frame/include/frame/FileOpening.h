@@ -2,6 +2,7 @@
 
 #include "dialogs/Progress.h"
 #include "files/FileBytes.h"
+#include "frame/FileVersion.h"
 #include "work/Work.h"
 
 #include <QObject>
@@ -19,9 +20,9 @@ namespace tarnwick {
 class FrameDocument;
 class PasswordPrompt;
 
-/// One file on its way to becoming a document: its bytes are read off the main thread, the document
-/// opens them, the password is asked for where one is needed. Takes longer than half a second: a
-/// small dialog says so and offers to cancel.
+/// One file, or saved version of one, on its way to becoming a document: its bytes are read off the
+/// main thread unless they are there, the document opens them, the password is asked for where one
+/// is needed. Takes longer than half a second: a small dialog says so and offers to cancel.
 ///
 /// Ends with exactly one of opened(), failed() and cancelled(), never from inside start().
 class FileOpening : public QObject
@@ -31,12 +32,16 @@ class FileOpening : public QObject
 public:
     using MakeDocument = std::function<std::unique_ptr<FrameDocument>()>;
 
-    /// @param path absolute.
+    /// @param path absolute. @param version of that file; none for the whole of it.
     /// @param asking the window that dialogs belong to, or null; may close meanwhile.
-    FileOpening(const QString& path, MakeDocument makeDocument, QWidget* asking, QObject* parent);
+    FileOpening(const QString& path, const std::optional<FileVersion>& version,
+        const MakeDocument& makeDocument, QWidget* asking, QObject* parent);
     ~FileOpening() override;
 
     const QString& path() const { return thePath; }
+    const std::optional<FileVersion>& version() const { return theVersion; }
+    /// What the document is going to be called.
+    QString displayName() const;
     void start();
     void cancel();
     /// Brings the dialog of this opening, if there is one, before the user.
@@ -55,6 +60,7 @@ private:
         int failure = 0;
     };
     void read();
+    void readFile();
     void finishReading(const Reading& reading);
     void askForPassword(bool wasWrong);
     void conclude();
@@ -62,13 +68,14 @@ private:
     void fail(const QString& reason);
 
     QString thePath;
-    MakeDocument makeDocument;
+    std::optional<FileVersion> theVersion;
     QPointer<QWidget> theAskingWindow;
     Work theReading;
-    std::unique_ptr<FrameDocument> theDocument;
+    std::unique_ptr<FrameDocument> theDocument; ///< null once it is opened
     QPointer<PasswordPrompt> thePrompt;
     std::unique_ptr<Progress> theProgress;
     bool isConcluded = false;
+    bool thePasswordIsTried = false; ///< that of the file whose version this is
 };
 
 } // namespace tarnwick

@@ -1,11 +1,14 @@
 #pragma once
 
 #include "files/FileBytes.h"
+#include "frame/FileVersion.h"
 
 #include <QList>
 #include <QObject>
 #include <QString>
 #include <QUrl>
+
+#include <optional>
 
 namespace tarnwick {
 
@@ -13,9 +16,9 @@ class DocumentWindow;
 
 /// What the frame knows of a document: its file, how it is read, its windows.
 ///
-/// The frame makes one for each file, reads it once, and shows its windows. It destroys itself
-/// (deleteLater) after its last window has closed; windows that are left when it is destroyed go
-/// with it.
+/// The frame makes one for each file, or saved version of one, reads it once, and shows its
+/// windows. It destroys itself (deleteLater) after its last window has closed; windows that are
+/// left when it is destroyed go with it.
 class FrameDocument : public QObject
 {
     Q_OBJECT
@@ -27,8 +30,11 @@ public:
     /// The document's file; empty for a document without one.
     const QUrl& fileURL() const { return theFileURL; }
     void setFileURL(const QUrl& url) { theFileURL = url; }
-    /// The file's name with its extension, as windows and proposals show it; "Untitled" without a
-    /// file.
+    /// The saved version of the file that the document is; none where it is the whole file.
+    const std::optional<FileVersion>& version() const { return theVersion; }
+    void setVersion(const std::optional<FileVersion>& version) { theVersion = version; }
+    /// What windows call it: the file's name with its extension, and which version of it it is
+    /// ("report.pdf (version 2)"); "Untitled" without a file.
     QString displayName() const;
 
     /// Reads the file's bytes. One of opened(), locked() and refused() follows from the event loop.
@@ -57,6 +63,11 @@ signals:
     /// The bytes are none that the document can show. @param reason a sentence for the user.
     void refused(const QString& reason);
 
+    /// A saved version of the file is to be opened as a document of its own.
+    void versionWanted(const FileVersion& version);
+    /// That version cannot be opened. @param reason a sentence for the user.
+    void versionRefused(std::size_t number, const QString& reason);
+
 protected:
     /// Destroys every window; for subclasses whose windows borrow what their destructor frees.
     void closeWindows();
@@ -65,6 +76,7 @@ private:
     void forget(DocumentWindow* window);
 
     QUrl theFileURL;
+    std::optional<FileVersion> theVersion;
     QList<DocumentWindow*> theWindows;
     QList<DocumentWindow*> theWindowsAlive; // with those that are closed and not yet destroyed
 };

@@ -152,6 +152,8 @@ public:
     State state() const;
     /// Tries a password on a locked document; opened() or locked(true) follows.
     void unlock(const QString& password);
+    /// The password that opened the document; null where none was asked for.
+    QString password() const;
 
     /// Valid once opened.
     const DocumentFacts& facts() const;

@@ -1,6 +1,7 @@
 #include "AnswerChecks.h"
 
 #include "FuzzTarget.h"
+#include "PDFCrossReferenceAnswers.h"
 #include "PDFObjectAnswers.h"
 
 #include <cmath>
@@ -121,6 +122,16 @@ bool isSound(const PDFStreamAnswer& stream, std::uint64_t limit)
     return true;
 }
 
+bool isSound(const PDFCrossReferences& answer)
+{
+    require(!answer.sections.empty() && answer.sections.size() <= 2, "sections");
+    for (const CrossReferenceSection& section : answer.sections) {
+        for (const CrossReferenceRow& row : section.rows)
+            require(row.use <= ObjectUse::isPacked && row.number <= maximumObjectNumber, "a row");
+    }
+    return true;
+}
+
 } // namespace
 
 bool takesAnswer(const AskedFor& asked, std::string_view payload)
@@ -153,6 +164,8 @@ bool takesAnswer(const AskedFor& asked, std::string_view payload)
         return check(readObjectAnswer(payload, 1));
     case EngineRequest::isStream:
         return check(readStreamAnswer(payload, usualStream), usualStream);
+    case EngineRequest::isCrossReference:
+        return check(readCrossReferenceAnswer(payload, {9, 99}));
     }
     return false;
 }

@@ -7,6 +7,7 @@
 
 #include "support/PdfBuilder.h"
 #include "support/RandomSource.h"
+#include "support/SavedFile.h"
 
 #include <filesystem>
 #include <fstream>
@@ -197,6 +198,10 @@ Seeds answers()
                 true, true, {{"/FlateDecode", "<< /Predictor 12 >>"}}, 3, 45})),
         answer<StreamRequest>(
             packed(StreamResult{1000, EngineStreamEnd::isDamaged, "zlib error: what"})),
+        answer<CrossReferenceRequest>(packed(CrossReferenceResult{
+            {{EngineSectionForm::isTable, 9, 99, 1, 2, true, true, 1},
+                {EngineSectionForm::isStream, -1, -1, -1, -1, false, false, 1}},
+            std::vector<EngineRow>{{15, 1, 0, 1, {}}, {7, 3, 2, 2, {}}}})),
         textAnswer(EngineTextDetail::isPlain),
         textAnswer(EngineTextDetail::isWithQuads),
         textAnswer(EngineTextDetail::isWithAttributes),
@@ -238,10 +243,25 @@ Seeds hostileAnswers()
         answer<FlatRequest>(packed(WrittenResult{9, 2, {{1, damaged}, {0, damaged}}})),
         answer<FlatRequest>(packed(WrittenResult{9, 2, {{1, damaged}, {1, damaged}}})),
         answer<FlatRequest>(packed(WrittenResult{9, 0xffffffffu, {{2, damaged}}})),
+        answer<CrossReferenceRequest>(
+            packed(CrossReferenceResult{{{EngineSectionForm::isTable, 9, 9, 1, 1, true, false, 2}},
+                std::vector<EngineRow>{{~0ull, ~0u, ~0u, 2, {}}, {9, 1, 0, 3, {}}}})),
         answer<TextRequest>(packed(pair), EngineTextDetail::isWithQuads),
         answer<TextRequest>(countless),
         answer<LinksRequest>(countless.substr(1)),
         answer<OutlineRequest>(countless),
+    };
+}
+
+Seeds savedFiles()
+{
+    using Form = SavedFile::Form;
+    const SavedFile start(PdfBuilder().addPage("A page").bytes());
+    return {
+        SavedFile(start).object(4, "(new)").freed(3).save().bytes(),
+        SavedFile(start).packed(20, {{6, "1"}, {7, "2"}}).save(Form::isStream).bytes(),
+        SavedFile(start).packed(20, {{6, "1"}}).freed(6).save(Form::isHybrid).bytes(),
+        SavedFile(start).object(6, "(%%EOF)").save(Form::isTable, 5).bytes(),
     };
 }
 
@@ -267,6 +287,7 @@ Seeds requests()
         first + framed(FlatRequest()) + opening,
         first + framed(ObjectRequest{4}) + framed(StreamRequest{4, EngineStreamForm::isDecoded, 9})
             + framed(StreamRequest{4, EngineStreamForm::isRaw, 90}),
+        first + framed(CrossReferenceRequest{{{9}, {400}, {~0ull}}, 0}) + opening,
         first + framed(PrintRequest{595, 842, 18, 18, {{1, 0, 0, 559, 806, 0.9}}}) + opening,
         first + opening + std::string(1, '\0') + raw,
     };
@@ -369,6 +390,7 @@ int main(int argc, char** argv)
     const std::filesystem::path folder = argv[1];
     write(folder / "analysis", sources());
     write(folder / "finding", files());
+    write(folder / "versions", savedFiles());
     write(folder / "bytes", bytes());
     write(folder / "property_lists", propertyLists());
     write(folder / "engine_answers", allAnswers());

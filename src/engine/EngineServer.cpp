@@ -1,6 +1,7 @@
 #include "EngineServer.h"
 
 #include "Attempt.h"
+#include "CrossReferenceReader.h"
 #include "FlatWriter.h"
 #include "ObjectReader.h"
 #include "PageGeometry.h"
@@ -113,8 +114,8 @@ void EngineServer::answerOpened()
 template<typename Request> void EngineServer::take(const Request& request)
 {
     typename Request::Result result;
-    const int error
-        = theState == EngineDocument::State::isOpen ? perform(request, result) : FZ_ERROR_GENERIC;
+    const bool isReady = !needsDocument<Request> || theState == EngineDocument::State::isOpen;
+    const int error = isReady ? perform(request, result) : FZ_ERROR_GENERIC;
     if (error)
         fail(error);
     else
@@ -159,6 +160,11 @@ int EngineServer::perform(const OutlineRequest&, OutlineResult& result)
 int EngineServer::perform(const ObjectRequest& request, ObjectResult& result)
 {
     return readObject(theDocument, request.number, result);
+}
+
+int EngineServer::perform(const CrossReferenceRequest& request, CrossReferenceResult& result)
+{
+    return readCrossReferences(theDocument, request, result);
 }
 
 // --- Files ---------------------------------------------------------------------------------------

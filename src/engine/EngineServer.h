@@ -25,12 +25,12 @@ private:
     void serve(const EnginePipe::Request& request);
     void take(const OpenRequest& request);
     void take(const UnlockRequest& request);
-    /// Any other request, on an open document.
+    /// Any other request; nearly all are on an open document.
     template<typename Request> void take(const Request& request);
     void answerState(EngineDocument::State state, bool wasTried);
     void answerOpened();
 
-    // What a request asks for, on an open document. Each returns MuPDF's error code.
+    // What a request asks for. Each returns MuPDF's error code.
     int perform(const MeasureRequest& request, MeasureResult& result);
     int perform(const TileRequest& request, TileResult& result);
     int perform(const TextRequest& request, TextResult& result);
@@ -40,6 +40,7 @@ private:
     int perform(const PrintRequest& request, WrittenResult& result);
     int perform(const ObjectRequest& request, ObjectResult& result);
     int perform(const StreamRequest& request, StreamResult& result);
+    int perform(const CrossReferenceRequest& request, CrossReferenceResult& result);
 
     WrittenFile::Progress progress();
     template<typename Answer> void answer(const Answer& message);

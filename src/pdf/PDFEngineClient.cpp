@@ -63,7 +63,10 @@ void PDFEngineClient::startEngine()
         QTimer::singleShot(0, theEngine, [this] { loseEngine(PDFFailure::isEngineDead); });
         return;
     }
-    send(EngineRequest::isOpen, {}, openingLimit());
+    if (theOpensNothing)
+        theState = State::isIdle;
+    else
+        send(EngineRequest::isOpen, {}, openingLimit());
 }
 
 void PDFEngineClient::stopEngine()
@@ -108,7 +111,7 @@ PDFEngineClient::Number PDFEngineClient::submit(PDFEngineJob job)
     theQueue.emplace(key, std::make_pair(number, std::move(job)));
     if (theState == State::isOff && !theJob)
         startEngine();
-    else if (theState == State::isBroken)
+    if (theState == State::isBroken)
         QMetaObject::invokeMethod(this, &PDFEngineClient::failWaitingJobs, Qt::QueuedConnection);
     else
         startNextJob();

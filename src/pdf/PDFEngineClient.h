@@ -54,6 +54,9 @@ public:
         thePasswordIsKnown = true;
     }
     const std::optional<std::string>& password() const { return thePassword; }
+    /// For an engine that is asked for nothing that needs an open document. To be called before
+    /// its first job.
+    void opensNoDocument() { theOpensNothing = true; }
 
     Number submit(PDFEngineJob job);
     /// Forgets a job. One that runs gets a quarter of a second to end by itself, so that quick work
@@ -121,6 +124,7 @@ private:
     PDFEngine* theEngine = nullptr;
     State theState = State::isOff;
     bool theDocumentWasOpen = false;
+    bool theOpensNothing = false;
     QByteArray theFacts; ///< payload of isOpened: each engine on the file says the same
     int theFailedStarts = 0;
     int theNonsenses = 0;

@@ -190,6 +190,15 @@ void tellOfStream(Teller& teller, const Question& question)
     teller.done(question, StreamResult{size, end, "a remark"});
 }
 
+/// Rows without end, and of numbers that no object has.
+template<std::uint32_t number> void tellOfRows(Teller& teller, const Question& question)
+{
+    constexpr std::uint32_t count = maximumRows;
+    teller.done(question,
+        CrossReferenceResult{{{EngineSectionForm::isTable, 9, 9, 1, 1, true, false, count}},
+            std::vector<EngineRow>(count, EngineRow{9, number, 0, 1, {}})});
+}
+
 } // namespace
 
 TextResult textOf(EngineTextDetail detail, std::string_view latin1)
@@ -249,6 +258,8 @@ const std::vector<Lie>& allLies()
         {"bytes of no stream", isStream, tellOfStream<10, EngineStreamEnd::isNone>, "stream"},
         {"a stream of holes", isStream, tellOfStream<usualStream, EngineStreamEnd::isWhole>},
         {"reports of a stream", isStream, reportWithoutEnd, "stream"},
+        {"a row of no object", isCrossReference, tellOfRows<~0u>, "versions"},
+        {"rows without end", isCrossReference, tellOfRows<7>},
     };
     return lies;
 }

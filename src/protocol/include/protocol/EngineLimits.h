@@ -51,6 +51,11 @@ constexpr std::size_t longestFilterText = 4096; ///< bytes of a filter's name, o
 constexpr std::uint64_t usualStream = std::uint64_t{256} << 20;
 constexpr std::uint64_t largestStream = std::uint64_t{4} << 30; ///< when the user has
 
+constexpr std::uint32_t maximumSections = 1000; ///< cross-references in one answer
+constexpr std::uint32_t maximumRows = 250'000; ///< of cross-references in one answer
+/// Rows of one cross-reference; what follows repeats numbers.
+constexpr std::uint32_t maximumSectionRows = 8'388'608;
+
 /// Bytes of a file that the engine writes, flattened or printed; the program gives it memory of
 /// this size. A million sheets of paper take 300 MB, and a file that holds tags and little else
 /// grows to twelve times its size when they are unpacked.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "protocol/CrossReferenceMessages.h"
 #include "protocol/FileMessages.h"
 #include "protocol/ObjectMessages.h"
 #include "protocol/OpeningMessages.h"
@@ -27,12 +28,19 @@ template<typename... Requests> struct RequestList
 
 using EngineRequests
     = RequestList<OpenRequest, UnlockRequest, MeasureRequest, TileRequest, TextRequest,
-        LinksRequest, OutlineRequest, FlatRequest, PrintRequest, ObjectRequest, StreamRequest>;
+        LinksRequest, OutlineRequest, FlatRequest, PrintRequest, ObjectRequest, StreamRequest,
+        CrossReferenceRequest>;
 
 /// Whether a request has the engine write a file, and report how far it is.
 template<typename Request> constexpr bool writesFile = requires
 {
     requires Request::writesFile;
+};
+
+/// Whether a request is for the open document; else the file's bytes alone are read.
+template<typename Request> constexpr bool needsDocument = !requires
+{
+    requires !Request::needsDocument;
 };
 
 /// The most bytes that the result of a request has.

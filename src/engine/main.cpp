@@ -2,9 +2,8 @@
 //
 // tarnwick-pdf-engine BYTES SIZE [OUTPUT]
 //   BYTES    descriptor of sealed shared memory with the file
-//   SIZE     how many of its first bytes are the document: a saved version of a file is less than
-//   it OUTPUT   descriptor of empty shared memory that the flattened or printed document is written
-//   to
+//   SIZE     its first bytes that are the document: a saved version is less than the file
+//   OUTPUT   descriptor of empty shared memory for the flattened or printed document
 
 #include "EngineServer.h"
 #include "Lockdown.h"

@@ -11,7 +11,6 @@ class TestVersionHashes : public QObject
     Q_OBJECT
 
 private slots:
-    void areThoseOfTheLibraryWithAndWithoutInstructions();
     void areThoseOfThePrefixes();
 };
 
@@ -32,21 +31,6 @@ std::string hashOf(const QByteArray& bytes)
 }
 
 } // namespace
-
-void TestVersionHashes::areThoseOfTheLibraryWithAndWithoutInstructions()
-{
-    const std::string bytes = randomBytes(700).toStdString();
-    for (std::size_t size = 0; size <= bytes.size(); ++size) {
-        const std::string_view all = std::string_view(bytes).substr(0, size);
-        for (Sha256 hash : {Sha256(), Sha256(Sha256::compressPortably)}) {
-            hash.add(all.substr(0, size / 3));
-            (void)hash.digest(); // changes nothing
-            hash.add(all.substr(size / 3));
-            QCOMPARE(
-                hexadecimal(hash.digest()), hashOf(QByteArray::fromStdString(std::string(all))));
-        }
-    }
-}
 
 void TestVersionHashes::areThoseOfThePrefixes()
 {

@@ -20,6 +20,7 @@ enum Taken : unsigned
     object = 1u << 3, ///< an object's number, which it needs
     generation = 1u << 4,
     oneVersion = 1u << 5, ///< --at-version, --raw, --decoded
+    hashes = 1u << 6,
 };
 
 struct Command
@@ -32,7 +33,7 @@ constexpr std::array commands{
     Command{"listing", json},
     Command{"objects", json},
     Command{"summary", 0},
-    Command{"versions", json | exportFolder},
+    Command{"versions", json | exportFolder | hashes},
     Command{"object", json | object | generation | oneVersion},
     Command{"uses", json | object},
     Command{"tree", json},
@@ -97,6 +98,8 @@ private:
             theArguments.raw = true;
         else if (word == "--decoded")
             theArguments.decoded = true;
+        else if (word == "--hashes")
+            theArguments.hashes = true;
         else if (word == "--at-version")
             return takeNumber(word, theArguments.atVersion);
         else if (word == "--help" || word == "-h")
@@ -155,9 +158,10 @@ private:
     bool checkOptions(unsigned takes)
     {
         const bool writes = (takes & Taken::output) != 0;
-        const std::array<std::pair<bool, std::string>, 6> refused{{
+        const std::array<std::pair<bool, std::string>, 7> refused{{
             {theArguments.json && (takes & Taken::json) == 0, "--json"},
             {theArguments.exportFolder && (takes & Taken::exportFolder) == 0, "--export"},
+            {theArguments.hashes && (takes & Taken::hashes) == 0, "--hashes"},
             {theArguments.passwordFile && !writes && !theArguments.decoded, "--password-file"},
             {theArguments.raw && (takes & Taken::oneVersion) == 0, "--raw"},
             {theArguments.decoded && (takes & Taken::oneVersion) == 0, "--decoded"},
@@ -171,6 +175,8 @@ private:
             return fail(theArguments.command + (writes ? " needs -o OUT" : " has no -o"));
         if (theArguments.raw && theArguments.json)
             return fail("--raw and --json exclude each other");
+        if (theArguments.hashes && theArguments.json)
+            return fail("--hashes and --json exclude each other");
         if (theArguments.decoded
             && (theArguments.raw || theArguments.json || theArguments.atVersion))
             return fail("--decoded stands alone: it is the object that readers use");

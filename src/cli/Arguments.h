@@ -29,6 +29,7 @@ struct Arguments
     std::optional<std::int64_t> atVersion; ///< --at-version V
     bool raw = false; ///< --raw
     bool decoded = false; ///< --decoded
+    bool hashes = false; ///< --hashes
     std::optional<std::string> exportFolder; ///< --export FOLDER
     std::optional<std::string> output; ///< -o OUT or --output OUT
     std::optional<std::string> passwordFile; ///< --password-file FILE

@@ -105,7 +105,7 @@ void EngineSession::unlock(bool wasWrong)
 }
 
 ExitStatus runSession(const Arguments& arguments,
-    const std::function<std::unique_ptr<EngineSession>(const FileBytes& bytes)>& makeSession)
+    const std::function<std::unique_ptr<QObject>(const FileBytes& bytes)>& makeSession)
 {
     int count = 1;
     char name[] = "tarnwick-inspect";
@@ -121,7 +121,7 @@ ExitStatus runSession(const Arguments& arguments,
     const std::string output = arguments.output.value_or("-");
     if (leadsToInput(output))
         return complain(shown(output), "This is the file that is being exported");
-    const std::unique_ptr<EngineSession> session = makeSession(*bytes);
+    const std::unique_ptr<QObject> session = makeSession(*bytes);
     return static_cast<ExitStatus>(QCoreApplication::exec());
 }
 

@@ -44,10 +44,10 @@ private:
     int theAttempts = 0;
 };
 
-/// Runs a session on the file that the arguments name, until it ends. Needs no display. Called at
-/// most once.
+/// Runs a session, mostly an EngineSession, on the file that the arguments name, until it ends.
+/// Needs no display. Called at most once.
 /// @param makeSession from the file's bytes.
 ExitStatus runSession(const Arguments& arguments,
-    const std::function<std::unique_ptr<EngineSession>(const FileBytes& bytes)>& makeSession);
+    const std::function<std::unique_ptr<QObject>(const FileBytes& bytes)>& makeSession);
 
 } // namespace tarnwick

@@ -1,27 +1,19 @@
 #include "VersionsCommand.h"
 
+#include "CommandOutput.h"
+#include "VersionsJson.h"
 #include "files/ErrorText.h"
-#include "versions/IncrementalUpdate.h"
 #include "versions/VersionCuts.h"
 #include "versions/VersionNaming.h"
 #include "versions/VersionWriter.h"
 
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <string>
-
-#include <unistd.h>
 
 namespace tarnwick {
 
 namespace {
-
-ExitStatus fail(const std::string& what, const std::string& reason)
-{
-    std::fprintf(stderr, "tarnwick-inspect: %s: %s\n", what.c_str(), reason.c_str());
-    return ExitStatus::isFailed;
-}
 
 std::string linesOf(const std::vector<std::size_t>& cuts)
 {
@@ -36,28 +28,61 @@ std::string linesOf(const std::vector<std::size_t>& cuts)
     return text;
 }
 
-std::string jsonOf(const std::vector<std::size_t>& cuts, bool isIncremental)
+/// The names of the versions' files, and of the folder that is proposed for them.
+FileNameParts partsOf(const Arguments& arguments)
 {
-    std::string text
-        = isIncremental ? R"({"incremental":true,"cuts":[)" : R"({"incremental":false,"cuts":[)";
-    const char* separator = "";
-    for (const std::size_t cut : cuts) {
-        text += separator + std::to_string(cut);
-        separator = ",";
-    }
-    return text + "]}\n";
+    return fileNameParts(arguments.file == "-" ? "stdin" : arguments.file);
 }
 
-ExitStatus exportVersions(
+/// A line as sha256sum writes and checks it: a name with line ends or backslashes has them spelled,
+/// and a backslash before the line says so.
+std::string hashLine(const Sha256::Digest& digest, const std::string& name)
+{
+    std::string spelled;
+    for (const char one : name) {
+        if (one == '\\')
+            spelled += "\\\\";
+        else if (one == '\n')
+            spelled += "\\n";
+        else if (one == '\r')
+            spelled += "\\r";
+        else
+            spelled += one;
+    }
+    return (spelled == name ? "" : "\\") + hexadecimal(digest) + "  " + spelled + '\n';
+}
+
+std::string hashesOf(
     const Arguments& arguments, std::string_view bytes, const std::vector<std::size_t>& cuts)
 {
-    const bool isInput = arguments.file == "-";
-    const FileNameParts parts = fileNameParts(isInput ? "stdin" : arguments.file);
+    const FileNameParts parts = partsOf(arguments);
+    std::string text;
+    std::size_t number = 0;
+    for (const Sha256::Digest& digest : digestsOf(bytes, cuts))
+        text += hashLine(digest, versionFileName(parts.base, ++number, versionExtension(parts)));
+    return text;
+}
+
+/// @returns the status given, or isFailed.
+ExitStatus exportVersions(const Arguments& arguments, std::string_view bytes,
+    const std::vector<std::size_t>& cuts, ExitStatus status)
+{
+    if (!arguments.exportFolder)
+        return status;
+    const FileNameParts parts = partsOf(arguments);
     const VersionWriter writer(bytes, parts.base, versionExtension(parts));
     const VersionResult result = writer.write(*arguments.exportFolder, cuts);
-    if (result.outcome == VersionResult::Outcome::isDone)
-        return ExitStatus::isDone;
-    return fail(result.path, result.reason);
+    return result.outcome == VersionResult::Outcome::isDone
+        ? status
+        : complain(ExitStatus::isFailed, result.path, result.reason);
+}
+
+ExitStatus print(const std::string& text)
+{
+    const bool isPrinted = std::fwrite(text.data(), 1, text.size(), stdout) == text.size()
+        && std::fflush(stdout) == 0;
+    return isPrinted ? ExitStatus::isDone
+                     : complain(ExitStatus::isFailed, "standard output", errorText(errno));
 }
 
 } // namespace
@@ -65,14 +90,29 @@ ExitStatus exportVersions(
 ExitStatus versionsCommand(const Arguments& arguments, const SharedBytes& bytes)
 {
     const std::vector<std::size_t> cuts = versionCuts(bytes.view);
-    const std::string text
-        = arguments.json ? jsonOf(cuts, isIncrementallyUpdated(bytes.view)) : linesOf(cuts);
-    const bool isPrinted = std::fwrite(text.data(), 1, text.size(), stdout) == text.size()
-        && std::fflush(stdout) == 0;
-    if (!isPrinted)
-        return fail("standard output", errorText(errno));
-    return arguments.exportFolder ? exportVersions(arguments, bytes.view, cuts)
-                                  : ExitStatus::isDone;
+    const ExitStatus status
+        = print(arguments.hashes ? hashesOf(arguments, bytes.view, cuts) : linesOf(cuts));
+    return status == ExitStatus::isDone ? exportVersions(arguments, bytes.view, cuts, status)
+                                        : status;
+}
+
+ExitStatus printSaves(const Arguments& arguments, std::string_view bytes, const VersionChain& chain,
+    ExitStatus status)
+{
+    const std::size_t left = chain.markerCount() - chain.versions().size();
+    if (left > 0)
+        status = complain(ExitStatus::isIncomplete, arguments.file,
+            std::to_string(left) + " versions behind the first "
+                + std::to_string(VersionChain::mostVersions) + " are not looked into");
+    if (print(versionsJson(bytes, chain)) != ExitStatus::isDone)
+        return ExitStatus::isFailed;
+    return exportVersions(arguments, bytes, versionCuts(bytes), status);
+}
+
+ExitStatus printPlaces(const Arguments& arguments, const SharedBytes& bytes)
+{
+    return printSaves(arguments, bytes.view, VersionChain(bytes.view),
+        complain(ExitStatus::isIncomplete, arguments.file, "what each save changed is not known"));
 }
 
 } // namespace tarnwick

@@ -3,12 +3,22 @@
 #include "Arguments.h"
 #include "analysis/SharedBytes.h"
 
+#include <string_view>
+
 namespace tarnwick {
 
-/// versions: where the saved versions end, one line for each with its number, the offset at which
-/// it ends and the bytes that its save added, tab-separated; with --json one object
-/// {"incremental":true,"cuts":[1234,5678]}. --export FOLDER writes each version into the folder,
-/// named after the file ("stdin" for standard input).
+class VersionChain;
+
+/// versions: where the saved versions end, or their hashes; writes each to a file.
 ExitStatus versionsCommand(const Arguments& arguments, const SharedBytes& bytes);
+
+/// The same with --json. @param chain of the bytes. @param status so far.
+/// @returns that status unless something worse comes up.
+ExitStatus printSaves(const Arguments& arguments, std::string_view bytes, const VersionChain& chain,
+    ExitStatus status);
+
+/// The same where the program that knows of cross-references cannot be had: without what the saves
+/// have changed, which is said.
+ExitStatus printPlaces(const Arguments& arguments, const SharedBytes& bytes);
 
 } // namespace tarnwick

@@ -1,9 +1,10 @@
-// tarnwick-export: what tarnwick-inspect becomes for flat, text, rtf and object --decoded; takes
-// the same words.
+// tarnwick-export: what tarnwick-inspect becomes for flat, text, rtf, object --decoded and
+// versions --json; takes the same words.
 
 #include "Arguments.h"
 #include "DecodedCommand.h"
 #include "ExportCommand.h"
+#include "SavesCommand.h"
 
 #include <csignal>
 #include <cstdio>
@@ -16,10 +17,13 @@ int main(int count, char** words)
     std::signal(SIGXFSZ, SIG_IGN); // a limit on file sizes is an error, not the end
     std::string problem = "use tarnwick-inspect";
     const auto arguments = parseArguments({words + (count > 0 ? 1 : 0), words + count}, problem);
-    if (!arguments || (!arguments->output && !arguments->decoded)) {
+    const bool isOfSaves = arguments && arguments->command == "versions" && arguments->json;
+    if (!arguments || (!arguments->output && !arguments->decoded && !isOfSaves)) {
         std::fprintf(stderr, "tarnwick-export: %s\n", problem.c_str());
         return static_cast<int>(ExitStatus::isWrongUse);
     }
+    if (isOfSaves)
+        return static_cast<int>(savesCommand(*arguments));
     return static_cast<int>(
         arguments->decoded ? decodedCommand(*arguments) : exportCommand(*arguments));
 }

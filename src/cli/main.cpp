@@ -28,8 +28,10 @@ Commands:
   listing  FILE [--json]    the coloured listing, followed by the object list
   objects  FILE [--json]    the object list alone
   summary  FILE             how many objects of each kind there are
-  versions FILE [--json] [--export FOLDER]
-                            where the saved versions end; writes each to a file
+  versions FILE [--json | --hashes] [--export FOLDER]
+                            where the saved versions end; --json: what each save
+                            has changed; --hashes: the SHA-256 of each, for
+                            sha256sum -c; --export: writes each to a file
   object   FILE N [G] [--at-version V] [--raw | --decoded | --json]
                             object number N as it is stored; --raw: the stored
                             bytes of its stream; --decoded: what they unpack to,
@@ -89,7 +91,7 @@ ExitStatus run(const Arguments& arguments)
     if (arguments.command == "check")
         return checkCommand(arguments, *bytes);
     if (arguments.command == "versions")
-        return versionsCommand(arguments, *bytes);
+        return arguments.json ? printPlaces(arguments, *bytes) : versionsCommand(arguments, *bytes);
     return fail(ExitStatus::isWrongUse, "unknown command " + arguments.command);
 }
 
@@ -118,5 +120,9 @@ int main(int count, char** words)
     if (arguments->decoded && ::isatty(STDOUT_FILENO) != 0)
         return static_cast<int>(fail(ExitStatus::isWrongUse,
             "--decoded prints bytes that a terminal may obey; send them to a file or a pipe"));
-    return static_cast<int>(needsEngine ? becomeExportProgram(words) : run(*arguments));
+    if (needsEngine)
+        return static_cast<int>(becomeExportProgram(words));
+    if (arguments->command == "versions" && arguments->json)
+        becomeExportProgram(words); // without it the places alone are told
+    return static_cast<int>(run(*arguments));
 }

@@ -32,6 +32,7 @@ private slots:
     void escapesWhatIsNotAscii();
     void reportsAFullDisk();
     void printsTheCuts();
+    void hashesWhatItExports();
     void exportsVersionsBesideOtherFiles();
     void saysWhyVersionsFailed();
 
@@ -74,6 +75,7 @@ void TestCompanion::tellsWrongUseFromBadFiles_data()
     row("two files", u"listing a b"_s, 2, "more than one file");
     row("an option that the command has not", u"summary --json "_s + small, 2,
         "summary has no --json");
+    row("two forms at once", u"versions a.pdf --hashes --json"_s, 2, "exclude each other");
     row("an option without its value", u"versions --export"_s, 2, "--export needs a value");
     row("no such file", u"listing "_s + path(u"none.pdf"_s), 1,
         "none.pdf: No such file or directory");
@@ -216,10 +218,24 @@ void TestCompanion::printsTheCuts()
     const CompanionRun plain = versions({u"a.pdf"_s});
     QCOMPARE(plain.status, 0);
     QCOMPARE(plain.output, QByteArray("1\t15\t15\n2\t33\t18\n3\t44\t11\n"));
-    QCOMPARE(versions({u"--json"_s, u"-"_s}, threeSaves).output,
-        QByteArray("{\"incremental\":true,\"cuts\":[15,33,44]}\n"));
-    QCOMPARE(versions({u"--json"_s, u"-"_s}, "%PDF-1.7\n").output,
-        QByteArray("{\"incremental\":false,\"cuts\":[]}\n"));
+    QCOMPARE(versions({u"--hashes"_s, u"-"_s}, "%PDF-1.7\n").output, QByteArray());
+}
+
+/// The table is for the program that everybody has.
+void TestCompanion::hashesWhatItExports()
+{
+    const QString name = u"a\\\n'b\".pdf"_s;
+    writeFile(path(name), threeSaves);
+    const CompanionRun result = versions({name, u"--hashes"_s, u"--export"_s, u"sums"_s});
+    QCOMPARE(result.status, 0);
+    QCOMPARE(result.output.count('\n'), 3);
+    QProcess check;
+    check.setWorkingDirectory(path(u"sums"_s));
+    check.start(u"sha256sum"_s, {u"--check"_s, u"--strict"_s});
+    check.write(result.output);
+    check.closeWriteChannel();
+    QVERIFY(check.waitForFinished());
+    QCOMPARE(check.exitCode(), 0);
 }
 
 void TestCompanion::exportsVersionsBesideOtherFiles()

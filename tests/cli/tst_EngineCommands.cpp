@@ -2,7 +2,9 @@
 #include "support/Files.h"
 #include "support/LostPages.h"
 #include "support/PdfBuilder.h"
+#include "support/SavedFile.h"
 
+#include <QCryptographicHash>
 #include <QDir>
 #include <QFileInfo>
 #include <QJsonArray>
@@ -46,6 +48,7 @@ private slots:
     void findsItsHelpersWhereTheInstallationHasThem();
     void saysWhatIsMissing();
     void decodesStreams();
+    void tellsWhatEachSaveChanged();
 
 private:
     /// Runs a command in the test's folder, without a terminal that could be asked for passwords.
@@ -123,6 +126,7 @@ void TestEngineCommands::neverWritesItsInput()
         {u"flat"_s, u"a.pdf"_s, u"-o"_s, u"password"_s, u"--password-file"_s, u"password"_s},
         {u"listing"_s, u"a.pdf"_s},
         {u"versions"_s, u"-"_s},
+        {u"versions"_s, u"-"_s, u"--json"_s},
     };
     for (const QStringList& words : commands) {
         const CompanionRun result = runCompanion(words, {theHome->path(), {}, {}, inAndOut});
@@ -251,6 +255,42 @@ void TestEngineCommands::decodesStreams()
         QVERIFY2(result.errors.contains(errors), result.errors.constData());
         QCOMPARE(result.status, status);
         QVERIFY2(result.output.contains(output), result.output.constData());
+    }
+}
+
+/// Of files that no engine opens as well, and without a password.
+void TestEngineCommands::tellsWhatEachSaveChanged()
+{
+    const QByteArray start = twoPages();
+    const QByteArray saved = QByteArray::fromStdString(SavedFile(start.toStdString())
+                                                           .object(4, "(new)")
+                                                           .object(9, "null")
+                                                           .freed(3)
+                                                           .save()
+                                                           .bytes());
+    const auto save = [&saved](int number, qsizetype end, const QByteArray& rest) -> QByteArray {
+        const QByteArray file = saved.first(end);
+        const QByteArray count = QByteArray::number(number);
+        return "{\"save\":" + count + ",\"marker\":" + count + ",\"end\":" + QByteArray::number(end)
+            + ",\"sha256\":\"" + QCryptographicHash::hash(file, QCryptographicHash::Sha256).toHex()
+            + "\",\"startxref\":" + QByteArray::number(file.lastIndexOf("\nxref") + 1)
+            + ",\"prev\":" + rest + ",\"flags\":[]}";
+    };
+    const QByteArray table = QByteArray::number(start.lastIndexOf("\nxref") + 1);
+    const QByteArray ends
+        = QByteArray::number(start.size()) + ',' + QByteArray::number(saved.size());
+    QCOMPARE(run({u"versions"_s, u"-"_s, u"--json"_s, u"--export"_s, u"out"_s}, saved).output,
+        "{\"schema\":\"versions\",\"schemaVersion\":1,\"incremental\":true,\"cuts\":[" + ends
+            + "],\"saves\":["
+            + save(1, start.size(), "null,\"added\":[],\"replaced\":[],\"freed\":[]") + ','
+            + save(2, saved.size(), table + ",\"added\":[9],\"replaced\":[4],\"freed\":[3]")
+            + "],\"notListed\":0}\n");
+    QCOMPARE(contentOf(path(u"out/stdin-002"_s)), saved);
+    for (const QByteArray& file : {QByteArray("text\n%%EOF\n"),
+             contentOf(QStringLiteral(TARNWICK_TEST_DATA "/locked-aes-256.pdf"))}) {
+        const CompanionRun result = run({u"versions"_s, u"-"_s, u"--json"_s}, file);
+        QCOMPARE(result.status, 0);
+        QVERIFY2(result.output.contains("\"added\":[]"), result.output.constData());
     }
 }
 

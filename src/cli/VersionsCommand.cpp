@@ -71,7 +71,7 @@ ExitStatus exportVersions(const Arguments& arguments, std::string_view bytes,
         return status;
     const FileNameParts parts = partsOf(arguments);
     const VersionWriter writer(bytes, parts.base, versionExtension(parts));
-    const VersionResult result = writer.write(*arguments.exportFolder, cuts);
+    const VersionResult result = writer.write(*arguments.exportFolder, VersionWriter::all(cuts));
     return result.outcome == VersionResult::Outcome::isDone
         ? status
         : complain(ExitStatus::isFailed, result.path, result.reason);

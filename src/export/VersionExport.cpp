@@ -10,6 +10,9 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
+#include <iterator>
+
 namespace tarnwick {
 
 namespace {
@@ -26,15 +29,16 @@ std::string nameSource(const ExportSource& source)
 
 } // namespace
 
-void VersionExport::begin(const ExportSource& source)
+void VersionExport::begin(const ExportSource& source, const std::vector<std::size_t>& chosen)
 {
     if (source.bytes.descriptor() >= 0)
-        (new VersionExport(source))->openPanel();
+        (new VersionExport(source, chosen))->openPanel();
 }
 
-VersionExport::VersionExport(const ExportSource& source)
+VersionExport::VersionExport(const ExportSource& source, const std::vector<std::size_t>& chosen)
     : ExportJob(tr("Export PDF Versions"))
     , theSource(source)
+    , theChosen(chosen)
 {
     const FileNameParts parts = fileNameParts(nameSource(source));
     theBase = parts.base;
@@ -81,7 +85,14 @@ void VersionExport::write(const std::string& folder)
 {
     startWriting([this, folder](const std::stop_token& stop, const Work::Report& report) {
         const VersionWriter writer(theSource.bytes.view(), theBase, theExtension);
-        theResult = writer.write(folder, versionCuts(theSource.bytes.view()), stop, report);
+        const auto all = VersionWriter::all(versionCuts(theSource.bytes.view()));
+        std::vector<VersionWriter::Version> wanted;
+        std::copy_if(
+            all.begin(), all.end(), std::back_inserter(wanted), [this](const auto& version) {
+                return theChosen.empty()
+                    || std::binary_search(theChosen.begin(), theChosen.end(), version.number);
+            });
+        theResult = writer.write(folder, wanted, stop, report);
     });
 }
 
@@ -89,6 +100,8 @@ void VersionExport::write(const std::string& folder)
 QString VersionExport::refusal(const QString& folder) const
 {
     const QDir existing(folder);
+    if (const QString refused = refusalOfChosen(folder); !refused.isEmpty())
+        return refused;
     const QString base = QFile::decodeName(QByteArray::fromStdString(theBase)) + u'-';
     const QStringList names = existing.exists()
         ? existing.entryList(QDir::Files | QDir::Hidden | QDir::System)
@@ -99,6 +112,19 @@ QString VersionExport::refusal(const QString& folder) const
             return tr("%1 in this folder is open, and an opened file is never written. Choose "
                       "another folder.")
                 .arg(shownName(name));
+    }
+    return {};
+}
+
+/// Whoever picks some versions into a folder that has others wants none of those replaced.
+QString VersionExport::refusalOfChosen(const QString& folder) const
+{
+    for (const std::size_t number : theChosen) {
+        const std::string name = versionFileName(theBase, number, theExtension);
+        const QString path
+            = QDir(folder).filePath(QFile::decodeName(QByteArray::fromStdString(name)));
+        if (QFileInfo::exists(path) || QFileInfo(path).isSymLink())
+            return tr("%1 is in this folder already. Choose another folder.").arg(shownName(path));
     }
     return {};
 }

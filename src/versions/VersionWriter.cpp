@@ -161,7 +161,15 @@ VersionWriter::VersionWriter(std::string_view bytes, std::string base, std::stri
 {
 }
 
-VersionResult VersionWriter::write(const std::string& folder, const std::vector<std::size_t>& cuts,
+std::vector<VersionWriter::Version> VersionWriter::all(const std::vector<std::size_t>& cuts)
+{
+    std::vector<Version> versions;
+    for (const std::size_t cut : cuts)
+        versions.push_back({versions.size() + 1, cut});
+    return versions;
+}
+
+VersionResult VersionWriter::write(const std::string& folder, const std::vector<Version>& versions,
     const std::stop_token& stop, const Progress& progress) const
 {
     if (const int error = makeFolders(folder))
@@ -170,14 +178,15 @@ VersionResult VersionWriter::write(const std::string& folder, const std::vector<
     if (opened.descriptor() < 0)
         return failure(0, folder, errorText(errno));
 
-    const std::uint64_t total = std::accumulate(cuts.begin(), cuts.end(), std::uint64_t{0});
+    const std::uint64_t total = std::accumulate(versions.begin(), versions.end(), std::uint64_t{0},
+        [](std::uint64_t sum, const Version& version) { return sum + version.end; });
     Meter meter(stop, progress, total);
     WrittenVersion last;
-    for (std::size_t i = 0; i < cuts.size(); ++i) {
-        const std::string name = versionFileName(theBase, i + 1, theExtension);
+    for (std::size_t i = 0; i < versions.size(); ++i) {
+        const std::string name = versionFileName(theBase, versions[i].number, theExtension);
         auto file = std::make_unique<WholeFile>(opened.descriptor(), name);
         int error = file->open();
-        const std::string_view bytes = theBytes.substr(0, cuts[i]);
+        const std::string_view bytes = theBytes.substr(0, versions[i].end);
         const Step step = error == 0 ? writeOne(*file, bytes, last, meter, error) : Step::isFailed;
         if (step == Step::isFailed)
             return failure(i, folder + "/" + name, errorText(error));
@@ -186,7 +195,7 @@ VersionResult VersionWriter::write(const std::string& folder, const std::vector<
         const int descriptor = file->descriptor();
         last = {std::move(file), bytes.size(), ContentStamp(descriptor)};
     }
-    return {VersionResult::Outcome::isDone, cuts.size(), {}, {}};
+    return {VersionResult::Outcome::isDone, versions.size(), {}, {}};
 }
 
 } // namespace tarnwick

@@ -34,20 +34,22 @@ private slots:
     void cleanup();
     void panelProposesAFolder();
     void writesTheVersions();
+    void writesTheChosenOnesAndReplacesNone();
     void asksBeforeItUsesAFolderWithFiles();
     void refusesAFolderWithTheOpenedFile();
     void saysWhatWasWritten();
     void endsWithItsWindow();
 
 private:
-    ExportPanel* open(const QString& path, const QString& displayName = {})
+    ExportPanel* open(const QString& path, const QString& displayName = {},
+        const std::vector<std::size_t>& chosen = {})
     {
         ExportSource source;
         source.filePath = path;
         source.displayName = displayName;
         source.bytes = *FileBytes::copy({file.constData(), std::size_t(file.size())});
         source.window = theWindow.get();
-        VersionExport::begin(source);
+        VersionExport::begin(source, chosen);
         return shown<ExportPanel>();
     }
     QString path(const QString& name) const { return theHome->filePath(name); }
@@ -111,6 +113,21 @@ void TestVersionExport::writesTheVersions()
         QCOMPARE(contentOf(path(name + u"/report-003.pdf")), file.first(file.size() - 1));
         QTRY_VERIFY(!shown<ExportPanel>());
     }
+}
+
+void TestVersionExport::writesTheChosenOnesAndReplacesNone()
+{
+    ExportPanel* const panel = open(path(u"report.pdf"_s), {}, {2, 3});
+    QVERIFY(QDir(theHome->path()).mkpath(u"a"_s));
+    writeFile(path(u"a/report-003.pdf"_s), "another");
+    nameField(panel)->setText(u"a"_s);
+    QTest::keyClick(nameField(panel), Qt::Key_Return);
+    QVERIFY(answer(QMessageBox::Ok) && panel->isVisible());
+    QCOMPARE(contentOf(path(u"a/report-003.pdf"_s)), "another");
+    nameField(panel)->setText(u"b"_s);
+    QTest::keyClick(nameField(panel), Qt::Key_Return);
+    QTRY_COMPARE(names(u"b"_s), QStringList({u"report-002.pdf"_s, u"report-003.pdf"_s}));
+    QCOMPARE(contentOf(path(u"b/report-002.pdf"_s)), file.first(28));
 }
 
 void TestVersionExport::asksBeforeItUsesAFolderWithFiles()

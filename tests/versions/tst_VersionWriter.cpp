@@ -46,8 +46,9 @@ private:
     {
         const VersionWriter writer(viewOf(theFile), "r", ".pdf");
         std::stop_source source;
-        return writer.write(theFolder.toStdString(), versionCuts(viewOf(theFile)),
-            source.get_token(), [&](std::uint64_t done, std::uint64_t total) {
+        return writer.write(theFolder.toStdString(),
+            VersionWriter::all(versionCuts(viewOf(theFile))), source.get_token(),
+            [&](std::uint64_t done, std::uint64_t total) {
                 if (goesOn && !goesOn(done, total))
                     source.request_stop();
             });

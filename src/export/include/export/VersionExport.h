@@ -6,7 +6,9 @@
 
 #include <QPointer>
 
+#include <cstddef>
 #include <string>
+#include <vector>
 
 namespace tarnwick {
 
@@ -24,19 +26,23 @@ class VersionExport : public ExportJob
 public:
     /// Runs the command; nothing happens for a document without bytes. A document without a file
     /// gives its display name for the files' names.
-    static void begin(const ExportSource& source);
+    /// @param chosen numbers of the versions to export, from 1, ascending; all when there are none.
+    ///   Of chosen ones none takes the place of a file.
+    static void begin(const ExportSource& source, const std::vector<std::size_t>& chosen = {});
 
 private:
-    explicit VersionExport(const ExportSource& source);
+    VersionExport(const ExportSource& source, const std::vector<std::size_t>& chosen);
     ~VersionExport() override;
 
     void openPanel();
     void panelConfirmed();
     QString refusal(const QString& folder) const;
+    QString refusalOfChosen(const QString& folder) const;
     void write(const std::string& folder);
     void finishWriting() override;
 
     ExportSource theSource;
+    std::vector<std::size_t> theChosen; ///< numbers; all versions when there are none
     std::string theBase;
     std::string theExtension; ///< with its dot, or empty
     std::string theFolderName; ///< to propose

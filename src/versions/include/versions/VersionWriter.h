@@ -21,7 +21,7 @@ struct VersionResult
     };
 
     Outcome outcome = Outcome::isDone;
-    std::size_t filesWritten = 0; ///< versions 1 to this one are in the folder, whole
+    std::size_t filesWritten = 0; ///< so many of the versions, the first, are in the folder, whole
     std::string path; ///< the folder or file that failed
     std::string reason; ///< as a phrase for the user ("No space left on device")
 };
@@ -37,6 +37,13 @@ struct VersionResult
 class VersionWriter
 {
 public:
+    /// What is written of a file: the version of a number, which ends at a cut.
+    struct Version
+    {
+        std::size_t number = 0; ///< from 1
+        std::size_t end = 0;
+    };
+
     /// @param done, total bytes of all versions together.
     using Progress = std::function<void(std::uint64_t done, std::uint64_t total)>;
 
@@ -44,11 +51,14 @@ public:
     /// @param base, extension as versionFileName() takes them; bytes of the file system.
     VersionWriter(std::string_view bytes, std::string base, std::string extension);
 
+    /// All versions that the cuts make (versionCuts()).
+    static std::vector<Version> all(const std::vector<std::size_t>& cuts);
+
     /// Creates the folder and those above it where they are missing, and writes the versions.
-    /// @param cuts of the bytes (versionCuts()), in order.
+    /// @param versions in the order of their ends.
     /// @param stop looked at before the first byte and after every few megabytes.
     /// @param progress called likewise; may be empty.
-    VersionResult write(const std::string& folder, const std::vector<std::size_t>& cuts,
+    VersionResult write(const std::string& folder, const std::vector<Version>& versions,
         const std::stop_token& stop = {}, const Progress& progress = {}) const;
 
 private:

@@ -6,10 +6,32 @@
 #include "help/HelpViewController.h"
 #include "inspector/SourceViewController.h"
 #include "pages/PDFView.h"
+#include "pdf/PDFSavedVersions.h"
 #include "plain/PlainPDFViewController.h"
+#include "saves/VersionsFact.h"
+#include "saves/VersionsViewController.h"
 #include "viewer/ViewController.h"
 
 namespace tarnwick {
+
+namespace {
+
+/// Only a file that looks updated is looked through for its versions.
+void tellOfVersions(Document* document, ViewController* content)
+{
+    if (!document->isIncr())
+        return;
+    const PDFSavedVersions* const versions = document->savedVersions();
+    const auto tell = [versions, content] {
+        content->setFact(QStringLiteral("openVersions"), versionsFact(*versions));
+    };
+    if (versions->isFinished())
+        tell();
+    else
+        QObject::connect(versions, &PDFSavedVersions::finished, content, tell);
+}
+
+} // namespace
 
 void registerWindows(AppDelegate& delegate)
 {
@@ -22,7 +44,10 @@ void registerWindows(AppDelegate& delegate)
             content, &ViewController::sourceOfPageWanted, document, &Document::showSourceOfPage);
         QObject::connect(document, &Document::pageWanted, content,
             [content](int page) { content->thePDFView()->goToPage(page); });
-        return delegate.makeWindow(WindowIdentifiers::document, document, content);
+        DocumentWindow* const window
+            = delegate.makeWindow(WindowIdentifiers::document, document, content);
+        tellOfVersions(document, content);
+        return window;
     });
     windows.add(WindowIdentifiers::source, [&delegate](Document* document) {
         auto* content = new SourceViewController(document, &delegate);
@@ -32,6 +57,10 @@ void registerWindows(AppDelegate& delegate)
     windows.add(WindowIdentifiers::bytes, [&delegate](Document* document) {
         return delegate.makeWindow(
             WindowIdentifiers::bytes, document, new BytesViewController(document));
+    });
+    windows.add(WindowIdentifiers::versions, [&delegate](Document* document) {
+        return delegate.makeWindow(
+            WindowIdentifiers::versions, document, new VersionsViewController(document));
     });
     delegate.plainWindowRegistry().add(WindowIdentifiers::help, [&delegate](void*) {
         return delegate.makeWindow(WindowIdentifiers::help, nullptr, new HelpViewController);

@@ -4,6 +4,7 @@
 #include "export/DocumentExport.h"
 #include "export/VersionExport.h"
 #include "frame/DocumentWindow.h"
+#include "pdf/PDFSavedVersions.h"
 #include "versions/IncrementalUpdate.h"
 #include "versions/VersionNaming.h"
 
@@ -35,6 +36,7 @@ void Document::readFromData(const FileBytes& bytes)
     theRenderedDocument = std::make_unique<PDFDocument>(bytes);
     theBytes = bytes;
     theUpdates.reset();
+    theSavedVersions.reset();
     theUpdateSearch.start([bytes] { return isIncrementallyUpdated(bytes.view()); },
         [this](bool isUpdated) {
             theUpdates = isUpdated;
@@ -77,6 +79,8 @@ bool Document::validateCommand(const QString& command) const
         return theRegistry->knows(WindowIdentifiers::source);
     if (command == "openBytes"_L1)
         return theRegistry->knows(WindowIdentifiers::bytes);
+    if (command == "openVersions"_L1)
+        return theRegistry->knows(WindowIdentifiers::versions);
     if (command == "openPlainPDF"_L1)
         return theRegistry->knows(WindowIdentifiers::plainPDF);
     return true;
@@ -105,6 +109,28 @@ void Document::showBytes(std::size_t offset, std::size_t length)
     (*latest)->bringUp();
     if (auto* const display = dynamic_cast<BytesDisplay*>((*latest)->content()))
         display->goTo(offset, length);
+}
+
+DocumentWindow* Document::latestWindow(const QString& identifier) const
+{
+    const auto latest = std::find_if(windows().crbegin(), windows().crend(),
+        [&](const DocumentWindow* window) { return window->identifier() == identifier; });
+    return latest == windows().crend() ? nullptr : *latest;
+}
+
+void Document::openVersions()
+{
+    if (DocumentWindow* const window = latestWindow(WindowIdentifiers::versions))
+        window->bringUp();
+    else
+        showNewWindow(WindowIdentifiers::versions);
+}
+
+PDFSavedVersions* Document::savedVersions()
+{
+    if (!theSavedVersions)
+        theSavedVersions = std::make_unique<PDFSavedVersions>(theBytes);
+    return theSavedVersions.get();
 }
 
 void Document::openPlainPDF()
@@ -164,6 +190,11 @@ ExportSource Document::exportSource()
 void Document::exportPDFversions()
 {
     VersionExport::begin(exportSource());
+}
+
+void Document::exportVersions(const std::vector<std::size_t>& numbers)
+{
+    VersionExport::begin(exportSource(), numbers);
 }
 
 void Document::exportFlatPDF()

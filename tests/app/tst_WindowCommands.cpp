@@ -122,8 +122,8 @@ using Menus = Rows<QString, QString, QString, QString>;
 void TestWindowCommands::menusOfferTheSameByKeyAndMouse_data()
 {
     const Menus row;
-    const QString windows = u"openSource openBytes openPlainPDF "_s;
-    const QString mainWindows = u"openSource showPageSource openBytes openPlainPDF "_s;
+    const QString windows = u"openSource openBytes openVersions openPlainPDF "_s;
+    const QString mainWindows = u"openSource showPageSource openBytes openVersions openPlainPDF "_s;
     const QString pages
         = u"zoomIn zoomOut actualSize autoZoom fitPage rotateClockwise rotateCounterclockwise"_s;
     const QString find = u"selectAll performFind doFindNext doFindPrev"_s;

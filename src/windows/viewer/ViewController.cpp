@@ -2,6 +2,7 @@
 
 #include "CountLine.h"
 #include "DocumentSearch.h"
+#include "FactLine.h"
 #include "GlyphIcon.h"
 #include "OutlineModel.h"
 #include "PageControls.h"
@@ -307,6 +308,11 @@ void ViewController::toggleSideBar(bool open)
     sizes[0] = width;
     theOutlets.splitView->setSizes(sizes);
     updateControls();
+}
+
+void ViewController::setFact(const QString& command, const QString& text)
+{
+    ui->factLine->setFact(command, text);
 }
 
 void ViewController::updateControls()

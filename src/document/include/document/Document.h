@@ -11,8 +11,11 @@
 #include <cstddef>
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace tarnwick {
+
+class PDFSavedVersions;
 
 /// One opened PDF file: its bytes as read, the document that the PDF engine makes of them, and the
 /// commands of the document. It is only ever read; nothing is written back to its file.
@@ -57,6 +60,14 @@ public:
     /// @param number of the version, from 1. @param end of it: one of versionCuts().
     void openVersion(std::size_t number, std::size_t end);
 
+    /// Exports some versions of the file, as exportPDFversions() does all of them; no file is
+    /// replaced. @param numbers from 1, ascending.
+    void exportVersions(const std::vector<std::size_t>& numbers);
+
+    /// The saved versions of the file, looked for from the first call on; lives as long as the
+    /// document. Precondition: readFromData().
+    PDFSavedVersions* savedVersions();
+
     /// Path of a file beside the document's own that would hold what the document does: its file's,
     /// or the one that its version would be exported to ("report-002.pdf"). Names to propose are
     /// made from it.
@@ -78,6 +89,8 @@ public slots:
     void openSource();
     /// Opens a further window for the file's bytes.
     void openBytes();
+    /// Shows the window for the saved versions, which is opened once.
+    void openVersions();
     /// Opens a further plain PDF window.
     void openPlainPDF();
     /// Each runs its panel and writes when that is answered (VersionExport, DocumentExport).
@@ -89,6 +102,7 @@ public slots:
 private:
     ExportSource exportSource();
     void showNewWindow(const QString& identifier);
+    DocumentWindow* latestWindow(const QString& identifier) const;
     void finishOpening();
 
     const WindowRegistry<Document>* theRegistry;
@@ -97,6 +111,7 @@ private:
     FileBytes theBytes;
     std::optional<bool> theUpdates; ///< of theBytes, once they are known
     Work theUpdateSearch;
+    std::unique_ptr<PDFSavedVersions> theSavedVersions; ///< null before anybody asks for them
 };
 
 } // namespace tarnwick

@@ -43,6 +43,7 @@ using namespace Qt::StringLiterals;
 inline const QString document = u"Document Window Controller"_s;
 inline const QString source = u"SourceWindowController"_s;
 inline const QString bytes = u"BytesWindowController"_s;
+inline const QString versions = u"VersionsWindowController"_s;
 inline const QString plainPDF = u"PlainPDFWindowController"_s;
 inline const QString help = u"Help Window Controller"_s;
 }

@@ -95,6 +95,10 @@ public:
     QComboBox* markPageMenu() const { return theOutlets.markPageMenu; }
     void setMarkPageMenu(QComboBox* menu);
 
+    /// Tells something remarkable about the file in a line under the pages, as a button for the
+    /// command that tells more. @param text empty for no such fact.
+    void setFact(const QString& command, const QString& text);
+
     /// Whether a command of the slots below is possible now.
     Q_INVOKABLE bool validateCommand(const QString& command) const;
 

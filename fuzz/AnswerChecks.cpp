@@ -1,6 +1,7 @@
 #include "AnswerChecks.h"
 
 #include "FuzzTarget.h"
+#include "PDFCheckAnswer.h"
 #include "PDFCrossReferenceAnswers.h"
 #include "PDFObjectAnswers.h"
 
@@ -9,6 +10,9 @@
 namespace tarnwick {
 
 namespace {
+
+/// Bytes of the file that answers on a document as a whole are about.
+constexpr std::size_t checkedFile = std::size_t{1} << 30;
 
 void checkSide(double side)
 {
@@ -132,6 +136,19 @@ bool isSound(const PDFCrossReferences& answer)
     return true;
 }
 
+bool isSound(const DocumentCheck& check, int pageCount, std::size_t fileSize)
+{
+    require(check.pagesLookedAt <= std::max(pageCount, 0), "pages looked at");
+    for (const EngineFinding& finding : check.findings) {
+        require(finding.page < std::max(pageCount, 0), "a finding outside the document");
+        require(finding.code != EngineFindingCode::isEntryElsewhere
+                || static_cast<std::uint64_t>(finding.said) < fileSize,
+            "a place behind the file");
+        require(check.counts.at(static_cast<std::size_t>(finding.code)) > 0, "no count");
+    }
+    return true;
+}
+
 } // namespace
 
 bool takesAnswer(const AskedFor& asked, std::string_view payload)
@@ -166,6 +183,9 @@ bool takesAnswer(const AskedFor& asked, std::string_view payload)
         return check(readStreamAnswer(payload, usualStream), usualStream);
     case EngineRequest::isCrossReference:
         return check(readCrossReferenceAnswer(payload, {9, 99}));
+    case EngineRequest::isCheck:
+        return check(readCheckAnswer(payload, asked.pageCount, checkedFile), asked.pageCount,
+            std::size_t{checkedFile});
     }
     return false;
 }

@@ -179,6 +179,20 @@ std::string textAnswer(EngineTextDetail detail)
     return answer<TextRequest>(packed(result), detail);
 }
 
+std::string checkAnswer(EngineFindingCode code, const std::string& words)
+{
+    CheckResult result;
+    result.findings = {{code, 0, 7, 15, 2, words}};
+    std::vector<std::uint32_t> counts(engineFindingCodes);
+    counts.at(static_cast<std::size_t>(code)) = 1;
+    result.counts = std::move(counts);
+    result.encryption = {true, 4, 4, 128, "AES", -44, false};
+    result.members = 9;
+    result.objectStreams = 2;
+    result.pagesLookedAt = 1;
+    return answer<CheckRequest>(packed(result));
+}
+
 Seeds answers()
 {
     const EngineTarget target = {0, 5, 6, {}};
@@ -202,6 +216,7 @@ Seeds answers()
             {{EngineSectionForm::isTable, 9, 99, 1, 2, true, true, 1},
                 {EngineSectionForm::isStream, -1, -1, -1, -1, false, false, 1}},
             std::vector<EngineRow>{{15, 1, 0, 1, {}}, {7, 3, 2, 2, {}}}})),
+        checkAnswer(EngineFindingCode::isRebuilt, "cannot find startxref"),
         textAnswer(EngineTextDetail::isPlain),
         textAnswer(EngineTextDetail::isWithQuads),
         textAnswer(EngineTextDetail::isWithAttributes),
@@ -285,6 +300,7 @@ Seeds requests()
             + framed(TextRequest{0, EngineTextDetail::isWithAttributes}) + framed(LinksRequest{1})
             + framed(OutlineRequest()),
         first + framed(FlatRequest()) + opening,
+        first + framed(CheckRequest()) + framed(pages),
         first + framed(ObjectRequest{4}) + framed(StreamRequest{4, EngineStreamForm::isDecoded, 9})
             + framed(StreamRequest{4, EngineStreamForm::isRaw, 90}),
         first + framed(CrossReferenceRequest{{{9}, {400}, {~0ull}}, 0}) + opening,

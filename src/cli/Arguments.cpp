@@ -21,6 +21,7 @@ enum Taken : unsigned
     generation = 1u << 4,
     oneVersion = 1u << 5, ///< --at-version, --raw, --decoded
     hashes = 1u << 6,
+    password = 1u << 7, ///< --password-file
 };
 
 struct Command
@@ -37,10 +38,10 @@ constexpr std::array commands{
     Command{"object", json | object | generation | oneVersion},
     Command{"uses", json | object},
     Command{"tree", json},
-    Command{"check", json},
-    Command{"flat", json | output},
-    Command{"text", json | output},
-    Command{"rtf", json | output},
+    Command{"check", json | password},
+    Command{"flat", json | output | password},
+    Command{"text", json | output | password},
+    Command{"rtf", json | output | password},
 };
 
 /// A number that a saved version, an object or a generation can have.
@@ -162,7 +163,8 @@ private:
             {theArguments.json && (takes & Taken::json) == 0, "--json"},
             {theArguments.exportFolder && (takes & Taken::exportFolder) == 0, "--export"},
             {theArguments.hashes && (takes & Taken::hashes) == 0, "--hashes"},
-            {theArguments.passwordFile && !writes && !theArguments.decoded, "--password-file"},
+            {theArguments.passwordFile && (takes & Taken::password) == 0 && !theArguments.decoded,
+                "--password-file"},
             {theArguments.raw && (takes & Taken::oneVersion) == 0, "--raw"},
             {theArguments.decoded && (takes & Taken::oneVersion) == 0, "--decoded"},
             {theArguments.atVersion && (takes & Taken::oneVersion) == 0, "--at-version"},

@@ -5,9 +5,7 @@
 
 namespace tarnwick {
 
-/// check: facts about the file, where it departs from the standard and what it holds that acts or
-/// hides; a line for each, tab-separated: its code, offset, object and a sentence with the clause
-/// of ISO 32000-2; with --json one object (docs/JSON.md).
+/// check, where there is no PDF engine: facts about the file from its source alone.
 ExitStatus checkCommand(const Arguments& arguments, const SharedBytes& bytes);
 
 } // namespace tarnwick

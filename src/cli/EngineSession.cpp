@@ -62,7 +62,12 @@ EngineSession::EngineSession(const Arguments& arguments, const FileBytes& bytes)
     connect(&theDocument, &PDFDocument::opened, this, [this] { take(); });
     connect(&theDocument, &PDFDocument::locked, this, &EngineSession::unlock);
     connect(&theDocument, &PDFDocument::refused, this,
-        [this](const QString& reason) { fail(theArguments.file, reason); });
+        [this](const QString& reason) { doWithout("refused", reason); });
+}
+
+void EngineSession::doWithout(std::string_view, const QString& reason)
+{
+    fail(theArguments.file, reason);
 }
 
 void EngineSession::end(ExitStatus status)
@@ -92,14 +97,14 @@ void EngineSession::unlock(bool wasWrong)
 {
     constexpr int maximumAttempts = 3;
     if (wasWrong && (theArguments.passwordFile || theAttempts == maximumAttempts))
-        return fail(theArguments.file, QStringLiteral("This is not its password"));
+        return doWithout("locked", QStringLiteral("This is not its password"));
     const auto password = theArguments.passwordFile
         ? passwordFromFile(*theArguments.passwordFile)
         : passwordFromTerminal("Password for " + theArguments.file + ": ");
     if (!password && theArguments.passwordFile)
         return fail(*theArguments.passwordFile, QStringLiteral("Cannot be read"));
     if (!password)
-        return fail(theArguments.file, QStringLiteral("A password is needed"));
+        return doWithout("locked", QStringLiteral("A password is needed"));
     ++theAttempts;
     theDocument.unlock(QString::fromStdString(*password));
 }

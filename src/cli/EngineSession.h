@@ -10,6 +10,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace tarnwick {
 
@@ -26,6 +27,9 @@ public:
 protected:
     /// The document is open. Ends with end(), later or at once.
     virtual void take() = 0;
+    /// There is no document: "refused", or "locked" without its password. Ends likewise; a command
+    /// that is nothing without a document fails.
+    virtual void doWithout(std::string_view state, const QString& reason);
 
     const Arguments& arguments() const { return theArguments; }
     PDFDocument& document() { return theDocument; }

@@ -4,9 +4,6 @@ namespace tarnwick {
 
 namespace {
 
-/// Of all commands' forms; goes up when one changes so that a reader could misunderstand it.
-constexpr std::int64_t schemaVersion = 1;
-
 void appendEscaped(char16_t character, std::string& out)
 {
     constexpr std::string_view digits = "0123456789abcdef";
@@ -50,10 +47,10 @@ void appendJsonString(std::string_view bytes, std::string& out)
     out += '"';
 }
 
-JsonText JsonText::ofCommand(std::string_view schema)
+JsonText JsonText::ofCommand(std::string_view schema, std::int64_t version)
 {
     JsonText json;
-    json.open('{').key("schema").string(schema).key("schemaVersion").number(schemaVersion);
+    json.open('{').key("schema").string(schema).key("schemaVersion").number(version);
     return json;
 }
 

@@ -17,7 +17,8 @@ class JsonText
 {
 public:
     /// Opens the object that a command prints, with the name and the version of its form.
-    static JsonText ofCommand(std::string_view schema);
+    /// @param version goes up when the form changes so that a reader could misunderstand it.
+    static JsonText ofCommand(std::string_view schema, std::int64_t version = 1);
 
     JsonText& key(std::string_view name); ///< ASCII without quotes
     JsonText& string(std::string_view bytes);

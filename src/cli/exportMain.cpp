@@ -1,10 +1,12 @@
-// tarnwick-export: what tarnwick-inspect becomes for flat, text, rtf, object --decoded and
+// tarnwick-export: what tarnwick-inspect becomes for flat, text, rtf, check, object --decoded and
 // versions --json; takes the same words.
 
 #include "Arguments.h"
 #include "DecodedCommand.h"
+#include "DocumentCheckCommand.h"
 #include "ExportCommand.h"
 #include "SavesCommand.h"
+#include "files/LargePages.h"
 
 #include <csignal>
 #include <cstdio>
@@ -18,12 +20,17 @@ int main(int count, char** words)
     std::string problem = "use tarnwick-inspect";
     const auto arguments = parseArguments({words + (count > 0 ? 1 : 0), words + count}, problem);
     const bool isOfSaves = arguments && arguments->command == "versions" && arguments->json;
-    if (!arguments || (!arguments->output && !arguments->decoded && !isOfSaves)) {
+    const bool isCheck = arguments && arguments->command == "check";
+    if (!arguments || (!arguments->output && !arguments->decoded && !isOfSaves && !isCheck)) {
         std::fprintf(stderr, "tarnwick-export: %s\n", problem.c_str());
         return static_cast<int>(ExitStatus::isWrongUse);
     }
     if (isOfSaves)
         return static_cast<int>(savesCommand(*arguments));
+    if (isCheck) {
+        useLargePages(); // for the scan
+        return static_cast<int>(documentCheckCommand(*arguments));
+    }
     return static_cast<int>(
         arguments->decoded ? decodedCommand(*arguments) : exportCommand(*arguments));
 }

@@ -38,7 +38,8 @@ Commands:
                             by the PDF engine, of the object that readers use
   uses     FILE N [--json]  who refers to object N
   tree     FILE [--json]    the objects, followed from the trailer
-  check    FILE [--json]    departures from the standard, what acts or hides
+  check    FILE [--json]    departures from the standard, what acts or hides,
+                            and what the PDF engine repaired or cannot read
   flat     FILE -o OUT      the document written out again by the PDF engine
   text     FILE -o OUT      its text, in UTF-8
   rtf      FILE -o OUT      its text with fonts and colours, as RTF
@@ -117,6 +118,8 @@ int main(int count, char** words)
         return 0;
     }
     const bool needsEngine = arguments->output || arguments->decoded;
+    if (arguments->command == "check")
+        static_cast<void>(becomeExportProgram(words)); // without it there is the source
     if (arguments->decoded && ::isatty(STDOUT_FILENO) != 0)
         return static_cast<int>(fail(ExitStatus::isWrongUse,
             "--decoded prints bytes that a terminal may obey; send them to a file or a pipe"));

@@ -2,6 +2,7 @@
 
 #include "Attempt.h"
 #include "CrossReferenceReader.h"
+#include "DocumentCheck.h"
 #include "FlatWriter.h"
 #include "ObjectReader.h"
 #include "PageGeometry.h"
@@ -165,6 +166,12 @@ int EngineServer::perform(const ObjectRequest& request, ObjectResult& result)
 int EngineServer::perform(const CrossReferenceRequest& request, CrossReferenceResult& result)
 {
     return readCrossReferences(theDocument, request, result);
+}
+
+int EngineServer::perform(const CheckRequest&, CheckResult& result)
+{
+    checkDocument(theDocument, result);
+    return FZ_ERROR_NONE;
 }
 
 // --- Files ---------------------------------------------------------------------------------------

@@ -41,6 +41,7 @@ private:
     int perform(const ObjectRequest& request, ObjectResult& result);
     int perform(const StreamRequest& request, StreamResult& result);
     int perform(const CrossReferenceRequest& request, CrossReferenceResult& result);
+    int perform(const CheckRequest& request, CheckResult& result);
 
     WrittenFile::Progress progress();
     template<typename Answer> void answer(const Answer& message);

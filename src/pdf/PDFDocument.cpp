@@ -1,11 +1,14 @@
 #include "pdf/PDFDocument.h"
 
+#include "PDFCheckAnswer.h"
 #include "PDFEngineAnswers.h"
 #include "PDFEngineClient.h"
 #include "PDFObjectEngines.h"
 #include "PDFPageMeasures.h"
 #include "PDFPageWork.h"
 #include "PDFTextReading.h"
+
+#include <QPointer>
 
 #include <algorithm>
 #include <cassert>
@@ -17,6 +20,7 @@ namespace tarnwick {
 namespace {
 
 constexpr int fileLimit = 30'000; ///< milliseconds
+constexpr int checkLimit = 30'000; ///< likewise
 constexpr int sheetLimit = 20; ///< milliseconds more for each sheet that is printed
 
 } // namespace
@@ -45,6 +49,7 @@ public:
     PDFEngineClient* theTextEngine = nullptr; ///< started when needed
     PDFEngineClient* theFileEngine = nullptr; ///< likewise
     PDFObjectEngines* theObjectEngines = nullptr; ///< likewise
+    QPointer<PDFEngineClient> theCheckEngine; ///< of the latest check, while it lasts
     State theState = State::isOpening;
     DocumentFacts theFacts;
     QString theRefusal;
@@ -125,7 +130,8 @@ void PDFDocument::setPageTimeLimit(int milliseconds)
 QList<qint64> PDFDocument::engineProcessIds() const
 {
     QList<qint64> ids;
-    for (const PDFEngineClient* client : {d->thePages, d->theTextEngine, d->theFileEngine}) {
+    for (const PDFEngineClient* client :
+        {d->thePages, d->theTextEngine, d->theFileEngine, d->theCheckEngine.data()}) {
         if (client && client->engineProcessId() != 0)
             ids.append(client->engineProcessId());
     }
@@ -277,6 +283,26 @@ PDFOutlineRequest* PDFDocument::requestOutline(QObject* parent)
                      std::string_view payload) { return readOutlineAnswer(payload, count); },
         [request](PDFOutline outline) { request->theOutline = std::move(outline); });
     PDFPageWork::submit(d->thePages, request, std::move(job));
+    return request;
+}
+
+PDFCheckRequest* PDFDocument::requestCheck(QObject* parent)
+{
+    auto* const request = new PDFCheckRequest(parent);
+    if (state() != State::isOpen) {
+        PDFPageWork::finishLater(request, PDFFailure::isDamaged);
+        return request;
+    }
+    auto* const engine = new PDFEngineClient(d->theBytes, 0, request);
+    engine->setPassword(d->thePages->password());
+    d->theCheckEngine = engine;
+    PDFEngineJob job = jobFor(CheckRequest());
+    job.timeLimit = checkLimit;
+    job.onResult([pages = pageCount(), size = d->theBytes.size()](
+                     std::string_view payload) { return readCheckAnswer(payload, pages, size); },
+        [request](DocumentCheck check) { request->theCheck = std::move(check); });
+    connect(request, &PDFRequest::finished, engine, &QObject::deleteLater);
+    PDFPageWork::submit(engine, request, std::move(job));
     return request;
 }
 

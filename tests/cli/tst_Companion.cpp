@@ -153,10 +153,6 @@ void TestCompanion::looksIntoObjects_data()
         "        /Parent 2 0 R Pages (loop)\n        /Contents 4 0 R Stream\n"
         "          /Length 5 0 R Number\n      /A[1]/B#20 2 0 R Pages (loop)\n"
         "  /Info 6 0 R (not in the listing)\n");
-    row("facts", u"check -"_s,
-        "no-header\t0\t-\tThe file has no header %PDF-. (7.5.2)\n"
-        "startxref-elsewhere\t307\t-\tstartxref says 0, where no cross-reference stands. "
-        "(7.5.5)\n");
     row("what object streams hold is said", u"uses - 8 --json"_s,
         R"({"schema":"uses","schemaVersion":1,"number":8,"count":0,"uses":[],)"
         R"("notSeen":{"objectStreams":1,"objects":12}})"

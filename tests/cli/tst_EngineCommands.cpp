@@ -49,6 +49,7 @@ private slots:
     void saysWhatIsMissing();
     void decodesStreams();
     void tellsWhatEachSaveChanged();
+    void checksDocuments();
 
 private:
     /// Runs a command in the test's folder, without a terminal that could be asked for passwords.
@@ -291,6 +292,30 @@ void TestEngineCommands::tellsWhatEachSaveChanged()
         const CompanionRun result = run({u"versions"_s, u"-"_s, u"--json"_s}, file);
         QCOMPARE(result.status, 0);
         QVERIFY2(result.output.contains("\"added\":[]"), result.output.constData());
+    }
+}
+
+void TestEngineCommands::checksDocuments()
+{
+    const QString locked = QStringLiteral(TARNWICK_TEST_DATA "/locked-aes-256.pdf");
+    const QByteArray lost = QByteArray::fromStdString(LostPages::secondOfThree().bytes());
+    writeFile(path(u"secret"_s), "geheim\n");
+    const std::tuple<QStringList, QByteArray, int, QByteArray, QByteArray> commands[] = {
+        {{u"a.pdf"_s, u"--json"_s}, {}, 0, R"("engine":"open","findings":[],"counts":{}})", ""},
+        {{u"-"_s}, twoPages().replace("/Count 2", "/Count 3"), 0, "page-count-differs\t-\t-\t", ""},
+        {{u"-"_s}, lost, 0, "text-lost\t-\t-\tNo text from page 2: it is too damaged", ""},
+        {{u"-"_s, u"--json"_s}, lost, 0, R"("object":null,"page":2,"sentence":"No text)", ""},
+        {{u"-"_s}, "only text", 4, "no-header\t0\t-\t", "is missing: It is not a PDF"},
+        {{locked}, {}, 4, "The document is encrypted. (7.6)", "is missing: A password is needed"},
+        {{locked, u"--json"_s}, {}, 4, R"("engine":"locked")", "A password is needed"},
+        {{locked, u"--password-file"_s, u"secret"_s}, {}, 0, "encrypted: AES with 256 bits", ""},
+    };
+    for (const auto& [words, input, status, output, errors] : commands) {
+        const CompanionRun result = run(QStringList{u"check"_s} + words, input);
+        QVERIFY2(result.output.contains(output), result.output.constData());
+        QVERIFY2(result.errors.contains(errors), result.errors.constData());
+        QCOMPARE(result.errors.isEmpty(), status == 0);
+        QCOMPARE(result.status, status);
     }
 }
 

@@ -184,6 +184,44 @@ template<ObjectLie lie> void tellOfObject(Teller& teller, const Question& questi
     teller.done(question, result);
 }
 
+enum class CheckLie
+{
+    isUncounted,
+    isOnNoPage,
+    isBehindTheFile,
+    isNoAscii,
+    isOutOfOrder,
+    isAsMuchAsMayBe,
+};
+
+template<CheckLie lie> void tellOfCheck(Teller& teller, const Question& question)
+{
+    using enum EngineFindingCode;
+    CheckResult result;
+    result.findings = {{isEntryElsewhere, -1, 5, 9, 0, {}}, {isImageLost, 0, 6, 0, 0, "/What"}};
+    if (lie == CheckLie::isOnNoPage)
+        result.findings[1].page = 3;
+    else if (lie == CheckLie::isBehindTheFile)
+        result.findings[0].said = std::int64_t{1} << 40;
+    else if (lie == CheckLie::isNoAscii)
+        result.findings[1].text = "\xff\x1b]0;title\a";
+    else if (lie == CheckLie::isOutOfOrder)
+        std::swap(result.findings[0], result.findings[1]);
+    else if (lie == CheckLie::isAsMuchAsMayBe)
+        result.findings.clear();
+    std::vector<std::uint32_t> counts(engineFindingCodes);
+    for (std::size_t code = 0; code < counts.size() && lie == CheckLie::isAsMuchAsMayBe; ++code) {
+        counts[code] = 0xff000000u;
+        result.findings.insert(result.findings.end(), mostEngineFindings,
+            {static_cast<EngineFindingCode>(code), 2, maximumObjectNumber, 0, 0,
+                std::string(longestReason, 'w')});
+    }
+    for (const EngineFinding& finding : result.findings)
+        counts[static_cast<std::size_t>(finding.code)] += lie != CheckLie::isUncounted;
+    result.counts = std::move(counts);
+    teller.done(question, result);
+}
+
 template<std::uint64_t size, EngineStreamEnd end>
 void tellOfStream(Teller& teller, const Question& question)
 {
@@ -257,6 +295,12 @@ const std::vector<Lie>& allLies()
             tellOfStream<usualStream + 1, EngineStreamEnd::isStopped>, "stream"},
         {"bytes of no stream", isStream, tellOfStream<10, EngineStreamEnd::isNone>, "stream"},
         {"a stream of holes", isStream, tellOfStream<usualStream, EngineStreamEnd::isWhole>},
+        {"findings without a count", isCheck, tellOfCheck<CheckLie::isUncounted>, "check"},
+        {"a finding on no page", isCheck, tellOfCheck<CheckLie::isOnNoPage>, "check"},
+        {"a place behind the file", isCheck, tellOfCheck<CheckLie::isBehindTheFile>, "check"},
+        {"findings of no ASCII", isCheck, tellOfCheck<CheckLie::isNoAscii>, "check"},
+        {"findings out of order", isCheck, tellOfCheck<CheckLie::isOutOfOrder>, "check"},
+        {"as many findings as may be", isCheck, tellOfCheck<CheckLie::isAsMuchAsMayBe>, ""},
         {"reports of a stream", isStream, reportWithoutEnd, "stream"},
         {"a row of no object", isCrossReference, tellOfRows<~0u>, "versions"},
         {"rows without end", isCrossReference, tellOfRows<7>},

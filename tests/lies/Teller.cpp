@@ -85,6 +85,17 @@ CrossReferenceResult truth(const CrossReferenceRequest&)
         std::vector<EngineRow>{{9, 1, 0, 1, {}}}};
 }
 
+CheckResult truth(const CheckRequest&)
+{
+    CheckResult result;
+    result.findings = {{EngineFindingCode::isFontNotEmbedded, 0, 5, 0, 0, "Arial"}};
+    std::vector<std::uint32_t> counts(engineFindingCodes);
+    counts.at(static_cast<std::size_t>(EngineFindingCode::isFontNotEmbedded)) = 1;
+    result.counts = std::move(counts);
+    result.pagesLookedAt = pageCount;
+    return result;
+}
+
 } // namespace
 
 Teller::Teller(std::string lie, int output)

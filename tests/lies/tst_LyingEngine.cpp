@@ -85,6 +85,7 @@ QString failures(PDFDocument* document, const FileBytes& bytes)
     loop.exec();
     if (versions.failure() != PDFFailure::isNone)
         failed << u"versions"_s;
+    ask(u"check"_s, document->requestCheck(document));
     return failed.join(u' ');
 }
 

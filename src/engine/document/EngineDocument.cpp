@@ -1,6 +1,7 @@
 #include "EngineDocument.h"
 
 #include "Attempt.h"
+#include "RepairRemarks.h"
 #include "UnreadableEncryption.h"
 
 #include <algorithm>
@@ -49,6 +50,7 @@ EngineDocument::State EngineDocument::open()
     fz_stream* stream = nullptr;
     fz_var(stream);
     bool needsPassword = false;
+    const RepairRemarks remarks(ctx, theRepairCause);
     const int error = attempt(ctx, [&] {
         stream = fz_open_memory(
             ctx, reinterpret_cast<const unsigned char*>(theBytes.data()), theBytes.size());
@@ -61,6 +63,8 @@ EngineDocument::State EngineDocument::open()
     if (error)
         return refuse(unreadableEncryption(ctx, theBytes)
                           .value_or("It is not a PDF, or too damaged to be read as one."));
+    if (pdf_was_repaired(ctx, theDocument) != 0)
+        theRepair = Repair::isAtOpening;
     return needsPassword ? State::isLocked : finishOpening();
 }
 
@@ -76,7 +80,12 @@ EngineDocument::State EngineDocument::unlock(const std::string& password)
 /// repaired only when objects of the page tree are read.
 EngineDocument::State EngineDocument::finishOpening()
 {
-    thePages = walkPageTree(theContext, theDocument);
+    {
+        const RepairRemarks remarks(theContext, theRepairCause);
+        thePages = walkPageTree(theContext, theDocument);
+    }
+    if (theRepair == Repair::isNone && pdf_was_repaired(theContext, theDocument) != 0)
+        theRepair = Repair::isLater;
     if (!trailerDictionary(theContext, theDocument, PDF_NAME(Root)))
         return refuse("The file has no document catalog, so it cannot be read as a PDF.");
     if (!installPageMap(theContext, theDocument, thePages))

@@ -39,6 +39,16 @@ public:
     std::size_t fileSize() const { return theBytes.size(); }
     fz_context* context() const { return theContext; }
     pdf_document* document() const { return theDocument; }
+    /// When the library looked for all objects anew, the file's cross-reference being of no use.
+    enum class Repair
+    {
+        isNone,
+        isAtOpening,
+        isLater, ///< while the page tree was read
+    };
+    Repair repair() const { return theRepair; }
+    /// What the library said of that; printable ASCII.
+    const std::string& repairCause() const { return theRepairCause; }
     const PageTree& pageTree() const { return thePages; }
     int pageCount() const { return static_cast<int>(thePages.pages.size()); }
 
@@ -57,6 +67,8 @@ private:
     pdf_document* theDocument = nullptr;
     PageTree thePages;
     std::string theRefusal;
+    Repair theRepair = Repair::isNone;
+    std::string theRepairCause;
 };
 
 /// The dictionary under a key of the trailer, borrowed; null when there is none.

@@ -4,6 +4,7 @@
 #include "protocol/EngineLimits.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tarnwick {
 
@@ -44,7 +45,7 @@ Kid examine(fz_context* ctx, pdf_obj* object)
             kid.isPage = !pdf_name_eq(ctx, type, PDF_NAME(Pages));
     });
     if (failure) {
-        kid = {};
+        kid = {kid.number};
         kid.isUnreadable = true;
     }
     return kid;
@@ -71,6 +72,8 @@ struct Root
 {
     int catalog = 0; ///< its number
     pdf_obj* pages = nullptr; ///< borrowed; null when there is none
+    std::int64_t count = -1; ///< Count of pages
+    bool isInside = false; ///< it stood within the catalog
 };
 
 Root treeRoot(fz_context* ctx, pdf_document* document)
@@ -80,15 +83,20 @@ Root treeRoot(fz_context* ctx, pdf_document* document)
         pdf_obj* catalog = pdf_dict_get(ctx, pdf_trailer(ctx, document), PDF_NAME(Root));
         root.catalog = pdf_to_num(ctx, catalog);
         pdf_obj* const found = pdf_dict_get(ctx, catalog, PDF_NAME(Pages));
-        if (standsInside(ctx, found))
+        root.isInside = standsInside(ctx, found);
+        if (root.isInside)
             pdf_dict_put_drop(ctx, catalog, PDF_NAME(Pages), numbered(ctx, document, found, 0));
         root.pages = pdf_dict_get(ctx, catalog, PDF_NAME(Pages));
+        pdf_obj* const count = pdf_dict_get(ctx, root.pages, PDF_NAME(Count));
+        if (pdf_is_int(ctx, count))
+            root.count = pdf_to_int64(ctx, count);
     });
     return failure ? Root() : root;
 }
 
 /// @returns false at the node's end. @param[out] kid null for what cannot be read.
-bool takeKid(fz_context* ctx, pdf_document* document, OpenNode& node, pdf_obj*& kid)
+/// @param[out] isInside it stood within the node.
+bool takeKid(fz_context* ctx, pdf_document* document, OpenNode& node, pdf_obj*& kid, bool& isInside)
 {
     bool isThere = false;
     kid = nullptr;
@@ -99,7 +107,8 @@ bool takeKid(fz_context* ctx, pdf_document* document, OpenNode& node, pdf_obj*& 
             return;
         const int index = node.next++;
         pdf_obj* const found = pdf_array_get(ctx, node.kids, index);
-        if (standsInside(ctx, found))
+        isInside = standsInside(ctx, found);
+        if (isInside)
             pdf_array_put_drop(ctx, node.kids, index, numbered(ctx, document, found, node.number));
         kid = pdf_array_get(ctx, node.kids, index);
     });
@@ -117,10 +126,14 @@ PageTree walkOnce(fz_context* ctx, pdf_document* document, bool& isSound)
     const auto enter = [&](pdf_obj* object) {
         const Kid kid = examine(ctx, object);
         isSound = isSound && !kid.isUnreadable;
+        if (kid.isUnreadable)
+            tree.unreadable.add(kid.number);
         if (kid.number != 0 && kid.number == root.catalog)
-            return; // whatever leads back to it, the catalog is no page
+            return tree.loops.add(kid.number); // whatever leads back to it, the catalog is no page
         const bool isNewNode
             = kid.kids && open.size() < maximumDepth && tree.nodes.emplace(kid.number, 0).second;
+        if (kid.kids && !isNewNode)
+            tree.loops.add(kid.number);
         if (!open.empty() && (kid.isPage || isNewNode))
             tree.parents.emplace(kid.number, open.back().number);
         if (isNewNode)
@@ -132,13 +145,21 @@ PageTree walkOnce(fz_context* ctx, pdf_document* document, bool& isSound)
             ++tree.nodes[node.number];
     };
     isSound = root.pages != nullptr;
+    tree.statedCount = root.count;
+    if (root.isInside)
+        tree.inside.add(root.catalog);
     if (root.pages)
         enter(root.pages);
     while (!open.empty() && tree.pages.size() < maximumPageCount) {
         pdf_obj* kid = nullptr;
-        if (!takeKid(ctx, document, open.back(), kid))
+        bool isInside = false;
+        if (!takeKid(ctx, document, open.back(), kid, isInside)) {
             open.pop_back();
-        else if (kid)
+            continue;
+        }
+        if (isInside)
+            tree.inside.add(open.back().number);
+        if (kid)
             enter(kid);
     }
     return tree;
@@ -153,8 +174,13 @@ PageTree walkPageTree(fz_context* ctx, pdf_document* document)
     const int wasRepaired = pdf_was_repaired(ctx, document);
     bool isSound = true;
     PageTree tree = walkOnce(ctx, document, isSound);
-    if (!isSound || pdf_was_repaired(ctx, document) != wasRepaired)
-        tree = walkOnce(ctx, document, isSound);
+    if (isSound && pdf_was_repaired(ctx, document) == wasRepaired)
+        return tree;
+    const PageTreeFaults inside = std::move(tree.inside);
+    tree = walkOnce(ctx, document, isSound);
+    // What stood within nodes has numbers since the first walk, unless all was read anew.
+    if (tree.inside.count == 0)
+        tree.inside = inside;
     return tree;
 }
 

@@ -12,7 +12,8 @@
 
 namespace tarnwick {
 
-/// What can be said of a file from its source alone.
+/// What can be said of a file: from its source alone, and behind isEmbeddedFile by whoever reads it
+/// as a document.
 enum class FindingCode : unsigned char
 {
     isNoHeader,
@@ -37,8 +38,26 @@ enum class FindingCode : unsigned char
     isLaunch,
     isSubmitForm,
     isEmbeddedFile,
+    isRebuilt,
+    isPageCountDifferent,
+    isPageInside,
+    isPageUnreadable,
+    isPageTreeLoop,
+    isStreamEntryElsewhere,
+    isTextLost,
+    isFontNotEmbedded,
+    isImageLost,
 };
-inline constexpr std::size_t findingCodeCount = 22;
+inline constexpr std::size_t findingCodeCount = 31;
+
+/// How much a finding matters to somebody who only wants to read the document.
+enum class FindingWeight : unsigned char
+{
+    isFact, ///< not at all
+    isDeviation, ///< readers may differ in what they make of the file
+    isActive, ///< something acts, or is carried along
+    isLoss, ///< something of the document is missing, or had to be guessed
+};
 
 /// What stands behind a finding.
 struct FindingRule
@@ -48,6 +67,7 @@ struct FindingRule
     std::string_view clause; ///< of ISO 32000-2
     /// Whether the file departs from that clause; otherwise it has what the clause describes.
     bool isDeviation = false;
+    FindingWeight weight = FindingWeight::isFact;
 };
 const FindingRule& ruleOf(FindingCode code);
 

@@ -5,6 +5,7 @@
 #include "pdf/PDFRequest.h"
 #include "pdf/PDFText.h"
 #include "pdf/PrintSheet.h"
+#include "protocol/DocumentCheck.h"
 #include "protocol/DocumentFacts.h"
 
 #include <QImage>
@@ -121,6 +122,19 @@ private:
     PDFOutline theOutline;
 };
 
+/// What the engine tells of the document as a whole (requestCheck()).
+class PDFCheckRequest : public PDFRequest
+{
+    Q_OBJECT
+public:
+    const DocumentCheck& check() const { return theCheck; }
+
+private:
+    friend class PDFDocument;
+    using PDFRequest::PDFRequest;
+    DocumentCheck theCheck;
+};
+
 /// A rendered document: the main process's side of the PDF engine.
 ///
 /// The PDF library itself runs in processes of its own, one for pages and, once needed, one for
@@ -220,8 +234,13 @@ public:
     ///   largestStream; it may take that much memory.
     PDFStreamRequest* requestStream(int number, PDFStreamForm form, quint64 limit, QObject* parent);
 
-    /// Process ids of the engines that run at present: pages, text, files, objects, streams. For
-    /// tests and for reports of trouble.
+    /// What had to be mended in the file to read it, what cannot be drawn, how it is encrypted:
+    /// from an engine of its own, which has done nothing else and goes with the request. Fails
+    /// after 30 seconds, and at once while the document is not open.
+    PDFCheckRequest* requestCheck(QObject* parent);
+
+    /// Process ids of the engines that run at present: pages, text, files, objects, streams, the
+    /// check. For tests and for reports of trouble.
     QList<qint64> engineProcessIds() const;
 
 signals:

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "protocol/CheckMessages.h"
 #include "protocol/CrossReferenceMessages.h"
 #include "protocol/FileMessages.h"
 #include "protocol/ObjectMessages.h"
@@ -26,10 +27,9 @@ template<typename... Requests> struct RequestList
     }
 };
 
-using EngineRequests
-    = RequestList<OpenRequest, UnlockRequest, MeasureRequest, TileRequest, TextRequest,
-        LinksRequest, OutlineRequest, FlatRequest, PrintRequest, ObjectRequest, StreamRequest,
-        CrossReferenceRequest>;
+using EngineRequests = RequestList<OpenRequest, UnlockRequest, MeasureRequest, TileRequest,
+    TextRequest, LinksRequest, OutlineRequest, FlatRequest, PrintRequest, ObjectRequest,
+    StreamRequest, CrossReferenceRequest, CheckRequest>;
 
 /// Whether a request has the engine write a file, and report how far it is.
 template<typename Request> constexpr bool writesFile = requires

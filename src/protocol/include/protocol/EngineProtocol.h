@@ -26,6 +26,7 @@ enum class EngineRequest : std::uint8_t
     isObject,
     isStream,
     isCrossReference, ///< of a document that need not be open
+    isCheck,
 };
 
 /// What the engine answers.

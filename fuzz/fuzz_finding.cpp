@@ -10,6 +10,7 @@
 #include "analysis/SourceText.h"
 #include "analysis/SourceTree.h"
 #include "analysis/StoredStream.h"
+#include "analysis/SyntaxColours.h"
 
 #include <algorithm>
 
@@ -71,6 +72,23 @@ void checkLines(const StyledText& listing, std::size_t size)
     }
 }
 
+/// Wherever one begins to look, a byte is the same.
+void checkColours(std::string_view bytes)
+{
+    const SyntaxColours colours(bytes);
+    std::size_t before = 0;
+    for (const SyntaxStretch& stretch : colours.stretches(0, bytes.size())) {
+        require(
+            stretch.begin >= before && stretch.end > stretch.begin && stretch.end <= bytes.size(),
+            "coloured stretches that are not in order");
+        before = stretch.end;
+        const auto first = colours.stretches(stretch.begin, stretch.begin + 1);
+        require(first.size() == 1 && first.front().role == stretch.role,
+            "a byte has another colour by itself");
+    }
+    (void)SyntaxColours::areSyntax(bytes);
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
@@ -78,6 +96,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     SourceText source(SharedBytes::ofString(std::string(textOf(data, size))));
     const StyledText listing = source.makeListing(true);
     const pdfObjectCatalog& catalog = source.theCatalog();
+    checkColours(textOf(data, size));
     for (std::size_t index = 0; index < std::min<std::size_t>(catalog.size(), 200); ++index)
         checkObject(catalog, catalog.object(index));
     checkReferences(source.theString());

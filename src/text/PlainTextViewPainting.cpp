@@ -23,6 +23,8 @@ QList<QTextLayout::FormatRange> markFormats(
         format.length = static_cast<int>(mark.length);
         if (mark.kind == TextMark::Kind::isAside) {
             format.format.setForeground(colours.aside());
+        } else if (mark.kind == TextMark::Kind::isColoured) {
+            format.format.setForeground(colours.colour(mark.role));
         } else {
             format.format.setForeground(colours.strayText());
             format.format.setBackground(colours.strayBackground());

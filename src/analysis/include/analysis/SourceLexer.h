@@ -75,6 +75,9 @@ public:
 
     /// The next token; isEnd from the end of the source on.
     SourceToken next();
+    /// The next token where references are taken for the two numbers and the word that they are made
+    /// of, as in content streams, which have none (ISO 32000-2, 7.8.2).
+    SourceToken nextPlain() { return simpleToken(); }
     /// Where the next token is looked for.
     std::size_t position() const { return thePosition; }
 

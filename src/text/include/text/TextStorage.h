@@ -18,10 +18,12 @@ struct TextMark
     {
         isAside, ///< says something about the text: dimmed
         isStray, ///< does not belong where it stands: shaded and underlined
+        isColoured, ///< in the colour of its role
     };
     qsizetype start = 0; ///< UTF-16 units of the served characters before it
     qsizetype length = 0;
     Kind kind = Kind::isAside;
+    ColourRole role = ColourRole::isDefault; ///< of one that isColoured
 
     bool operator==(const TextMark&) const = default;
 };

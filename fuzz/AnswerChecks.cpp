@@ -149,6 +149,25 @@ bool isSound(const DocumentCheck& check, int pageCount, std::size_t fileSize)
     return true;
 }
 
+bool isSound(const PDFFacts& facts)
+{
+    require(facts.facts.size() <= maximumFacts, "facts");
+    for (const PDFFact& fact : facts.facts) {
+        for (const QChar one : fact.text)
+            require(one.isPrint() || one == QChar::ReplacementCharacter, "a fact's text");
+    }
+    return true;
+}
+
+bool isSound(const PDFPictureAnswer& picture)
+{
+    require(picture.size.isEmpty() == (picture.end == PDFPictureEnd::isUnreadable)
+            && picture.size.width() <= maximumPictureSide
+            && picture.size.height() <= maximumPictureSide,
+        "a picture's size");
+    return true;
+}
+
 } // namespace
 
 bool takesAnswer(const AskedFor& asked, std::string_view payload)
@@ -186,6 +205,10 @@ bool takesAnswer(const AskedFor& asked, std::string_view payload)
     case EngineRequest::isCheck:
         return check(readCheckAnswer(payload, asked.pageCount, checkedFile), asked.pageCount,
             std::size_t{checkedFile});
+    case EngineRequest::isFacts:
+        return check(readFactsAnswer(payload));
+    case EngineRequest::isPicture:
+        return check(readPictureAnswer(payload));
     }
     return false;
 }

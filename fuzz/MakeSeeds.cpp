@@ -210,6 +210,9 @@ Seeds answers()
         answer<ObjectRequest>(
             packed(ObjectResult{EngineObjectState::isPresent, 0, 15, 7, 2, "<<\n  /Type /Page\n>>",
                 true, true, {{"/FlateDecode", "<< /Predictor 12 >>"}}, 3, 45})),
+        answer<FactsRequest>(packed(
+            FactsResult{EngineObjectKind::isFont, {{EngineFactKind::isGlyphs, "12 \xc3\x97"}}})),
+        answer<PictureRequest>(packed(PictureResult{2, 3, EnginePictureEnd::isDamaged, "what"})),
         answer<StreamRequest>(
             packed(StreamResult{1000, EngineStreamEnd::isDamaged, "zlib error: what"})),
         answer<CrossReferenceRequest>(packed(CrossReferenceResult{
@@ -261,6 +264,8 @@ Seeds hostileAnswers()
         answer<CrossReferenceRequest>(
             packed(CrossReferenceResult{{{EngineSectionForm::isTable, 9, 9, 1, 1, true, false, 2}},
                 std::vector<EngineRow>{{~0ull, ~0u, ~0u, 2, {}}, {9, 1, 0, 3, {}}}})),
+        answer<PictureRequest>(packed(PictureResult{0, 3, EnginePictureEnd::isDrawn, {}})),
+        answer<PictureRequest>(packed(PictureResult{1, 1, EnginePictureEnd::isUnreadable, {}})),
         answer<TextRequest>(packed(pair), EngineTextDetail::isWithQuads),
         answer<TextRequest>(countless),
         answer<LinksRequest>(countless.substr(1)),
@@ -302,7 +307,8 @@ Seeds requests()
         first + framed(FlatRequest()) + opening,
         first + framed(CheckRequest()) + framed(pages),
         first + framed(ObjectRequest{4}) + framed(StreamRequest{4, EngineStreamForm::isDecoded, 9})
-            + framed(StreamRequest{4, EngineStreamForm::isRaw, 90}),
+            + framed(StreamRequest{4, EngineStreamForm::isRaw, 90}) + framed(FactsRequest{3})
+            + framed(PictureRequest{4}),
         first + framed(CrossReferenceRequest{{{9}, {400}, {~0ull}}, 0}) + opening,
         first + framed(PrintRequest{595, 842, 18, 18, {{1, 0, 0, 559, 806, 0.9}}}) + opening,
         first + opening + std::string(1, '\0') + raw,

@@ -59,9 +59,11 @@ private:
         if (stream.end == PDFStreamEnd::isWhole)
             return ExitStatus::isDone;
         const bool isDamaged = stream.end == PDFStreamEnd::isDamaged;
+        const bool isLost = stream.end == PDFStreamEnd::isLost;
+        const QString why = isLost ? failureReason(stream.failure) : stream.remark;
         std::fprintf(stderr, "tarnwick-inspect: %s: its stream %s %zu bytes%s%s\n", object.c_str(),
             isDamaged ? "is damaged after" : "goes on behind", stream.bytes.size(),
-            stream.remark.isEmpty() ? "" : ": ", qPrintable(stream.remark));
+            why.isEmpty() ? "" : ": ", qPrintable(why));
         return ExitStatus::isIncomplete;
     }
 

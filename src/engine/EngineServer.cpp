@@ -4,10 +4,12 @@
 #include "CrossReferenceReader.h"
 #include "DocumentCheck.h"
 #include "FlatWriter.h"
+#include "ObjectFacts.h"
 #include "ObjectReader.h"
 #include "PageGeometry.h"
 #include "PageLinks.h"
 #include "PageText.h"
+#include "PictureReader.h"
 #include "PrintWriter.h"
 #include "StreamReader.h"
 
@@ -174,6 +176,11 @@ int EngineServer::perform(const CheckRequest&, CheckResult& result)
     return FZ_ERROR_NONE;
 }
 
+int EngineServer::perform(const FactsRequest& request, FactsResult& result)
+{
+    return readFacts(theDocument, request.number, result);
+}
+
 // --- Files ---------------------------------------------------------------------------------------
 
 WrittenFile::Progress EngineServer::progress()
@@ -215,6 +222,13 @@ int EngineServer::perform(const StreamRequest& request, StreamResult& result)
     if (theOutput < 0)
         return FZ_ERROR_GENERIC;
     return StreamReader(theDocument, request, theOutput, progress()).read(result);
+}
+
+int EngineServer::perform(const PictureRequest& request, PictureResult& result)
+{
+    if (theOutput < 0)
+        return FZ_ERROR_GENERIC;
+    return PictureReader(theDocument, theOutput).read(request.number, result);
 }
 
 } // namespace tarnwick

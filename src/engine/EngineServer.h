@@ -42,6 +42,8 @@ private:
     int perform(const StreamRequest& request, StreamResult& result);
     int perform(const CrossReferenceRequest& request, CrossReferenceResult& result);
     int perform(const CheckRequest& request, CheckResult& result);
+    int perform(const FactsRequest& request, FactsResult& result);
+    int perform(const PictureRequest& request, PictureResult& result);
 
     WrittenFile::Progress progress();
     template<typename Answer> void answer(const Answer& message);

@@ -3,10 +3,10 @@
 #include "PDFCheckAnswer.h"
 #include "PDFEngineAnswers.h"
 #include "PDFEngineClient.h"
-#include "PDFObjectEngines.h"
 #include "PDFPageMeasures.h"
 #include "PDFPageWork.h"
 #include "PDFTextReading.h"
+#include "pdf/PDFObjectEngines.h"
 
 #include <QPointer>
 
@@ -304,6 +304,16 @@ PDFCheckRequest* PDFDocument::requestCheck(QObject* parent)
     connect(request, &PDFRequest::finished, engine, &QObject::deleteLater);
     PDFPageWork::submit(engine, request, std::move(job));
     return request;
+}
+
+PDFObjectEngines* PDFDocument::objectEngines()
+{
+    return state() == State::isOpen ? d->objectEngines() : nullptr;
+}
+
+std::unique_ptr<PDFObjectEngines> PDFDocument::objectEnginesFor(const FileBytes& bytes) const
+{
+    return std::make_unique<PDFObjectEngines>(bytes, d->thePages->password(), nullptr);
 }
 
 PDFObjectRequest* PDFDocument::requestObject(int number, QObject* parent)

@@ -37,6 +37,9 @@ public:
     /// @returns nothing when there is no room for so many, or when it was taken before.
     virtual std::optional<FileBytes> takeFile(std::size_t size) = 0;
 
+    /// Bytes that the engine has written so far, before it says how many there are.
+    virtual std::size_t writtenSoFar() const { return 0; }
+
     /// Whether there is, or was, an engine at all.
     virtual bool hasStarted() const = 0;
 

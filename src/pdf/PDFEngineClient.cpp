@@ -128,6 +128,7 @@ void PDFEngineClient::giveUp(Number number)
         theJob->second.finish = nullptr;
         theJob->second.progress = nullptr;
         theJob->second.accept = nullptr;
+        theJob->second.salvage = nullptr;
         if (!theReading.isRunning())
             theLimit.start(graceForGivenUp);
     }
@@ -271,6 +272,8 @@ void PDFEngineClient::loseEngine(PDFFailure failure)
 {
     const bool wasOpening = theState == State::isOpening;
     const bool isMissing = theEngine && !theEngine->hasStarted();
+    const bool isSaved = theState == State::isBusy && theJob && theJob->second.salvage
+        && theJob->second.salvage(failure);
     stopEngine();
     if (theReading.isRunning())
         return; // the engine had sent it whole
@@ -280,7 +283,7 @@ void PDFEngineClient::loseEngine(PDFFailure failure)
         QMetaObject::invokeMethod(this, &PDFEngineClient::failWaitingJobs, Qt::QueuedConnection);
     }
     if (theJob)
-        return endJob(failure);
+        return endJob(isSaved ? PDFFailure::isNone : failure);
     if (!wasOpening)
         return;
     if (isMissing) // no fault of the file's
@@ -295,6 +298,8 @@ void PDFEngineClient::loseEngine(PDFFailure failure)
 void PDFEngineClient::distrustEngine()
 {
     ++theNonsenses;
+    if (theJob)
+        theJob->second.salvage = nullptr;
     loseEngine(PDFFailure::isEngineDead);
 }
 
@@ -325,6 +330,12 @@ void PDFEngineClient::failWaitingJobs()
 std::optional<FileBytes> PDFEngineClient::takeFile(std::size_t size)
 {
     return theEngine ? theEngine->takeFile(size) : std::nullopt;
+}
+
+std::optional<FileBytes> PDFEngineClient::takeBeginning(std::size_t most)
+{
+    return theEngine ? theEngine->takeFile(std::min(theEngine->writtenSoFar(), most))
+                     : std::nullopt;
 }
 
 qint64 PDFEngineClient::engineProcessId() const

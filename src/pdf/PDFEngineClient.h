@@ -66,6 +66,9 @@ public:
     /// The file that the engine has just written: to be called from
     /// accept() alone.
     std::optional<FileBytes> takeFile(std::size_t size);
+    /// What the engine has written so far of a file of at most so many bytes: to be called from
+    /// salvage() alone.
+    std::optional<FileBytes> takeBeginning(std::size_t most);
 
     /// The document cannot be opened any more: every job fails.
     bool isBroken() const { return theState == State::isBroken; }

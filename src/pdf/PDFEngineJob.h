@@ -42,6 +42,9 @@ struct PDFEngineJob
     /// makes no sense: the engine is then replaced and the job has failed.
     std::function<bool(const QByteArray& payload)> accept;
     std::function<void(int done, int total)> progress; ///< may be empty
+    /// Takes what there is of a file when the engine is lost over it. May be empty. @returns
+    /// whether that is a result.
+    std::function<bool(PDFFailure)> salvage;
     std::function<void(PDFFailure)> finish; ///< called once, last of all; not after giveUp()
 
     /// Has the result read where decode is, and what it says taken in the main thread.

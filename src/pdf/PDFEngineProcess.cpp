@@ -281,6 +281,13 @@ std::optional<FileBytes> PDFEngineProcess::takeFile(std::size_t size)
     return FileBytes::adopt(std::exchange(theOutput, -1), size);
 }
 
+/// Both ends share the place in the file.
+std::size_t PDFEngineProcess::writtenSoFar() const
+{
+    const off_t place = theOutput < 0 ? 0 : ::lseek(theOutput, 0, SEEK_CUR);
+    return place > 0 ? static_cast<std::size_t>(place) : 0;
+}
+
 qint64 PDFEngineProcess::processId() const
 {
     return theProcess->processId();

@@ -30,6 +30,7 @@ public:
     void send(std::uint32_t number, EngineRequest kind, std::string_view payload,
         std::uint32_t largest, int processorTime) override;
     std::optional<FileBytes> takeFile(std::size_t size) override;
+    std::size_t writtenSoFar() const override;
     bool hasStarted() const override { return theStart; }
     qint64 processId() const override;
 

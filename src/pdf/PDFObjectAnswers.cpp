@@ -40,6 +40,48 @@ PDFStreamEnd endOf(EngineStreamEnd end)
     return PDFStreamEnd::isNone;
 }
 
+PDFPictureEnd endOf(EnginePictureEnd end)
+{
+    switch (end) {
+    case EnginePictureEnd::isDrawn:
+        return PDFPictureEnd::isDrawn;
+    case EnginePictureEnd::isDamaged:
+        return PDFPictureEnd::isDamaged;
+    case EnginePictureEnd::isUnreadable:
+        break;
+    }
+    return PDFPictureEnd::isUnreadable;
+}
+
+PDFObjectKind kindOf(EngineObjectKind kind)
+{
+    switch (kind) {
+    case EngineObjectKind::isOther:
+        break;
+    case EngineObjectKind::isImage:
+        return PDFObjectKind::isImage;
+    case EngineObjectKind::isForm:
+        return PDFObjectKind::isForm;
+    case EngineObjectKind::isFont:
+        return PDFObjectKind::isFont;
+    case EngineObjectKind::isFontProgram:
+        return PDFObjectKind::isFontProgram;
+    case EngineObjectKind::isColourProfile:
+        return PDFObjectKind::isColourProfile;
+    case EngineObjectKind::isEmbeddedFile:
+        return PDFObjectKind::isEmbeddedFile;
+    case EngineObjectKind::isFileSpecification:
+        return PDFObjectKind::isFileSpecification;
+    case EngineObjectKind::isMetadata:
+        return PDFObjectKind::isMetadata;
+    case EngineObjectKind::isObjectStream:
+        return PDFObjectKind::isObjectStream;
+    case EngineObjectKind::isCrossReference:
+        return PDFObjectKind::isCrossReference;
+    }
+    return PDFObjectKind::isOther;
+}
+
 /// All of it is printable ASCII but for the line feeds of a set out object.
 bool isPlain(const std::string& text, bool hasLines)
 {
@@ -94,6 +136,36 @@ std::optional<PDFStreamAnswer> readStreamAnswer(std::string_view payload, std::u
         return std::nullopt;
     return PDFStreamAnswer{
         message->size, endOf(message->end), QString::fromStdString(message->remark)};
+}
+
+std::optional<PDFFacts> readFactsAnswer(std::string_view payload)
+{
+    const auto message = unpacked<FactsResult>(payload);
+    if (!message)
+        return std::nullopt;
+    PDFFacts facts;
+    facts.kind = kindOf(message->kind);
+    for (const EngineFact& fact : message->facts) {
+        QString text = QString::fromStdString(fact.text);
+        std::replace_if(
+            text.begin(), text.end(), [](QChar one) { return !one.isPrint(); },
+            QChar(QChar::ReplacementCharacter));
+        facts.facts.append({fact.kind, text});
+    }
+    return facts;
+}
+
+std::optional<PDFPictureAnswer> readPictureAnswer(std::string_view payload)
+{
+    const auto message = unpacked<PictureResult>(payload);
+    if (!message || !isPlain(message->remark, false))
+        return std::nullopt;
+    const bool isEmpty = message->width == 0 && message->height == 0;
+    const bool hasPixels = message->width > 0 && message->height > 0;
+    if (message->end == EnginePictureEnd::isUnreadable ? !isEmpty : !hasPixels)
+        return std::nullopt;
+    return PDFPictureAnswer{{message->width, message->height}, endOf(message->end),
+        QString::fromStdString(message->remark)};
 }
 
 } // namespace tarnwick

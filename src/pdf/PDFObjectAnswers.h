@@ -20,4 +20,21 @@ struct PDFStreamAnswer
 };
 std::optional<PDFStreamAnswer> readStreamAnswer(std::string_view payload, std::uint64_t limit);
 
+/// Characters that are not printable are replaced.
+std::optional<PDFFacts> readFactsAnswer(std::string_view payload);
+
+/// What the engine tells of a picture whose pixels it has written.
+struct PDFPictureAnswer
+{
+    QSize size; ///< in pixels, each side within maximumPictureSide; empty without any
+    PDFPictureEnd end = PDFPictureEnd::isUnreadable;
+    QString remark; ///< one line
+
+    std::size_t bytes() const
+    {
+        return static_cast<std::size_t>(size.width()) * static_cast<std::size_t>(size.height()) * 4;
+    }
+};
+std::optional<PDFPictureAnswer> readPictureAnswer(std::string_view payload);
+
 } // namespace tarnwick

@@ -1,4 +1,4 @@
-#include "PDFObjectEngines.h"
+#include "pdf/PDFObjectEngines.h"
 
 #include "PDFEngineClient.h"
 #include "PDFObjectAnswers.h"
@@ -32,15 +32,64 @@ PDFEngineClient* PDFObjectEngines::streamEngine(std::uint64_t limit)
     return engine;
 }
 
+PDFEngineClient* PDFObjectEngines::objectEngine()
+{
+    if (!theObjects)
+        theObjects = newEngine(0);
+    return theObjects;
+}
+
 PDFObjectRequest* PDFObjectEngines::requestObject(int number, QObject* parent)
 {
     auto* const request = new PDFObjectRequest(parent);
-    if (!theObjects)
-        theObjects = newEngine(0);
     PDFEngineJob job = jobFor(ObjectRequest{number});
     job.onResult([number](std::string_view payload) { return readObjectAnswer(payload, number); },
         [request](PDFObject object) { request->theObject = std::move(object); });
-    PDFPageWork::submit(theObjects, request, std::move(job));
+    PDFPageWork::submit(objectEngine(), request, std::move(job));
+    return request;
+}
+
+PDFFactsRequest* PDFObjectEngines::requestFacts(int number, QObject* parent)
+{
+    auto* const request = new PDFFactsRequest(parent);
+    PDFEngineJob job = jobFor(FactsRequest{number});
+    job.onResult([](std::string_view payload) { return readFactsAnswer(payload); },
+        [request](PDFFacts facts) { request->theFacts = std::move(facts); });
+    PDFPageWork::submit(objectEngine(), request, std::move(job));
+    return request;
+}
+
+namespace {
+
+/// @param pixels of the size that the answer says; they are kept.
+QImage imageOf(const FileBytes& pixels, const QSize& size)
+{
+    if (size.isEmpty())
+        return {};
+    auto* const owner = new FileBytes(pixels);
+    return QImage(
+        reinterpret_cast<const uchar*>(pixels.view().data()), size.width(), size.height(),
+        qsizetype{size.width()} * 4, QImage::Format_ARGB32_Premultiplied,
+        [](void* bytes) { delete static_cast<FileBytes*>(bytes); }, owner);
+}
+
+} // namespace
+
+PDFPictureRequest* PDFObjectEngines::requestPicture(int number, QObject* parent)
+{
+    auto* const request = new PDFPictureRequest(parent);
+    if (!thePictures)
+        thePictures = newEngine(std::uint64_t{4} * maximumPictureSide * maximumPictureSide);
+    PDFEngineJob job = jobFor(PictureRequest{number});
+    job.accept = [request, engine = thePictures](const QByteArray& payload) {
+        std::optional<PDFPictureAnswer> answer = readPictureAnswer(viewOf(payload));
+        const auto pixels = answer ? engine->takeFile(answer->bytes()) : std::nullopt;
+        if (pixels)
+            request->thePicture
+                = {imageOf(*pixels, answer->size), answer->end, std::move(answer->remark)};
+        return pixels.has_value();
+    };
+    PDFPageWork::submit(thePictures, request, std::move(job));
     return request;
 }
 
@@ -58,8 +107,15 @@ PDFStreamRequest* PDFObjectEngines::requestStream(
         std::optional<PDFStreamAnswer> answer = readStreamAnswer(viewOf(payload), most);
         const auto bytes = answer ? engine->takeFile(answer->size) : std::nullopt;
         if (bytes)
-            request->theStream = {*bytes, answer->end, std::move(answer->remark)};
+            request->theStream = {*bytes, answer->end, std::move(answer->remark), {}};
         return bytes.has_value();
+    };
+    job.salvage = [request, engine, most](PDFFailure failure) {
+        const auto bytes = engine->takeBeginning(most);
+        if (!bytes || bytes->size() == 0)
+            return false;
+        request->theStream = {*bytes, PDFStreamEnd::isLost, {}, failure};
+        return true;
     };
     job.progress = [request](int done, int total) { emit request->progressed(done, total); };
     PDFPageWork::submit(engine, request, std::move(job));
@@ -69,7 +125,7 @@ PDFStreamRequest* PDFObjectEngines::requestStream(
 QList<qint64> PDFObjectEngines::processIds() const
 {
     QList<qint64> ids;
-    for (const PDFEngineClient* engine : {theObjects, theStreams, theLargeStreams}) {
+    for (const PDFEngineClient* engine : {theObjects, theStreams, theLargeStreams, thePictures}) {
         if (engine && engine->engineProcessId() != 0)
             ids.append(engine->engineProcessId());
     }

@@ -1,9 +1,13 @@
 // What single objects say and what their streams hold, asked of real engines.
 
+#include "pdf/PDFObjectEngines.h"
 #include "support/OpenedDocument.h"
 #include "support/PdfBuilder.h"
+#include "support/Rows.h"
 
 #include <QFile>
+
+#include <csignal>
 
 #include <zlib.h>
 
@@ -60,7 +64,7 @@ QString endOf(const PDFStreamRequest* request)
     if (!request->succeeded())
         return u"failed "_s + QString::number(static_cast<int>(request->failure()));
     static const QStringList names
-        = {u"whole"_s, u"stopped"_s, u"damaged"_s, u"unknown"_s, u"none"_s};
+        = {u"whole"_s, u"stopped"_s, u"damaged"_s, u"lost"_s, u"unknown"_s, u"none"_s};
     return names.at(static_cast<int>(request->stream().end)) + u' '
         + QString::number(request->stream().bytes.size());
 }
@@ -80,7 +84,12 @@ private slots:
     void readsStreams();
     void saysHowFarDamageLets_data();
     void saysHowFarDamageLets();
+    void tellsFacts_data();
+    void tellsFacts();
+    void drawsPictures_data();
+    void drawsPictures();
     void readsWhatIsEncrypted();
+    void keepsWhatCameBeforeTheEngineEnded();
     void usesAFreshEngineForEachStream();
 };
 
@@ -245,6 +254,127 @@ void TestObjectRequests::saysHowFarDamageLets()
             == bytes.substr(0, static_cast<std::size_t>(least)));
 }
 
+void TestObjectRequests::tellsFacts_data()
+{
+    const Rows<std::string, std::string, QString> row;
+    const auto dictionary = [&](const char* name, const std::string& body, const QString& facts) {
+        row(name, body, "", facts);
+    };
+    dictionary("a font that is not embedded",
+        "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica /Encoding /WinAnsiEncoding >>",
+        u"Helvetica|Type1|not embedded|/WinAnsiEncoding|none"_s);
+    dictionary("a subset with differences",
+        "<< /Type /Font /Subtype /TrueType /BaseFont /ABCDEF+Name#20x /FirstChar 32 /LastChar 90 "
+        "/Encoding << /Differences [ 1 /a /b 9 /c ] >> /ToUnicode 4 0 R >>",
+        u"Name x|ABCDEF|TrueType|not embedded|the font's own with 3 differences|4 0 R|32 to 90"_s);
+    dictionary("a composite font without anything",
+        "<< /Type /Font /Subtype /Type0 /BaseFont /A /DescendantFonts [ << /Subtype /CIDFontType2 "
+        "/CIDSystemInfo << /Registry (Adobe) /Ordering (Identity) /Supplement 0 >> >> ] "
+        "/Encoding /Identity-H >>",
+        u"A|Type0|CIDFontType2, Adobe-Identity-0|not embedded|/Identity-H|none"_s);
+    dictionary("drawn glyphs", "<< /Type /Font /Subtype /Type3 /CharProcs << /a 4 0 R >> >>",
+        u"Type3|content streams, one for each glyph|1|none stated|none"_s);
+    dictionary("an embedded program that is none",
+        "<< /Type /FontDescriptor /FontName /A /FontFile2 4 0 R >>",
+        u"A|4 0 R, of no known format, 43 bytes|the font program cannot be read"_s);
+    dictionary("a file", "<< /Type /Filespec /UF <FEFF00E9> /EF << /F 4 0 R >> >>", u"é|4 0 R"_s);
+    dictionary("a number", "7", QString());
+    row("an image", "x",
+        "/Subtype /Image /Width 3 /Height 2 /BitsPerComponent 8 /ColorSpace /DeviceRGB /SMask 4 0 "
+        "R",
+        u"3 × 2|8|/DeviceRGB, 3 components|soft mask 4 0 R"_s);
+    row("a form", "x",
+        "/Subtype /Form /BBox [ 0 0 1 1 ] /Resources << /Font << /F1 3 0 R /F2 3 0 R >> >> "
+        "/Group << /S /Transparency >>",
+        u"[ 0 0 1 1 ]|/Font: /F1 /F2|<< /S /Transparency >>"_s);
+    row("a font program", std::string("\0\1\0\0", 4), "/Length1 4",
+        u"TrueType|the font program cannot be read|4 bytes"_s);
+    row("an embedded file", "x", "/Type /EmbeddedFile /Params << /Size 9 >>",
+        u"9 bytes as stated"_s);
+    row("a profile",
+        std::string("\0\0\0\xb0"
+                    "none\2\x40\0\0mntrRGB XYZ ",
+            24)
+            + std::string(12, '\0') + "acsp" + std::string(88, '\0')
+            + std::string("\0\0\0\1desc\0\0\0\x90\0\0\0\x11"
+                          "desc\0\0\0\0\0\0\0\5sRGB\0",
+                33),
+        "/N 3 /Alternate /DeviceRGB", u"sRGB|3|RGB to XYZ, class mntr, version 2.4|/DeviceRGB"_s);
+}
+
+void TestObjectRequests::tellsFacts()
+{
+    const auto [body, entries, expected] = Rows<std::string, std::string, QString>::fetch();
+    PdfBuilder builder;
+    builder.addPage("A page");
+    const int number = entries.empty() ? builder.addObject(body) : builder.addStream(body, entries);
+    OpenedDocument document(builder.bytes());
+    const auto* const request = document->objectEngines()->requestFacts(number, document.get());
+    OpenedDocument::waitFor(request);
+    QStringList told;
+    for (const PDFFact& fact : request->facts().facts)
+        told << fact.text;
+    QCOMPARE(told.join(u'|'), expected);
+}
+
+/// The first pixel, and the size that is brought.
+void TestObjectRequests::drawsPictures_data()
+{
+    const Rows<std::string, std::string, QString> row;
+    const std::string gray = "/BitsPerComponent 8 /ColorSpace /DeviceGray ";
+    const std::string image = "/Subtype /Image /Width 2 /Height 1 ";
+    row("grey", "\x80\xff", image + gray, u"2x1 ff808080"_s);
+    row("colours", std::string("\xff\0\0\0\xff\0", 6),
+        image + "/BitsPerComponent 8 /ColorSpace /DeviceRGB", u"2x1 ffff0000"_s);
+    row("a table of colours", "\x40",
+        image + "/BitsPerComponent 1 /ColorSpace [ /Indexed /DeviceRGB 1 <0000ff00ff00> ]",
+        u"2x1 ff0000ff"_s);
+    row("a stencil mask", "\x40", image + "/ImageMask true", u"2x1 fe000000"_s);
+    row("transparent by its mask", "\x80\x80", image + gray + "/SMask 6 0 R", u"2x1 00000000"_s);
+    row("by a colour", "\x80\xff", image + gray + "/Mask [ 128 128 ]", u"2x1 00000000"_s);
+    row("reduced", std::string(10'000, '\x80'), "/Subtype /Image /Width 10000 /Height 1 " + gray,
+        u"4096x1 ff808080"_s);
+    row("far too large", "x", "/Subtype /Image /Width 60000 /Height 60000 " + gray,
+        u"The image has 60000 x 60000 pixels, which is more than is drawn."_s);
+    row("wider than wide", "x", "/Subtype /Image /Width 900000000000 /Height 1 " + gray,
+        u"image width is zero (or less)"_s);
+    row("a mask that is too large", "x", image + gray + "/SMask 7 0 R",
+        u"The image has 2 x 1 pixels, which is more than is drawn."_s);
+    row("without sides", "x", "/Subtype /Image", u"image width is zero (or less)"_s);
+    row("half of its data", "\x80", image + gray, u"damaged 2x1 ff808080"_s);
+    row("no JPEG 2000", "what", image + "/Filter /JPXDecode",
+        u"openjpeg error: JP2H box missing. Required."_s);
+    row("no JPEG", "what", image + gray + "/Filter /DCTDecode", u"damaged 2x1 ff000000"_s);
+    row("no CCITT", "what", image + "/BitsPerComponent 1 /Filter /CCITTFaxDecode",
+        u"2x1 ffffffff"_s);
+    row("no JBIG2", "what", image + "/BitsPerComponent 1 /Filter /JBIG2Decode",
+        u"damaged 2x1 00000000"_s);
+    row("a mask of itself", "x", image + gray + "/SMask 8 0 R", u"damaged 2x1 77383838"_s);
+}
+
+void TestObjectRequests::drawsPictures()
+{
+    const auto [data, entries, expected] = Rows<std::string, std::string, QString>::fetch();
+    PdfBuilder builder;
+    builder.addPage("A page");
+    const std::string mask = "/Subtype /Image /BitsPerComponent 8 /ColorSpace /DeviceGray ";
+    builder.addStream(std::string(2, '\0'), mask + "/Width 2 /Height 1");
+    builder.addStream("x", mask + "/Width 50000 /Height 50000");
+    const int number = builder.addStream(data, entries);
+    OpenedDocument document(builder.bytes());
+    const auto* const request = document->objectEngines()->requestPicture(number, document.get());
+    OpenedDocument::waitFor(request);
+    QVERIFY(request->succeeded());
+    const PDFPicture& picture = request->picture();
+    QString told = picture.remark;
+    if (!picture.image.isNull())
+        told = u"%1%2x%3 %4"_s.arg(picture.end == PDFPictureEnd::isDamaged ? u"damaged "_s : u""_s)
+                   .arg(picture.image.width())
+                   .arg(picture.image.height())
+                   .arg(picture.image.pixel(0, 0), 8, 16, QLatin1Char('0'));
+    QCOMPARE(told, expected);
+}
+
 void TestObjectRequests::readsWhatIsEncrypted()
 {
     for (const char* file : {"/locked-rc4-40.pdf", "/locked-aes-256.pdf"}) {
@@ -259,6 +389,28 @@ void TestObjectRequests::readsWhatIsEncrypted()
         QVERIFY(endOf(content).startsWith(u"whole "_s));
         QVERIFY(content->stream().bytes.view().find("Tj") != std::string_view::npos);
     }
+}
+
+void TestObjectRequests::keepsWhatCameBeforeTheEngineEnded()
+{
+    PdfBuilder builder;
+    const int number
+        = builder.addPage("A page").addStream(deflated(3, std::string(200u << 20, 'x')),
+            "/Filter [ /FlateDecode /FlateDecode /FlateDecode ]");
+    OpenedDocument document(builder.bytes());
+    const QList<qint64> others = document->engineProcessIds();
+    const PDFStreamRequest* const request
+        = document->requestStream(number, PDFStreamForm::isDecoded, usualStream, document.get());
+    QObject::connect(request, &PDFRequest::progressed, document.get(), [&] {
+        for (const qint64 engine : document->engineProcessIds()) {
+            if (!others.contains(engine))
+                ::kill(static_cast<pid_t>(engine), SIGKILL);
+        }
+    });
+    QVERIFY(endOf(request).startsWith(u"lost "_s));
+    QCOMPARE(request->stream().failure, PDFFailure::isEngineDead);
+    const std::string_view bytes = request->stream().bytes.view();
+    QVERIFY(!bytes.empty() && bytes.find_first_not_of('x') == std::string_view::npos);
 }
 
 void TestObjectRequests::usesAFreshEngineForEachStream()

@@ -237,6 +237,19 @@ template<std::uint32_t number> void tellOfRows(Teller& teller, const Question& q
             std::vector<EngineRow>(count, EngineRow{9, number, 0, 1, {}})});
 }
 
+void tellManyFacts(Teller& teller, const Question& question)
+{
+    FactsResult result;
+    result.facts.assign(maximumFacts, {EngineFactKind::isName, std::string(longestFact, '\x1b')});
+    teller.done(question, result);
+}
+
+template<int width, EnginePictureEnd end>
+void tellOfPicture(Teller& teller, const Question& question)
+{
+    teller.done(question, PictureResult{width, maximumPictureSide, end, "a remark"});
+}
+
 } // namespace
 
 TextResult textOf(EngineTextDetail detail, std::string_view latin1)
@@ -304,6 +317,15 @@ const std::vector<Lie>& allLies()
         {"reports of a stream", isStream, reportWithoutEnd, "stream"},
         {"a row of no object", isCrossReference, tellOfRows<~0u>, "versions"},
         {"rows without end", isCrossReference, tellOfRows<7>},
+        {"facts as many and as long as may be", isFacts, tellManyFacts},
+        {"a picture of holes", isPicture,
+            tellOfPicture<maximumPictureSide, EnginePictureEnd::isDrawn>},
+        {"a picture beyond the limit", isPicture,
+            tellOfPicture<maximumPictureSide + 1, EnginePictureEnd::isDrawn>, "picture"},
+        {"pixels of no picture", isPicture, tellOfPicture<1, EnginePictureEnd::isUnreadable>,
+            "picture"},
+        {"a picture without width", isPicture, tellOfPicture<0, EnginePictureEnd::isDamaged>,
+            "picture"},
     };
     return lies;
 }

@@ -96,6 +96,16 @@ CheckResult truth(const CheckRequest&)
     return result;
 }
 
+FactsResult truth(const FactsRequest&)
+{
+    return {EngineObjectKind::isImage, {{EngineFactKind::isPixels, "3 x 4"}}};
+}
+
+PictureResult truth(const PictureRequest&)
+{
+    return {3, 4, EnginePictureEnd::isDrawn, {}};
+}
+
 } // namespace
 
 Teller::Teller(std::string lie, int output)

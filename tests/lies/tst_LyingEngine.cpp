@@ -10,6 +10,7 @@
 #include "inspector/SourceViewController.h"
 #include "pages/PDFThumbnailView.h"
 #include "pages/PDFView.h"
+#include "pdf/PDFObjectEngines.h"
 #include "pdf/PDFSavedVersions.h"
 #include "support/Files.h"
 #include "support/OpenedDocument.h"
@@ -86,6 +87,9 @@ QString failures(PDFDocument* document, const FileBytes& bytes)
     if (versions.failure() != PDFFailure::isNone)
         failed << u"versions"_s;
     ask(u"check"_s, document->requestCheck(document));
+    PDFObjectEngines* const engines = document->objectEngines();
+    ask(u"facts"_s, engines->requestFacts(1, document));
+    ask(u"picture"_s, engines->requestPicture(1, document));
     return failed.join(u' ');
 }
 

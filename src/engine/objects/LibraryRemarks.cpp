@@ -11,8 +11,9 @@ namespace tarnwick {
 namespace {
 
 /// How the library's remarks begin when a filter has not come to its end.
-constexpr std::array<std::string_view, 5> damages = {"read error; treating as end of file",
-    "premature end", "ignoring zlib error", "unexpected end", "insufficient data"};
+constexpr std::array<std::string_view, 6> damages
+    = {"read error; treating as end of file", "premature end", "ignoring zlib error",
+        "unexpected end", "insufficient data", "padding truncated image"};
 
 } // namespace
 

@@ -1,5 +1,7 @@
 #include "StreamWords.h"
 
+#include "pdf/LossText.h"
+
 #include <QCoreApplication>
 #include <QLocale>
 
@@ -85,6 +87,8 @@ QString streamLossText(const PDFStream& stream)
         return StreamWords::tr("Stopped at %1: there is more.").arg(size);
     case PDFStreamEnd::isDamaged:
         return StreamWords::tr("Damaged after %1%2.").arg(size, why);
+    case PDFStreamEnd::isLost:
+        return StreamWords::tr("Stopped at %1: %2.").arg(size, failureReason(stream.failure));
     case PDFStreamEnd::isUnknown:
         return StreamWords::tr("It cannot be decoded: %1").arg(stream.remark);
     case PDFStreamEnd::isNone:

@@ -21,6 +21,8 @@
 
 namespace tarnwick {
 
+class PDFObjectEngines;
+
 /// An entry of the document's outline (ISO 32000-2, 12.3.3), in depth-first order.
 struct PDFOutlineEntry
 {
@@ -238,6 +240,13 @@ public:
     /// from an engine of its own, which has done nothing else and goes with the request. Fails
     /// after 30 seconds, and at once while the document is not open.
     PDFCheckRequest* requestCheck(QObject* parent);
+
+    /// The engines that look into the document's objects: these two requests and more. They live as
+    /// long as the document. Null while it is not open.
+    PDFObjectEngines* objectEngines();
+    /// Such engines for other bytes of the same document, as one of its earlier versions, which
+    /// take the same password.
+    std::unique_ptr<PDFObjectEngines> objectEnginesFor(const FileBytes& bytes) const;
 
     /// Process ids of the engines that run at present: pages, text, files, objects, streams, the
     /// check. For tests and for reports of trouble.

@@ -3,8 +3,10 @@
 #include "files/FileBytes.h"
 #include "pdf/PDFRequest.h"
 #include "protocol/EngineLimits.h"
+#include "protocol/ObjectMessages.h"
 
 #include <QByteArray>
+#include <QImage>
 #include <QList>
 #include <QString>
 
@@ -77,6 +79,7 @@ enum class PDFStreamEnd
     isWhole,
     isStopped, ///< at the limit: there is more
     isDamaged, ///< what follows makes no sense
+    isLost, ///< the engine ended over it: PDFStream::failure says why
     isUnknown, ///< a filter is none that can be undone
     isNone, ///< the object has no stream
 };
@@ -87,6 +90,7 @@ struct PDFStream
     FileBytes bytes;
     PDFStreamEnd end = PDFStreamEnd::isNone;
     QString remark; ///< what the engine adds, in the library's words; mostly empty
+    PDFFailure failure = PDFFailure::isNone; ///< of a stream that isLost
 };
 
 /// A stream that was asked for (requestStream()). Reports of progress count mebibytes.
@@ -101,6 +105,77 @@ private:
     friend class PDFObjectEngines;
     using PDFRequest::PDFRequest;
     PDFStream theStream;
+};
+
+/// What an object is, where there is more to say of it than its entries.
+enum class PDFObjectKind
+{
+    isOther,
+    isImage,
+    isForm,
+    isFont,
+    isFontProgram,
+    isColourProfile,
+    isEmbeddedFile,
+    isFileSpecification,
+    isMetadata,
+    isObjectStream,
+    isCrossReference,
+};
+
+/// What the engine tells of an object: what it is about, and a line of text, in which references
+/// are spelled as in an object.
+struct PDFFact
+{
+    EngineFactKind kind = EngineFactKind::isName;
+    QString text; ///< of printable characters
+};
+
+struct PDFFacts
+{
+    PDFObjectKind kind = PDFObjectKind::isOther;
+    QList<PDFFact> facts; ///< in the order in which they are to be read
+};
+
+/// The facts of an object (requestFacts()).
+class PDFFactsRequest : public PDFRequest
+{
+    Q_OBJECT
+public:
+    const PDFFacts& facts() const { return theFacts; }
+
+private:
+    friend class PDFObjectEngines;
+    using PDFRequest::PDFRequest;
+    PDFFacts theFacts;
+};
+
+enum class PDFPictureEnd
+{
+    isDrawn,
+    isDamaged, ///< drawn as far as its data goes
+    isUnreadable, ///< nothing is drawn
+};
+
+/// An image of the document by itself.
+struct PDFPicture
+{
+    QImage image; ///< null when it is unreadable; sides of at most maximumPictureSide
+    PDFPictureEnd end = PDFPictureEnd::isUnreadable;
+    QString remark; ///< why it is not whole; mostly empty
+};
+
+/// An image that was asked for (requestPicture()).
+class PDFPictureRequest : public PDFRequest
+{
+    Q_OBJECT
+public:
+    const PDFPicture& picture() const { return thePicture; }
+
+private:
+    friend class PDFObjectEngines;
+    using PDFRequest::PDFRequest;
+    PDFPicture thePicture;
 };
 
 /// How long the engine may take for a stream of at most so many bytes, in milliseconds: 20 s, and

@@ -55,6 +55,12 @@ constexpr std::uint32_t maximumSections = 1000; ///< cross-references in one ans
 constexpr std::uint32_t maximumRows = 250'000; ///< of cross-references in one answer
 /// Rows of one cross-reference; what follows repeats numbers.
 constexpr std::uint32_t maximumSectionRows = 8'388'608;
+constexpr int maximumFacts = 40; ///< about one object
+constexpr std::size_t longestFact = 4096; ///< bytes
+constexpr int maximumPictureSide = 4096; ///< pixels of an image that is brought
+/// Bytes that an image may take in the engine, at one for each component of a pixel, before it is
+/// reduced; the largest of real files has 151 million pixels.
+constexpr std::uint64_t largestDrawnImage = std::uint64_t{1} << 30;
 
 /// Bytes of a file that the engine writes, flattened or printed; the program gives it memory of
 /// this size. A million sheets of paper take 300 MB, and a file that holds tags and little else

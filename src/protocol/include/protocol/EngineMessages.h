@@ -29,7 +29,7 @@ template<typename... Requests> struct RequestList
 
 using EngineRequests = RequestList<OpenRequest, UnlockRequest, MeasureRequest, TileRequest,
     TextRequest, LinksRequest, OutlineRequest, FlatRequest, PrintRequest, ObjectRequest,
-    StreamRequest, CrossReferenceRequest, CheckRequest>;
+    StreamRequest, FactsRequest, PictureRequest, CrossReferenceRequest, CheckRequest>;
 
 /// Whether a request has the engine write a file, and report how far it is.
 template<typename Request> constexpr bool writesFile = requires

@@ -27,6 +27,8 @@ enum class EngineRequest : std::uint8_t
     isStream,
     isCrossReference, ///< of a document that need not be open
     isCheck,
+    isFacts,
+    isPicture,
 };
 
 /// What the engine answers.

@@ -124,4 +124,123 @@ struct StreamRequest
     }
 };
 
+/// What an object is, where there is more to say of it than its entries.
+enum class EngineObjectKind : std::uint8_t
+{
+    isOther,
+    isImage,
+    isForm,
+    isFont,
+    isFontProgram,
+    isColourProfile,
+    isEmbeddedFile,
+    isFileSpecification,
+    isMetadata,
+    isObjectStream,
+    isCrossReference,
+};
+
+/// What a fact is about. Its text may have references, spelled as in an object.
+enum class EngineFactKind : std::uint8_t
+{
+    isName, ///< of a font, a profile, a file
+    isType, ///< of a font or its program; of an embedded file or a profile
+    isSubset, ///< the letters before the name
+    isDescendant, ///< the font within a composite one
+    isProgram, ///< of a font: where it is, or that it is not embedded
+    isGlyphs, ///< their number
+    isEncoding,
+    isToUnicode,
+    isCharacters, ///< the codes that the font has widths for
+    isPixels,
+    isBits,
+    isColours, ///< colour space
+    isMask,
+    isDecode,
+    isBox,
+    isMatrix,
+    isResources,
+    isGroup, ///< transparency group
+    isComponents, ///< of a profile
+    isDescription,
+    isSize, ///< bytes
+    isDate,
+    isObjects, ///< in an object stream
+    isExtended, ///< the object stream, the earlier section that this one goes on from
+    isFile, ///< that a file specification has within the document
+};
+
+struct EngineFact
+{
+    EngineFactKind kind = EngineFactKind::isName;
+    std::string text; ///< one line of ASCII
+
+    static constexpr void describe(auto& fields, auto& fact)
+    {
+        fields.choice(fact.kind, EngineFactKind::isFile);
+        fields.text(fact.text, longestFact);
+    }
+};
+
+struct FactsResult
+{
+    EngineObjectKind kind = EngineObjectKind::isOther;
+    std::vector<EngineFact> facts;
+
+    static constexpr void describe(auto& fields, auto& message)
+    {
+        fields.choice(message.kind, EngineObjectKind::isCrossReference);
+        fields.list(message.facts, maximumFacts);
+    }
+};
+
+/// What an image, a font, a form or another object of a known kind is like. Apart from what an
+/// object says, since it may have the library read fonts and profiles.
+struct FactsRequest
+{
+    static constexpr EngineRequest kind = EngineRequest::isFacts;
+    using Result = FactsResult;
+
+    int number = 0; ///< any
+
+    static constexpr void describe(auto& fields, auto& message) { fields.number(message.number); }
+};
+
+enum class EnginePictureEnd : std::uint8_t
+{
+    isDrawn,
+    isDamaged, ///< drawn as far as its data goes
+    isUnreadable, ///< nothing is drawn
+};
+
+/// The pixels are in the shared memory: for each four bytes blue, green, red and alpha, the colours
+/// multiplied by it, row by row from the top.
+struct PictureResult
+{
+    int width = 0; ///< pixels that were brought; 0 where nothing is drawn
+    int height = 0;
+    EnginePictureEnd end = EnginePictureEnd::isUnreadable;
+    std::string remark; ///< why it is not whole; ASCII
+
+    static constexpr void describe(auto& fields, auto& message)
+    {
+        fields.number(message.width, 0, maximumPictureSide);
+        fields.number(message.height, 0, maximumPictureSide);
+        fields.choice(message.end, EnginePictureEnd::isUnreadable);
+        fields.text(message.remark, longestReason);
+    }
+};
+
+/// An image by itself; one with sides beyond maximumPictureSide comes reduced.
+struct PictureRequest
+{
+    static constexpr EngineRequest kind = EngineRequest::isPicture;
+    static constexpr bool writesFile = true;
+    using Result = PictureResult;
+
+    int number = 0; ///< of its object, any
+
+    static constexpr void describe(auto& fields, auto& message) { fields.number(message.number); }
+};
+
 } // namespace tarnwick

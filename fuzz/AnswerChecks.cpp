@@ -131,7 +131,7 @@ bool isSound(const PDFCrossReferences& answer)
     require(!answer.sections.empty() && answer.sections.size() <= 2, "sections");
     for (const CrossReferenceSection& section : answer.sections) {
         for (const CrossReferenceRow& row : section.rows)
-            require(row.use <= ObjectUse::isPacked && row.number <= maximumObjectNumber, "a row");
+            require(row.use <= RowUse::isPacked && row.number <= maximumObjectNumber, "a row");
     }
     return true;
 }

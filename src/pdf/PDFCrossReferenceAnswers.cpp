@@ -31,10 +31,10 @@ std::optional<CrossReferenceRow> rowOf(const EngineRow& row)
     const bool isKnown = isPacked || row.use < static_cast<std::uint8_t>(EngineRowUse::isPacked);
     if (!isKnown || row.number > most || (isPacked && row.place > most))
         return std::nullopt;
-    return CrossReferenceRow{row.place, row.number, row.detail, static_cast<ObjectUse>(row.use)};
+    return CrossReferenceRow{row.place, row.number, row.detail, static_cast<RowUse>(row.use)};
 }
-static_assert(static_cast<int>(EngineRowUse::isPlain) == static_cast<int>(ObjectUse::isPlain)
-    && static_cast<int>(EngineRowUse::isPacked) == static_cast<int>(ObjectUse::isPacked));
+static_assert(static_cast<int>(EngineRowUse::isPlain) == static_cast<int>(RowUse::isPlain)
+    && static_cast<int>(EngineRowUse::isPacked) == static_cast<int>(RowUse::isPacked));
 
 /// @param row of the section's first in the message, moved on behind its last.
 std::optional<CrossReferenceSection> sectionOf(const EngineSection& told, std::uint64_t offset,

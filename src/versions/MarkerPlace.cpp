@@ -13,7 +13,7 @@ MarkerPlace::MarkerPlace(std::string_view bytes, std::vector<CrossReferenceRow> 
     , theRows(std::move(rows))
 {
     std::erase_if(theRows, [bytes](const CrossReferenceRow& row) {
-        return row.use != ObjectUse::isPlain || row.place >= bytes.size();
+        return row.use != RowUse::isPlain || row.place >= bytes.size();
     });
     std::sort(theRows.begin(), theRows.end(),
         [](const CrossReferenceRow& a, const CrossReferenceRow& b) { return a.place < b.place; });

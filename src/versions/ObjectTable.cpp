@@ -41,7 +41,7 @@ void ObjectTable::addBelow(const Layer& layer)
             return;
         there = {row.place, row.detail, row.use, true};
         ++theSize;
-        if (row.use == ObjectUse::isPacked)
+        if (row.use == RowUse::isPacked)
             theStreams.insert(static_cast<std::uint32_t>(row.place));
     });
 }
@@ -57,7 +57,7 @@ ObjectChanges ObjectTable::putOnTop(const Layer& layer)
         const Slot before = there;
         there = {row.place, row.detail, row.use, true};
         theSize += before.isKnown ? 0 : 1;
-        if (row.use == ObjectUse::isPacked)
+        if (row.use == RowUse::isPacked)
             theStreams.insert(static_cast<std::uint32_t>(row.place));
         if (row.number == 0)
             return;
@@ -84,8 +84,7 @@ std::vector<std::uint32_t> ObjectTable::membersOf(const std::vector<std::uint32_
     if (wanted.empty())
         return members;
     forEach([&](std::uint32_t number, const Slot& slot) {
-        if (slot.use == ObjectUse::isPacked
-            && wanted.contains(static_cast<std::uint32_t>(slot.place)))
+        if (slot.use == RowUse::isPacked && wanted.contains(static_cast<std::uint32_t>(slot.place)))
             members.push_back(number);
     });
     return members;
@@ -96,7 +95,7 @@ bool ObjectTable::isSame(const ObjectTable& other, const Slot& mine, const Slot&
     if (mine != theirs)
         return false;
     const auto stream = static_cast<std::uint32_t>(mine.place);
-    return mine.use != ObjectUse::isPacked || find(stream) == other.find(stream);
+    return mine.use != RowUse::isPacked || find(stream) == other.find(stream);
 }
 
 ObjectChanges ObjectTable::changes(const ObjectTable& before, const ObjectTable& now)
@@ -130,10 +129,10 @@ std::vector<CrossReferenceRow> ObjectTable::rows() const
 
 bool ObjectTable::isWithin(const CrossReferenceRow& row, std::size_t fileSize) const
 {
-    if (row.use == ObjectUse::isPlain)
+    if (row.use == RowUse::isPlain)
         return row.place < fileSize;
-    return row.use == ObjectUse::isFree
-        || find(static_cast<std::uint32_t>(row.place)).use == ObjectUse::isPlain;
+    return row.use == RowUse::isFree
+        || find(static_cast<std::uint32_t>(row.place)).use == RowUse::isPlain;
 }
 
 bool ObjectTable::isWithin(std::size_t fileSize) const

@@ -46,10 +46,10 @@ private:
     {
         std::uint64_t place = 0;
         std::uint32_t detail = 0;
-        ObjectUse use = ObjectUse::isFree;
+        RowUse use = RowUse::isFree;
         bool isKnown = false;
 
-        bool isUsed() const { return isKnown && use != ObjectUse::isFree; }
+        bool isUsed() const { return isKnown && use != RowUse::isFree; }
         bool operator==(const Slot&) const = default;
     };
     static constexpr std::size_t chunkSize = 1024;
@@ -70,7 +70,7 @@ private:
 template<typename Take> void forEachRow(const ObjectTable::Layer& layer, Take&& take)
 {
     for (const CrossReferenceRow& row : layer.section->rows) {
-        if (row.use != ObjectUse::isFree || !layer.stream)
+        if (row.use != RowUse::isFree || !layer.stream)
             take(row);
     }
     if (!layer.stream)
@@ -78,7 +78,7 @@ template<typename Take> void forEachRow(const ObjectTable::Layer& layer, Take&& 
     for (const CrossReferenceRow& row : layer.stream->rows)
         take(row);
     for (const CrossReferenceRow& row : layer.section->rows) {
-        if (row.use == ObjectUse::isFree)
+        if (row.use == RowUse::isFree)
             take(row);
     }
 }

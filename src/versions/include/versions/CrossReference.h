@@ -8,7 +8,7 @@
 namespace tarnwick {
 
 /// What a row of a cross-reference says of an object's number (ISO 32000-2, 7.5.4 and 7.5.8).
-enum class ObjectUse : std::uint8_t
+enum class RowUse : std::uint8_t
 {
     isFree,
     isPlain, ///< the object stands in the file by itself
@@ -21,7 +21,7 @@ struct CrossReferenceRow
     std::uint64_t place = 0; ///< isPlain: offset of the object; isPacked: number of its stream
     std::uint32_t number = 0; ///< of the object
     std::uint32_t detail = 0; ///< isPacked: place in the stream, from 0; else the generation
-    ObjectUse use = ObjectUse::isFree;
+    RowUse use = RowUse::isFree;
 
     bool operator==(const CrossReferenceRow&) const = default;
 };

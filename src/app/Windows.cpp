@@ -12,23 +12,25 @@
 #include "saves/VersionsViewController.h"
 #include "viewer/ViewController.h"
 
+#include <functional>
+
 namespace tarnwick {
 
 namespace {
 
 /// Only a file that looks updated is looked through for its versions.
-void tellOfVersions(Document* document, ViewController* content)
+/// @param tell called with what is to be said, while content lives.
+void tellOfVersions(
+    Document* document, QWidget* content, const std::function<void(const QString& fact)>& tell)
 {
     if (!document->isIncr())
         return;
     const PDFSavedVersions* const versions = document->savedVersions();
-    const auto tell = [versions, content] {
-        content->setFact(QStringLiteral("openVersions"), versionsFact(*versions));
-    };
     if (versions->isFinished())
-        tell();
+        tell(versionsFact(*versions));
     else
-        QObject::connect(versions, &PDFSavedVersions::finished, content, tell);
+        QObject::connect(versions, &PDFSavedVersions::finished, content,
+            [versions, tell] { tell(versionsFact(*versions)); });
 }
 
 } // namespace
@@ -46,12 +48,16 @@ void registerWindows(AppDelegate& delegate)
             [content](int page) { content->thePDFView()->goToPage(page); });
         DocumentWindow* const window
             = delegate.makeWindow(WindowIdentifiers::document, document, content);
-        tellOfVersions(document, content);
+        tellOfVersions(document, content, [content](const QString& fact) {
+            content->setFact(QStringLiteral("openVersions"), fact);
+        });
         return window;
     });
     windows.add(WindowIdentifiers::source, [&delegate](Document* document) {
         auto* content = new SourceViewController(document, &delegate);
         QObject::connect(content, &SourceViewController::pageWanted, document, &Document::showPage);
+        tellOfVersions(
+            document, content, [content](const QString& fact) { content->setVersionsFact(fact); });
         return delegate.makeWindow(WindowIdentifiers::source, document, content);
     });
     windows.add(WindowIdentifiers::bytes, [&delegate](Document* document) {

@@ -168,13 +168,16 @@ void TestVersionsViewController::commandsWorkOnTheChosenRows()
 void TestVersionsViewController::reportsWhatItShows()
 {
     open(updatedContract());
-    const VersionReport report(*theView->reading(), theDocument->displayName(), u"Program"_s);
+    const VersionReport report(
+        *theView->reading(), {theDocument->displayName(), u"a.pdf"_s}, u"Program"_s);
     const QByteArray page = report.html();
     QVERIFY(page.contains("re&lt;b&gt;port.pdf") && !page.contains("<b>"));
     const QJsonObject json = QJsonDocument::fromJson(report.json()).object();
     const QJsonObject file = json[u"file"_s].toObject();
     QCOMPARE(file[u"size"_s].toInteger(), qint64(theDocument->theData().size()));
     QVERIFY(page.contains(file[u"sha256"_s].toString().toLatin1()));
+    const Sha256::Digest& second = *theView->reading()->rows()[1].hash;
+    QVERIFY(page.contains(QByteArray::fromStdString(hexadecimal(second) + "  a-002.pdf\n")));
     QVERIFY(json[u"time"_s].toString().endsWith(u'Z') && json[u"isComplete"_s].toBool());
     const QJsonArray versions = json[u"versions"_s].toArray();
     QCOMPARE(versions.size(), 4);

@@ -5,11 +5,13 @@
 #include "ObjectTable.h"
 #include "ObjectTree.h"
 #include "SourceNavigator.h"
+#include "document/Document.h"
 
 #include "ui_SourceWindow.h"
 
 #include <QScopedValueRollback>
 #include <QSettings>
+#include <QToolButton>
 
 namespace tarnwick {
 
@@ -43,6 +45,21 @@ void SourceViewController::connectTable()
     };
     follow(ui->objectTablePanel);
     follow(ui->objectTreePanel);
+}
+
+void SourceViewController::setVersionsFact(const QString& text)
+{
+    auto* button = qobject_cast<QToolButton*>(ui->objectTabs->cornerWidget());
+    if (!button) {
+        button = new QToolButton;
+        button->setAutoRaise(true);
+        button->setFocusPolicy(Qt::TabFocus);
+        button->setToolTip(tr("Show the saved versions (Ctrl+Shift+V)"));
+        connect(button, &QToolButton::clicked, theOwner, &Document::openVersions);
+        ui->objectTabs->setCornerWidget(button);
+    }
+    button->setText(text);
+    button->setVisible(!text.isEmpty());
 }
 
 void SourceViewController::saveTable() const

@@ -2,6 +2,7 @@
 
 #include "VersionReading.h"
 #include "VersionWords.h"
+#include "versions/VersionNaming.h"
 
 #include <QCoreApplication>
 #include <QJsonArray>
@@ -147,8 +148,9 @@ QJsonObject jsonOf(const VersionRow& row)
 } // namespace
 
 VersionReport::VersionReport(
-    const VersionReading& reading, const QString& fileName, const QString& program)
-    : theFileName(fileName)
+    const VersionReading& reading, const Names& names, const QString& program)
+    : theFileName(names.file)
+    , theExportName(names.exported)
     , theProgram(program)
     , theTime(QDateTime::currentDateTimeUtc())
     , theRows(reading.rows())
@@ -187,7 +189,8 @@ QByteArray VersionReport::html() const
     const QString title = Words::tr("Saved versions of “%1”").arg(theFileName);
     const QString page = u"<!DOCTYPE html>\n<html><head><meta charset=\"utf-8\"><title>"_s
         + escaped(title) + u"</title>\n<style>"_s + style + u"</style></head>\n<body><h1>"_s
-        + escaped(title) + u"</h1>\n"_s + heading() + table() + lists() + u"</body></html>\n"_s;
+        + escaped(title) + u"</h1>\n"_s + heading() + table() + hashes() + lists()
+        + u"</body></html>\n"_s;
     return page.toUtf8();
 }
 
@@ -215,8 +218,8 @@ QString VersionReport::table() const
     for (const QString& title : {Words::tr("Version"), Words::tr("Save"), Words::tr("Modified"),
              Words::tr("From"), Words::tr("Up to"), Words::tr("Bytes added"), Words::tr("Pages"),
              Words::tr("Objects added"), Words::tr("Replaced"), Words::tr("Freed"),
-             Words::tr("Signatures"), Words::tr("startxref"), Words::tr("Prev"),
-             Words::tr("Producer"), Words::tr("Notes"), Words::tr("SHA-256")})
+             Words::tr("Signatures"), Words::tr("startxref"), Words::tr("Leads to"),
+             Words::tr("Prev"), Words::tr("Producer"), Words::tr("Notes")})
         text += u"<th>"_s + escaped(title) + u"</th>"_s;
     text += u"</tr>\n"_s;
     for (auto row = theRows.rbegin(); row != theRows.rend(); ++row) {
@@ -236,11 +239,26 @@ QString VersionReport::table() const
             + count(&ObjectChanges::added) + count(&ObjectChanges::replaced)
             + count(&ObjectChanges::freed)
             + numberCell(row->signatures ? plain(*row->signatures) : QString())
-            + cell(VersionWords::target(version)) + numberCell(optionalText(version.prev))
-            + cell(content.producer) + cell(VersionWords::notes(*row, theFileSize).join(u"; "_s))
-            + u"<td>"_s + code(digestText(row->hash)) + u"</td></tr>\n"_s;
+            + numberCell(optionalText(version.startxref))
+            + cell(VersionWords::targetKind(version.target))
+            + numberCell(optionalText(version.prev)) + cell(content.producer)
+            + cell(VersionWords::notes(*row, theFileSize).join(u"; "_s)) + u"</tr>\n"_s;
     }
     return text + u"</table>\n"_s;
+}
+
+QString VersionReport::hashes() const
+{
+    const FileNameParts parts = fileNameParts(theExportName.toStdString());
+    QString lines;
+    for (auto row = theRows.rbegin(); row != theRows.rend(); ++row) {
+        const std::string name
+            = versionFileName(parts.base, row->version.marker, versionExtension(parts));
+        lines += digestText(row->hash) + u"  "_s + QString::fromStdString(name) + u'\n';
+    }
+    return u"<h2>SHA-256</h2>\n<p>"_s
+        + escaped(Words::tr("Of the versions as they are exported; sha256sum checks these lines."))
+        + u"</p>\n<pre>"_s + escaped(lines) + u"</pre>\n"_s;
 }
 
 QString VersionReport::lists() const

@@ -19,8 +19,14 @@ class VersionReading;
 class VersionReport
 {
 public:
-    /// @param fileName without its folder. @param program name and version.
-    VersionReport(const VersionReading& reading, const QString& fileName, const QString& program);
+    struct Names
+    {
+        QString file; ///< what the document is called, without a folder
+        QString exported; ///< what the names of exported versions are made from, likewise
+    };
+
+    /// @param program name and version.
+    VersionReport(const VersionReading& reading, const Names& names, const QString& program);
 
     /// One file that needs no other: a table, and for each version the numbers of its objects.
     QByteArray html() const;
@@ -30,9 +36,11 @@ public:
 private:
     QString heading() const;
     QString table() const;
+    QString hashes() const;
     QString lists() const;
 
     QString theFileName;
+    QString theExportName;
     QString theProgram;
     QDateTime theTime; ///< when it was made, in UTC
     std::vector<VersionRow> theRows;

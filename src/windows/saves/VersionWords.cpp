@@ -153,22 +153,28 @@ QString VersionWords::numbers(const std::vector<std::uint32_t>& numbers, qsizety
     return text;
 }
 
+QString VersionWords::targetKind(SavedVersion::Target target)
+{
+    switch (target) {
+    case SavedVersion::Target::isUnknown:
+        return {};
+    case SavedVersion::Target::isNothing:
+        return Words::tr("nothing there");
+    case SavedVersion::Target::isTable:
+        return Words::tr("a table");
+    case SavedVersion::Target::isStream:
+        break;
+    }
+    return Words::tr("a stream");
+}
+
 QString VersionWords::target(const SavedVersion& version)
 {
     if (!version.startxref)
         return Words::tr("none");
     const QString place = counted(*version.startxref);
-    switch (version.target) {
-    case SavedVersion::Target::isUnknown:
-        return place;
-    case SavedVersion::Target::isNothing:
-        return Words::tr("%1, nothing there").arg(place);
-    case SavedVersion::Target::isTable:
-        return Words::tr("%1, a table").arg(place);
-    case SavedVersion::Target::isStream:
-        break;
-    }
-    return Words::tr("%1, a stream").arg(place);
+    const QString what = targetKind(version.target);
+    return what.isEmpty() ? place : Words::tr("%1, %2").arg(place, what);
 }
 
 const ObjectChanges* VersionWords::changes(const SavedVersion& version)
@@ -244,9 +250,9 @@ QString VersionWords::details(const VersionRow& row, const VersionReading& readi
         lines << Words::tr("Prev: %1").arg(counted(*version.prev));
     if (row.content)
         lines << contentLines(*row.content);
-    lines << changeLines(version);
     if (row.signatures)
         lines << Words::tr("Signatures made: %1").arg(counted(*row.signatures));
+    lines << changeLines(version);
     return lines.join(u'\n');
 }
 

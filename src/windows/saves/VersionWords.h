@@ -19,6 +19,8 @@ namespace VersionWords {
 QString counted(std::uint64_t number);
 /// "1, 4–7, 12". @param longest characters, behind which only a count follows; 0 for all.
 QString numbers(const std::vector<std::uint32_t>& numbers, qsizetype longest);
+/// What is there: "a table".
+QString targetKind(SavedVersion::Target target);
 /// Where a version's startxref leads: "1,234, a table".
 QString target(const SavedVersion& version);
 /// What a version has changed of the one before it; null where there is none, or where that cannot

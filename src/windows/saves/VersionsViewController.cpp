@@ -16,6 +16,7 @@
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QMenu>
+#include <QShortcut>
 #include <QShowEvent>
 
 #include <algorithm>
@@ -99,8 +100,17 @@ void VersionsViewController::setUpTable()
         table->setColumnWidth(column, std::max(text + margin, columns->sectionSizeHint(column)));
     }
     table->hideColumn(static_cast<int>(VersionColumn::isSave));
-    ui->parts->setStretchFactor(0, 3);
-    ui->parts->setStretchFactor(1, 2);
+    ui->parts->setSizes({1, 1});
+    const auto goTo = [this, table](int key, bool isLast) {
+        // By itself the table would go along the row.
+        auto* const shortcut = new QShortcut(key, table);
+        shortcut->setContext(Qt::WidgetShortcut);
+        connect(shortcut, &QShortcut::activated, this, [this, table, isLast] {
+            table->setCurrentIndex(theModel->index(isLast ? theModel->rowCount() - 1 : 0, 0));
+        });
+    };
+    goTo(Qt::Key_Home, false);
+    goTo(Qt::Key_End, true);
 }
 
 void VersionsViewController::connectParts()
@@ -253,12 +263,13 @@ void VersionsViewController::saveReport()
 {
     const QFileInfo file(theDocument->fileURL().toLocalFile());
     const QString program = tr("Tarnwick %1").arg(QCoreApplication::applicationVersion());
-    const VersionReport report(*theReading, theDocument->displayName(), program);
-    ReportExport::begin({tr("Save Report"), file.absolutePath(),
-        QFileInfo(theDocument->pathOfCopy()).completeBaseName() + u"-versions"_s,
-        {{u"html"_s, [report] { return report.html(); }},
-            {u"json"_s, [report] { return report.json(); }}},
-        window()});
+    const QFileInfo copy(theDocument->pathOfCopy());
+    const VersionReport report(*theReading, {theDocument->displayName(), copy.fileName()}, program);
+    ReportExport::begin(
+        {tr("Save Report"), file.absolutePath(), copy.completeBaseName() + u"-versions"_s,
+            {{u"html"_s, [report] { return report.html(); }},
+                {u"json"_s, [report] { return report.json(); }}},
+            window()});
 }
 
 void VersionsViewController::openMenu(const QPoint& place)

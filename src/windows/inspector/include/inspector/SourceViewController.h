@@ -81,6 +81,10 @@ public:
     /// Shows a page's object as soon as the panes are filled. @param page from 0.
     void showSourceOfPage(int page);
 
+    /// Tells how many saved versions there are, beside the tabs of the side panel, as a button for
+    /// the window that tells of them. @param text empty for nothing.
+    void setVersionsFact(const QString& text);
+
     Q_INVOKABLE bool validateCommand(const QString& command) const;
     Q_INVOKABLE bool commandIsChecked(const QString& command) const;
 

@@ -52,7 +52,10 @@ AppDelegate::AppDelegate(QObject* parent)
         if (theStartWindow)
             theStartWindow->close();
     });
-    connect(theController, &DocumentController::lastWindowClosed, this, &AppDelegate::quit);
+    connect(theController, &DocumentController::lastWindowClosed, this, [this] {
+        if (!isEnding) // else quitting has closed it, and exports may finish
+            quit();
+    });
     connect(theController, &DocumentController::nothingOpened, this, [this] {
         if (!isEnding)
             showStartWindow();
@@ -217,24 +220,17 @@ void AppDelegate::about()
 
 void AppDelegate::quit()
 {
-    closeAndQuit(DocumentController::Asking::isAllowed);
+    theController->askToCloseAll([this] { quitUnasked(); });
 }
 
 void AppDelegate::quitUnasked()
-{
-    closeAndQuit(DocumentController::Asking::isNot);
-}
-
-void AppDelegate::closeAndQuit(DocumentController::Asking asking)
 {
     if (isWaitingForExports)
         return QCoreApplication::quit();
     if (std::exchange(isEnding, true))
         return;
-    if (theController->closeAll(asking))
-        quitBehindExports();
-    else
-        isEnding = false;
+    theController->closeAll();
+    quitBehindExports();
 }
 
 void AppDelegate::quitBehindExports()

@@ -75,8 +75,8 @@ public slots:
     void openUpdates();
     void openSupport();
     void about();
-    /// Closes every window and ends the program, unless a window refuses to close. Exports that
-    /// are writing may finish, unless this is called again.
+    /// Closes every window and ends the program, when the user agrees to end what is at work in
+    /// them. Exports that are writing may finish, unless this is called again.
     void quit();
     /// The same without asking: the system or its administrator ends the program.
     void quitUnasked();
@@ -88,7 +88,6 @@ private:
     void checkForUpdates(const UpdatePreferences& preferences);
     void openPage(const QString& address);
     void quitBehindExports();
-    void closeAndQuit(DocumentController::Asking asking);
     void updateMenus(const DocumentWindow& window) const;
     DocumentWindow* startWindow();
     QWidget* windowForAlerts();

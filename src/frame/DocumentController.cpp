@@ -183,19 +183,34 @@ void DocumentController::checkForLastWindow()
         emit lastWindowClosed();
 }
 
-bool DocumentController::closeAll(Asking asking)
+void DocumentController::askToCloseAll(const std::function<void()>& agreed)
+{
+    askNext({}, agreed);
+}
+
+void DocumentController::askNext(
+    const QList<QPointer<DocumentWindow>>& answered, const std::function<void()>& agreed)
+{
+    const QList<DocumentWindow*> open = windows();
+    for (DocumentWindow* window : open) {
+        if (!window->isAtWork() || answered.contains(window))
+            continue;
+        window->askToClose([this, answered = answered + QList{QPointer(window)}, agreed] {
+            askNext(answered, agreed);
+        });
+        return;
+    }
+    agreed();
+}
+
+void DocumentController::closeAll()
 {
     const QList<FileOpening*> openings = theOpenings;
     for (FileOpening* opening : openings)
         opening->cancel();
     const QList<DocumentWindow*> open = windows();
-    for (DocumentWindow* window : open) {
-        if (asking == Asking::isNot)
-            window->closeUnasked();
-        else if (!window->close())
-            return false;
-    }
-    return true;
+    for (DocumentWindow* window : open)
+        window->closeUnasked();
 }
 
 void DocumentController::openDocument()

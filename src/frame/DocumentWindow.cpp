@@ -17,6 +17,8 @@
 #include <QUrl>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace tarnwick {
 
 namespace {
@@ -190,31 +192,33 @@ void DocumentWindow::closeUnasked()
         delete work.data();
 }
 
-/// @returns whether the user is asked, and the window stays for now.
-bool DocumentWindow::asksBeforeClosing()
+bool DocumentWindow::isAtWork() const
 {
+    return std::any_of(theWork.begin(), theWork.end(), [](const auto& work) { return work.first; });
+}
+
+void DocumentWindow::askToClose(std::function<void()> agreed)
+{
+    theAgreed = std::move(agreed);
+    if (theQuestion && theQuestion->isVisible())
+        return theQuestion->raise();
     theWork.removeIf([](const auto& work) { return !work.first; });
-    if (theWork.isEmpty())
-        return false;
-    if (theQuestion)
-        theQuestion->raise();
-    else {
-        const ClosingQuestion question = theWork.constFirst().second;
-        auto* const alert = new Alert(QMessageBox::Warning, windowTitle(), question.text, this);
-        alert->setTexts(question.text, question.consequence);
-        alert->setEscapeButton(alert->addAnswer(tr("&Keep Open")));
-        alert->addAnswer(question.answer, [this] { closeUnasked(); });
-        theQuestion = alert;
-        bringUp();
-        alert->comeUp();
-    }
-    return true;
+    const ClosingQuestion question = theWork.constFirst().second;
+    auto* const alert = new Alert(QMessageBox::Warning, windowTitle(), question.text, this);
+    alert->setTexts(question.text, question.consequence);
+    alert->setEscapeButton(alert->addAnswer(tr("&Keep Open")));
+    alert->addAnswer(question.answer, [this] { std::exchange(theAgreed, {})(); });
+    theQuestion = alert;
+    bringUp();
+    alert->comeUp();
 }
 
 void DocumentWindow::closeEvent(QCloseEvent* event)
 {
-    if (asksBeforeClosing())
+    if (isAtWork()) {
+        askToClose([this] { closeUnasked(); });
         return event->ignore();
+    }
     QMainWindow::closeEvent(event);
     if (!event->isAccepted() || !isVisible())
         return; // a hidden window has no place worth remembering

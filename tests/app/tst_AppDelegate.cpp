@@ -1,9 +1,12 @@
 #include "AppDelegate.h"
 
+#include "dialogs/Alert.h"
 #include "export/ExportJob.h"
 #include "frame/CommandRouter.h"
 #include "frame/DocumentController.h"
 #include "frame/DocumentWindow.h"
+#include "support/Panels.h"
+#include "support/Rows.h"
 
 #include <QAction>
 #include <QApplication>
@@ -43,6 +46,9 @@ private slots:
     void filesDropOntoAnyPartOfAWindow();
     void helpOpensAndKeepsAWindowEachTime();
     void closingTheLastWindowQuits();
+    void quittingAsksEveryWindowFirst_data();
+    void quittingAsksEveryWindowFirst();
+    void exportsKeepTheProgramRunning_data();
     void exportsKeepTheProgramRunning();
 };
 
@@ -283,9 +289,61 @@ void TestAppDelegate::closingTheLastWindowQuits()
     QCOMPARE(ended.size(), 1);
 }
 
-/// An export's end does not end the program, and closing the last window does not end the export.
+using QuittingAsks = Rows<QString, int>;
+
+void TestAppDelegate::quittingAsksEveryWindowFirst_data()
+{
+    const QuittingAsks row;
+    row("the first is kept", "keep", 4);
+    row("the second is kept", "stop keep", 4);
+    row("none is kept", "stop stop", 0);
+    row("a second attempt asks anew", "keep stop stop", 0);
+}
+
+/// Nothing is closed or given up before the user has agreed to all that ends with it.
+void TestAppDelegate::quittingAsksEveryWindowFirst()
+{
+    const auto [answers, left] = QuittingAsks::fetch();
+    AppDelegate delegate;
+    QList<QPointer<QObject>> works;
+    for (const bool isAtWork : {false, true, false, true}) {
+        DocumentWindow* const window = shownWindow(delegate);
+        if (isAtWork)
+            window->askBeforeClosing(
+                works.emplace_back(new QObject(&delegate)), {u"?"_s, {}, u"stop"_s});
+    }
+    const auto shownCount = [&] { return delegate.controller()->windows().size(); };
+    delegate.controller()->openFiles({u"/nonexistent/a.pdf"_s});
+    for (const QString& answer : answers.split(u' ')) {
+        if (!shown<Alert>())
+            delegate.quit();
+        QCOMPARE(allShown<Alert>().size(), 1);
+        QCOMPARE(shownCount(), 4);
+        QVERIFY(delegate.controller()->isOpening());
+        const QPointer<Alert> asked = shown<Alert>();
+        for (QAbstractButton* const button : asked->buttons()) {
+            if (button->text().contains(answer, Qt::CaseInsensitive))
+                button->click();
+        }
+        QVERIFY(!asked || !asked->isVisible());
+    }
+    QCOMPARE(shownCount(), left);
+    QCOMPARE(delegate.controller()->isOpening(), left > 0);
+    QCOMPARE(works.contains(nullptr), left == 0); // closing destroys what it ends
+}
+
+void TestAppDelegate::exportsKeepTheProgramRunning_data()
+{
+    QTest::addColumn<bool>("isQuit");
+    QTest::newRow("closing the last window") << false;
+    QTest::newRow("quitting, which closes it") << true;
+}
+
+/// An export's end does not end the program, and what closes the last window does not end the
+/// export.
 void TestAppDelegate::exportsKeepTheProgramRunning()
 {
+    QFETCH(const bool, isQuit);
     QApplication::setQuitOnLastWindowClosed(false);
     AppDelegate delegate;
     delegate.applicationDidFinishLaunching({});
@@ -299,7 +357,10 @@ void TestAppDelegate::exportsKeepTheProgramRunning()
     const auto goOn = [&] {
         isRunningBehindExport = true;
         new SlowExport(mayEnd, secondIsWhole);
-        delegate.controller()->windows().at(0)->close();
+        if (isQuit)
+            delegate.quit();
+        else
+            delegate.controller()->windows().at(0)->close();
     };
     connect(first, &QObject::destroyed, &delegate, goOn, Qt::QueuedConnection);
     connect(

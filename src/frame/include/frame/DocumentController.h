@@ -5,6 +5,7 @@
 
 #include <QList>
 #include <QObject>
+#include <QPointer>
 #include <QStringList>
 
 #include <functional>
@@ -55,13 +56,12 @@ public:
     /// Windows that show, in the order of their first showing.
     QList<DocumentWindow*> windows() const;
 
-    enum class Asking
-    {
-        isAllowed, ///< a window may ask first, and refuse to close
-        isNot,
-    };
-    /// Closes every window and gives up every opening. @returns false when a window refuses.
-    bool closeAll(Asking asking = Asking::isAllowed);
+    /// Asks in every window with something at work whether it may close, one after the other. When
+    /// the user has agreed to all, calls what follows; until then nothing is closed or given up,
+    /// and where the user keeps one window, all stay.
+    void askToCloseAll(const std::function<void()>& agreed);
+    /// Closes every window and gives up every opening, without asking.
+    void closeAll();
 
 public slots:
     /// Asks the user for files and opens them.
@@ -85,6 +85,8 @@ private:
     void remove(FileOpening* opening);
     void report(const QString& name, const QString& reason, QWidget* asking);
     void checkForLastWindow();
+    void askNext(
+        const QList<QPointer<DocumentWindow>>& answered, const std::function<void()>& agreed);
 
     FileOpening::MakeDocument makeDocument;
     WindowForAlerts windowForAlerts;

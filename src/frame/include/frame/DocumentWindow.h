@@ -4,6 +4,7 @@
 #include <QPointer>
 #include <QString>
 
+#include <functional>
 #include <utility>
 
 class QAction;
@@ -80,6 +81,12 @@ public:
     /// destroys what is at work.
     /// @param work borrowed; may go at any time.
     void askBeforeClosing(QObject* work, const ClosingQuestion& question);
+    /// Whether something is.
+    bool isAtWork() const;
+    /// Asks whether the window may close, precondition: isAtWork(). @param agreed called when the
+    ///   user says so; nothing has been closed by then. Takes the place of one from an earlier call
+    ///   that has not been answered.
+    void askToClose(std::function<void()> agreed);
     /// Closes the window without asking: nobody may be there to answer.
     void closeUnasked();
 
@@ -104,7 +111,6 @@ protected:
 
 private:
     QList<QObject*> chain() const;
-    bool asksBeforeClosing();
     QWidget* focusInContent() const;
     bool isInContent(const QWidget* widget) const;
     void giveFocus();
@@ -119,6 +125,7 @@ private:
     QList<QObject*> theApplicationResponders;
     QList<std::pair<QPointer<QObject>, ClosingQuestion>> theWork;
     QPointer<QWidget> theQuestion; ///< about closing
+    std::function<void()> theAgreed; ///< what follows from closing nevertheless
     int theSerial;
     bool isPlaceKnown = false;
 };

@@ -48,10 +48,12 @@ AppDelegate::AppDelegate(QObject* parent)
           [this] { return std::make_unique<Document>(&theWindowRegistry); }, this))
 {
     theController->setWindowForAlerts([this] { return windowForAlerts(); });
-    connect(theController, &DocumentController::documentOpened, this, [this] {
+    const auto leaveStart = [this] {
         if (theStartWindow)
             theStartWindow->close();
-    });
+    };
+    connect(theController, &DocumentController::documentOpened, this, leaveStart);
+    connect(theController, &DocumentController::sourceOpened, this, leaveStart);
     connect(theController, &DocumentController::lastWindowClosed, this, [this] {
         if (!isEnding) // else quitting has closed it, and exports may finish
             quit();
@@ -258,6 +260,8 @@ DocumentWindow* AppDelegate::startWindow()
     theStartWindow->setAttribute(Qt::WA_DeleteOnClose, false);
     connect(view, &StartView::fileChosen, this,
         [this](const QString& path) { theController->openFiles({path}, theStartWindow); });
+    connect(view, &StartView::sourceChosen, this,
+        [this](const QString& path) { theController->openSources({path}, theStartWindow); });
     return theStartWindow;
 }
 

@@ -1,10 +1,12 @@
 #include "StartView.h"
 
 #include "frame/DocumentWindow.h"
+#include "frame/RecentFileMenu.h"
 #include "frame/RecentFiles.h"
 #include "ui_StartWindow.h"
 
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QKeyEvent>
 
 using namespace Qt::StringLiterals;
@@ -55,6 +57,24 @@ void StartView::choose(const QListWidgetItem* item)
     emit fileChosen(item->data(pathRole).toString());
 }
 
+/// At the entry under the mouse, or at the one that the keyboard has chosen.
+void StartView::openContextMenu(const QContextMenuEvent& event)
+{
+    QListWidget* const list = ui->recentList;
+    const bool isByMouse = event.reason() == QContextMenuEvent::Mouse;
+    const QListWidgetItem* const item = isByMouse
+        ? list->itemAt(list->viewport()->mapFromGlobal(event.globalPos()))
+        : list->currentItem();
+    if (!item)
+        return;
+    const QString path = item->data(pathRole).toString();
+    auto* const menu = new RecentFileMenu(path, theRecentFiles, this);
+    connect(menu, &RecentFileMenu::openWanted, this, [this, path] { emit fileChosen(path); });
+    connect(menu, &RecentFileMenu::sourceWanted, this, [this, path] { emit sourceChosen(path); });
+    menu->popup(isByMouse ? event.globalPos()
+                          : list->viewport()->mapToGlobal(list->visualItemRect(item).center()));
+}
+
 /// Another program may have opened files since this window was last in front.
 bool StartView::event(QEvent* event)
 {
@@ -65,6 +85,10 @@ bool StartView::event(QEvent* event)
 
 bool StartView::eventFilter(QObject* watched, QEvent* event)
 {
+    if (event->type() == QEvent::ContextMenu) {
+        openContextMenu(*static_cast<QContextMenuEvent*>(event));
+        return true;
+    }
     const QListWidgetItem* item = ui->recentList->currentItem();
     if (event->type() == QEvent::KeyPress && item
         && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Delete) {

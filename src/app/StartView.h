@@ -4,6 +4,7 @@
 
 #include <memory>
 
+class QContextMenuEvent;
 class QListWidgetItem;
 namespace Ui {
 class StartWindow;
@@ -27,6 +28,8 @@ public:
 signals:
     /// The user wants to open one of the files opened last. @param path absolute.
     void fileChosen(const QString& path);
+    /// The user wants to see the source of one of them.
+    void sourceChosen(const QString& path);
 
 protected:
     bool event(QEvent* event) override;
@@ -35,6 +38,7 @@ protected:
 private:
     void fillList();
     void choose(const QListWidgetItem* item);
+    void openContextMenu(const QContextMenuEvent& event);
 
     std::unique_ptr<Ui::StartWindow> ui;
     RecentFiles* theRecentFiles;

@@ -1,7 +1,10 @@
 #include "dialogs/Progress.h"
 
+#include <QEvent>
 #include <QProgressBar>
 #include <QProgressDialog>
+#include <QPushButton>
+#include <QStyle>
 
 #include <algorithm>
 
@@ -15,13 +18,64 @@ constexpr int leastWidth = 360;
 
 } // namespace
 
+/// May have a second answer.
+class Progress::Dialog : public QProgressDialog
+{
+public:
+    using QProgressDialog::QProgressDialog;
+
+    /// The answer stands before the one that cancels.
+    QPushButton* addAnswer(const QString& text)
+    {
+        theAnswer = new QPushButton(text, this);
+        theAnswer->setAutoDefault(false);
+        resize(sizeHint());
+        return theAnswer;
+    }
+    void setCanceller(QPushButton* button)
+    {
+        theCanceller = button;
+        setCancelButton(button);
+    }
+
+protected:
+    void resizeEvent(QResizeEvent* event) override
+    {
+        QProgressDialog::resizeEvent(event);
+        placeAnswer();
+    }
+    void changeEvent(QEvent* event) override
+    {
+        QProgressDialog::changeEvent(event);
+        if (event->type() == QEvent::StyleChange) // when the other one has been placed anew
+            placeAnswer();
+    }
+
+private:
+    /// Beside the other one, both where the style has that alone.
+    void placeAnswer()
+    {
+        if (!theAnswer)
+            return;
+        const int gap = std::max(style()->pixelMetric(QStyle::PM_LayoutHorizontalSpacing), 6);
+        const int width = theAnswer->sizeHint().width();
+        if (style()->styleHint(QStyle::SH_ProgressDialog_CenterCancelButton, nullptr, this) != 0)
+            theCanceller->move(theCanceller->x() + (width + gap) / 2, theCanceller->y());
+        const QRect beside = theCanceller->geometry();
+        theAnswer->setGeometry(beside.x() - gap - width, beside.y(), width, beside.height());
+    }
+
+    QPushButton* theCanceller = nullptr;
+    QPushButton* theAnswer = nullptr;
+};
+
 Progress::Progress(const QString& title, const QString& label, QWidget* window, Blocking blocking)
-    : theDialog(new QProgressDialog(window))
+    : theDialog(new Dialog(window))
     , theBar(new QProgressBar(theDialog))
 {
     theBar->setRange(0, 0);
     theDialog->setBar(theBar);
-    theDialog->setCancelButtonText(tr("Cancel"));
+    theDialog->setCanceller(new QPushButton(tr("Cancel"), theDialog));
     theDialog->setWindowTitle(title);
     setLabel(label);
     theDialog->setWindowModality(blocking == Blocking::isWindow ? Qt::WindowModal : Qt::NonModal);
@@ -48,6 +102,11 @@ void Progress::show(quint64 done, quint64 total)
     theBar->setRange(0, total > 0 ? steps : 0);
     const double part = total > 0 ? static_cast<double>(done) / static_cast<double>(total) : 0;
     theBar->setValue(static_cast<int>(std::min(part, 1.0) * steps));
+}
+
+QPushButton* Progress::addAnswer(const QString& text)
+{
+    return theDialog->addAnswer(text);
 }
 
 void Progress::setLabel(const QString& label)

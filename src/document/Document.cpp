@@ -55,7 +55,8 @@ bool Document::isIncr() const
 void Document::finishOpening()
 {
     // Windows show whether there are versions to export, so they wait for both.
-    if (!theUpdates || theRenderedDocument->state() != PDFDocument::State::isOpen)
+    if (!theUpdates || !theRenderedDocument
+        || theRenderedDocument->state() != PDFDocument::State::isOpen)
         return;
     theText = std::make_unique<PDFDocumentText>(theRenderedDocument.get());
     emit opened();
@@ -63,7 +64,49 @@ void Document::finishOpening()
 
 void Document::unlock(const QString& password)
 {
-    theRenderedDocument->unlock(password);
+    if (theRenderedDocument)
+        theRenderedDocument->unlock(password);
+}
+
+FrameDocument::State Document::state() const
+{
+    if (!theRenderedDocument)
+        return State::isGivenUp;
+    switch (theRenderedDocument->state()) {
+    case PDFDocument::State::isLocked:
+        return State::isLocked;
+    case PDFDocument::State::isRefused:
+        return State::isRefused;
+    case PDFDocument::State::isOpen:
+        return theText ? State::isOpened : State::isOpening;
+    case PDFDocument::State::isOpening:
+        break;
+    }
+    return State::isOpening;
+}
+
+void Document::giveUp()
+{
+    if (state() != State::isOpening)
+        return;
+    theRenderedDocument.reset();
+    emit givenUp();
+}
+
+QString Document::whyNotOpened() const
+{
+    switch (state()) {
+    case State::isLocked:
+        return tr("It is protected by a password. Open the file again to be asked for it.");
+    case State::isRefused:
+        return theRenderedDocument->refusalReason();
+    case State::isGivenUp:
+        return tr("Its opening was cancelled.");
+    case State::isOpening:
+    case State::isOpened:
+        break;
+    }
+    return {};
 }
 
 void Document::makeWindowControllers()
@@ -74,13 +117,17 @@ void Document::makeWindowControllers()
 bool Document::validateCommand(const QString& command) const
 {
     if (command == "exportPDFversions"_L1)
-        return isIncr();
+        return theSourceIsEarly ? theUpdates.value_or(false) : isIncr();
     if (command == "openSource"_L1)
         return theRegistry->knows(WindowIdentifiers::source);
     if (command == "openBytes"_L1)
         return theRegistry->knows(WindowIdentifiers::bytes);
     if (command == "openVersions"_L1)
         return theRegistry->knows(WindowIdentifiers::versions);
+    const bool takesEngine = command == "openPlainPDF"_L1 || command == "exportFlatPDF"_L1
+        || command == "exportPlainText"_L1 || command == "exportRichText"_L1;
+    if (takesEngine && theSourceIsEarly && !isOpened())
+        return false;
     if (command == "openPlainPDF"_L1)
         return theRegistry->knows(WindowIdentifiers::plainPDF);
     return true;
@@ -98,16 +145,13 @@ void Document::openBytes()
 
 void Document::showBytes(std::size_t offset, std::size_t length)
 {
-    const auto isForBytes = [](const DocumentWindow* window) {
-        return window->identifier() == WindowIdentifiers::bytes;
-    };
-    if (std::none_of(windows().begin(), windows().end(), isForBytes))
+    if (!latestWindow(WindowIdentifiers::bytes))
         openBytes();
-    const auto latest = std::find_if(windows().rbegin(), windows().rend(), isForBytes);
-    if (latest == windows().rend())
+    DocumentWindow* const latest = latestWindow(WindowIdentifiers::bytes);
+    if (!latest)
         return;
-    (*latest)->bringUp();
-    if (auto* const display = dynamic_cast<BytesDisplay*>((*latest)->content()))
+    latest->bringUp();
+    if (auto* const display = dynamic_cast<BytesDisplay*>(latest->content()))
         display->goTo(offset, length);
 }
 
@@ -144,29 +188,34 @@ void Document::showNewWindow(const QString& identifier)
         window->show();
 }
 
+void Document::showSource()
+{
+    theSourceIsEarly = theSourceIsEarly || !isOpened();
+    if (DocumentWindow* const latest = latestWindow(WindowIdentifiers::source))
+        latest->bringUp();
+    else
+        openSource();
+}
+
 void Document::showPage(int page)
 {
+    if (!isOpened())
+        return;
     showWindows();
     emit pageWanted(page);
 }
 
 void Document::showSourceOfPage(int page)
 {
-    const auto isSource = [](const DocumentWindow* window) {
-        return window->identifier() == WindowIdentifiers::source;
-    };
-    if (std::none_of(windows().cbegin(), windows().cend(), isSource))
-        openSource();
-    const auto latest = std::find_if(windows().crbegin(), windows().crend(), isSource);
-    if (latest == windows().crend())
-        return;
-    (*latest)->bringUp();
-    emit sourceOfPageWanted(*latest, page);
+    showSource();
+    if (const DocumentWindow* const latest = latestWindow(WindowIdentifiers::source))
+        emit sourceOfPageWanted(latest, page);
 }
 
 void Document::openVersion(std::size_t number, std::size_t end)
 {
-    emit versionWanted({number, theBytes.prefix(end), theRenderedDocument->password()});
+    emit versionWanted({number, theBytes.prefix(end),
+        theRenderedDocument ? theRenderedDocument->password() : QString()});
 }
 
 QString Document::pathOfCopy() const

@@ -67,10 +67,19 @@ void DocumentController::openVersion(FrameDocument* document, const FileVersion&
             const QString& reason) { emit document->versionRefused(number, reason); });
 }
 
+void DocumentController::openSources(const QStringList& paths, QWidget* asking)
+{
+    for (const QString& path : paths)
+        openSource(QFileInfo(path).absoluteFilePath(), std::nullopt, asking);
+}
+
 /// @returns the opening that has begun; null where there is nothing left to do.
 FileOpening* DocumentController::open(const QString& path, const Version& version, QWidget* asking)
 {
-    if (FrameDocument* document = documentOf(path, version)) {
+    using State = FrameDocument::State;
+    FrameDocument* const document = documentOf(path, version);
+    const State state = document ? document->state() : State::isGivenUp;
+    if (state == State::isOpened) {
         if (!version)
             theRecentFiles->add(path);
         document->showWindows();
@@ -78,34 +87,67 @@ FileOpening* DocumentController::open(const QString& path, const Version& versio
         return nullptr;
     }
     if (FileOpening* opening = openingOf(path, version)) {
+        if (document)
+            document->showSource();
         opening->bringUp();
         return nullptr;
     }
-    auto* opening = new FileOpening(path, version, makeDocument, asking, this);
+    if (state == State::isOpening || state == State::isLocked) {
+        document->showSource();
+        return start(new FileOpening(document, this), asking);
+    }
+    // What was refused may have been mended.
+    return start(
+        new FileOpening(path, version, FileOpening::Wish::isDocument, makeDocument, asking, this),
+        asking);
+}
+
+void DocumentController::openSource(const QString& path, const Version& version, QWidget* asking)
+{
+    if (FrameDocument* const document = documentOf(path, version))
+        showSource(document);
+    else if (FileOpening* const opening = openingOf(path, version))
+        opening->openSource();
+    else
+        start(
+            new FileOpening(path, version, FileOpening::Wish::isSource, makeDocument, asking, this),
+            asking);
+}
+
+FileOpening* DocumentController::start(FileOpening* opening, QWidget* asking)
+{
     theOpenings << opening;
     connect(opening, &FileOpening::opened, this,
         [this, opening](FrameDocument* document) { finish(opening, document); });
+    connect(opening, &FileOpening::sourceReady, this, [this](FrameDocument* document) {
+        adopt(document);
+        showSource(document);
+    });
     connect(opening, &FileOpening::cancelled, this, [this, opening] { remove(opening); });
     connect(opening, &FileOpening::failed, this,
-        [this, opening, asker = QPointer(asking)](const QString& reason) {
-            const QString name = opening->version() ? opening->displayName() : opening->path();
+        [this, opening, asker = QPointer(asking)](const QString& reason, bool hasSource) {
             if (!QFileInfo::exists(opening->path()))
                 theRecentFiles->remove(opening->path());
             remove(opening);
-            report(name, reason, asker);
+            report(*opening, reason, hasSource, asker);
         });
     opening->start();
     return opening;
 }
 
+/// Of several the one that is opened: others were refused before the file was mended.
 FrameDocument* DocumentController::documentOf(const QString& path, const Version& version) const
 {
+    FrameDocument* found = nullptr;
     for (FrameDocument* document : theDocuments) {
-        if (!document->windows().isEmpty() && document->version() == version
-            && (version || isSameFile(document->fileURL().toLocalFile(), path)))
+        if (document->windows().isEmpty() || document->version() != version
+            || (!version && !isSameFile(document->fileURL().toLocalFile(), path)))
+            continue;
+        if (document->state() == FrameDocument::State::isOpened)
             return document;
+        found = document;
     }
-    return nullptr;
+    return found;
 }
 
 FileOpening* DocumentController::openingOf(const QString& path, const Version& version) const
@@ -117,14 +159,21 @@ FileOpening* DocumentController::openingOf(const QString& path, const Version& v
     return nullptr;
 }
 
-void DocumentController::finish(FileOpening* opening, FrameDocument* document)
+void DocumentController::adopt(FrameDocument* document)
 {
+    if (theDocuments.contains(document))
+        return;
     document->setParent(this);
     theDocuments << document;
     connect(document, &QObject::destroyed, this,
         [this, document] { theDocuments.removeAll(document); });
     connect(document, &FrameDocument::versionWanted, this,
         [this, document](const FileVersion& version) { openVersion(document, version); });
+}
+
+void DocumentController::finish(FileOpening* opening, FrameDocument* document)
+{
+    adopt(document);
     if (!document->version())
         theRecentFiles->add(opening->path());
     document->showWindows();
@@ -135,6 +184,15 @@ void DocumentController::finish(FileOpening* opening, FrameDocument* document)
         other->bringUp(); // a question waits for its answer
 }
 
+void DocumentController::showSource(FrameDocument* document)
+{
+    if (!document->version())
+        theRecentFiles->add(document->fileURL().toLocalFile());
+    document->showSource();
+    emit sourceOpened(document);
+    OpenFailureAlert::moveTo(document->windowForSheet());
+}
+
 void DocumentController::remove(FileOpening* opening)
 {
     theOpenings.removeAll(opening);
@@ -143,11 +201,19 @@ void DocumentController::remove(FileOpening* opening)
         emit nothingOpened();
 }
 
-void DocumentController::report(const QString& name, const QString& reason, QWidget* asking)
+void DocumentController::report(
+    const FileOpening& opening, const QString& reason, bool hasSource, QWidget* asking)
 {
     if ((!asking || !asking->isVisible()) && windowForAlerts)
         asking = windowForAlerts();
-    OpenFailureAlert::report(asking, name, reason);
+    OpenFailureAlert::OpenSource openIt;
+    if (hasSource)
+        openIt = [controller = QPointer(this), path = opening.path(), version = opening.version()] {
+            if (controller)
+                controller->openSource(path, version, nullptr);
+        };
+    OpenFailureAlert::report(
+        asking, opening.version() ? opening.displayName() : opening.path(), reason, openIt);
 }
 
 void DocumentController::addWindow(DocumentWindow* window)

@@ -2,10 +2,12 @@
 
 #include "PasswordPrompt.h"
 #include "files/ErrorText.h"
+#include "frame/DocumentWindow.h"
 #include "frame/FrameDocument.h"
 #include "frame/Notice.h"
 
 #include <QFileInfo>
+#include <QPushButton>
 #include <QUrl>
 
 #include <utility>
@@ -37,16 +39,27 @@ QString obviousFault(const QString& path)
 
 } // namespace
 
-FileOpening::FileOpening(const QString& path, const std::optional<FileVersion>& version,
+FileOpening::FileOpening(const QString& path, const std::optional<FileVersion>& version, Wish wish,
     const MakeDocument& makeDocument, QWidget* asking, QObject* parent)
     : QObject(parent)
     , thePath(path)
     , theVersion(version)
+    , theWish(wish)
     , theAskingWindow(asking)
-    , theDocument(makeDocument())
+    , theOwnDocument(makeDocument())
+    , theDocument(theOwnDocument.get())
 {
     theDocument->setFileURL(QUrl::fromLocalFile(thePath));
     theDocument->setVersion(version);
+}
+
+FileOpening::FileOpening(FrameDocument* document, QObject* parent)
+    : QObject(parent)
+    , thePath(document->fileURL().toLocalFile())
+    , theVersion(document->version())
+    , theDocument(document)
+    , isRead(true)
+{
 }
 
 FileOpening::~FileOpening()
@@ -62,11 +75,24 @@ QString FileOpening::displayName() const
 
 void FileOpening::start()
 {
+    if (isShown()) {
+        QMetaObject::invokeMethod(this, &FileOpening::follow, Qt::QueuedConnection);
+        return;
+    }
     theProgress = std::make_unique<Progress>(tr("Opening"),
         tr("Opening \u201c%1\u201d\u2026").arg(displayName()), theAskingWindow,
         Progress::Blocking::isNothing);
     connect(theProgress.get(), &Progress::cancelled, this, &FileOpening::cancel);
+    if (theWish == Wish::isDocument)
+        offerSource();
     QMetaObject::invokeMethod(this, &FileOpening::read, Qt::QueuedConnection);
+}
+
+void FileOpening::offerSource()
+{
+    theSourceButton = theProgress->addAnswer(tr("Open &Source"));
+    theSourceButton->setEnabled(false);
+    connect(theSourceButton, &QPushButton::clicked, this, &FileOpening::openSource);
 }
 
 void FileOpening::read()
@@ -99,10 +125,49 @@ void FileOpening::finishReading(const Reading& reading)
         fail(asSentence(QString::fromStdString(errorText(reading.failure))));
         return;
     }
-    connect(theDocument.get(), &FrameDocument::opened, this, &FileOpening::finishOpening);
-    connect(theDocument.get(), &FrameDocument::locked, this, &FileOpening::askForPassword);
-    connect(theDocument.get(), &FrameDocument::refused, this, &FileOpening::fail);
+    isRead = true;
     theDocument->readFromData(*reading.bytes);
+    if (theWish == Wish::isSource)
+        return openSourceAlone();
+    follow();
+    if (theSourceButton)
+        theSourceButton->setEnabled(true);
+    if (isSourceWanted)
+        openSource();
+}
+
+/// What becomes of the document.
+void FileOpening::follow()
+{
+    if (isConcluded || !theDocument)
+        return cancel();
+    connect(theDocument, &FrameDocument::opened, this, &FileOpening::finishOpening);
+    connect(theDocument, &FrameDocument::locked, this, &FileOpening::askForPassword);
+    connect(theDocument, &FrameDocument::refused, this, &FileOpening::fail);
+    connect(theDocument, &FrameDocument::givenUp, this, &FileOpening::cancel);
+    connect(theDocument, &QObject::destroyed, this, &FileOpening::cancel);
+    if (theDocument->state() == FrameDocument::State::isLocked)
+        askForPassword(false);
+}
+
+void FileOpening::openSource()
+{
+    isSourceWanted = true;
+    if (!isRead)
+        return; // as soon as it is
+    theProgress.reset(); // the window says what is under way
+    if (isShown())
+        theDocument->showSource();
+    else
+        emit sourceReady(theOwnDocument.release());
+}
+
+void FileOpening::openSourceAlone()
+{
+    FrameDocument* const document = theOwnDocument.release();
+    conclude();
+    emit sourceReady(document);
+    emit cancelled();
 }
 
 void FileOpening::askForPassword(bool wasWrong)
@@ -113,12 +178,17 @@ void FileOpening::askForPassword(bool wasWrong)
     theProgress.reset();
     const bool wasAsked = thePrompt;
     if (!wasAsked) {
-        thePrompt = new PasswordPrompt(theDocument->displayName(), theAskingWindow);
+        // Who reads the source goes on reading it.
+        thePrompt = isShown() ? new PasswordPrompt(displayName(), theDocument->windowForSheet(),
+                        PasswordPrompt::Blocking::isNothing)
+                              : new PasswordPrompt(displayName(), theAskingWindow,
+                                  PasswordPrompt::Blocking::isWindow);
         connect(thePrompt, &QDialog::rejected, this, &FileOpening::cancel);
         // A window that is closed takes its prompt with it: nobody is left to answer.
         connect(thePrompt, &QObject::destroyed, this, &FileOpening::cancel);
-        connect(
-            thePrompt, &PasswordPrompt::passwordEntered, theDocument.get(), &FrameDocument::unlock);
+        connect(thePrompt, &PasswordPrompt::passwordEntered, theDocument, &FrameDocument::unlock);
+        connect(thePrompt, &PasswordPrompt::sourceWanted, this, &FileOpening::openSourceAlone);
+        thePrompt->offerSource(!isShown());
     }
     thePrompt->ask(wasWrong && wasAsked);
 }
@@ -138,6 +208,8 @@ void FileOpening::conclude()
     isConcluded = true;
     theReading.abandon();
     theProgress.reset();
+    if (theDocument)
+        theDocument->disconnect(this);
     if (!thePrompt)
         return;
     thePrompt->disconnect(this);
@@ -147,15 +219,17 @@ void FileOpening::conclude()
 
 void FileOpening::finishOpening()
 {
+    if (isShown() && theDocument->windows().isEmpty())
+        return cancel(); // it is about to go with the window that showed its source
     conclude();
-    theDocument->disconnect(this);
-    emit opened(theDocument.release());
+    static_cast<void>(theOwnDocument.release());
+    emit opened(theDocument);
 }
 
 void FileOpening::fail(const QString& reason)
 {
     conclude();
-    emit failed(reason);
+    emit failed(reason, isRead && theOwnDocument);
 }
 
 void FileOpening::cancel()
@@ -163,6 +237,8 @@ void FileOpening::cancel()
     if (isConcluded)
         return;
     conclude();
+    if (isShown())
+        theDocument->giveUp();
     emit cancelled();
 }
 

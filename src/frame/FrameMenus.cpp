@@ -1,11 +1,16 @@
 #include "FrameMenus.h"
 
+#include "MenuContext.h"
+#include "MenuTitle.h"
 #include "frame/DocumentController.h"
 #include "frame/DocumentWindow.h"
+#include "frame/RecentFileMenu.h"
 #include "frame/RecentFiles.h"
 
 #include <QActionGroup>
 #include <QMenu>
+
+#include <functional>
 
 using namespace Qt::StringLiterals;
 
@@ -13,34 +18,48 @@ namespace tarnwick {
 
 namespace {
 
-constexpr int longestTitle = 640; // pixels at 96 dpi: wider menus leave small screens
+using Open = std::function<void(const QString& path)>;
 
-/// A title as a menu shows it: numbered for the keyboard, no wider than a menu should be.
-QString menuTitle(qsizetype index, const QString& title, const QMenu& menu)
+void addFiles(QMenu& menu, const QStringList& paths, const Open& open)
 {
-    QString text = menu.fontMetrics().elidedText(title, Qt::ElideMiddle, longestTitle);
-    text.replace(u'&', "&&"_L1);
-    const QString number = QString::number(index + 1);
-    const QString mnemonic = index < 9 ? u"&"_s : QString();
-    return mnemonic + number + u' ' + text;
+    for (qsizetype index = 0; index < paths.size(); ++index) {
+        const QString path = paths.at(index);
+        QAction* action = menu.addAction(menuTitle(index, RecentFiles::title(path), menu));
+        action->setStatusTip(path);
+        action->setData(path);
+        QObject::connect(action, &QAction::triggered, &menu, [open, path] { open(path); });
+    }
 }
 
 void fillRecent(QMenu& menu, DocumentWindow& window, DocumentController& controller)
 {
     menu.clear();
+    qDeleteAll(menu.findChildren<QMenu*>());
     controller.recentFiles()->refresh();
     const QStringList paths = controller.recentFiles()->paths();
-    for (qsizetype index = 0; index < paths.size(); ++index) {
-        const QString path = paths.at(index);
-        QAction* action = menu.addAction(menuTitle(index, RecentFiles::title(path), menu));
-        action->setStatusTip(path);
-        QObject::connect(action, &QAction::triggered, &controller,
-            [&controller, &window, path] { controller.openFiles({path}, &window); });
-    }
+    addFiles(menu, paths, [&](const QString& path) { controller.openFiles({path}, &window); });
     menu.addSeparator();
+    QMenu* const sources = menu.addMenu(QMenu::tr("Open &Source of"));
+    addFiles(
+        *sources, paths, [&](const QString& path) { controller.openSources({path}, &window); });
+    sources->setEnabled(!paths.isEmpty());
     QAction* clear = menu.addAction(QMenu::tr("&Clear Recent Files"));
     clear->setEnabled(!paths.isEmpty());
     QObject::connect(clear, &QAction::triggered, controller.recentFiles(), &RecentFiles::clear);
+}
+
+QMenu* recentFileMenu(
+    const QAction& entry, QMenu* menu, DocumentWindow& window, DocumentController& controller)
+{
+    const QString path = entry.data().toString();
+    if (path.isEmpty())
+        return nullptr;
+    auto* const context = new RecentFileMenu(path, controller.recentFiles(), menu);
+    QObject::connect(context, &RecentFileMenu::openWanted, &controller,
+        [&, path] { controller.openFiles({path}, &window); });
+    QObject::connect(context, &RecentFileMenu::sourceWanted, &controller,
+        [&, path] { controller.openSources({path}, &window); });
+    return context;
 }
 
 void fillWindows(QMenu& menu, const QList<QAction*>& fixed, const DocumentWindow& window,
@@ -69,6 +88,9 @@ void FrameMenus::keepFilled(DocumentWindow& window, DocumentController& controll
         const auto fill = [menu, &window, &controller] { fillRecent(*menu, window, controller); };
         QObject::connect(menu, &QMenu::aboutToShow, menu, fill);
         fill(); // an empty menu would not open
+        new MenuContext(menu, [menu, &window, &controller](const QAction& entry) {
+            return recentFileMenu(entry, menu, window, controller);
+        });
     }
     if (auto* menu = window.findChild<QMenu*>(u"windowMenu"_s)) {
         const QList<QAction*> fixed = menu->actions();

@@ -1,8 +1,12 @@
 #include "OpenFailureAlert.h"
 
+#include "MenuTitle.h"
+
 #include <QApplication>
 #include <QEvent>
 #include <QFileInfo>
+#include <QMenu>
+#include <QPushButton>
 #include <QTimer>
 #include <QWindow>
 
@@ -11,13 +15,15 @@
 
 namespace tarnwick {
 
-void OpenFailureAlert::report(QWidget* parent, const QString& path, const QString& reason)
+OpenFailureAlert* OpenFailureAlert::report(
+    QWidget* parent, const QString& path, const QString& reason, OpenSource openSource)
 {
     OpenFailureAlert* alert = current();
     if (!alert)
         alert = new OpenFailureAlert(parent);
-    alert->add(path, reason);
+    alert->add(path, reason, std::move(openSource));
     alert->showOnceItsWindowHasItsPlace();
+    return alert;
 }
 
 void OpenFailureAlert::moveTo(QWidget* window)
@@ -88,16 +94,51 @@ bool OpenFailureAlert::eventFilter(QObject* watched, QEvent* event)
 OpenFailureAlert::OpenFailureAlert(QWidget* parent)
     : Alert(QMessageBox::Warning, tr("Cannot Open"), QString(), parent, Blocking::isNothing)
 {
-    addAnswer(QMessageBox::Ok);
+    setEscapeButton(addAnswer(QMessageBox::Ok));
 }
 
-void OpenFailureAlert::add(const QString& path, const QString& reason)
+void OpenFailureAlert::add(const QString& path, const QString& reason, OpenSource openSource)
 {
     const QString name = QFileInfo(path).fileName();
     theNames << (name.isEmpty() ? path : name);
     theReasons << reason;
+    tellAll();
+    if (openSource)
+        theSources.append({theNames.constLast(), std::move(openSource)});
+    offerSources();
+}
+
+/// One file's source opens at once; of several, which one is chosen from a menu.
+void OpenFailureAlert::offerSources()
+{
+    if (theSources.isEmpty())
+        return;
+    const auto openAll = [this] {
+        const QList<Source> sources = theSources;
+        for (const Source& source : sources)
+            source.open();
+    };
+    if (!theSourceButton)
+        theSourceButton = addAnswer(tr("Open &Source"), openAll);
+    if (theNames.size() == 1)
+        return;
+    delete theSourceButton->menu();
+    auto* const menu = new QMenu(theSourceButton);
+    for (qsizetype index = 0; index < theSources.size(); ++index)
+        menu->addAction(menuTitle(index, theSources.at(index).name, *menu), this,
+            [open = theSources.at(index).open] { open(); });
+    if (theSources.size() > 1) {
+        menu->addSeparator();
+        menu->addAction(tr("&All %1").arg(theSources.size()), this, openAll);
+    }
+    theSourceButton->setMenu(menu);
+}
+
+void OpenFailureAlert::tellAll()
+{
     if (theNames.size() == 1) {
-        setTexts(tr("\u201c%1\u201d could not be opened.").arg(theNames.constFirst()), reason);
+        setTexts(tr("\u201c%1\u201d could not be opened.").arg(theNames.constFirst()),
+            theReasons.constFirst());
         return;
     }
     QStringList lines;

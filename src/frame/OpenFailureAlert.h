@@ -2,20 +2,29 @@
 
 #include "dialogs/Alert.h"
 
+#include <QList>
 #include <QStringList>
+
+#include <functional>
 
 namespace tarnwick {
 
 /// Tells which files could not be opened and why. It blocks nothing, and further failures join the
-/// alert that shows rather than piling up alerts.
+/// alert that shows rather than piling up alerts. Where a file's bytes could be read, it offers to
+/// open their source.
 class OpenFailureAlert : public Alert
 {
     Q_OBJECT
 
 public:
+    using OpenSource = std::function<void()>;
+
     /// @param parent the window that a new alert belongs to, or null.
     /// @param path of a file, or what else is to be opened is called.
-    static void report(QWidget* parent, const QString& path, const QString& reason);
+    /// @param openSource opens its source; empty where nothing could be read.
+    /// @returns the alert that tells it, which destroys itself.
+    static OpenFailureAlert* report(
+        QWidget* parent, const QString& path, const QString& reason, OpenSource openSource = {});
 
     /// Moves the alert that shows, if any, over to a window that has just come up: otherwise the
     /// window would lie over it.
@@ -31,12 +40,21 @@ private:
     /// The alert that shows or is about to.
     static OpenFailureAlert* current();
     explicit OpenFailureAlert(QWidget* parent);
-    void add(const QString& path, const QString& reason);
+    void add(const QString& path, const QString& reason, OpenSource openSource);
+    void tellAll();
+    void offerSources();
     void showInFront();
     void showOnceItsWindowHasItsPlace();
 
     QStringList theNames;
     QStringList theReasons;
+    struct Source
+    {
+        QString name;
+        OpenSource open;
+    };
+    QList<Source> theSources; ///< of files that could be read
+    QPushButton* theSourceButton = nullptr;
     bool isWaiting = false; ///< for its window to come up
 };
 

@@ -8,13 +8,13 @@
 
 namespace tarnwick {
 
-PasswordPrompt::PasswordPrompt(const QString& fileName, QWidget* parent)
+PasswordPrompt::PasswordPrompt(const QString& fileName, QWidget* parent, Blocking blocking)
     : QDialog(parent)
     , theWarning(new QLabel(tr("The password is wrong. Please try again."), this))
     , theField(new QLineEdit(this))
 {
     setWindowTitle(tr("Password"));
-    setWindowModality(Qt::WindowModal);
+    setWindowModality(blocking == Blocking::isWindow ? Qt::WindowModal : Qt::NonModal);
 
     auto* question = new QLabel(this);
     question->setTextFormat(Qt::PlainText);
@@ -29,6 +29,10 @@ PasswordPrompt::PasswordPrompt(const QString& fileName, QWidget* parent)
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, this);
     theOpenButton = buttons->addButton(tr("&Open"), QDialogButtonBox::AcceptRole);
     theOpenButton->setDefault(true);
+    theSourceButton = buttons->addButton(tr("Open &Source"), QDialogButtonBox::ActionRole);
+    theSourceButton->setAutoDefault(false);
+    theSourceButton->setAccessibleDescription(tr("Shows the file as stored, without a password"));
+    connect(theSourceButton, &QPushButton::clicked, this, &PasswordPrompt::sourceWanted);
     connect(buttons, &QDialogButtonBox::accepted, this, &PasswordPrompt::submit);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 
@@ -37,6 +41,11 @@ PasswordPrompt::PasswordPrompt(const QString& fileName, QWidget* parent)
     layout->addWidget(theField);
     layout->addWidget(theWarning);
     layout->addWidget(buttons);
+}
+
+void PasswordPrompt::offerSource(bool offers)
+{
+    theSourceButton->setVisible(offers);
 }
 
 void PasswordPrompt::ask(bool wasWrong)

@@ -69,10 +69,13 @@ struct Scene
         link.url = QUrl(QString::fromLatin1(address));
         view.followLink(link);
     }
-    void fail(const QStringList& names)
+    void fail(const QStringList& names, bool hasSource = false)
     {
+        OpenFailureAlert::OpenSource open;
+        if (hasSource)
+            open = [] { };
         for (const QString& name : names)
-            OpenFailureAlert::report(&window, name, u"It is a folder."_s);
+            OpenFailureAlert::report(&window, name, u"It is a folder."_s, open);
     }
     void checkForUpdates(const QString& version)
     {
@@ -123,6 +126,10 @@ void TestAlerts::saysAndAnswers_data()
     row(
         "a file that cannot be opened", [](Scene& s) { s.fail({u"<b>a.pdf"_s}); },
         "warning, blocks nothing", "“<b>a.pdf” could not be opened.|It is a folder.");
+    row(
+        "a file that could be read", [](Scene& s) { s.fail({u"<b>a.pdf"_s}, true); },
+        "warning, blocks nothing", "“<b>a.pdf” could not be opened.|It is a folder.",
+        "Open Source [OK], Escape: OK");
     row(
         "several",
         [](Scene& s) {

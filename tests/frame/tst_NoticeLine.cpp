@@ -26,7 +26,10 @@ class PlainDocument : public FrameDocument
 public:
     void readFromData(const FileBytes&) override { }
     void unlock(const QString&) override { }
+    State state() const override { return State::isOpened; }
+    void giveUp() override { }
     void makeWindowControllers() override { }
+    void showSource() override { }
 };
 
 DocumentWindow* shownWindow(FrameDocument* document = nullptr)

@@ -126,7 +126,13 @@ void ObjectPanel::ask()
     thePause.stop();
     theObjectIsAsked = true;
     delete theRequest; // which cancels it
-    if (!theNumber || !theDocument || theDocument->state() != PDFDocument::State::isOpen) {
+    if (!theDocument || theDocument->state() != PDFDocument::State::isOpen) {
+        clear(tr("Single objects show when the PDF engine has opened the file. What is stored of "
+                 "them is in the source."));
+        emit shown();
+        return;
+    }
+    if (!theNumber) {
         clear(tr("Put the caret into an object of the source below, or go to one with Ctrl+L."));
         emit shown();
         return;

@@ -71,6 +71,12 @@ void setUpListing(PlainTextView* view)
     view->setWrapping(false);
 }
 
+/// Why a view has no text, as no part of it.
+void tellEmpty(PlainTextView* view, const QString& reason)
+{
+    view->setGaps({{0, reason}}, {reason});
+}
+
 void setText(PlainTextView* view, const QString& text)
 {
     view->setTextStorage(std::make_shared<const PlainTextStorage>(text));
@@ -190,21 +196,34 @@ void SourceViewController::fillPanes()
         endWork(*pane, QString());
     theRenderedDocument = theOwner->thePDFDocument();
     setWindowTitle(u"\u203C\uFE0F"_s + theOwner->displayName());
-    if (!theRenderedDocument || theRenderedDocument->state() != PDFDocument::State::isOpen) {
+    if (!isOpened() && !theOwner->isSourceEarly()) {
         setBottomText(QString::fromUtf8(noDocumentText));
         emit filled();
         return;
     }
-    if (theFlags->showRawSource())
-        theContent = SourceContent::isRaw;
+    chooseContent();
+    if (isOpened())
+        fillFromEngine();
     else
-        theContent = theFlags->showSummarySource() ? SourceContent::isListing
-                                                   : SourceContent::isObjectList;
-    writeSummary();
-    fillUpper();
+        tellOpening();
     startScan(theLower, shared(theOwner->theData()));
     tellTable();
     tellObjectPanel();
+}
+
+void SourceViewController::chooseContent()
+{
+    if (theFlags->showRawSource())
+        theContent = SourceContent::isRaw;
+    else // of what may be no PDF file the list alone would show nothing
+        theContent = theFlags->showSummarySource() || !isOpened() ? SourceContent::isListing
+                                                                  : SourceContent::isObjectList;
+}
+
+void SourceViewController::fillFromEngine()
+{
+    writeSummary();
+    fillUpper();
 }
 
 void SourceViewController::fillUpper()
@@ -251,6 +270,8 @@ void SourceViewController::startScan(Pane& pane, const SharedBytes& bytes, const
         }
         pane.source = scan->source();
         pane.view->setTextStorage(scan->storage());
+        if (pane.source && pane.source->theString().empty())
+            tellEmpty(pane.view, tr("The file is empty."));
         tellNavigator();
         finishPane(pane, lossNote);
     });
@@ -295,6 +316,8 @@ void SourceViewController::setNote(Pane& pane, const QString& note)
 
 void SourceViewController::cancelWork(Pane& pane)
 {
+    if (&pane == &theUpper && !isOpened())
+        return theOwner->giveUp();
     if (&pane == &theUpper)
         emptyUpper();
     finishPane(pane, failureNote(PDFFailure::isCancelled));
@@ -317,7 +340,7 @@ void SourceViewController::writeSummary()
             ? std::optional(source->theCatalog().makeSummary())
             : std::nullopt;
     };
-    if (theRenderedDocument)
+    if (isOpened())
         setBottomText(QString::fromStdString(summaryText(
             theRenderedDocument->facts(), summaryOf(theUpper.source), summaryOf(theLower.source))));
 }

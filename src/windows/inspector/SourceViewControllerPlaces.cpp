@@ -57,7 +57,12 @@ void SourceViewController::connectNavigation()
             say(in == SourceNavigator::Pane::isFlattened ? theUpper : theLower, sentence);
         });
     connect(theNavigator, &SourceNavigator::bytesWanted, theOwner, &Document::showBytes);
-    connect(theNavigator, &SourceNavigator::pageWanted, this, &SourceViewController::pageWanted);
+    connect(
+        theNavigator, &SourceNavigator::pageWanted, this, &SourceViewController::showWantedPage);
+    connect(theOwner, &Document::opened, this, &SourceViewController::takeOpening);
+    connect(theOwner, &Document::locked, this, &SourceViewController::takeOpening);
+    connect(theOwner, &Document::refused, this, &SourceViewController::takeOpening);
+    connect(theOwner, &Document::givenUp, this, &SourceViewController::takeOpening);
     connect(theOwner, &Document::sourceOfPageWanted, this,
         [this](const DocumentWindow* window, int page) {
             if (window == DocumentWindow::of(this))

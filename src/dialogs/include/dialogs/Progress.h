@@ -5,7 +5,7 @@
 #include <QString>
 
 class QProgressBar;
-class QProgressDialog;
+class QPushButton;
 class QWidget;
 
 namespace tarnwick {
@@ -34,6 +34,10 @@ public:
     /// within. @param total 0 while it is unknown.
     void show(quint64 done, quint64 total);
     void setLabel(const QString& label);
+    /// Offers something beside cancelling, once, as soon as it is made; its dialog stays. Enter
+    /// does not give that answer unless it has the keyboard.
+    /// @returns the button, owned by the dialog: it goes with it.
+    QPushButton* addAnswer(const QString& text);
     /// Brings the dialog before the user, where it shows.
     void bringUp();
 
@@ -43,7 +47,8 @@ signals:
     void cancelled();
 
 private:
-    QPointer<QProgressDialog> theDialog;
+    class Dialog;
+    QPointer<Dialog> theDialog;
     QPointer<QProgressBar> theBar;
 };
 

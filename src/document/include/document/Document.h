@@ -30,8 +30,9 @@ public:
     explicit Document(const WindowRegistry<Document>* registry, QObject* parent = nullptr);
     ~Document() override;
 
-    /// The rendered document, owned by this one; null before readFromData(). Windows exist only
-    /// while it is open (PDFDocument::State::isOpen).
+    /// The rendered document, owned by this one; null before readFromData() and once it is given
+    /// up. Windows exist only while it is open (PDFDocument::State::isOpen), but for those that
+    /// show the source (isSourceEarly()).
     PDFDocument* thePDFDocument() const { return theRenderedDocument.get(); }
     /// The file's bytes, unchanged.
     const FileBytes& theData() const { return theBytes; }
@@ -45,14 +46,23 @@ public:
     /// Replaces the rendered document, the bytes and isIncr(), in this order.
     void readFromData(const FileBytes& bytes) override;
     void unlock(const QString& password) override;
+    State state() const override;
+    void giveUp() override;
     void makeWindowControllers() override;
+
+    void showSource() override;
+    /// Whether its source has been shown before it was opened, which it may never be.
+    bool isSourceEarly() const { return theSourceIsEarly; }
+    /// Why it is not opened, as sentences for the user; empty while it may yet be.
+    QString whyNotOpened() const;
 
     /// Shows bytes of the file, selected, in the latest of its windows for bytes, which comes to
     /// the front; in a new one where there is none.
     void showBytes(std::size_t offset, std::size_t length);
 
     /// "exportPDFversions" is possible exactly while isIncr(), a command that opens a window while
-    /// the registry makes such windows, every other command always.
+    /// the registry makes such windows, every other command always. What takes the engine is
+    /// possible only once the document is opened.
     Q_INVOKABLE bool validateCommand(const QString& command) const;
 
     /// Opens a saved version of the file as a document of its own, over the same bytes, or brings
@@ -73,7 +83,7 @@ public:
     /// made from it.
     QString pathOfCopy() const;
 
-    /// Shows a page in the main window. @param page from 0.
+    /// Shows a page in the main window; nothing while it is not opened. @param page from 0.
     void showPage(int page);
     /// Shows a page's object in a source inspector: in the latest one, or in a new one.
     void showSourceOfPage(int page);
@@ -100,6 +110,7 @@ public slots:
     void exportRichText();
 
 private:
+    bool isOpened() const { return state() == State::isOpened; }
     ExportSource exportSource();
     void showNewWindow(const QString& identifier);
     DocumentWindow* latestWindow(const QString& identifier) const;
@@ -112,6 +123,7 @@ private:
     std::optional<bool> theUpdates; ///< of theBytes, once they are known
     Work theUpdateSearch;
     std::unique_ptr<PDFSavedVersions> theSavedVersions; ///< null before anybody asks for them
+    bool theSourceIsEarly = false;
 };
 
 } // namespace tarnwick

@@ -45,6 +45,9 @@ public:
     /// files know nothing of. One that does not open is told of like a file, and by
     /// FrameDocument::versionRefused() of that document.
     void openVersion(FrameDocument* document, const FileVersion& version);
+    /// Opens the source of files, whatever the PDF engine will say of them: one that is open, or on
+    /// its way, shows its source.
+    void openSources(const QStringList& paths, QWidget* asking = nullptr);
     bool isOpening() const { return !theOpenings.isEmpty(); }
 
     /// Documents in the order of their opening.
@@ -70,6 +73,8 @@ public slots:
 signals:
     /// A document has been opened and its window shows.
     void documentOpened(FrameDocument* document);
+    /// A document's source shows, which it may do before it is opened.
+    void sourceOpened(FrameDocument* document);
     /// The user has closed the last window, and nothing is being opened.
     void lastWindowClosed();
     /// The last opening under way has come to nothing, and there is no window.
@@ -81,9 +86,13 @@ private:
     FrameDocument* documentOf(const QString& path, const Version& version) const;
     FileOpening* openingOf(const QString& path, const Version& version) const;
     FileOpening* open(const QString& path, const Version& version, QWidget* asking);
+    void openSource(const QString& path, const Version& version, QWidget* asking);
+    FileOpening* start(FileOpening* opening, QWidget* asking);
+    void adopt(FrameDocument* document);
     void finish(FileOpening* opening, FrameDocument* document);
+    void showSource(FrameDocument* document);
     void remove(FileOpening* opening);
-    void report(const QString& name, const QString& reason, QWidget* asking);
+    void report(const FileOpening& opening, const QString& reason, bool hasSource, QWidget* asking);
     void checkForLastWindow();
     void askNext(
         const QList<QPointer<DocumentWindow>>& answered, const std::function<void()>& agreed);

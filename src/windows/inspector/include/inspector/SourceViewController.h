@@ -38,6 +38,9 @@ class SourceNavigator;
 ///
 /// Every showing fills the panes anew. The engine and the scans work meanwhile; each pane says when
 /// it is waiting, lets the user give up, and says what went wrong.
+///
+/// Of a document that is not opened, or not yet, the stored file shows all the same, with its
+/// listing; the upper pane says why it is empty, and is filled when the document is opened.
 class SourceViewController : public QWidget
 {
     Q_OBJECT
@@ -141,6 +144,12 @@ private:
 
     void connectOutlets();
     void fillPanes();
+    bool isOpened() const;
+    void fillFromEngine();
+    void tellOpening();
+    void takeOpening();
+    void chooseContent();
+    void showWantedPage(int page);
     void fillUpper();
     void takeFlattened(PDFFileRequest* request);
     void startScan(Pane& pane, const SharedBytes& bytes, const QString& lossNote = {});

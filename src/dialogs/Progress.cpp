@@ -1,5 +1,7 @@
 #include "dialogs/Progress.h"
 
+#include "dialogs/InTurn.h"
+
 #include <QEvent>
 #include <QProgressBar>
 #include <QProgressDialog>
@@ -18,7 +20,8 @@ constexpr int leastWidth = 360;
 
 } // namespace
 
-/// May have a second answer.
+/// Comes up when nothing that must be answered stands over its window, and may have a second
+/// answer.
 class Progress::Dialog : public QProgressDialog
 {
 public:
@@ -36,6 +39,19 @@ public:
     {
         theCanceller = button;
         setCancelButton(button);
+    }
+    void setVisible(bool shows) override
+    {
+        if (!shows || isVisible() || (!isOver && !waitsForTurn(this)))
+            QProgressDialog::setVisible(shows);
+    }
+    /// Comes up no more, though it may still be waiting to.
+    void end()
+    {
+        isOver = true;
+        reset();
+        hide();
+        deleteLater();
     }
 
 protected:
@@ -67,6 +83,7 @@ private:
 
     QPushButton* theCanceller = nullptr;
     QPushButton* theAnswer = nullptr;
+    bool isOver = false;
 };
 
 Progress::Progress(const QString& title, const QString& label, QWidget* window, Blocking blocking)
@@ -74,6 +91,7 @@ Progress::Progress(const QString& title, const QString& label, QWidget* window, 
     , theBar(new QProgressBar(theDialog))
 {
     theBar->setRange(0, 0);
+    theBar->setValue(0); // without a value Qt's own patience of four seconds would stay
     theDialog->setBar(theBar);
     theDialog->setCanceller(new QPushButton(tr("Cancel"), theDialog));
     theDialog->setWindowTitle(title);
@@ -90,9 +108,7 @@ Progress::~Progress()
         return;
     // Possibly from within its own signal.
     theDialog->disconnect(this);
-    theDialog->reset(); // it may still be waiting to come up
-    theDialog->hide();
-    theDialog->deleteLater();
+    theDialog->end();
 }
 
 void Progress::show(quint64 done, quint64 total)

@@ -1,6 +1,7 @@
 #include "OpenFailureAlert.h"
 
 #include "MenuTitle.h"
+#include "dialogs/InTurn.h"
 
 #include <QApplication>
 #include <QEvent>
@@ -55,10 +56,18 @@ OpenFailureAlert* OpenFailureAlert::current()
 
 void OpenFailureAlert::showInFront()
 {
-    isWaiting = false;
+    isWaiting = !isVisible() && waitsForTurn(this);
+    if (isWaiting)
+        return;
     show();
     raise();
     activateWindow();
+}
+
+void OpenFailureAlert::showEvent(QShowEvent* event)
+{
+    isWaiting = false;
+    Alert::showEvent(event);
 }
 
 // Shown earlier, the alert would stand at the middle of where its window is not, and that window

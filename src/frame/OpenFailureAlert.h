@@ -36,6 +36,9 @@ public:
     /// Learns when the window that it waits for has its place.
     bool eventFilter(QObject* watched, QEvent* event) override;
 
+protected:
+    void showEvent(QShowEvent* event) override;
+
 private:
     /// The alert that shows or is about to.
     static OpenFailureAlert* current();

@@ -1,5 +1,7 @@
 #include "PasswordPrompt.h"
 
+#include "dialogs/InTurn.h"
+
 #include <QDialogButtonBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -57,6 +59,8 @@ void PasswordPrompt::ask(bool wasWrong)
     theField->setFocus();
     theField->setAccessibleDescription(wasWrong ? theWarning->text() : QString());
     adjustSize();
+    if (waitsForTurn(this))
+        return;
     show();
     raise();
     activateWindow();

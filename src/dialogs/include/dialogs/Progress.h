@@ -12,7 +12,8 @@ namespace tarnwick {
 
 /// The small dialog that says what takes long and how far it is, and offers to cancel it: the same
 /// for everything that takes long. It comes up after half a second; what is over before is not
-/// mentioned. It goes with this object, and with its window.
+/// mentioned, and while something must be answered over its window it waits for that
+/// (waitsForTurn()). It goes with this object, and with its window.
 class Progress : public QObject
 {
     Q_OBJECT

@@ -85,6 +85,11 @@ FrameDocument::State Document::state() const
     return State::isOpening;
 }
 
+QString Document::password() const
+{
+    return theRenderedDocument ? theRenderedDocument->password() : QString();
+}
+
 void Document::giveUp()
 {
     if (state() != State::isOpening)
@@ -214,8 +219,7 @@ void Document::showSourceOfPage(int page)
 
 void Document::openVersion(std::size_t number, std::size_t end)
 {
-    emit versionWanted({number, theBytes.prefix(end),
-        theRenderedDocument ? theRenderedDocument->password() : QString()});
+    emit versionWanted({number, theBytes.prefix(end), password()});
 }
 
 QString Document::pathOfCopy() const

@@ -28,7 +28,7 @@ VersionReading::VersionReading(Document* document, QObject* parent)
     : QObject(parent)
     , theBytes(document->theData())
     , theVersions(document->savedVersions())
-    , theContents(new VersionContents(theBytes, document->thePDFDocument()->password(), this))
+    , theContents(new VersionContents(theBytes, document->password(), this))
 {
     connect(
         theContents, &VersionContents::read, this, [this](int row, const VersionContent& content) {

@@ -43,6 +43,9 @@ public:
     /// needs it calls fetch().
     PDFDocumentText* documentText() const { return theText.get(); }
 
+    /// The password that has opened it; null without one.
+    QString password() const;
+
     /// Replaces the rendered document, the bytes and isIncr(), in this order.
     void readFromData(const FileBytes& bytes) override;
     void unlock(const QString& password) override;

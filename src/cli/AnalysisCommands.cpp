@@ -1,10 +1,9 @@
 #include "AnalysisCommands.h"
 
+#include "Complaint.h"
 #include "PiecePrinter.h"
 #include "analysis/SourceText.h"
-#include "files/ErrorText.h"
 
-#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <string>
@@ -24,10 +23,7 @@ PieceFormat outputFormat(const Arguments& arguments)
 
 ExitStatus finish(PiecePrinter& printer)
 {
-    if (printer.finish())
-        return ExitStatus::isDone;
-    std::fprintf(stderr, "tarnwick-inspect: standard output: %s\n", errorText(errno).c_str());
-    return ExitStatus::isFailed;
+    return printer.finish() ? ExitStatus::isDone : complainOfOutput();
 }
 
 void printObjectList(const SourceText& source, PiecePrinter& printer)

@@ -4,19 +4,11 @@
 #include "analysis/NameSearch.h"
 #include "analysis/ObjectKind.h"
 
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
 
 #include <unistd.h>
 
 namespace tarnwick {
-
-ExitStatus complain(ExitStatus status, const std::string& file, const std::string& reason)
-{
-    std::fprintf(stderr, "tarnwick-inspect: %s: %s\n", file.c_str(), reason.c_str());
-    return status;
-}
 
 namespace {
 
@@ -38,8 +30,7 @@ ExitStatus printBytes(std::string_view bytes, ExitStatus status)
         ? printVisible(bytes)
         : std::fwrite(bytes.data(), 1, bytes.size(), stdout) == bytes.size()
             && std::fflush(stdout) == 0;
-    return isPrinted ? status
-                     : complain(ExitStatus::isFailed, "standard output", std::strerror(errno));
+    return isPrinted ? status : complainOfOutput();
 }
 
 std::string shownPath(const std::string& path)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Arguments.h"
+#include "Complaint.h"
 #include "JsonText.h"
 #include "analysis/ObjectSource.h"
 #include "analysis/pdfObjectCatalog.h"
@@ -10,9 +10,6 @@
 #include <string_view>
 
 namespace tarnwick {
-
-/// Says on standard error what went wrong with a file. @returns the status given.
-ExitStatus complain(ExitStatus status, const std::string& file, const std::string& reason);
 
 /// Prints what a command found: bytes as they are, on a terminal with signs for control characters.
 /// @returns the status given, or isFailed when it could not be written, which is then said.

@@ -1,9 +1,10 @@
 #include "DecodedCommand.h"
 
+#include "Complaint.h"
 #include "EngineSession.h"
 #include "files/ErrorText.h"
 #include "files/OutputFile.h"
-#include "pdf/LossText.h"
+#include "pdf/FailureText.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -34,7 +35,7 @@ private:
         const std::string object
             = arguments().file + ": object " + std::to_string(*arguments().objNo);
         if (!theRequest->succeeded())
-            return fail(object, failureReason(theRequest->failure()));
+            return fail(object, failureReason(*theRequest));
         const PDFStream& stream = theRequest->stream();
         if (stream.end == PDFStreamEnd::isNone)
             return fail(object, QStringLiteral("It has no stream"));
@@ -54,8 +55,7 @@ private:
     static ExitStatus reportEnd(const std::string& object, const PDFStream& stream)
     {
         if (stream.end == PDFStreamEnd::isWhole && !stream.remark.isEmpty())
-            std::fprintf(
-                stderr, "tarnwick-inspect: %s: %s\n", object.c_str(), qPrintable(stream.remark));
+            complain(ExitStatus::isDone, object, stream.remark.toStdString());
         if (stream.end == PDFStreamEnd::isWhole)
             return ExitStatus::isDone;
         const bool isDamaged = stream.end == PDFStreamEnd::isDamaged;

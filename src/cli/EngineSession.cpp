@@ -1,5 +1,6 @@
 #include "EngineSession.h"
 
+#include "Complaint.h"
 #include "FileInput.h"
 #include "Password.h"
 #include "files/ErrorText.h"
@@ -9,19 +10,11 @@
 #include <QCoreApplication>
 #include <QFile>
 
-#include <cstdio>
-
 #include <unistd.h>
 
 namespace tarnwick {
 
 namespace {
-
-ExitStatus complain(const std::string& what, const std::string& reason)
-{
-    std::fprintf(stderr, "tarnwick-inspect: %s: %s\n", what.c_str(), reason.c_str());
-    return ExitStatus::isFailed;
-}
 
 /// The file in shared memory, where the engine reads it.
 std::optional<FileBytes> readShared(const std::string& path, std::string& reason)
@@ -77,7 +70,7 @@ void EngineSession::end(ExitStatus status)
 
 void EngineSession::fail(const std::string& what, const QString& reason)
 {
-    end(complain(what, reason.toStdString()));
+    end(complain(ExitStatus::isFailed, what, reason.toStdString()));
 }
 
 std::unique_ptr<OutputFile> EngineSession::output() const
@@ -119,13 +112,13 @@ ExitStatus runSession(const Arguments& arguments,
     std::string reason;
     const std::optional<FileBytes> bytes = readShared(arguments.file, reason);
     if (!bytes)
-        return complain(arguments.file, reason);
+        return complain(ExitStatus::isFailed, arguments.file, reason);
     if (arguments.passwordFile)
         neverWrite(*arguments.passwordFile);
     // Said before the work; the file itself is asked again when it is written.
     const std::string output = arguments.output.value_or("-");
     if (leadsToInput(output))
-        return complain(shown(output), "This is the file that is being exported");
+        return complain(ExitStatus::isFailed, shown(output), errorText(OutputFile::isOpenedFile));
     const std::unique_ptr<QObject> session = makeSession(*bytes);
     return static_cast<ExitStatus>(QCoreApplication::exec());
 }

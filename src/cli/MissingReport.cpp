@@ -1,5 +1,7 @@
 #include "MissingReport.h"
 
+#include "Complaint.h"
+
 #include <cstdio>
 #include <limits>
 #include <string>
@@ -52,8 +54,7 @@ ExitStatus reportMissing(const ExportContent& content, const Arguments& argument
         std::fputs(jsonOf(content).c_str(), stderr);
     else
         for (const QString& sentence : content.missing(std::numeric_limits<int>::max()))
-            std::fprintf(stderr, "tarnwick-inspect: %s: %s\n", arguments.file.c_str(),
-                qUtf8Printable(sentence));
+            complain(ExitStatus::isIncomplete, arguments.file, sentence.toStdString());
     return content.isWhole() ? ExitStatus::isDone : ExitStatus::isIncomplete;
 }
 

@@ -1,14 +1,17 @@
 #include "AnalysisCommands.h"
 #include "Arguments.h"
 #include "CheckCommand.h"
+#include "Complaint.h"
 #include "ExportProgram.h"
 #include "FileInput.h"
 #include "ObjectCommand.h"
 #include "TreeCommand.h"
 #include "UsesCommand.h"
 #include "VersionsCommand.h"
+#include "files/ErrorText.h"
 #include "files/LargePages.h"
 #include "files/OpenedFiles.h"
+#include "files/OutputFile.h"
 
 #include <csignal>
 #include <cstdio>
@@ -74,9 +77,10 @@ ExitStatus run(const Arguments& arguments)
     std::string reason;
     const std::optional<SharedBytes> bytes = readInput(arguments.file, reason);
     if (!bytes)
-        return fail(ExitStatus::isFailed, arguments.file + ": " + reason);
+        return complain(ExitStatus::isFailed, arguments.file, reason);
     if (OpenedFiles::contains(STDOUT_FILENO))
-        return fail(ExitStatus::isFailed, "standard output: This is the file that is being read");
+        return complain(
+            ExitStatus::isFailed, "standard output", errorText(OutputFile::isOpenedFile));
     if (arguments.command == "listing")
         return listingCommand(arguments, *bytes);
     if (arguments.command == "objects")

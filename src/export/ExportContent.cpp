@@ -1,6 +1,7 @@
 #include "export/ExportContent.h"
 
 #include "RtfWriter.h"
+#include "pdf/FailureText.h"
 
 #include <QCoreApplication>
 #include <QStringEncoder>
@@ -41,7 +42,7 @@ public:
         connect(request, &PDFRequest::progressed, this, &ExportContent::progressed);
         connect(request, &PDFRequest::finished, this, [this, request] {
             if (!request->succeeded()) {
-                emit failed(exportFailureText(request->failure()));
+                emit failed(failureText(request->failure(), FailedTask::isExporting));
                 return;
             }
             const PDFWrittenFile& file = request->file();
@@ -113,7 +114,7 @@ private:
         if (failure == PDFFailure::isCancelled)
             QMetaObject::invokeMethod(theText, &PDFDocumentText::fetch, Qt::QueuedConnection);
         else if (theText->arrivedCount() == 0)
-            emit failed(exportFailureText(failure));
+            emit failed(failureText(failure, FailedTask::isExporting));
         else
             keep(); // a beginning, and word of what is missing, beat nothing
     }
@@ -150,7 +151,7 @@ public:
             });
         connect(request, &PDFRequest::finished, this, [this, request, count] {
             if (theNextPage == 0) {
-                emit failed(exportFailureText(request->failure()));
+                emit failed(failureText(request->failure(), FailedTask::isExporting));
                 return;
             }
             theTextLosses.add({theNextPage, count - 1, PDFLoss::isNotRead});
@@ -222,26 +223,6 @@ void ExportContent::setTaken(const PDFLosses& losses, qsizetype lostObjects)
     theLostObjects = lostObjects;
     theContentIsTaken = true;
     emit taken();
-}
-
-QString exportFailureText(PDFFailure failure)
-{
-    const auto text
-        = [](const char* source) { return QCoreApplication::translate("ExportContent", source); };
-    switch (failure) {
-    case PDFFailure::isEngineDead:
-        return text("The PDF engine ended while it was reading the document.");
-    case PDFFailure::isOutOfMemory:
-        return text("The PDF engine needed more memory than it may use.");
-    case PDFFailure::isTimedOut:
-        return text("The PDF engine took longer than it may.");
-    case PDFFailure::isDamaged:
-        return text("The document is too damaged for this.");
-    case PDFFailure::isNone:
-    case PDFFailure::isCancelled:
-        break;
-    }
-    return {};
 }
 
 } // namespace tarnwick

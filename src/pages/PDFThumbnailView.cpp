@@ -6,6 +6,7 @@
 #include "TileLoader.h"
 #include "pages/PDFView.h"
 #include "pages/PagePainter.h"
+#include "pdf/FailureText.h"
 #include "pdf/LossText.h"
 #include "pdf/PDFDocument.h"
 
@@ -350,7 +351,9 @@ QString PDFThumbnailView::Private::tip(int page) const
     if (label != QString::number(page + 1))
         tip = tr("Page %1 of %2, %3").arg(page + 1).arg(pageCount()).arg(label);
     const PDFFailure failure = theTiles.failure(page);
-    return failure == PDFFailure::isNone ? tip : tip % u'\n' % PagePainter::failureText(failure);
+    return failure == PDFFailure::isNone
+        ? tip
+        : tip % u'\n' % failureText(failure, FailedTask::isDrawing);
 }
 
 void PDFThumbnailView::Private::describeFailures()

@@ -3,6 +3,7 @@
 #include "DocumentPages.h"
 #include "WantedTiles.h"
 #include "pages/PagePainter.h"
+#include "pdf/FailureText.h"
 
 #include <QAccessible>
 #include <QPainter>
@@ -226,7 +227,7 @@ QString PDFView::Private::shownText(int page) const
     if (page < 0)
         return {};
     if (const PDFFailure failure = theTiles.failure(page); failure != PDFFailure::isNone)
-        return PagePainter::failureText(failure);
+        return failureText(failure, FailedTask::isDrawing);
     if (const PDFPageText* const text = theDetails.text(page))
         return text->string;
     const qsizetype length = lengthOf(page);

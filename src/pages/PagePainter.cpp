@@ -3,9 +3,8 @@
 #include "TileCache.h"
 #include "TileGrid.h"
 #include "TileLoader.h"
-#include "pdf/PDFRequest.h"
+#include "pdf/FailureText.h"
 
-#include <QCoreApplication>
 #include <QPainter>
 
 #include <algorithm>
@@ -13,29 +12,6 @@
 namespace tarnwick {
 
 namespace {
-
-QString translated(const char* text)
-{
-    return QCoreApplication::translate("PagePainter", text);
-}
-
-QString reason(PDFFailure failure)
-{
-    switch (failure) {
-    case PDFFailure::isEngineDead:
-        return translated("The PDF engine stopped while it was drawing it.");
-    case PDFFailure::isOutOfMemory:
-        return translated("Drawing it takes more memory than there is for a page.");
-    case PDFFailure::isTimedOut:
-        return translated("Drawing it takes too long.");
-    case PDFFailure::isDamaged:
-        return translated("The file is damaged here.");
-    case PDFFailure::isNone:
-    case PDFFailure::isCancelled:
-        break;
-    }
-    return {};
-}
 
 /// Paints a page's image at another scale, stretched, where its own is still to come.
 void paintStandIns(
@@ -72,7 +48,7 @@ void paintFailure(QPainter& painter, const QRect& whole, const PagePainter::Page
     const QRect inside(
         QPoint(qRound(whole.x() / page.pixelRatio) + 8, qRound(whole.y() / page.pixelRatio) + 8),
         (QSizeF(whole.size()) / page.pixelRatio - QSizeF(16, 16)).toSize());
-    const QString text = PagePainter::failureText(page.failure);
+    const QString text = failureText(page.failure, FailedTask::isDrawing);
     const QRect needed = painter.boundingRect(inside, Qt::AlignCenter | Qt::TextWordWrap, text);
     // A thumbnail has no room for sentences: a mark says that something is wrong.
     const bool isTight = needed.height() > inside.height() || needed.width() > inside.width();
@@ -81,11 +57,6 @@ void paintFailure(QPainter& painter, const QRect& whole, const PagePainter::Page
 }
 
 } // namespace
-
-QString PagePainter::failureText(PDFFailure failure)
-{
-    return translated("This page could not be drawn.") % u'\n' % reason(failure);
-}
 
 void PagePainter::paint(QPainter& painter, const Page& page, const QPoint& origin,
     const QRect& clip, const TileCache& tiles)

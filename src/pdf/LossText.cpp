@@ -1,6 +1,7 @@
 #include "pdf/LossText.h"
 
-#include "PDFEngineClient.h"
+#include "pdf/FailureText.h"
+#include "protocol/EngineMessages.h"
 
 #include <QCoreApplication>
 #include <QLocale>
@@ -22,10 +23,9 @@ public:
     static QString sentence(
         LossSubject subject, PDFLoss loss, const QList<PDFLosses::Range>& ranges, int most);
 
-    static QString reason(LossSubject subject, PDFLoss loss, bool isOne);
-
 private:
     static QString head(LossSubject subject, bool isPart, bool isOne);
+    static QString reason(LossSubject subject, PDFLoss loss, bool isOne);
 };
 
 constexpr PDFLoss allLosses[] = {PDFLoss::isTimedOut, PDFLoss::isEngineDead, PDFLoss::isOutOfMemory,
@@ -91,20 +91,16 @@ QString LossText::reason(LossSubject subject, PDFLoss loss, bool isOne)
     switch (loss) {
     case PDFLoss::isNone:
         break;
-    case PDFLoss::isTimedOut: {
-        const QString limit = number(pdfPageTimeLimit / 1000);
-        return (
-            isOne ? tr("it took longer than %1 seconds") : tr("each took longer than %1 seconds"))
-            .arg(limit);
-    }
+    case PDFLoss::isTimedOut:
+        return failureReason(PDFFailure::isTimedOut, isOne);
     case PDFLoss::isEngineDead:
-        return isOne ? tr("the PDF engine ended while it was reading it")
-                     : tr("the PDF engine ended while it was reading them");
+        return failureReason(PDFFailure::isEngineDead, isOne);
     case PDFLoss::isOutOfMemory:
-        return isOne ? tr("it needs more memory than the PDF engine may use")
-                     : tr("they need more memory than the PDF engine may use");
+        return failureReason(PDFFailure::isOutOfMemory, isOne);
     case PDFLoss::isDamaged:
-        return isOne ? tr("it is too damaged to be read") : tr("they are too damaged to be read");
+        return failureReason(PDFFailure::isDamaged, isOne);
+    case PDFLoss::isNotRead:
+        return failureReason(PDFFailure::isCancelled, isOne);
     case PDFLoss::isDamagedInPart:
         return isOne ? tr("it is damaged in places") : tr("they are damaged in places");
     case PDFLoss::isCut: {
@@ -115,8 +111,6 @@ QString LossText::reason(LossSubject subject, PDFLoss loss, bool isOne)
             isOne ? tr("it has more than %1 characters") : tr("each has more than %1 characters"))
             .arg(limit);
     }
-    case PDFLoss::isNotRead:
-        return isOne ? tr("reading stopped before it") : tr("reading stopped before them");
     }
     return {};
 }
@@ -152,11 +146,6 @@ bool namesAllPages(const PDFLosses& losses, int most)
 {
     return std::all_of(std::begin(allLosses), std::end(allLosses),
         [&](PDFLoss loss) { return losses.ranges(loss).size() <= most; });
-}
-
-QString failureReason(PDFFailure failure)
-{
-    return LossText::reason(LossSubject::isText, lossOf(failure), true);
 }
 
 QString lossList(const PDFLosses& losses, LossSubject subject)

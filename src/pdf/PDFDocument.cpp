@@ -6,6 +6,7 @@
 #include "PDFPageMeasures.h"
 #include "PDFPageWork.h"
 #include "PDFTextReading.h"
+#include "pdf/FailureText.h"
 #include "pdf/PDFObjectEngines.h"
 
 #include <QPointer>
@@ -171,7 +172,7 @@ void PDFDocument::Private::takeFacts(const QByteArray& payload)
 {
     const std::optional<PDFOpenedAnswer> answer = readOpenedAnswer(viewOf(payload));
     if (!answer)
-        return refuse(tr("The PDF engine stopped while it was reading the file."));
+        return refuse(failureText(PDFFailure::isEngineDead, FailedTask::isOpening));
     theFacts = answer->facts;
     theState = State::isOpen;
     theMeasures->start(answer->facts.pageCount, answer->firstPageSize);

@@ -2,6 +2,7 @@
 
 #include "PDFEngineAnswers.h"
 #include "PDFEngineProcess.h"
+#include "pdf/FailureText.h"
 
 #include <QPointer>
 
@@ -289,10 +290,7 @@ void PDFEngineClient::loseEngine(PDFFailure failure)
     if (isMissing) // no fault of the file's
         return failOpening(
             tr("The PDF engine %1 is missing or cannot be started.").arg(pdfEnginePath()), failure);
-    failOpening(failure == PDFFailure::isTimedOut
-            ? tr("Reading the file takes longer than %1 seconds.").arg(openingLimit() / 1000)
-            : tr("The PDF engine stopped while it was reading the file."),
-        failure);
+    failOpening(failureText(failure, FailedTask::isOpening, openingLimit()), failure);
 }
 
 void PDFEngineClient::distrustEngine()

@@ -14,9 +14,6 @@
 
 namespace tarnwick {
 
-/// Milliseconds that the engine may take for a page, unless its job says otherwise.
-constexpr int pdfPageTimeLimit = 20'000;
-
 /// One piece of work for an engine.
 struct PDFEngineJob
 {

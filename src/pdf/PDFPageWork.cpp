@@ -15,6 +15,7 @@ void PDFPageWork::submit(PDFEngineClient* client, PDFRequest* request, PDFEngine
                 waiting->finish(failure);
         };
     }
+    request->theTimeLimit = job.timeLimit;
     const PDFEngineClient::Number number = client->submit(std::move(job));
     request->theGiveUp = [client = QPointer<PDFEngineClient>(client), number] {
         if (client)

@@ -1,6 +1,6 @@
 #include "PagePrintJob.h"
 
-#include "pages/PagePainter.h"
+#include "pdf/FailureText.h"
 #include "pdf/PDFDocument.h"
 #include "printing/PrintSettings.h"
 
@@ -131,8 +131,8 @@ void PagePrintJob::paintFailure()
     const QRect sheet(QPoint(0, 0), theSheetArea.size());
     thePainter.fillRect(sheet, Qt::white);
     thePainter.setPen(Qt::black);
-    thePainter.drawText(
-        sheet, Qt::AlignCenter | Qt::TextWordWrap, PagePainter::failureText(theRequest->failure()));
+    thePainter.drawText(sheet, Qt::AlignCenter | Qt::TextWordWrap,
+        failureText(theRequest->failure(), FailedTask::isDrawing));
 }
 
 void PagePrintJob::end(bool ok)

@@ -132,7 +132,8 @@ void TestEngineCommands::neverWritesItsInput()
     for (const QStringList& words : commands) {
         const CompanionRun result = runCompanion(words, {theHome->path(), {}, {}, inAndOut});
         QVERIFY2(result.status == 1, qPrintable(words.join(u' ')));
-        QVERIFY2(result.errors.contains("This is the file"), result.errors.constData());
+        QVERIFY2(
+            result.errors.contains("an opened file is never written"), result.errors.constData());
         QCOMPARE(contentOf(path(u"a.pdf"_s)), twoPages());
         QCOMPARE(contentOf(path(u"password"_s)), QByteArray("geheim\n"));
     }
@@ -147,7 +148,7 @@ void TestEngineCommands::saysWhyItFailed()
         {u"none.pdf"_s, u"out"_s, "none.pdf: No such"},
         {u"."_s, u"out"_s, "directory"},
         {u"text.pdf"_s, u"out"_s, "text.pdf: "},
-        {u"a.pdf"_s, u"link.pdf"_s, "the file that is being exported"},
+        {u"a.pdf"_s, u"link.pdf"_s, "an opened file is never written"},
         {u"a.pdf"_s, u"none/out"_s, "No such file"},
         {u"a.pdf"_s, u"/"_s, "irectory"},
         {u"a.pdf"_s, u"/dev/full"_s, "/dev/full: No space left"},

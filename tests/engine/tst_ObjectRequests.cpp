@@ -1,5 +1,6 @@
 // What single objects say and what their streams hold, asked of real engines.
 
+#include "pdf/FailureText.h"
 #include "pdf/PDFObjectEngines.h"
 #include "support/OpenedDocument.h"
 #include "support/PdfBuilder.h"
@@ -421,6 +422,11 @@ void TestObjectRequests::usesAFreshEngineForEachStream()
         QVERIFY(endOf(document->requestStream(4, PDFStreamForm::isRaw, usualStream, document.get()))
                     .startsWith(u"whole "_s));
     QCOMPARE(document->engineProcessIds(), before);
+    // A long one gets longer, and its failure would say so.
+    const int most = document->requestStream(4, PDFStreamForm::isRaw, largestStream, document.get())
+                         ->timeLimit();
+    QCOMPARE(
+        failureReason(PDFFailure::isTimedOut, true, most), u"it took longer than 80 seconds"_s);
 }
 
 QTEST_MAIN(TestObjectRequests)

@@ -4,7 +4,7 @@
 #include "StreamPanel.h"
 #include "StreamWords.h"
 #include "frame/PaneSplitter.h"
-#include "pdf/LossText.h"
+#include "pdf/FailureText.h"
 #include "text/PlainTextView.h"
 
 #include <QLabel>
@@ -157,9 +157,7 @@ void ObjectPanel::take(PDFObjectRequest* request)
     request->deleteLater();
     theRequest.clear();
     if (!request->succeeded()) {
-        const QString reason = failureReason(request->failure());
-        clear(reason.isEmpty() ? tr("The object could not be read.")
-                               : tr("The object could not be read: %1.").arg(reason));
+        clear(failureSentence(tr("The object could not be read"), *request));
         emit shown();
         return;
     }

@@ -6,6 +6,7 @@
 #include "SourceNavigator.h"
 #include "SourceSummary.h"
 #include "document/Document.h"
+#include "pdf/FailureText.h"
 #include "pdf/LossText.h"
 #include "text/PlainTextStorage.h"
 #include "text/PlainTextView.h"
@@ -27,25 +28,6 @@ using namespace std::chrono_literals;
 
 /// A note that comes and goes within a glance only makes the window flicker.
 constexpr auto notePatience = 300ms;
-
-QString failureNote(PDFFailure failure)
-{
-    switch (failure) {
-    case PDFFailure::isNone:
-        return {};
-    case PDFFailure::isCancelled:
-        return SourceViewController::tr("Cancelled");
-    case PDFFailure::isEngineDead:
-        return SourceViewController::tr("The PDF engine broke down while writing this document");
-    case PDFFailure::isOutOfMemory:
-        return SourceViewController::tr("The PDF engine ran out of memory");
-    case PDFFailure::isTimedOut:
-        return SourceViewController::tr("Given up: it takes the PDF engine too long");
-    case PDFFailure::isDamaged:
-        return SourceViewController::tr("The PDF engine could not write this document");
-    }
-    return {};
-}
 
 /// What the flattened document lacks, shortly in the first line; empty when it is whole.
 QString lossNote(const PDFWrittenFile& file)
@@ -246,7 +228,7 @@ void SourceViewController::takeFlattened(PDFFileRequest* request)
         return;
     }
     emptyUpper();
-    finishPane(theUpper, failureNote(request->failure()));
+    finishPane(theUpper, failureText(request->failure(), FailedTask::isFlattening));
 }
 
 /// Without a flattened PDF there is nothing to list; an undecorated text stays what it was.
@@ -320,7 +302,7 @@ void SourceViewController::cancelWork(Pane& pane)
         return theOwner->giveUp();
     if (&pane == &theUpper)
         emptyUpper();
-    finishPane(pane, failureNote(PDFFailure::isCancelled));
+    finishPane(pane, failureText(PDFFailure::isCancelled, FailedTask::isFlattening));
 }
 
 void SourceViewController::finishPane(Pane& pane, const QString& note)

@@ -3,7 +3,7 @@
 #include "StreamWords.h"
 #include "export/BytesExport.h"
 #include "frame/Notice.h"
-#include "pdf/LossText.h"
+#include "pdf/FailureText.h"
 #include "text/HexView.h"
 
 #include <QComboBox>
@@ -153,9 +153,7 @@ void StreamPanel::take(PDFStreamRequest* request)
     request->deleteLater();
     theRequest.clear();
     if (!request->succeeded()) {
-        const QString reason = failureReason(request->failure());
-        empty(reason.isEmpty() ? tr("The stream could not be read.")
-                               : tr("The stream could not be read: %1.").arg(reason));
+        empty(failureSentence(tr("The stream could not be read"), *request));
         emit shown();
         return;
     }
@@ -195,8 +193,7 @@ void StreamPanel::saveAnswer(
 {
     const PDFStream& stream = request.stream();
     if (!request.succeeded() || stream.end == PDFStreamEnd::isUnknown) {
-        const QString reason
-            = request.succeeded() ? stream.remark : failureReason(request.failure());
+        const QString reason = request.succeeded() ? stream.remark : failureReason(request);
         tellUser({Notice::Kind::isFailure,
                      tr("The stream of object %1 has not been saved: %2")
                          .arg(object.number)

@@ -12,7 +12,7 @@
 #include "frame/ViewFlags.h"
 #include "pages/PDFThumbnailView.h"
 #include "pages/PDFView.h"
-#include "pdf/LossText.h"
+#include "pdf/FailureText.h"
 #include "pdf/PDFDocument.h"
 #include "pdf/PDFDocumentText.h"
 #include "printing/PagePrinter.h"
@@ -50,8 +50,7 @@ int storedStripWidth()
 QString outlineNote(const PDFOutlineRequest& request)
 {
     if (!request.succeeded())
-        return ViewController::tr("The outline could not be read: %1.")
-            .arg(failureReason(request.failure()));
+        return failureSentence(ViewController::tr("The outline could not be read"), request);
     switch (request.outline().loss) {
     case PDFLoss::isNone:
         return {};

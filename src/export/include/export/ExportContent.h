@@ -80,7 +80,4 @@ private:
 bool writeUtf8(const QString& string, const ExportContent::Sink& sink,
     const std::stop_token& stop = {}, const ExportContent::Progress& progress = {});
 
-/// A sentence for the user on why the engine brought nothing; empty for isNone and isCancelled.
-QString exportFailureText(PDFFailure failure);
-
 } // namespace tarnwick

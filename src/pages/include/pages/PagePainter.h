@@ -2,7 +2,6 @@
 
 #include <QRect>
 #include <QSizeF>
-#include <QString>
 
 class QPainter;
 
@@ -30,9 +29,6 @@ struct Page
 /// @param clip device pixels that need painting.
 void paint(QPainter& painter, const Page& page, const QPoint& origin, const QRect& clip,
     const TileCache& tiles);
-
-/// What stands in the place of a page that cannot be drawn: one sentence saying so, one why.
-QString failureText(PDFFailure failure);
 
 }
 

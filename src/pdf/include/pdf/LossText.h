@@ -27,10 +27,6 @@ QStringList lossSentences(const PDFLosses& losses, LossSubject subject, int most
 /// Whether they name every page.
 bool namesAllPages(const PDFLosses& losses, int most = 4);
 
-/// Why a request brought nothing, as a phrase: "it took longer than 20 seconds"; empty where there
-/// is nothing to say.
-QString failureReason(PDFFailure failure);
-
 /// The whole list for the user: a line for each range of pages, in their order.
 QString lossList(const PDFLosses& losses, LossSubject subject);
 

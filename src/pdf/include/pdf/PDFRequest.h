@@ -10,6 +10,9 @@
 
 namespace tarnwick {
 
+/// Milliseconds that the engine may take for a page, unless a request says otherwise.
+constexpr int pdfPageTimeLimit = 20'000;
+
 /// Why a request to the PDF engine brought no result.
 enum class PDFFailure
 {
@@ -33,6 +36,8 @@ class PDFRequest : public QObject
 public:
     bool isFinished() const { return theState != State::isRunning; }
     PDFFailure failure() const { return theFailure; }
+    /// Milliseconds that the engine may take for it, once it starts on it.
+    int timeLimit() const { return theTimeLimit; }
     bool succeeded() const { return isFinished() && theFailure == PDFFailure::isNone; }
 
     /// Gives the work up; an engine that is busy with it is ended and replaced. Safe at any time.
@@ -61,6 +66,7 @@ private:
 
     State theState = State::isRunning;
     PDFFailure theFailure = PDFFailure::isNone;
+    int theTimeLimit = pdfPageTimeLimit;
     std::function<void()> theGiveUp;
 };
 

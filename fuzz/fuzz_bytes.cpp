@@ -5,7 +5,7 @@
 #include "FuzzTarget.h"
 
 #include "ByteMatches.h"
-#include "OffsetInput.h"
+#include "files/OffsetInput.h"
 #include "text/HexStorage.h"
 
 #include <string>

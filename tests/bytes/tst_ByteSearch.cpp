@@ -1,5 +1,4 @@
 #include "ByteMatches.h"
-#include "OffsetInput.h"
 
 #include <QTest>
 
@@ -50,7 +49,6 @@ private slots:
     void findsPatterns();
     void refusesPatterns();
     void stepsThroughBlocks();
-    void readsOffsets();
 };
 
 void TestByteSearch::findsPatterns()
@@ -136,32 +134,6 @@ void TestByteSearch::stepsThroughBlocks()
     const ByteMatches none = searched(bytes, BytePattern::ofBytes("ABC"));
     QCOMPARE(none.next(5).kind, Kind::isNone);
     QCOMPARE(none.previous(5).kind, Kind::isNone);
-}
-
-void TestByteSearch::readsOffsets()
-{
-    using Wrong = OffsetInput::Problem;
-    const std::pair<Wrong, QStringList> inputs[] = {
-        {Wrong::isNone,
-            {u"2317"_s, u"@2317"_s, u" @ 2317 "_s, u"0x90D"_s, u"@0X90d"_s, u"2,317"_s, u"2.317"_s,
-                u"2\u202F317"_s, u"002317"_s}},
-        {Wrong::isBehindEnd, {u"10001"_s, u"0xFFFFFFFFFFFFFFFFF"_s, u"99999999999999999999"_s}},
-        {Wrong::isEmpty, {u""_s, u" "_s, u"@"_s}},
-        {Wrong::isNoNumber,
-            {u"-5"_s, u"+5"_s, u"1.5"_s, u"12,34"_s, u",123"_s, u"1,,234"_s, u"0x"_s, u"0xG"_s,
-                u"12 0 R"_s, u"@@5"_s, u"five"_s}},
-        {Wrong::isHexWithoutSign, {u"90D"_s}},
-    };
-    for (const auto& [problem, texts] : inputs) {
-        for (const QString& text : texts) {
-            const OffsetInput input = readOffset(units(text), 10000);
-            QVERIFY2(input.problem == problem, qPrintable(text));
-            const std::size_t offset = problem == Wrong::isNone ? 2317 : 0;
-            QVERIFY2(input.offset.value_or(0) == offset, qPrintable(text));
-        }
-    }
-    QCOMPARE(readOffset(u"0", 10000).offset.value_or(1), std::size_t{0});
-    QCOMPARE(readOffset(u"10000", 10000).offset.value_or(0), std::size_t{10000}); // the end
 }
 
 QTEST_APPLESS_MAIN(TestByteSearch)

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "BytePattern.h"
-#include "OffsetInput.h"
+#include "files/OffsetInput.h"
 #include "text/HexView.h"
 
 #include <QString>

@@ -1,7 +1,10 @@
 #include "PlaceQuery.h"
 
+#include "files/OffsetInput.h"
+
 #include <algorithm>
 #include <charconv>
+#include <limits>
 
 namespace tarnwick {
 
@@ -41,11 +44,11 @@ public:
         return true;
     }
 
-    template<class Number> Number number(int base = 10)
+    template<class Number> Number number()
     {
         Number value{};
         const auto [end, error]
-            = std::from_chars(theRest.data(), theRest.data() + theRest.size(), value, base);
+            = std::from_chars(theRest.data(), theRest.data() + theRest.size(), value);
         if (error != std::errc() || theRest.starts_with('-'))
             note(error == std::errc::result_out_of_range ? PlaceMistake::isTooLarge
                                                          : PlaceMistake::isNoPlace);
@@ -93,17 +96,38 @@ Result readObject(Reader& reader)
     return reader.result(query);
 }
 
+Result readPlace(std::u16string_view text)
+{
+    constexpr std::size_t noEnd
+        = std::numeric_limits<std::size_t>::max(); // the pane's is not known
+    const OffsetInput input = readOffset(text, noEnd);
+    if (input.offset)
+        return OffsetQuery{static_cast<std::size_t>(*input.offset)};
+    return input.problem == OffsetInput::Problem::isBehindEnd ? PlaceMistake::isTooLarge
+                                                              : PlaceMistake::isNoPlace;
+}
+
+/// Of what is no ASCII only blanks belong to a place, and the signs of an offset.
+std::string asciiOf(std::u16string_view text)
+{
+    std::string ascii;
+    for (const char16_t unit : text) {
+        const bool isBlank = unit == u'\u00A0' || unit == u'\u202F';
+        ascii += isBlank ? ' ' : unit < 0x80 ? static_cast<char>(unit) : '?';
+    }
+    return ascii;
+}
+
 } // namespace
 
-std::variant<PlaceQuery, PlaceMistake> parsePlaceQuery(std::string_view text)
+std::variant<PlaceQuery, PlaceMistake> parsePlaceQuery(std::u16string_view text)
 {
-    Reader reader(text);
+    const std::string ascii = asciiOf(text);
+    Reader reader(ascii);
     if (reader.isAtEnd())
         return PlaceMistake::isEmpty;
-    if (reader.take("@")) {
-        const int base = reader.take("0x") ? 16 : 10;
-        return reader.result(OffsetQuery{reader.number<std::size_t>(base)});
-    }
+    if (reader.take("@"))
+        return readPlace(text);
     if (reader.take("p"))
         return reader.result(PageQuery{reader.number<int>()});
     return readObject(reader);

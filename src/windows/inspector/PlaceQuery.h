@@ -44,9 +44,9 @@ enum class PlaceMistake
 };
 
 /// A place as typed: "17", "17 0" and "17 0 R" (object and generation), "17 v2" (as of a saved
-/// version), "@2317" and "@0x90D" (byte offset), "p12" (page). Upper and lower case, and white
-/// space at the ends and between the parts, do not matter.
+/// version), "@2317" and "@0x90D" (byte offset, as OffsetInput.h reads them), "p12" (page). Upper
+/// and lower case, and white space at the ends and between the parts, do not matter.
 using PlaceQuery = std::variant<ObjectQuery, OffsetQuery, PageQuery>;
-std::variant<PlaceQuery, PlaceMistake> parsePlaceQuery(std::string_view text);
+std::variant<PlaceQuery, PlaceMistake> parsePlaceQuery(std::u16string_view text);
 
 } // namespace tarnwick

@@ -163,8 +163,7 @@ void SourceViewController::goToObject()
 
 void SourceViewController::goToWanted(const QString& text)
 {
-    const QByteArray bytes = text.toUtf8();
-    const auto query = parsePlaceQuery({bytes.data(), static_cast<std::size_t>(bytes.size())});
+    const auto query = parsePlaceQuery(text.toStdU16String());
     const auto* mistake = std::get_if<PlaceMistake>(&query);
     const QString failure
         = mistake ? mistakeText(*mistake, text) : theNavigator->goTo(std::get<PlaceQuery>(query));

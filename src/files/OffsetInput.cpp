@@ -1,4 +1,4 @@
-#include "OffsetInput.h"
+#include "files/OffsetInput.h"
 
 #include <algorithm>
 #include <charconv>
@@ -12,7 +12,8 @@ using Problem = OffsetInput::Problem;
 
 bool isBlank(char16_t unit)
 {
-    return unit == u' ' || unit == u'\t' || unit == u'\u00A0' || unit == u'\u202F';
+    return unit == u' ' || (unit >= u'\t' && unit <= u'\r') || unit == u'\u00A0'
+        || unit == u'\u202F';
 }
 
 std::u16string_view withoutBlanks(std::u16string_view text)
@@ -75,7 +76,8 @@ OffsetInput readOffset(std::u16string_view text, std::uint64_t size)
     if (rest.empty())
         return {std::nullopt, Problem::isEmpty};
     const bool isHex = rest.size() >= 2 && rest[0] == u'0' && (rest[1] == u'x' || rest[1] == u'X');
-    const std::string digits = isHex ? hexDigits(rest.substr(2)) : decimalDigits(rest);
+    const std::string digits
+        = isHex ? hexDigits(withoutBlanks(rest.substr(2))) : decimalDigits(rest);
     if (digits.empty()) {
         const bool wouldBeHex = !isHex && !hexDigits(rest).empty();
         return {std::nullopt, wouldBeHex ? Problem::isHexWithoutSign : Problem::isNoNumber};

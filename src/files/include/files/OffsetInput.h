@@ -6,8 +6,9 @@
 
 namespace tarnwick {
 
-/// What somebody types to go to a byte: "2317", "0x90D", either with an "@" before it, blanks
-/// around it, and decimal digits in groups of three as they are shown ("2,317").
+/// What somebody types to go to a byte, wherever that is: "2317", "0x90D", either with an "@" before
+/// it, white space around it and behind the signs, and decimal digits in groups of three as they are
+/// shown ("2,317").
 struct OffsetInput
 {
     enum class Problem

@@ -26,9 +26,9 @@ void MeasuringApplication::start()
 
 bool MeasuringApplication::notify(QObject* receiver, QEvent* event)
 {
-    if (theIsWithin || !isMeasuring)
+    if (isWithin || !isMeasuring)
         return QApplication::notify(receiver, event);
-    theIsWithin = true;
+    isWithin = true;
     Event measured{0, 0, event->type(), receiver->metaObject()->className(), thePhase};
     QElapsedTimer clock;
     clock.start();
@@ -36,7 +36,7 @@ bool MeasuringApplication::notify(QObject* receiver, QEvent* event)
     const bool result = QApplication::notify(receiver, event);
     measured.processor = threadMilliseconds() - before;
     measured.wall = static_cast<double>(clock.nsecsElapsed()) / 1e6;
-    theIsWithin = false;
+    isWithin = false;
     theEvents.push_back(measured);
     return result;
 }

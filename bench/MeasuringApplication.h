@@ -35,7 +35,7 @@ public:
     bool notify(QObject* receiver, QEvent* event) override;
 
 private:
-    bool theIsWithin = false;
+    bool isWithin = false;
     bool isMeasuring = false;
     const char* thePhase = "";
     std::vector<Event> theEvents;

@@ -36,6 +36,7 @@
 #include <cstdio>
 #include <functional>
 
+using namespace Qt::StringLiterals;
 using namespace tarnwick;
 
 namespace {
@@ -50,7 +51,7 @@ MeasuringApplication* application()
 /// Megabytes of a line of /proc/self/status.
 qint64 megabytes(const QByteArray& name)
 {
-    QFile status(QStringLiteral("/proc/self/status"));
+    QFile status(u"/proc/self/status"_s);
     status.open(QIODevice::ReadOnly);
     for (const QByteArray& line : status.readAll().split('\n')) {
         if (line.startsWith(name))
@@ -170,11 +171,11 @@ private:
         };
         const auto isOver = [this] { return !theViewer->isSearching(); };
         step(
-            "search", [find] { find(QStringLiteral("e")); }, isOver);
+            "search", [find] { find(u"e"_s); }, isOver);
         step(
             "next", [this] { theViewer->doFindNext(); }, [] { return false; }, 500);
         step(
-            "search again", [find] { find(QStringLiteral("qq")); }, isOver);
+            "search again", [find] { find(u"qq"_s); }, isOver);
     }
     void textPane()
     {
@@ -190,8 +191,8 @@ private:
     }
     void outline()
     {
-        auto* const tree = theViewer->findChild<QTreeView*>(QStringLiteral("outlineView"));
-        auto* const tabs = theViewer->findChild<QTabWidget*>(QStringLiteral("sideTabs"));
+        auto* const tree = theViewer->findChild<QTreeView*>(u"outlineView"_s);
+        auto* const tabs = theViewer->findChild<QTabWidget*>(u"sideTabs"_s);
         const auto soon = [] { return false; };
         step(
             "outline", [tabs] { tabs->setCurrentIndex(tabs->count() - 1); }, soon, 500);
@@ -206,11 +207,11 @@ private:
     }
     void goToLabel()
     {
-        auto* const field = theViewer->findChild<QLineEdit*>(QStringLiteral("pageField"));
+        auto* const field = theViewer->findChild<QLineEdit*>(u"pageField"_s);
         step(
             "page field",
             [field] {
-                field->setText(QStringLiteral("no such page"));
+                field->setText(u"no such page"_s);
                 press(field, Qt::Key_Return);
             },
             [] { return false; }, 300);
@@ -237,9 +238,9 @@ private:
     void objectTable()
     {
         SourceViewController* const inspector = theInspector();
-        auto* const table = inspector->findChild<QTableView*>(QStringLiteral("objectTable"));
-        auto* const field = inspector->findChild<QLineEdit*>(QStringLiteral("objectFilter"));
-        auto* const tabs = inspector->findChild<QTabWidget*>(QStringLiteral("objectTabs"));
+        auto* const table = inspector->findChild<QTableView*>(u"objectTable"_s);
+        auto* const field = inspector->findChild<QLineEdit*>(u"objectFilter"_s);
+        auto* const tabs = inspector->findChild<QTabWidget*>(u"objectTabs"_s);
         const auto order = [table](int column, Qt::SortOrder direction) {
             table->horizontalHeader()->setSortIndicator(column, direction);
         };
@@ -253,8 +254,7 @@ private:
         step(
             "last object", [table] { press(table, Qt::Key_End, Qt::ControlModifier); }, soon, 500);
         step(
-            "filter objects", [field] { field->setText(QStringLiteral("size>100 v:1")); }, soon,
-            2000);
+            "filter objects", [field] { field->setText(u"size>100 v:1"_s); }, soon, 2000);
         step(
             "object tree", [tabs] { tabs->setCurrentIndex(1); }, soon, 2000);
     }
@@ -334,7 +334,7 @@ int main(int argc, char* argv[])
     MeasuringApplication program(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     QStringList files = QCoreApplication::arguments().mid(1);
-    const bool all = files.removeAll(QStringLiteral("--all")) > 0;
+    const bool all = files.removeAll(u"--all"_s) > 0;
     const auto option = [&files](const QString& name) {
         const qsizetype place = files.indexOf(name);
         if (place < 0 || place + 1 >= files.size())
@@ -342,8 +342,8 @@ int main(int argc, char* argv[])
         files.removeAt(place);
         return files.takeAt(place);
     };
-    const QString engine = option(QStringLiteral("--engine"));
-    const QString seconds = option(QStringLiteral("--wait"));
+    const QString engine = option(u"--engine"_s);
+    const QString seconds = option(u"--wait"_s);
     if (files.isEmpty())
         return 1;
     const int patience = seconds.isEmpty() ? 10'000 : seconds.toInt() * 1000;

@@ -8,14 +8,15 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
 using namespace tarnwick;
 
 namespace {
 
 PDFTextRun runFrom(std::uint8_t byte, qsizetype start)
 {
-    static const QString families[] = {QStringLiteral("A"), QStringLiteral("a;}{\\f9 "), QString(),
-        QStringLiteral("\u660e\u671d"), QString(QChar(0xd800)), QStringLiteral("\n\t\x01")};
+    static const QString families[] = {u"A"_s, u"a;}{\\f9 "_s, QString(), u"\u660e\u671d"_s,
+        QString(QChar(0xd800)), u"\n\t\x01"_s};
     PDFTextRun run;
     run.start = start - byte % 3;
     run.length = byte % 7;

@@ -97,7 +97,7 @@ void DictionaryParser::restart()
 {
     dropOpenKids();
     theFirstKid = kidCount();
-    theHasLines = false;
+    hasLines = false;
     theValues = Values();
     beginPiece();
 }
@@ -113,7 +113,7 @@ void DictionaryParser::beginPiece()
 /// token, so no token and no key runs over the end of a line.
 void DictionaryParser::addLine(std::string_view line)
 {
-    theHasLines = true;
+    hasLines = true;
     std::size_t tokenStart = 0;
     unsigned tokenMeanings = 0;
     for (std::size_t index = 0; index < line.size(); ++index) {
@@ -245,7 +245,7 @@ void DictionaryParser::apply(const Piece& piece, Values& values)
 ObjectEntries DictionaryParser::entries(ObjectType type) const
 {
     ObjectEntries entries;
-    if (!theHasLines)
+    if (!hasLines)
         return entries;
     Values values = theValues;
     apply(thePiece, values);

@@ -89,11 +89,11 @@ void ObjectCollector::beginObject(const ScannedLine& line, std::string_view text
     theHeader = text;
     theSecondLine.reset();
     theHeaderOffset = line.start;
-    theHeaderInXml = line.inXml;
+    isHeaderInXml = line.inXml;
     theType = ObjectType::isPlain;
     theNumbers.reset();
     theDetailIndex.reset();
-    theParserHasLines = false;
+    hasParsedLines = false;
     if (line.holdsType)
         noteType(text);
 }
@@ -130,7 +130,7 @@ void ObjectCollector::makeRecord(const ScannedLine& end)
     const std::size_t size = end.start - theHeaderOffset;
     ObjectRecord record;
     record.type = static_cast<unsigned>(type) & 7u;
-    record.inXml = theHeaderInXml;
+    record.inXml = isHeaderInXml;
     record.objVer = theVersion;
     if (size <= ObjectRecord::longestReadAgain && objNo >= 0
         && objNo <= std::numeric_limits<std::uint32_t>::max()) {
@@ -170,10 +170,10 @@ ObjectEntries ObjectCollector::parsedEntries(ObjectType type, std::size_t end)
 {
     if (!DictionaryParser::hasEntries(type) || !theSecondLine)
         return {};
-    if (!theParserHasLines) {
+    if (!hasParsedLines) {
         theParser.restart();
-        theParserHasLines = true;
-        theUnparsedLines = ObjectLines(theText, theHeaderOffset, theHeaderInXml);
+        hasParsedLines = true;
+        theUnparsedLines = ObjectLines(theText, theHeaderOffset, isHeaderInXml);
     }
     theUnparsedLines.readTo(end, [this](std::string_view line) { theParser.addLine(line); });
     return theParser.entries(type);

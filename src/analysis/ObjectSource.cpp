@@ -65,12 +65,12 @@ void ObjectSource::takeToken(const SourceToken& token)
     const bool closes
         = token.kind == TokenKind::isDictionaryClose || token.kind == TokenKind::isArrayClose;
     if (isOwn && !closes) {
-        if (theHasKey)
+        if (hasKey)
             theEntries.back().token = token;
         else if (token.kind == TokenKind::isName)
             theEntries.push_back(
                 {nameText(theBytes.substr(token.begin, token.end - token.begin)), SourceToken()});
-        theHasKey = !theHasKey && token.kind == TokenKind::isName;
+        hasKey = !hasKey && token.kind == TokenKind::isName;
     }
     if (token.kind == TokenKind::isDictionaryOpen || token.kind == TokenKind::isArrayOpen)
         ++theDepth;

@@ -47,9 +47,9 @@ private:
     {
         constexpr std::size_t mostSteps = 8;
         for (std::size_t steps = 0; offset >= theRange.end; ++steps) {
-            theRecord = theHasRange && steps < mostSteps ? theRecord + 1
-                                                         : theCatalog.firstEndingBehind(offset);
-            theHasRange = true;
+            theRecord = hasRange && steps < mostSteps ? theRecord + 1
+                                                      : theCatalog.firstEndingBehind(offset);
+            hasRange = true;
             const std::size_t end = theCatalog.bytes().size();
             theRange = theRecord < theCatalog.size() ? theCatalog.object(theRecord).range()
                                                      : ByteRange{end, end};
@@ -68,7 +68,7 @@ private:
     CodeScan theCode;
     std::size_t theRecord = 0;
     ByteRange theRange; ///< of that record
-    bool theHasRange = false;
+    bool hasRange = false;
 };
 
 } // namespace tarnwick

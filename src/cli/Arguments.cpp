@@ -85,14 +85,14 @@ private:
 
     bool takeWord(const std::string& word)
     {
-        const bool isOption = !theOptionsAreOver && word.size() > 1 && word.starts_with('-');
+        const bool isOption = !isBehindOptions && word.size() > 1 && word.starts_with('-');
         return isOption ? takeOption(word) : takeOperand(word);
     }
 
     bool takeOption(const std::string& word)
     {
         if (word == "--")
-            theOptionsAreOver = true;
+            isBehindOptions = true;
         else if (word == "--json")
             theArguments.json = true;
         else if (word == "--raw")
@@ -206,7 +206,7 @@ private:
     Arguments theArguments;
     std::size_t theNext = 0;
     std::vector<std::string> theOperands;
-    bool theOptionsAreOver = false;
+    bool isBehindOptions = false;
 };
 
 } // namespace

@@ -11,6 +11,8 @@
 #include <limits>
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 namespace {
@@ -38,7 +40,7 @@ private:
             return fail(object, failureReason(*theRequest));
         const PDFStream& stream = theRequest->stream();
         if (stream.end == PDFStreamEnd::isNone)
-            return fail(object, QStringLiteral("It has no stream"));
+            return fail(object, u"It has no stream"_s);
         if (stream.end == PDFStreamEnd::isUnknown)
             return fail(object, stream.remark);
         const std::unique_ptr<OutputFile> file = output();

@@ -12,6 +12,8 @@
 
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 namespace {
@@ -90,14 +92,14 @@ void EngineSession::unlock(bool wasWrong)
 {
     constexpr int maximumAttempts = 3;
     if (wasWrong && (theArguments.passwordFile || theAttempts == maximumAttempts))
-        return doWithout("locked", QStringLiteral("This is not its password"));
+        return doWithout("locked", u"This is not its password"_s);
     const auto password = theArguments.passwordFile
         ? passwordFromFile(*theArguments.passwordFile)
         : passwordFromTerminal("Password for " + theArguments.file + ": ");
     if (!password && theArguments.passwordFile)
-        return fail(*theArguments.passwordFile, QStringLiteral("Cannot be read"));
+        return fail(*theArguments.passwordFile, u"Cannot be read"_s);
     if (!password)
-        return doWithout("locked", QStringLiteral("A password is needed"));
+        return doWithout("locked", u"A password is needed"_s);
     ++theAttempts;
     theDocument.unlock(QString::fromStdString(*password));
 }

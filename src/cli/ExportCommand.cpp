@@ -6,6 +6,8 @@
 
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 namespace {
@@ -32,7 +34,7 @@ private:
         source.text = theText.get();
         theContent = ExportContent::make(kindOf(arguments().command), source);
         if (!theContent)
-            return fail(arguments().file, QStringLiteral("The document is not open"));
+            return fail(arguments().file, u"The document is not open"_s);
         connect(theContent.get(), &ExportContent::taken, this, &EngineExport::write);
         connect(theContent.get(), &ExportContent::failed, this,
             [this](const QString& reason) { fail(arguments().file, reason); });

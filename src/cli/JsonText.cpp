@@ -56,9 +56,9 @@ JsonText JsonText::ofCommand(std::string_view schema, std::int64_t version)
 
 void JsonText::separate()
 {
-    if (theNeedsComma)
+    if (needsComma)
         theText += ',';
-    theNeedsComma = true;
+    needsComma = true;
 }
 
 JsonText& JsonText::value(std::string_view text)
@@ -74,7 +74,7 @@ JsonText& JsonText::key(std::string_view name)
     theText += '"';
     theText += name;
     theText += "\":";
-    theNeedsComma = false;
+    needsComma = false;
     return *this;
 }
 
@@ -109,14 +109,14 @@ JsonText& JsonText::open(char bracket)
 {
     separate();
     theText += bracket;
-    theNeedsComma = false;
+    needsComma = false;
     return *this;
 }
 
 JsonText& JsonText::close(char bracket)
 {
     theText += bracket;
-    theNeedsComma = true;
+    needsComma = true;
     return *this;
 }
 

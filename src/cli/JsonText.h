@@ -36,7 +36,7 @@ private:
     void separate();
 
     std::string theText;
-    bool theNeedsComma = false;
+    bool needsComma = false;
 };
 
 } // namespace tarnwick

@@ -103,7 +103,7 @@ void PiecePrinter::printJson(ColourRole role, std::u16string_view text)
 void PiecePrinter::flush()
 {
     if (std::fwrite(theBuffer.data(), 1, theBuffer.size(), theOutput) != theBuffer.size())
-        theFailed = true;
+        hasFailed = true;
     theBuffer.clear();
 }
 
@@ -111,8 +111,8 @@ bool PiecePrinter::finish()
 {
     flush();
     if (std::fflush(theOutput) != 0)
-        theFailed = true;
-    return !theFailed;
+        hasFailed = true;
+    return !hasFailed;
 }
 
 } // namespace tarnwick

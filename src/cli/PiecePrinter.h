@@ -38,7 +38,7 @@ private:
     std::FILE* theOutput;
     PieceFormat theFormat;
     std::string theBuffer;
-    bool theFailed = false;
+    bool hasFailed = false;
 };
 
 } // namespace tarnwick

@@ -21,7 +21,7 @@ public:
     Rules()
         : theFilter(seccomp_init(SCMP_ACT_ERRNO(EPERM)))
     {
-        theGood = theFilter
+        isGood = theFilter
             && seccomp_attr_set(theFilter, SCMP_FLTATR_ACT_BADARCH, SCMP_ACT_KILL_PROCESS) == 0;
     }
     Rules(const Rules&) = delete;
@@ -35,18 +35,18 @@ public:
     }
     /// Lets a call end the process.
     void end(int call) { add(SCMP_ACT_KILL_PROCESS, call, {}); }
-    bool load() { return theGood && seccomp_load(theFilter) == 0; }
+    bool load() { return isGood && seccomp_load(theFilter) == 0; }
 
 private:
     void add(std::uint32_t action, int call, std::initializer_list<scmp_arg_cmp> arguments)
     {
         const auto count = static_cast<unsigned>(arguments.size());
-        theGood = theGood
+        isGood = isGood
             && seccomp_rule_add_array(theFilter, action, call, count, arguments.begin()) == 0;
     }
 
     scmp_filter_ctx theFilter;
-    bool theGood = false;
+    bool isGood = false;
 };
 
 scmp_arg_cmp is(unsigned argument, scmp_datum_t value)

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 namespace {
@@ -58,7 +60,7 @@ void AttributedText::appendPlain(qsizetype start, qsizetype end)
     run.start = start;
     run.length = end - start;
     run.sizeInPoints = 12;
-    appendRun(run, QStringLiteral("Helvetica"), qRgb(0, 0, 0));
+    appendRun(run, u"Helvetica"_s, qRgb(0, 0, 0));
 }
 
 void AttributedText::appendRun(Run run, const QString& family, QRgb colour)

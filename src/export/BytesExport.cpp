@@ -71,7 +71,7 @@ void BytesExport::write(const QString& path)
         }
         if (error == 0)
             error = file.commit();
-        theFileIsWritten = error == 0;
+        isWritten = error == 0;
         if (error != 0)
             theFailure = QString::fromStdString(errorText(error));
     });
@@ -80,7 +80,7 @@ void BytesExport::write(const QString& path)
 void BytesExport::finishWriting()
 {
     const QString folder = QDir::toNativeSeparators(QFileInfo(thePath).absolutePath());
-    if (theFileIsWritten) {
+    if (isWritten) {
         QString text = tr("%1 has been written to “%2”.").arg(shownName(thePath), folder);
         const bool isWhole = theSaved.missing.isEmpty();
         if (!isWhole)

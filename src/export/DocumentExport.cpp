@@ -83,7 +83,7 @@ void DocumentExport::openPanel()
     connect(thePanel, &QDialog::rejected, this, &DocumentExport::end);
     thePanel->show();
     if (theKind != ExportKind::isRichText) {
-        theContentIsAskedFor = true;
+        hasAskedForContent = true;
         theContent->take();
     }
 }
@@ -99,7 +99,7 @@ void DocumentExport::panelConfirmed()
     connect(theContent.get(), &ExportContent::progressed, progress(), [this](int done, int total) {
         progress()->show(static_cast<quint64>(done), static_cast<quint64>(total));
     });
-    if (theContentIsAskedFor) {
+    if (hasAskedForContent) {
         goOn();
         return;
     }
@@ -107,7 +107,7 @@ void DocumentExport::panelConfirmed()
         documentClosed();
         return;
     }
-    theContentIsAskedFor = true;
+    hasAskedForContent = true;
     theContent->take();
 }
 

@@ -221,7 +221,7 @@ void ExportContent::setTaken(const PDFLosses& losses, qsizetype lostObjects)
 {
     theLosses = losses;
     theLostObjects = lostObjects;
-    theContentIsTaken = true;
+    theIsTaken = true;
     emit taken();
 }
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 namespace {
@@ -31,7 +33,7 @@ QString tableName(const QString& family)
     QString name = family.left(255);
     name.replace(u';', u' ');
     name.replace(u'\n', u' ');
-    return name.trimmed().isEmpty() ? QStringLiteral("Helvetica") : name;
+    return name.trimmed().isEmpty() ? u"Helvetica"_s : name;
 }
 
 } // namespace

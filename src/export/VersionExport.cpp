@@ -13,6 +13,8 @@
 #include <algorithm>
 #include <iterator>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 namespace {
@@ -22,7 +24,7 @@ std::string nameSource(const ExportSource& source)
 {
     if (!source.filePath.isEmpty())
         return QFile::encodeName(source.filePath).toStdString();
-    QString name = source.displayName.isEmpty() ? QStringLiteral("Untitled") : source.displayName;
+    QString name = source.displayName.isEmpty() ? u"Untitled"_s : source.displayName;
     name.replace(u'/', u'-');
     return QFile::encodeName(name).toStdString();
 }

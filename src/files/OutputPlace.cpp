@@ -97,7 +97,7 @@ bool OutputPlace::findDescriptor()
     if (::fstatfs(theFolder, &system) != 0 || system.f_type != PROC_SUPER_MAGIC)
         return false;
     struct stat target = {};
-    theLinkIsOfProcess = true;
+    isLinkOfProcess = true;
     if (::fstatat(theFolder, theName.c_str(), &target, 0) == 0)
         theStanding = target;
     const auto own = fileIdentity("/proc/self/fd");

@@ -27,7 +27,7 @@ StraightFile::StraightFile(int descriptor)
 
 StraightFile::~StraightFile()
 {
-    if (theDescriptorIsOwn && theDescriptor >= 0)
+    if (ownsDescriptor && theDescriptor >= 0)
         ::close(theDescriptor);
 }
 
@@ -51,8 +51,8 @@ int StraightFile::openPath()
     // Opened anew, a file would be written from its beginning.
     theDescriptor = place.descriptor() ? ::fcntl(*place.descriptor(), F_DUPFD_CLOEXEC, 3)
                                        : ::open(thePath.c_str(), O_WRONLY | O_NOCTTY | O_CLOEXEC);
-    theDescriptorIsOwn = theDescriptor >= 0;
-    return theDescriptorIsOwn ? 0 : errno;
+    ownsDescriptor = theDescriptor >= 0;
+    return ownsDescriptor ? 0 : errno;
 }
 
 int StraightFile::append(std::string_view bytes)
@@ -66,7 +66,7 @@ int StraightFile::append(std::string_view bytes)
 int StraightFile::commit()
 {
     // Some file systems say only now that they cannot keep what they have taken.
-    if (theDescriptorIsOwn && ::close(std::exchange(theDescriptor, -1)) != 0)
+    if (ownsDescriptor && ::close(std::exchange(theDescriptor, -1)) != 0)
         return errno;
     return 0;
 }

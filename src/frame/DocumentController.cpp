@@ -14,11 +14,13 @@
 #include <QPointer>
 #include <QSettings>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 namespace {
 
-const QString folderKey = QStringLiteral("openFolder");
+const QString folderKey = u"openFolder"_s;
 
 /// Whether two paths lead to one file, by whatever links.
 bool isSameFile(const QString& one, const QString& other)

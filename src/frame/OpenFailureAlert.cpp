@@ -154,9 +154,9 @@ void OpenFailureAlert::tellAll()
     for (qsizetype index = 0; index < theNames.size(); ++index)
         lines << tr("\u201c%1\u201d: %2").arg(theNames.at(index), theReasons.at(index));
     constexpr qsizetype shown = 8; // more would grow the alert over the screen
-    setTexts(tr("%1 files could not be opened.").arg(theNames.size()),
-        lines.mid(0, shown).join(QLatin1Char('\n')));
-    setDetailedText(lines.size() > shown ? lines.join(QLatin1Char('\n')) : QString());
+    setTexts(
+        tr("%1 files could not be opened.").arg(theNames.size()), lines.mid(0, shown).join(u'\n'));
+    setDetailedText(lines.size() > shown ? lines.join(u'\n') : QString());
 }
 
 } // namespace tarnwick

@@ -23,6 +23,8 @@
 #include <algorithm>
 #include <array>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 namespace {
@@ -332,7 +334,7 @@ bool PDFThumbnailView::viewportEvent(QEvent* event)
     const auto* const help = static_cast<QHelpEvent*>(event);
     const int page = pageAt(help->pos());
     QToolTip::showText(
-        help->globalPos(), d->tip(page).toHtmlEscaped().replace(u'\n', u"<br>"_qs), viewport());
+        help->globalPos(), d->tip(page).toHtmlEscaped().replace(u'\n', u"<br>"_s), viewport());
     return true;
 }
 

@@ -10,6 +10,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 namespace {
@@ -26,7 +28,7 @@ void addLinks(QMenu& menu, PDFView& view, const QList<PDFLink>& links)
     QMenu* const linkMenu = menu.addMenu(PDFView::tr("&Links on This Page"));
     for (const PDFLink& link : links.first(std::min(links.size(), mostLinks))) {
         const QString target = LinkFollower::shortTarget(link, mostCharacters);
-        linkMenu->addAction(QString(target).replace(u'&', u"&&"_qs), &view,
+        linkMenu->addAction(QString(target).replace(u'&', u"&&"_s), &view,
             [&view, link] { view.followLink(link); });
     }
 }

@@ -9,6 +9,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 namespace {
@@ -52,7 +54,7 @@ void paintFailure(QPainter& painter, const QRect& whole, const PagePainter::Page
     const QRect needed = painter.boundingRect(inside, Qt::AlignCenter | Qt::TextWordWrap, text);
     // A thumbnail has no room for sentences: a mark says that something is wrong.
     const bool isTight = needed.height() > inside.height() || needed.width() > inside.width();
-    painter.drawText(inside, Qt::AlignCenter | Qt::TextWordWrap, isTight ? u"⚠"_qs : text);
+    painter.drawText(inside, Qt::AlignCenter | Qt::TextWordWrap, isTight ? u"⚠"_s : text);
     painter.restore();
 }
 

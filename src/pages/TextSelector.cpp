@@ -36,7 +36,7 @@ bool TextSelector::isWhole() const
 void TextSelector::select(const PDFSelection& selection)
 {
     theEnds.reset();
-    theCopyWaits = false;
+    isCopyWaiting = false;
     if (!selection.isEmpty())
         theAnchor = {selection.ranges().first().page, selection.ranges().first().start};
     take(selection);
@@ -57,7 +57,7 @@ void TextSelector::selectBetweenEnds()
         return;
     take(PageTextGeometry::selectionBetween(
         theEnds->anchor, theEnds->focus, [this](int page) { return theText.lengthOf(page); }));
-    if (theCopyWaits && isWhole())
+    if (isCopyWaiting && isWhole())
         finishCopy();
 }
 
@@ -78,7 +78,7 @@ void TextSelector::copy()
 {
     if (!theText.isThere() || theSelection.isEmpty())
         return;
-    theCopyWaits = true;
+    isCopyWaiting = true;
     if (theText.arrivedCount() > theSelection.ranges().last().page && isWhole())
         finishCopy();
     else
@@ -87,7 +87,7 @@ void TextSelector::copy()
 
 void TextSelector::finishCopy()
 {
-    theCopyWaits = false;
+    isCopyWaiting = false;
     QApplication::clipboard()->setText(theText.string(theSelection));
 }
 
@@ -116,7 +116,7 @@ void TextSelector::textCompleted()
 /// What has come until then is what there is to copy.
 void TextSelector::textStopped()
 {
-    if (theCopyWaits)
+    if (isCopyWaiting)
         finishCopy();
 }
 

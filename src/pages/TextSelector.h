@@ -69,7 +69,7 @@ private:
     PDFSelection theSelection;
     PDFTextPosition theAnchor;
     std::optional<Ends> theEnds; ///< of a selection whose text may still be on its way
-    bool theCopyWaits = false;
+    bool isCopyWaiting = false;
     QTimer theTimer; ///< gathers pages that arrive while they are selected
 };
 

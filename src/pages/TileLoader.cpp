@@ -88,7 +88,7 @@ void TileLoader::cancelSlow()
 
 void TileLoader::tellBusy()
 {
-    if (std::exchange(theToldBusy, isBusy()) != isBusy())
+    if (std::exchange(hasToldBusy, isBusy()) != isBusy())
         emit busyChanged(isBusy());
 }
 

@@ -94,7 +94,7 @@ private:
     QHash<int, int> theGivenUp; ///< how often a page has been given up for taking long
     int thePatience = 0; ///< milliseconds; 0 for none of its own
     bool isPaused = false;
-    bool theToldBusy = false;
+    bool hasToldBusy = false;
     QTimer theStaleTimer;
 };
 

@@ -34,7 +34,7 @@ void PDFDocumentText::endFetch()
     theRequest = nullptr;
     if (!isWhole())
         emit stopped(failure);
-    else if (!std::exchange(theEndWasTold, true))
+    else if (!std::exchange(hasToldEnd, true))
         emit completed();
 }
 

@@ -64,7 +64,7 @@ void PDFEngineClient::startEngine()
         QTimer::singleShot(0, theEngine, [this] { loseEngine(PDFFailure::isEngineDead); });
         return;
     }
-    if (theOpensNothing)
+    if (opensNothing)
         theState = State::isIdle;
     else
         send(EngineRequest::isOpen, {}, openingLimit());
@@ -176,14 +176,14 @@ void PDFEngineClient::takeOpeningAnswer(EngineAnswer kind, const QByteArray& pay
 void PDFEngineClient::takeFacts(const QByteArray& payload)
 {
     // The same bytes make the same document each time.
-    const bool isOther = theDocumentWasOpen && payload != theFacts;
+    const bool isOther = hasOpenedDocument && payload != theFacts;
     if (isOther || !readOpenedAnswer(viewOf(payload)))
         return distrustEngine();
     theState = State::isIdle;
     theFailedStarts = 0;
     theFacts = payload;
     startNextJob();
-    if (!std::exchange(theDocumentWasOpen, true))
+    if (!std::exchange(hasOpenedDocument, true))
         emit opened(payload);
 }
 
@@ -195,7 +195,7 @@ void PDFEngineClient::takeLock(const QByteArray& payload)
     theState = State::isLocked;
     if (thePassword && !lock->wasTried)
         unlock(QString::fromStdString(*thePassword));
-    else if (theDocumentWasOpen || thePasswordIsKnown)
+    else if (hasOpenedDocument || isPasswordKnown)
         failOpening(tr("The PDF engine does not take the password any more."));
     else
         emit locked(lock->wasTried);
@@ -304,7 +304,7 @@ void PDFEngineClient::distrustEngine()
 void PDFEngineClient::failOpening(const QString& reason, PDFFailure failure)
 {
     stopEngine();
-    if (theDocumentWasOpen && ++theFailedStarts < maximumFailedStarts)
+    if (hasOpenedDocument && ++theFailedStarts < maximumFailedStarts)
         return startEngine();
     theState = State::isBroken;
     theBreakage = failure;

@@ -51,12 +51,12 @@ public:
     void setPassword(const std::optional<std::string>& password)
     {
         thePassword = password;
-        thePasswordIsKnown = true;
+        isPasswordKnown = true;
     }
     const std::optional<std::string>& password() const { return thePassword; }
     /// For an engine that is asked for nothing that needs an open document. To be called before
     /// its first job.
-    void opensNoDocument() { theOpensNothing = true; }
+    void opensNoDocument() { opensNothing = true; }
 
     Number submit(PDFEngineJob job);
     /// Forgets a job. One that runs gets a quarter of a second to end by itself, so that quick work
@@ -123,11 +123,11 @@ private:
     EngineMaker theEngineMaker;
     std::uint64_t theWrittenSize;
     std::optional<std::string> thePassword;
-    bool thePasswordIsKnown = false;
+    bool isPasswordKnown = false;
     PDFEngine* theEngine = nullptr;
     State theState = State::isOff;
-    bool theDocumentWasOpen = false;
-    bool theOpensNothing = false;
+    bool hasOpenedDocument = false;
+    bool opensNothing = false;
     QByteArray theFacts; ///< payload of isOpened: each engine on the file says the same
     int theFailedStarts = 0;
     int theNonsenses = 0;

@@ -156,7 +156,7 @@ bool PDFEngineProcess::start(const FileBytes& bytes, std::uint64_t writtenSize)
     theProcess->setStandardErrorFile(QProcess::nullDevice());
 #endif
     connect(theProcess, &QProcess::started, this, [this] {
-        theStart = true;
+        theHasStarted = true;
         closeIfOpen(theAnswersWriteEnd);
     });
     theProcess->start(pdfEnginePath(), arguments, QIODevice::ReadWrite | QIODevice::Unbuffered);
@@ -167,7 +167,7 @@ void PDFEngineProcess::send(std::uint32_t number, EngineRequest kind, std::strin
     std::uint32_t largest, int processorTime)
 {
     allowProcessorTime(static_cast<pid_t>(processId()), processorTime);
-    theRequestIsOpen = true;
+    isRequestOpen = true;
     theRequest = number;
     theLargestResult = largest;
     EngineFrame frame;
@@ -183,7 +183,7 @@ void PDFEngineProcess::readAnswers()
 {
     const QPointer<PDFEngineProcess> self(this);
     std::size_t budget = portion;
-    while (self && !theEnd && budget > 0 && readSome(budget)) { }
+    while (self && !hasEnded && budget > 0 && readSome(budget)) { }
 }
 
 /// What the engine wrote before it ended still counts.
@@ -191,8 +191,8 @@ void PDFEngineProcess::readRest()
 {
     const QPointer<PDFEngineProcess> self(this);
     std::size_t budget = portion;
-    while (self && !theEnd && budget > 0 && readSome(budget)) { }
-    if (!self || theEnd)
+    while (self && !hasEnded && budget > 0 && readSome(budget)) { }
+    if (!self || hasEnded)
         return;
     if (budget > 0)
         end();
@@ -234,7 +234,7 @@ bool PDFEngineProcess::readSome(std::size_t& budget)
 
 bool PDFEngineProcess::isAnswer(const EngineFrame& frame) const
 {
-    return theRequestIsOpen && frame.request == theRequest
+    return isRequestOpen && frame.request == theRequest
         && frame.kind >= static_cast<quint8>(EngineAnswer::isOpened)
         && frame.kind <= static_cast<quint8>(EngineAnswer::isProgress)
         && frame.size <= largestPayload(static_cast<EngineAnswer>(frame.kind), theLargestResult);
@@ -258,15 +258,15 @@ void PDFEngineProcess::takePayload()
     thePayloadSize = 0;
     const QByteArray payload = std::exchange(thePayload, QByteArray());
     const auto kind = static_cast<EngineAnswer>(theFrame.kind);
-    theRequestIsOpen = kind == EngineAnswer::isProgress;
-    if (!theRequestIsOpen)
+    isRequestOpen = kind == EngineAnswer::isProgress;
+    if (!isRequestOpen)
         allowProcessorTime(static_cast<pid_t>(processId()), processorTimeAtRest);
     emit answered(kind, payload);
 }
 
 void PDFEngineProcess::end(bool sentNonsense)
 {
-    if (std::exchange(theEnd, true))
+    if (std::exchange(hasEnded, true))
         return;
     if (theNotifier)
         theNotifier->setEnabled(false);

@@ -31,7 +31,7 @@ public:
         std::uint32_t largest, int processorTime) override;
     std::optional<FileBytes> takeFile(std::size_t size) override;
     std::size_t writtenSoFar() const override;
-    bool hasStarted() const override { return theStart; }
+    bool hasStarted() const override { return theHasStarted; }
     qint64 processId() const override;
 
 private:
@@ -54,9 +54,9 @@ private:
     QByteArray thePayload;
     std::size_t thePayloadSize = 0; ///< bytes of it that have come
     int theOutput = -1;
-    bool theStart = false;
-    bool theEnd = false;
-    bool theRequestIsOpen = false; ///< sent, and without its last answer
+    bool theHasStarted = false;
+    bool hasEnded = false;
+    bool isRequestOpen = false; ///< sent, and without its last answer
     std::uint32_t theRequest = 0;
     std::uint32_t theLargestResult = 0;
 };

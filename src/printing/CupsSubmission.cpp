@@ -11,6 +11,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 namespace {
@@ -58,7 +60,7 @@ CupsSubmission::Options chosenInDialog(const QPrinter& printer)
     const QStringList list = engine ? engine->property(key).toStringList() : QStringList();
     CupsSubmission::Options options;
     for (qsizetype index = 0; index + 1 < list.size(); index += 2) {
-        if (list.at(index) != QLatin1String("page-ranges"))
+        if (list.at(index) != "page-ranges"_L1)
             options.emplaceBack(list.at(index).toUtf8(), list.at(index + 1).toUtf8());
     }
     return options;

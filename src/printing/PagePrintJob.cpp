@@ -70,7 +70,7 @@ void PagePrintJob::startSheet()
         ++theIndex;
         return startPage();
     }
-    if (std::exchange(theFirstSheetIsOut, true) && !thePrinter->newPage())
+    if (std::exchange(hasPrintedSheet, true) && !thePrinter->newPage())
         return end(false);
     const QRectF& area = theSheets.at(theSheet).area;
     theSheetArea

@@ -60,7 +60,7 @@ private:
     qsizetype theIndex = 0; ///< into thePages
     QList<PrintSheet> theSheets; ///< of the present page
     qsizetype theSheet = 0;
-    bool theFirstSheetIsOut = false;
+    bool hasPrintedSheet = false;
     QRect theSheetArea; ///< the sheet's pixels on the page
     QRect theBand;
     QPointer<PDFTileRequest> theRequest;

@@ -14,6 +14,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 namespace {
@@ -88,7 +90,7 @@ QString PrintedFile::open()
 
 QString PrintedFile::unfinishedPath() const
 {
-    return QStringLiteral("/proc/self/fd/%1").arg(theFile->descriptor());
+    return u"/proc/self/fd/%1"_s.arg(theFile->descriptor());
 }
 
 void PrintedFile::complete(const FileBytes& bytes)

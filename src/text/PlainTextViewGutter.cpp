@@ -14,11 +14,13 @@
 #include <cmath>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 namespace {
 
-const QString shownKey = QStringLiteral("view/lineNumbersAndOffsets");
+const QString shownKey = u"view/lineNumbersAndOffsets"_s;
 /// Room that is kept for digits, so that the text does not move when longer ones come into view.
 constexpr qsizetype leastNumberDigits = 4;
 constexpr qsizetype leastOffsetDigits = 8;

@@ -6,6 +6,7 @@
 #include <QDirIterator>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
 using namespace tarnwick;
 
 /// Flattens every file of a folder of real ones and scans the result: one catalog, one trailer that
@@ -26,8 +27,7 @@ void TestCorpus::flattens_data()
     if (folder.isEmpty())
         QSKIP("TARNWICK_CORPUS names no folder");
     QTest::addColumn<QString>("path");
-    QDirIterator files(
-        folder, {QStringLiteral("*.pdf")}, QDir::Files, QDirIterator::Subdirectories);
+    QDirIterator files(folder, {u"*.pdf"_s}, QDir::Files, QDirIterator::Subdirectories);
     while (files.hasNext()) {
         const QString path = files.next();
         QTest::newRow(qPrintable(path.mid(folder.size()))) << path;

@@ -8,6 +8,7 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
 using namespace tarnwick;
 
 namespace {
@@ -180,7 +181,7 @@ void TestFlatWriter::keepsEveryPage_data()
 #define ONE "<< /Type /Page /Contents 4 0 R /Resources << /Font << /F1 3 0 R >> >> >>"
 #define TWO "<< /Contents 6 0 R /Resources << /Font << /F1 3 0 R >> >> >>"
 #define SIZE "/MediaBox [ 0 0 300 400 ]"
-    const QStringList both{QStringLiteral("one"), QStringLiteral("two")};
+    const QStringList both{u"one"_s, u"two"_s};
     row("pages", 2, "<< /Type /Pages " SIZE " /Kids [ " ONE " " TWO " ] /Count 2 >>", both);
     row("a node with pages", 2,
         "<< /Type /Pages /Kids [ << " SIZE " /Kids [ " ONE " null " TWO " ] >> ] >>", both);
@@ -214,8 +215,8 @@ void TestFlatWriter::keepsEveryPage()
 
 void TestFlatWriter::decrypts()
 {
-    OpenedDocument document(
-        *FileBytes::read(QStringLiteral(TARNWICK_TEST_DATA "/encrypted-without-password.pdf")));
+    OpenedDocument document(*FileBytes::read(
+        QString::fromLatin1(TARNWICK_TEST_DATA "/encrypted-without-password.pdf")));
     QCOMPARE(document->state(), PDFDocument::State::isOpen);
     const FileBytes flat = document.flat();
     QVERIFY(flat.view().find("/Title (T)") != std::string_view::npos);

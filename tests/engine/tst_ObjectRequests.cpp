@@ -380,7 +380,7 @@ void TestObjectRequests::readsWhatIsEncrypted()
 {
     for (const char* file : {"/locked-rc4-40.pdf", "/locked-aes-256.pdf"}) {
         OpenedDocument document(
-            *FileBytes::read(QStringLiteral(TARNWICK_TEST_DATA) + QLatin1String(file)));
+            *FileBytes::read(QString::fromLatin1(TARNWICK_TEST_DATA) + QLatin1String(file)));
         QCOMPARE(objectOf(document, 6).state, PDFObjectState::isMissing); // none is opened
         document->unlock(u"geheim"_s);
         QTRY_COMPARE(document->state(), PDFDocument::State::isOpen);

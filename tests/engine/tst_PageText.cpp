@@ -183,7 +183,7 @@ void TestPageText::givesTheText()
     QStringList pages;
     for (const QList<QVariant>& page : std::as_const(ready))
         pages.append(page.at(1).value<PDFPageText>().string);
-    QCOMPARE(pages.join(u'|'), QStringLiteral("one\ntwo\n||three\n"));
+    QCOMPARE(pages.join(u'|'), u"one\ntwo\n||three\n"_s);
     QCOMPARE(progressed.last(), QList<QVariant>({3, 3}));
 }
 
@@ -212,11 +212,11 @@ void TestPageText::givesTheLookOfTheText()
     const auto text = PageContents::texts(document.get(), PDFTextDetail::isWithAttributes).value(0);
     QCOMPARE(text.runs.size(), 2);
     const PDFTextRun& plain = text.runs.at(0);
-    QCOMPARE(text.string.mid(plain.start, plain.length), QStringLiteral("plain"));
+    QCOMPARE(text.string.mid(plain.start, plain.length), u"plain"_s);
     QVERIFY(plain.family == u"Helvetica" && !plain.isBold && !plain.isItalic);
     QCOMPARE(plain.sizeInPoints, 12.0);
     const PDFTextRun& red = text.runs.at(1);
-    QCOMPARE(text.string.mid(red.start, red.length), QStringLiteral("red\n"));
+    QCOMPARE(text.string.mid(red.start, red.length), u"red\n"_s);
     QVERIFY(red.family == u"Times" && red.isBold && red.isItalic);
     QCOMPARE(red.colour, QColor(Qt::red));
 }

@@ -234,8 +234,8 @@ void TestPrintWriter::printsAnnotationsForPaper()
 
 void TestPrintWriter::decrypts()
 {
-    OpenedDocument document(
-        *FileBytes::read(QStringLiteral(TARNWICK_TEST_DATA "/encrypted-without-password.pdf")));
+    OpenedDocument document(*FileBytes::read(
+        QString::fromLatin1(TARNWICK_TEST_DATA "/encrypted-without-password.pdf")));
     const FileBytes bytes = printed(document, sheetsOf(document));
     QVERIFY(bytes.view().find("/Encrypt") == std::string_view::npos);
     OpenedDocument paper(bytes);

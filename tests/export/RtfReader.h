@@ -120,12 +120,12 @@ private:
     void bodyCharacter(QChar c, const State& state)
     {
         text.append(c);
-        const QString look = QStringLiteral("%1/%2/%3/%4/%5: ")
-                                 .arg(theFonts.value(state.font))
+        using namespace Qt::StringLiterals;
+        const QString look = u"%1/%2/%3/%4/%5: "_s.arg(theFonts.value(state.font))
                                  .arg(state.size)
                                  .arg(state.bold)
                                  .arg(state.italic)
-                                 .arg(theColours.value(state.colour), 6, 16, QLatin1Char('0'));
+                                 .arg(theColours.value(state.colour), 6, 16, QChar(u'0'));
         if (looks.isEmpty() || !looks.last().startsWith(look))
             looks.append(look);
         looks.last().append(c);

@@ -40,7 +40,7 @@ void TestPDFThumbnailView::survivesItsDocument()
     view.goToLastPage();
     view.selectAll();
     QTest::keyClick(&strip, Qt::Key_Down);
-    QVERIFY(!view.validateCommand(QStringLiteral("print")));
+    QVERIFY(!view.validateCommand(u"print"_s));
     QVERIFY(!view.grab().isNull() && !strip.grab().isNull());
 }
 

@@ -40,7 +40,7 @@ void TestPDFView::goesToPages()
     QCOMPARE(changes.size(), 1);
     QTest::keyClick(&shown.view, Qt::Key_End);
     QCOMPARE(shown.view.currentPage(), 9);
-    QVERIFY(!shown.view.validateCommand(QStringLiteral("goToNextPage")));
+    QVERIFY(!shown.view.validateCommand(u"goToNextPage"_s));
     shown.view.goToPreviousPage();
     QCOMPARE(shown.view.currentPage(), 8);
     shown.view.goToPage(10);
@@ -167,18 +167,16 @@ void TestPDFView::saysWhenAPageCannotBeDrawn()
         OpenedDocument::waitFor(shown.document->requestLinks(page, &shown.view));
     QTRY_VERIFY(shown.view.tileBytes() > 0 && !shown.view.isDrawing());
     QVERIFY(!engines.isEmpty());
-    QVERIFY(!shown.view.currentPageText().contains(QStringLiteral("could not be drawn")));
+    QVERIFY(!shown.view.currentPageText().contains(u"could not be drawn"_s));
     // A scale at which a tile is still to come, and an engine that ends while it is at it.
     ::kill(static_cast<pid_t>(engines.first()), SIGSTOP);
     shown.view.setScaleFactor(2.5);
     QTRY_VERIFY(shown.view.isDrawing()); // once zooming has come to rest
     ::kill(static_cast<pid_t>(engines.first()), SIGKILL);
     QTRY_VERIFY_WITH_TIMEOUT(
-        shown.view.currentPageText().startsWith(QStringLiteral("This page could not be drawn.")),
-        20'000);
+        shown.view.currentPageText().startsWith(u"This page could not be drawn."_s), 20'000);
     shown.view.goToPage(5);
-    QTRY_VERIFY_WITH_TIMEOUT(
-        shown.view.currentPageText().startsWith(QStringLiteral("Alpha")), 20'000);
+    QTRY_VERIFY_WITH_TIMEOUT(shown.view.currentPageText().startsWith(u"Alpha"_s), 20'000);
 }
 
 void TestPDFView::selectsWithTheMouse()
@@ -192,17 +190,17 @@ void TestPDFView::selectsWithTheMouse()
     QTest::mousePress(page, Qt::LeftButton, {}, shown.at(6));
     QTest::mouseMove(page, shown.at(10));
     QTest::mouseRelease(page, Qt::LeftButton, {}, shown.at(10));
-    QCOMPARE(shown.selected(), QStringLiteral("beta"));
+    QCOMPARE(shown.selected(), u"beta"_s);
     QTest::mouseClick(page, Qt::LeftButton, Qt::ShiftModifier, shown.at(3));
-    QCOMPARE(shown.selected(), QStringLiteral("ha "));
+    QCOMPARE(shown.selected(), u"ha "_s);
     QTest::mouseDClick(page, Qt::LeftButton, {}, shown.at(7));
-    QCOMPARE(shown.selected(), QStringLiteral("beta"));
+    QCOMPARE(shown.selected(), u"beta"_s);
     QTest::mousePress(page, Qt::LeftButton, {}, shown.at(7));
-    QCOMPARE(shown.selected(), QStringLiteral("Alpha beta 0"));
+    QCOMPARE(shown.selected(), u"Alpha beta 0"_s);
     QTest::mouseRelease(page, Qt::LeftButton, {}, shown.at(7));
     QTest::keyClick(&shown.view, Qt::Key_Escape);
     QVERIFY(shown.view.currentSelection().isEmpty());
-    QVERIFY(!shown.view.validateCommand(QStringLiteral("copy")));
+    QVERIFY(!shown.view.validateCommand(u"copy"_s));
 }
 
 void TestPDFView::copiesAll()
@@ -222,14 +220,14 @@ void TestPDFView::readsThePageAloud()
     QVERIFY(shown.waitForText());
     QAccessibleInterface* const face = QAccessible::queryAccessibleInterface(&shown.view);
     QVERIFY(face && face->textInterface());
-    QCOMPARE(face->text(QAccessible::Name), QStringLiteral("Page 1 of 10"));
-    QCOMPARE(face->textInterface()->text(0, 5), QStringLiteral("Alpha"));
+    QCOMPARE(face->text(QAccessible::Name), u"Page 1 of 10"_s);
+    QCOMPARE(face->textInterface()->text(0, 5), u"Alpha"_s);
     shown.view.goToPage(2);
-    QCOMPARE(face->text(QAccessible::Name), QStringLiteral("Page 3 of 10"));
-    QTRY_COMPARE(face->textInterface()->text(11, 12), QStringLiteral("2"));
+    QCOMPARE(face->text(QAccessible::Name), u"Page 3 of 10"_s);
+    QTRY_COMPARE(face->textInterface()->text(11, 12), u"2"_s);
     face->textInterface()->setSelection(0, 6, 10);
     shown.text->fetch();
-    QTRY_COMPARE(shown.selected(), QStringLiteral("beta"));
+    QTRY_COMPARE(shown.selected(), u"beta"_s);
     face->textInterface()->setSelection(0, -5, 100'000);
     QCOMPARE(face->textInterface()->selectionCount(), 1);
 

@@ -118,7 +118,7 @@ void TestPDFDocument::tellsTheLaterVersion()
     for (const std::string& file : {builder.bytes(), "HTTP/1.1 200\r\n" + builder.bytes()}) {
         OpenedDocument document(file);
         const DocumentFacts& facts = document->facts();
-        QCOMPARE(QStringLiteral("%1.%2").arg(facts.majorVersion).arg(facts.minorVersion), expected);
+        QCOMPARE(u"%1.%2"_s.arg(facts.majorVersion).arg(facts.minorVersion), expected);
     }
 }
 
@@ -173,14 +173,14 @@ void TestPDFDocument::tellsWhichEncryptionItCannotUndo()
 void TestPDFDocument::asksForThePassword()
 {
     for (const char* file : {"/locked-rc4-40.pdf", "/locked-aes-256.pdf"}) {
-        const QString path = QStringLiteral(TARNWICK_TEST_DATA) + QLatin1String(file);
+        const QString path = QString::fromLatin1(TARNWICK_TEST_DATA) + QLatin1String(file);
         OpenedDocument document(*FileBytes::read(path));
         QCOMPARE(document->state(), PDFDocument::State::isLocked);
         QSignalSpy locked(document.get(), &PDFDocument::locked);
-        document->unlock(QStringLiteral("secret"));
+        document->unlock(u"secret"_s);
         QTRY_COMPARE(locked.size(), 1);
         QCOMPARE(locked.first().first().toBool(), true);
-        document->unlock(QStringLiteral("geheim"));
+        document->unlock(u"geheim"_s);
         QTRY_COMPARE(document->state(), PDFDocument::State::isOpen);
         QCOMPARE(document->pageCount(), 2);
         const QStringList texts = PageContents::strings(document.get());
@@ -280,11 +280,11 @@ void TestPDFDocument::findsLinksAndOutline()
     QCOMPARE(links->links().at(0).area, QRectF(10, 72, 50, 20));
     QCOMPARE(links->links().at(0).page, 1);
     QCOMPARE(links->links().at(0).point, QPointF(100, 292));
-    QCOMPARE(links->links().at(1).url, QUrl(QStringLiteral("https://example.org/a")));
+    QCOMPARE(links->links().at(1).url, QUrl(u"https://example.org/a"_s));
     const QList<PDFOutlineEntry>& found = entries->outline().entries;
     QCOMPARE(found.size(), 2);
-    QCOMPARE(found.at(0).title, QStringLiteral("Top"));
-    QCOMPARE(found.at(1).title, QStringLiteral("\u00e9"));
+    QCOMPARE(found.at(0).title, u"Top"_s);
+    QCOMPARE(found.at(1).title, u"\u00e9"_s);
     QCOMPARE(found.at(1).depth, 1);
     QCOMPARE(found.at(1).page, 1);
 }

@@ -6,6 +6,7 @@
 
 #include <limits>
 
+using namespace Qt::StringLiterals;
 using namespace tarnwick;
 
 class TestPDFEngineAnswers : public QObject
@@ -30,7 +31,7 @@ void TestPDFEngineAnswers::refusesTextThatContradictsItself()
     };
     const auto text = read({1, 1});
     QVERIFY(text);
-    QCOMPARE(text->string, QStringLiteral("a\ufffd"));
+    QCOMPARE(text->string, u"a\ufffd"_s);
     QCOMPARE(text->loss, PDFLoss::isCut);
     QVERIFY(text->runs.first().sizeInPoints > 0 && text->runs.first().isBold);
     QCOMPARE(text->runs.first().colour, QColor(Qt::black));

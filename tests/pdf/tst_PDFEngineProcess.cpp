@@ -6,6 +6,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
 using namespace tarnwick;
 
 class TestPDFEngineProcess : public QObject
@@ -19,8 +20,8 @@ private slots:
 void TestPDFEngineProcess::givesNothingOfItsEnvironment()
 {
     const QTemporaryDir folder;
-    const QString engine = folder.filePath(QStringLiteral("engine"));
-    const QString report = folder.filePath(QStringLiteral("report"));
+    const QString engine = folder.filePath(u"engine"_s);
+    const QString report = folder.filePath(u"report"_s);
     writeFile(engine, "#!/bin/sh\nexport -p >" + report.toUtf8() + "\n");
     QVERIFY(QFile::setPermissions(engine, QFile::ReadOwner | QFile::ExeOwner));
     setPDFEnginePathForTests(engine);

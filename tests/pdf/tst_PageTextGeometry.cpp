@@ -6,6 +6,7 @@
 #include <QPainter>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
 using namespace tarnwick;
 
 namespace {
@@ -67,7 +68,7 @@ private slots:
 
 void TestPageTextGeometry::findsPlaces()
 {
-    const PDFPageText text = page(QStringLiteral("abc\ndefghijk"));
+    const PDFPageText text = page(u"abc\ndefghijk"_s);
     // The nearest position between characters, and the character there or -1.
     const auto at = [&text](double x, double y) {
         const QPointF point(x, y);
@@ -88,7 +89,7 @@ void TestPageTextGeometry::findsPlacesFromTheRight()
 {
     // The blank tells by what follows it, the full stop by what precedes it; numbers run
     // rightwards.
-    const PDFPageText text = pageFromRight(QStringLiteral("\u05d0\u05d1 \u05d2."));
+    const PDFPageText text = pageFromRight(u"\u05d0\u05d1 \u05d2."_s);
     const auto at = [](const PDFPageText& where, double x) {
         return PageTextGeometry::nearestPosition(where, QPointF(x, 105));
     };
@@ -96,14 +97,14 @@ void TestPageTextGeometry::findsPlacesFromTheRight()
     const QList<qsizetype> expected = {0, 1, 1, 2, 2, 3, 3, 4, 4, 5};
     for (qsizetype place = 0; place < places.size(); ++place)
         QCOMPARE(at(text, places.at(place)), expected.at(place));
-    QCOMPARE(at(pageFromRight(QStringLiteral("1\u05d0")), 198), 1);
+    QCOMPARE(at(pageFromRight(u"1\u05d0"_s), 198), 1);
     QCOMPARE(PageTextGeometry::outlines(text, 1, 3),
         (QList<QPolygonF>{QPolygonF({{160, 100}, {190, 100}, {190, 112}, {160, 112}})}));
 }
 
 void TestPageTextGeometry::keepsClustersTogether()
 {
-    const PDFPageText text = page(QStringLiteral("ae\u0301b"));
+    const PDFPageText text = page(u"ae\u0301b"_s);
     for (double x = 100; x < 145; x += 1)
         QVERIFY(PageTextGeometry::nearestPosition(text, {x, 105}) != 2);
     QCOMPARE(PageTextGeometry::nearestPosition({}, {1, 1}), 0);
@@ -111,7 +112,7 @@ void TestPageTextGeometry::keepsClustersTogether()
 
 void TestPageTextGeometry::findsWordsAndLines()
 {
-    const QString string = QStringLiteral("one two's, three\nfour");
+    const QString string = u"one two's, three\nfour"_s;
     const auto wordAt = [&string](qsizetype index) {
         return part(string, PageTextGeometry::wordAt(string, 0, index));
     };
@@ -146,14 +147,14 @@ void TestPageTextGeometry::selectsBetweenPlaces()
 
 void TestPageTextGeometry::joinsOutlines()
 {
-    const PDFPageText text = page(QStringLiteral("abc\ndef"));
+    const PDFPageText text = page(u"abc\ndef"_s);
     const QList<QPolygonF> outlines = PageTextGeometry::outlines(text, 1, 5);
     QCOMPARE(outlines.size(), 2);
     QCOMPARE(outlines.at(0).boundingRect(), QRectF(110, 100, 20, 12));
     QCOMPARE(outlines.at(1).boundingRect(), QRectF(100, 120, 20, 12));
     QVERIFY(PageTextGeometry::outlines(text, 7, 5).isEmpty());
     // A surrogate pair and a mark without width are no outlines of their own.
-    PDFPageText emoji = page(QStringLiteral("a\U0001F600\u0301b"));
+    PDFPageText emoji = page(u"a\U0001F600\u0301b"_s);
     emoji.quads[2] = emoji.quads.at(1);
     emoji.quads[3] = QPolygonF({{105, 100}, {105, 100}, {105, 112}, {105, 112}});
     emoji.quads[4].translate(-20, 0);
@@ -164,7 +165,7 @@ void TestPageTextGeometry::joinsOutlines()
 /// Blocks are a way to look at less, never at something else.
 void TestPageTextGeometry::findsTheSameByBlocks()
 {
-    PDFPageText text = page(QString(QStringLiteral("0123456789\n")).repeated(100));
+    PDFPageText text = page(QString(u"0123456789\n"_s).repeated(100));
     const QList<QPointF> points = {{0, 0}, {105, 105}, {155, 900}, {500, 1320}, {104, 5000}};
     const auto found = [&text, &points] {
         QList<qsizetype> characters;

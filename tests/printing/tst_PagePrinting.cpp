@@ -26,6 +26,7 @@
 
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
 using namespace tarnwick;
 
 namespace {
@@ -44,7 +45,7 @@ class Fixture
 public:
     explicit Fixture(const PdfBuilder& builder = threePages())
         : document(builder.bytes())
-        , path(folder.filePath(QStringLiteral("printed.pdf")))
+        , path(folder.filePath(u"printed.pdf"_s))
         , printer(PrintSettings::makePrinter())
     {
         QFile file(path);
@@ -53,7 +54,7 @@ public:
         printer->setOutputFormat(QPrinter::PdfFormat);
         printer->setOutputFileName(path);
         printer->setPageSize(QPageSize(QPageSize::A4));
-        printer->setDocName(QStringLiteral("job"));
+        printer->setDocName(u"job"_s);
         window.show();
     }
     /// What the user is told at the end.
@@ -65,8 +66,7 @@ public:
     /// What that is when all has been printed.
     QString success() const
     {
-        return QStringLiteral("“job” has been printed into “printed.pdf” in “%1”.")
-            .arg(folder.path());
+        return u"“job” has been printed into “printed.pdf” in “%1”."_s.arg(folder.path());
     }
     PagePrinting* start()
     {
@@ -94,7 +94,7 @@ public:
     QTemporaryDir folder;
     QString path;
     std::unique_ptr<QPrinter> printer;
-    DocumentWindow window{QStringLiteral("Test Window")};
+    DocumentWindow window{u"Test Window"_s};
     QStringList ends;
 };
 
@@ -128,20 +128,20 @@ void TestPagePrinting::printsTheChosenPages()
         fixture.start();
         const bool hasEnded = QTest::qWaitFor([&fixture] { return !fixture.ends.isEmpty(); });
         if (!hasEnded || fixture.ends != QStringList{QString()} || fixture.names().size() != 1)
-            return QStringLiteral("not printed into the file alone");
+            return u"not printed into the file alone"_s;
         OpenedDocument paper(fixture.written().toStdString());
         const QSize size = paper->pageSize(0).toSize();
         if (fixture.notice() != fixture.success())
             return fixture.notice();
         return size == QSize(595, 842) ? PageContents::strings(paper.get()).join(u' ')
-                                       : QStringLiteral("not A4");
+                                       : u"not A4"_s;
     };
     const auto forwards = QPrinter::FirstPageFirst;
-    QCOMPARE(printed("", forwards, 1, true), QStringLiteral("one two three"));
-    QCOMPARE(printed("1,3", forwards, 1, true), QStringLiteral("one three"));
-    QCOMPARE(printed("2-3", QPrinter::LastPageFirst, 1, true), QStringLiteral("three two"));
-    QCOMPARE(printed("1-2", forwards, 2, true), QStringLiteral("one two one two"));
-    QCOMPARE(printed("1-2", forwards, 2, false), QStringLiteral("one one two two"));
+    QCOMPARE(printed("", forwards, 1, true), u"one two three"_s);
+    QCOMPARE(printed("1,3", forwards, 1, true), u"one three"_s);
+    QCOMPARE(printed("2-3", QPrinter::LastPageFirst, 1, true), u"three two"_s);
+    QCOMPARE(printed("1-2", forwards, 2, true), u"one two one two"_s);
+    QCOMPARE(printed("1-2", forwards, 2, false), u"one one two two"_s);
 }
 
 void TestPagePrinting::paintsWhatTheEngineCannotWrite()
@@ -152,11 +152,11 @@ void TestPagePrinting::paintsWhatTheEngineCannotWrite()
     Fixture fixture(builder);
     fixture.printer->setPageSize(QPageSize(QPageSize::Letter));
     fixture.printer->setPrintRange(QPrinter::PageRange);
-    fixture.printer->setPageRanges(QPageRanges::fromString(QStringLiteral("2-3")));
+    fixture.printer->setPageRanges(QPageRanges::fromString(u"2-3"_s));
     fixture.start();
     fixture.loseEngine();
     QTRY_COMPARE_WITH_TIMEOUT(fixture.ends, QStringList{QString()}, 60'000);
-    QCOMPARE(fixture.names(), QStringList{QStringLiteral("printed.pdf")});
+    QCOMPARE(fixture.names(), QStringList{u"printed.pdf"_s});
 
     // 468 points wide, the high page is 1404 high: three sheets of 648.
     OpenedDocument paper(fixture.written().toStdString());
@@ -188,8 +188,7 @@ void TestPagePrinting::saysWhatThePaperLacks()
         QCOMPARE(OpenedDocument(fixture.written().toStdString())->pageCount(), 3);
         QCOMPARE(fixture.window.noticeLine()->unread().value(0).kind, Notice::Kind::isIncomplete);
         QCOMPARE(fixture.notice(),
-            QStringLiteral("Page 2 was printed empty: it is too damaged to be read. ")
-                + fixture.success());
+            u"Page 2 was printed empty: it is too damaged to be read. "_s + fixture.success());
     }
 }
 
@@ -205,7 +204,7 @@ void TestPagePrinting::leavesNothingWhenCancelled()
         fixture.window.findChild<QProgressDialog*>()->findChild<QPushButton*>()->click();
         QTRY_VERIFY(!printing);
         QCOMPARE(fixture.written(), former);
-        QCOMPARE(fixture.names(), QStringList{QStringLiteral("printed.pdf")});
+        QCOMPARE(fixture.names(), QStringList{u"printed.pdf"_s});
         QVERIFY(fixture.ends.isEmpty());
     }
 }
@@ -215,17 +214,16 @@ void TestPagePrinting::closingItsWindowAsks()
     for (const bool isKept : {true, false}) {
         Fixture fixture;
         fixture.window.setAttribute(Qt::WA_DeleteOnClose, false);
-        DocumentWindow other(QStringLiteral("Another Window"));
+        DocumentWindow other(u"Another Window"_s);
         other.show();
         const QPointer<PagePrinting> printing = fixture.start();
         QVERIFY(!fixture.window.close() && !fixture.window.close());
         QCOMPARE(allShown<Alert>().size(), 1);
         Alert* const alert = shown<Alert>();
-        QCOMPARE(alert->text(), QStringLiteral("“job” is being printed."));
-        QCOMPARE(alert->defaultButton()->text(), QStringLiteral("&Keep Open"));
+        QCOMPARE(alert->text(), u"“job” is being printed."_s);
+        QCOMPARE(alert->defaultButton()->text(), u"&Keep Open"_s);
         for (QAbstractButton* button : alert->buttons()) {
-            if (button->text()
-                == (isKept ? QStringLiteral("&Keep Open") : QStringLiteral("&Cancel Printing")))
+            if (button->text() == (isKept ? u"&Keep Open"_s : u"&Cancel Printing"_s))
                 button->click();
         }
         QTRY_VERIFY(!printing);
@@ -235,8 +233,8 @@ void TestPagePrinting::closingItsWindowAsks()
         const QList<Notice> told = other.noticeLine()->unread();
         QCOMPARE(told.size(), isKept ? 0 : 1);
         if (!isKept)
-            QCOMPARE(told.first().text,
-                QStringLiteral("“job” has not been printed: Its window has been closed."));
+            QCOMPARE(
+                told.first().text, u"“job” has not been printed: Its window has been closed."_s);
     }
 }
 
@@ -257,11 +255,11 @@ void TestPagePrinting::saysWhyThereIsNoFile()
         fixture.printer->setOutputFileName(fixture.folder.filePath(name));
         fixture.start();
         const bool isKept = fixture.ends.size() == 1 && fixture.written() == former;
-        return isKept ? fixture.notice() : QStringLiteral("not ended, or written");
+        return isKept ? fixture.notice() : u"not ended, or written"_s;
     };
-    const QString start = QStringLiteral("“job” has not been printed: ");
-    QCOMPARE(problem(QStringLiteral("missing/a.pdf")), start + u"No such file or directory.");
-    const QString opened = problem(QStringLiteral("printed.pdf"));
+    const QString start = u"“job” has not been printed: "_s;
+    QCOMPARE(problem(u"missing/a.pdf"_s), start + u"No such file or directory.");
+    const QString opened = problem(u"printed.pdf"_s);
     QVERIFY2(opened.startsWith(start) && opened.contains(u"is open"), qPrintable(opened));
 }
 

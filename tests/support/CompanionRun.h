@@ -34,7 +34,7 @@ inline CompanionRun runCompanion(const QStringList& words, const CompanionSettin
         process.setStandardOutputFile(setting.outputFile);
     if (setting.inChild)
         process.setChildProcessModifier(setting.inChild);
-    process.start(QStringLiteral(TARNWICK_INSPECT), words);
+    process.start(QString::fromLatin1(TARNWICK_INSPECT), words);
     process.write(setting.input);
     process.closeWriteChannel();
     process.waitForFinished();

@@ -23,8 +23,8 @@ public:
     /// The address of the path "/" on this server.
     QUrl address() const
     {
-        return QStringLiteral("http://%1:%2/")
-            .arg(theServer.serverAddress().toString())
+        using namespace Qt::StringLiterals;
+        return u"http://%1:%2/"_s.arg(theServer.serverAddress().toString())
             .arg(theServer.serverPort());
     }
 

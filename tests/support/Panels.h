@@ -32,7 +32,8 @@ template<class Widget> Widget* shown()
 /// The field of a file panel that takes the name.
 inline QLineEdit* nameField(const QWidget* panel)
 {
-    return panel->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+    using namespace Qt::StringLiterals;
+    return panel->findChild<QLineEdit*>(u"fileNameEdit"_s);
 }
 
 /// Answers the question that shows; false without one.

@@ -7,6 +7,7 @@
 #include <latch>
 #include <optional>
 
+using namespace Qt::StringLiterals;
 using namespace tarnwick;
 
 class TestWork : public QObject
@@ -30,19 +31,17 @@ void TestWork::tellsInOrderAndItsEndLast()
         [&told](const std::stop_token&, const Work::Report& report) {
             report(1, 4);
             report(2, 4); // too soon to be passed on
-            report.deliver([&told] { told << QStringLiteral("part"); });
+            report.deliver([&told] { told << u"part"_s; });
             return 7;
         },
         [&](int result) {
             told << QString::number(result);
             QVERIFY(!work.isRunning());
         },
-        [&told](quint64 done, quint64 total) {
-            told << QStringLiteral("%1 of %2").arg(done).arg(total);
-        });
+        [&told](quint64 done, quint64 total) { told << u"%1 of %2"_s.arg(done).arg(total); });
     QVERIFY(work.isRunning() && told.isEmpty());
     QTRY_VERIFY(!work.isRunning());
-    QCOMPARE(told.join(u' '), QStringLiteral("1 of 4 part 7"));
+    QCOMPARE(told.join(u' '), u"1 of 4 part 7"_s);
 }
 
 void TestWork::tellsNothingOnceItIsGivenUp_data()

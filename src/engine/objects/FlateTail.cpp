@@ -17,7 +17,7 @@ public:
     Inflation(std::uint64_t skip, const std::function<void(std::string_view)>& take)
         : theSkip(skip)
         , theTake(take)
-        , theGood(inflateInit(&theState) == Z_OK)
+        , isGood(inflateInit(&theState) == Z_OK)
     {
     }
     Inflation(const Inflation&) = delete;
@@ -29,8 +29,8 @@ public:
     {
         theState.next_in = bytes;
         theState.avail_in = static_cast<uInt>(size);
-        while (theGood && hasMore()) { }
-        return theGood;
+        while (isGood && hasMore()) { }
+        return isGood;
     }
 
 private:
@@ -40,7 +40,7 @@ private:
         theState.next_out = reinterpret_cast<Bytef*>(theBuffer.data());
         theState.avail_out = static_cast<uInt>(theBuffer.size());
         const int status = inflate(&theState, Z_SYNC_FLUSH);
-        theGood = status == Z_OK || status == Z_BUF_ERROR;
+        isGood = status == Z_OK || status == Z_BUF_ERROR;
         std::string_view made(theBuffer.data(), theBuffer.size() - theState.avail_out);
         const auto skipped = std::min<std::uint64_t>(theSkip, made.size());
         theSkip -= skipped;
@@ -54,7 +54,7 @@ private:
     std::string theBuffer = std::string(portion, '\0');
     std::uint64_t theSkip;
     const std::function<void(std::string_view)>& theTake;
-    bool theGood;
+    bool isGood;
 };
 
 } // namespace

@@ -44,7 +44,7 @@ void LibraryRemarks::take(void* self, const char* message)
 void LibraryRemarks::add(const char* message)
 {
     const std::string_view text = message;
-    theDamage = theDamage || std::any_of(damages.begin(), damages.end(), [text](auto damage) {
+    hasDamage = hasDamage || std::any_of(damages.begin(), damages.end(), [text](auto damage) {
         return text.starts_with(damage);
     });
     if (!theFirst.empty())

@@ -19,7 +19,7 @@ public:
     /// The first remark, which the others follow from; printable ASCII, empty without any.
     const std::string& first() const { return theFirst; }
     /// Whether one of them was that the data ends before it should, or makes no sense.
-    bool tellDamage() const { return theDamage; }
+    bool tellDamage() const { return hasDamage; }
 
 private:
     static void take(void* self, const char* message);
@@ -31,7 +31,7 @@ private:
     void* theWarningsUser = nullptr;
     void* theErrorsUser = nullptr;
     std::string theFirst;
-    bool theDamage = false;
+    bool hasDamage = false;
 };
 
 } // namespace tarnwick

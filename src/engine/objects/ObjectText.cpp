@@ -38,8 +38,8 @@ void ObjectText::begin(bool isShort)
 {
     theText.clear();
     theLineStart = 0;
-    theLineIsOne = isShort;
-    theCut = false;
+    isShortened = isShort;
+    theIsCut = false;
 }
 
 std::string ObjectText::spelled(pdf_obj* object)
@@ -60,8 +60,8 @@ std::string ObjectText::spelledShort(pdf_obj* object)
 
 bool ObjectText::isFull()
 {
-    const std::size_t most = theLineIsOne ? longestFilterText : longestObjectText;
-    theCut = theCut || theText.size() > most;
+    const std::size_t most = isShortened ? longestFilterText : longestObjectText;
+    theIsCut = theIsCut || theText.size() > most;
     return theText.size() > most;
 }
 
@@ -82,7 +82,7 @@ std::string ObjectText::name(std::string_view name)
 
 void ObjectText::breakLine(int depth)
 {
-    if (theLineIsOne) {
+    if (isShortened) {
         theText += ' ';
         return;
     }
@@ -136,7 +136,7 @@ void ObjectText::putDictionary(pdf_obj* dictionary, int depth)
     const int count = pdf_dict_len(theContext, dictionary);
     theText += "<<";
     if (depth >= maximumObjectDepth) {
-        theCut = true;
+        theIsCut = true;
         theText += omission;
     }
     for (int index = 0; index < count && depth < maximumObjectDepth && !isFull(); ++index) {
@@ -167,7 +167,7 @@ void ObjectText::putArray(pdf_obj* array, int depth)
     const bool isNested = hasContainers(array);
     theText += '[';
     if (depth >= maximumObjectDepth) {
-        theCut = true;
+        theIsCut = true;
         theText += omission;
     }
     bool isOneLine = !isNested;

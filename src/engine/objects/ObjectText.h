@@ -23,7 +23,7 @@ public:
     std::string spelledShort(pdf_obj* object);
     /// Whether the last object was longer, or nested deeper than maximumObjectDepth: the text is
     /// its beginning, with "..." where something is left out.
-    bool isCut() const { return theCut; }
+    bool isCut() const { return theIsCut; }
 
     /// The name with its slash.
     static std::string name(std::string_view name);
@@ -44,8 +44,8 @@ private:
     LongNames theLongNames;
     std::string theText;
     std::size_t theLineStart = 0;
-    bool theLineIsOne = false;
-    bool theCut = false;
+    bool isShortened = false;
+    bool theIsCut = false;
 };
 
 } // namespace tarnwick

@@ -79,7 +79,7 @@ public:
                 continue;
             }
             if (theEntries.size() == maximumOutlineEntries || !theTexts.hasRoom()) {
-                theOutlineIsCut = true;
+                theIsCut = true;
                 return;
             }
             branch[depth] = entry->next;
@@ -89,11 +89,11 @@ public:
             if (depth + 1 < maximumOutlineDepth)
                 branch[++depth] = entry->down;
             else
-                theOutlineIsCut = true;
+                theIsCut = true;
         }
     }
     /// Whether entries were left out.
-    bool isCut() const { return theOutlineIsCut; }
+    bool isCut() const { return theIsCut; }
 
 private:
     void put(const fz_outline& entry, int depth)
@@ -105,7 +105,7 @@ private:
     const EngineDocument& theDocument;
     std::vector<EngineOutlineEntry>& theEntries;
     TargetTexts theTexts;
-    bool theOutlineIsCut = false;
+    bool theIsCut = false;
 };
 
 } // namespace
@@ -144,13 +144,13 @@ public:
     bool isDamagedBelow(pdf_obj* outlines)
     {
         push(outlines, PDF_NAME(First));
-        while (!theNext.empty() && theSeen.size() < maximumOutlineEntries && !theDamageIsFound) {
+        while (!theNext.empty() && theSeen.size() < maximumOutlineEntries && !isDamaged) {
             pdf_obj* const entry = theNext.back();
             theNext.pop_back();
             push(entry, PDF_NAME(Next));
             push(entry, PDF_NAME(First));
         }
-        return theDamageIsFound;
+        return isDamaged;
     }
     /// What a key of a dictionary leads to, borrowed; null when that cannot be read, or is nothing.
     pdf_obj* target(pdf_obj* dictionary, pdf_obj* key)
@@ -164,10 +164,10 @@ public:
             number = pdf_to_num(ctx, value);
             isThere = pdf_is_dict(ctx, value);
         });
-        theDamageIsFound = theDamageIsFound || error || isUnreadable(theDocument, number);
+        isDamaged = isDamaged || error || isUnreadable(theDocument, number);
         return !error && isThere && theSeen.insert(number).second ? value : nullptr;
     }
-    bool isDamageFound() const { return theDamageIsFound; }
+    bool isDamageFound() const { return isDamaged; }
 
 private:
     void push(pdf_obj* entry, pdf_obj* key)
@@ -179,7 +179,7 @@ private:
     const EngineDocument& theDocument;
     std::set<int> theSeen;
     std::vector<pdf_obj*> theNext;
-    bool theDamageIsFound = false;
+    bool isDamaged = false;
 };
 
 EngineLoss outlineDamage(const EngineDocument& document)

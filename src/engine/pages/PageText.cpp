@@ -43,7 +43,7 @@ public:
     /// Hands over what has been collected, for good.
     void finish(fz_context* ctx, TextResult& result);
     /// Whether characters were left out, the page having more than maximumPageCharacters.
-    bool isCut() const { return theTextIsCut; }
+    bool isCut() const { return theIsCut; }
     bool isEmpty() const { return theText.empty(); }
 
 private:
@@ -51,7 +51,7 @@ private:
     void add(const TextCharacter& one);
 
     EngineTextDetail theDetail;
-    bool theTextIsCut = false;
+    bool theIsCut = false;
     std::vector<char32_t> theText;
     std::vector<EngineQuad> theQuads;
     std::vector<Run> theRuns;
@@ -60,7 +60,7 @@ private:
 void TextCollector::add(const TextCharacter& one)
 {
     if (theText.size() >= maximumPageCharacters) {
-        theTextIsCut = theTextIsCut || one.character != U'\n';
+        theIsCut = theIsCut || one.character != U'\n';
         return;
     }
     if (theDetail == EngineTextDetail::isWithAttributes) {

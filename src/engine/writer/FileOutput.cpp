@@ -27,17 +27,17 @@ bool FileOutput::finish()
 {
     writeOut(theBuffer);
     theBuffer.clear();
-    return theGood;
+    return theIsGood;
 }
 
 void FileOutput::writeOut(std::string_view bytes)
 {
-    while (theGood && !bytes.empty()) {
+    while (theIsGood && !bytes.empty()) {
         const ssize_t written = ::write(theDescriptor, bytes.data(), bytes.size());
         if (written < 0 && errno == EINTR)
             continue;
         if (written <= 0)
-            theGood = false;
+            theIsGood = false;
         else
             bytes.remove_prefix(static_cast<std::size_t>(written));
     }

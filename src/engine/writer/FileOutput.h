@@ -22,7 +22,7 @@ public:
     /// Bytes handed to write() so far: the offset of the next one.
     std::uint64_t position() const { return thePosition; }
     /// False once the memory for the file has run out; further bytes go nowhere.
-    bool isGood() const { return theGood; }
+    bool isGood() const { return theIsGood; }
 
 private:
     void writeOut(std::string_view bytes);
@@ -30,7 +30,7 @@ private:
     int theDescriptor;
     std::string theBuffer;
     std::uint64_t thePosition = 0;
-    bool theGood = true;
+    bool theIsGood = true;
 };
 
 } // namespace tarnwick

@@ -52,7 +52,7 @@ std::span<const ObjectTypeName> foreignNames(ObjectType type)
 
 ValueSpelling::ValueSpelling(ObjectType kind, bool isStrict)
     : theKind(kind)
-    , theStrict(isStrict)
+    , theIsStrict(isStrict)
 {
 }
 
@@ -72,11 +72,11 @@ std::string ValueSpelling::name(std::string_view name) const
         hide(word);
     for (const std::string_view word : theWords)
         hide(word);
-    if (theStrict) {
+    if (theIsStrict) {
         for (const ObjectTypeName& foreign : foreignNames(theKind))
             hideBeginning(foreign.name.substr(1));
     }
-    if (!theXmlIsAllowed)
+    if (!allowsXml)
         hideBeginning(std::string_view(LineWord::xml).substr(1));
     std::string text = "/";
     for (std::size_t index = 0; index < name.size(); ++index) {
@@ -98,7 +98,7 @@ bool ValueSpelling::isLiteral(std::string_view bytes) const
             return false;
     }
     return !holdsAny(bytes, LineWord::shortest) && !holdsAny(bytes, theWords)
-        && !holds(bytes, LineWord::xml) && !(theStrict && holds(bytes, "/"));
+        && !holds(bytes, LineWord::xml) && !(theIsStrict && holds(bytes, "/"));
 }
 
 std::string ValueSpelling::string(std::string_view bytes) const

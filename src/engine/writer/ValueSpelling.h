@@ -28,7 +28,7 @@ public:
     void avoid(std::string_view word) { theWords.push_back(word); }
     /// Leaves names that begin with "XML" as they are: they mark a stream that is shown line by
     /// line.
-    void allowXml() { theXmlIsAllowed = true; }
+    void allowXml() { allowsXml = true; }
 
     /// The name with its slash.
     std::string name(std::string_view name) const;
@@ -46,8 +46,8 @@ private:
     bool isLiteral(std::string_view bytes) const;
 
     ObjectType theKind;
-    bool theStrict;
-    bool theXmlIsAllowed = false;
+    bool theIsStrict;
+    bool allowsXml = false;
     std::vector<std::string_view> theWords; ///< few objects have any
 };
 

@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 namespace tarnwick {
 
-const QString BytesViewController::titlePrefix = QStringLiteral("Bytes: ");
+const QString BytesViewController::titlePrefix = u"Bytes: "_s;
 
 BytesViewController::BytesViewController(Document* document, QWidget* parent)
     : QWidget(parent)

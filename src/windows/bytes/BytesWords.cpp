@@ -4,6 +4,8 @@
 #include <QLocale>
 #include <QStringList>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 namespace {
@@ -21,7 +23,7 @@ QString count(std::size_t bytes)
 
 QString link(const QString& target, const QString& text)
 {
-    return QStringLiteral("<a href=\"#%1\">%2</a>").arg(target, text);
+    return u"<a href=\"#%1\">%2</a>"_s.arg(target, text);
 }
 
 /// As much of what was typed as a line has room for.
@@ -35,9 +37,8 @@ QString shortened(const QString& text)
 
 QString BytesWords::offset(std::size_t offset)
 {
-    return QStringLiteral("%1 (0x%2)")
-        .arg(QLocale().toString(qulonglong{offset}),
-            QString::number(qulonglong{offset}, 16).toUpper());
+    return u"%1 (0x%2)"_s.arg(
+        QLocale().toString(qulonglong{offset}), QString::number(qulonglong{offset}, 16).toUpper());
 }
 
 QString BytesWords::place(const HexStorage& bytes, HexView::Span selected)
@@ -60,12 +61,11 @@ QString BytesWords::stray(const StrayBytes& stray, std::size_t size)
     if (!stray.header)
         parts += Words::tr("There is no header (%PDF-).");
     else if (*stray.header > 0)
-        parts += link(QStringLiteral("before"), count(*stray.header))
-            + Words::tr(" before the header (%PDF-).");
+        parts += link(u"before"_s, count(*stray.header)) + Words::tr(" before the header (%PDF-).");
     if (!stray.end)
         parts += Words::tr("There is no end-of-file marker (%%EOF).");
     else if (*stray.end < size)
-        parts += link(QStringLiteral("behind"), count(size - *stray.end))
+        parts += link(u"behind"_s, count(size - *stray.end))
             + Words::tr(" behind the last end-of-file marker (%%EOF).");
     return parts.join(u' ');
 }

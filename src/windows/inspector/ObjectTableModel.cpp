@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 namespace {
@@ -207,15 +209,14 @@ QString ObjectTableModel::kindText(std::size_t object) const
         return QString::fromStdString(objectKind(catalog, shown));
     const ObjectSource source(catalog.bytes(), shown.range(), readAtOnce);
     return source.isCut() && source.name("Type").empty()
-        ? QStringLiteral("\u2026")
+        ? u"\u2026"_s
         : QString::fromStdString(objectKind(catalog.bytes(), source));
 }
 
 QString ObjectTableModel::toolTip(std::size_t object, ObjectColumn column) const
 {
     if (column == ObjectColumn::isOffset)
-        return QStringLiteral("0x%1").arg(
-            static_cast<qulonglong>(theFacts.value(object, column)), 0, 16);
+        return u"0x%1"_s.arg(static_cast<qulonglong>(theFacts.value(object, column)), 0, 16);
     if (column != ObjectColumn::isState || theFacts.standing(object) != ObjectStanding::isDuplicate)
         return {};
     return tr("Another object of this number follows in the same version");

@@ -13,14 +13,16 @@
 #include <QSettings>
 #include <QToolButton>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 namespace {
 
 constexpr auto storedPane = SourceNavigator::Pane::isStored;
 
-const QString workbenchKey = QStringLiteral("SourceWindow/workbench");
-const QString tableKey = QStringLiteral("SourceWindow/objectTable");
+const QString workbenchKey = u"SourceWindow/workbench"_s;
+const QString tableKey = u"SourceWindow/objectTable"_s;
 
 } // namespace
 

@@ -86,7 +86,7 @@ private:
 
     ChunkedVector<Kid>* theKids;
     std::size_t theFirstKid = 0;
-    bool theHasLines = false;
+    bool hasLines = false;
     Values theValues; ///< of the pieces that are complete
     Piece thePiece;
     KidsState theKidsState;

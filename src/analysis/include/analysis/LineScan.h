@@ -65,8 +65,8 @@ public:
             takeBlock();
         if (theBlock < theText.size())
             return true;
-        if (!theDone) {
-            theDone = true;
+        if (!isDone) {
+            isDone = true;
             if (theLineStart <= theText.size())
                 endLine(theText.size());
         }
@@ -216,7 +216,7 @@ private:
     std::size_t theStreamLength = 0; ///< keeps its value after a stream for a stray "endstream"
     unsigned theFlags = 0; ///< Keyword flags of the line being read
     bool theInXml;
-    bool theDone = false;
+    bool isDone = false;
 };
 
 } // namespace tarnwick

@@ -63,7 +63,7 @@ private:
     std::uint32_t theVersion = 1;
     std::string_view theHeader; ///< the first of the lines gathered; empty when there is none
     std::size_t theHeaderOffset = 0; ///< start of its line in the file
-    bool theHeaderInXml = false;
+    bool isHeaderInXml = false;
     std::optional<Piece> theSecondLine;
     ObjectType theType = ObjectType::isPlain; ///< as far as the lines gathered say
     std::optional<HeaderNumbers> theNumbers; ///< read when a record asks for them
@@ -72,7 +72,7 @@ private:
 
     DictionaryParser theParser;
     ObjectLines theUnparsedLines; ///< of the lines gathered, those that the parser has not read
-    bool theParserHasLines = false;
+    bool hasParsedLines = false;
 };
 
 } // namespace tarnwick

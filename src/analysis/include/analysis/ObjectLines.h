@@ -41,11 +41,11 @@ private:
         void takeLine(const ScannedLine& line)
         {
             // The first line may be a header, a trailer's keyword, or any other.
-            if (!lines.theHasFirst && line.kind == LineKind::isTrailer)
+            if (!lines.hasFirst && line.kind == LineKind::isTrailer)
                 take(trailerHeader);
-            else if (!lines.theHasFirst || line.kind == LineKind::isPlain)
+            else if (!lines.hasFirst || line.kind == LineKind::isPlain)
                 take(lines.theText.substr(line.offset, line.length));
-            lines.theHasFirst = true;
+            lines.hasFirst = true;
         }
         void takeStream(std::size_t) const { }
 
@@ -56,7 +56,7 @@ private:
     std::string_view theText;
     std::size_t thePosition = 0;
     bool theInXml = false;
-    bool theHasFirst = false;
+    bool hasFirst = false;
 };
 
 } // namespace tarnwick

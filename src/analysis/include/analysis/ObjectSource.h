@@ -65,7 +65,7 @@ private:
     std::optional<SourceToken> theFirstToken;
     std::size_t theTokens = 0;
     std::size_t theDepth = 0;
-    bool theHasKey = false;
+    bool hasKey = false;
     std::size_t theValueBegin = 0;
     std::size_t theValueEnd = 0;
     std::optional<std::size_t> theStreamBegin;

@@ -39,7 +39,7 @@ private:
     SavedBytes theSaved;
     QString thePath;
     QString theFailure; ///< why nothing is written; a phrase
-    bool theFileIsWritten = false;
+    bool isWritten = false;
 };
 
 } // namespace tarnwick

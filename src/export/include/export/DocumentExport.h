@@ -48,7 +48,7 @@ private:
     ExportKind theKind;
     ExportSource theSource;
     std::unique_ptr<ExportContent> theContent;
-    bool theContentIsAskedFor = false;
+    bool hasAskedForContent = false;
     std::optional<QString> theFailure; ///< of taking the content
     ExportOutcome theOutcome; ///< of the writing, once it is finished
     QPointer<ExportPanel> thePanel;

@@ -38,7 +38,7 @@ public:
     /// Asks the engine for it. One of taken() and failed() follows, at once where it is there
     /// already. Called once.
     virtual void take() = 0;
-    bool isTaken() const { return theContentIsTaken; }
+    bool isTaken() const { return theIsTaken; }
 
     /// What of the document is not in it. Precondition: isTaken().
     const PDFLosses& losses() const { return theLosses; }
@@ -73,7 +73,7 @@ private:
     LossSubject theSubject;
     PDFLosses theLosses;
     qsizetype theLostObjects = 0;
-    bool theContentIsTaken = false;
+    bool theIsTaken = false;
 };
 
 /// Writes a text in slices, in UTF-8 without a byte-order mark; lone surrogates become U+FFFD.

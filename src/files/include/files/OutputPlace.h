@@ -28,7 +28,7 @@ public:
     const std::optional<struct stat>& standing() const { return theStanding; }
     /// The path leads to something that is open already, by a link of /proc: through it is written
     /// as it was opened, and nothing is put in its place.
-    bool isOfProcess() const { return theLinkIsOfProcess; }
+    bool isOfProcess() const { return isLinkOfProcess; }
     /// Of these, number of the descriptor of this very process.
     std::optional<int> descriptor() const { return theDescriptor; }
 
@@ -40,7 +40,7 @@ private:
     int theFolder = -1;
     std::string theName;
     std::optional<struct stat> theStanding;
-    bool theLinkIsOfProcess = false;
+    bool isLinkOfProcess = false;
     std::optional<int> theDescriptor;
 };
 

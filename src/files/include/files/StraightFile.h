@@ -28,7 +28,7 @@ private:
 
     std::string thePath;
     int theDescriptor = -1;
-    bool theDescriptorIsOwn = false;
+    bool ownsDescriptor = false;
 };
 
 /// The way to write into what a path leads to: straight into devices, pipes and open descriptors,

@@ -61,7 +61,7 @@ private:
 
     PDFDocument* theDocument;
     PDFTextRequest* theRequest = nullptr;
-    bool theEndWasTold = false;
+    bool hasToldEnd = false;
     PDFPagesText theText; ///< losses of the arrived pages alone
 };
 

@@ -64,16 +64,16 @@ public:
     /// What was read makes no sense: nothing more is.
     void refuse()
     {
-        theGood = false;
+        theIsGood = false;
         theRest = {};
     }
-    bool isGood() const { return theGood; }
+    bool isGood() const { return theIsGood; }
     /// Everything was read, and nothing beyond.
-    bool isDone() const { return theGood && theRest.empty(); }
+    bool isDone() const { return theIsGood && theRest.empty(); }
 
 private:
     std::string_view theRest;
-    bool theGood = true;
+    bool theIsGood = true;
 };
 
 /// Many plain items of a message, as they lie in its payload: where the message is made it owns

@@ -56,7 +56,7 @@ void PlainTextView::closeFindBar()
     const bool hadFocus = theFindBar->isAncestorOf(focusWidget() ? focusWidget() : this);
     theFindBar->hide();
     placeMargins();
-    theSeek = Seek::isNothing;
+    endSeek();
     updateView();
     viewport()->update();
     if (hadFocus)
@@ -136,7 +136,7 @@ void PlainTextView::doFindSelection()
 
 void PlainTextView::startSearch(TextPosition from)
 {
-    theSeek = Seek::isNothing;
+    endSeek();
     theMatch = {};
     if (!theFindBar || theFindBar->text().isEmpty())
         theFinder->stop();
@@ -155,6 +155,11 @@ void PlainTextView::seek(Seek direction, TextPosition from)
     updateFindStatus();
 }
 
+void PlainTextView::endSeek()
+{
+    theSeek = Seek::isNothing;
+}
+
 /// Goes to the match that is waited for, once the finder knows it.
 void PlainTextView::resolveSeek()
 {
@@ -164,7 +169,7 @@ void PlainTextView::resolveSeek()
         = theSeek == Seek::isNext ? theFinder->next(theSeekFrom) : theFinder->previous(theSeekFrom);
     if (answer.kind == TextFinder::Answer::Kind::isUnknown)
         return;
-    theSeek = Seek::isNothing;
+    endSeek();
     isMatchWrapped = answer.isWrapped;
     theMatch = answer.match;
     if (answer.kind != TextFinder::Answer::Kind::isFound)

@@ -106,9 +106,10 @@ QString PlainTextView::selectedText(qsizetype limit) const
     return textOf(theStorage, selection(), limit);
 }
 
-/// Changes the selection without scrolling.
+/// Changes the selection without scrolling. Whoever goes elsewhere waits for no match any longer.
 void PlainTextView::select(TextPosition anchor, TextPosition caret)
 {
+    endSeek();
     settle(anchor, caret);
     const bool isChange = anchor != theAnchor || caret != theCaret;
     theAnchor = anchor;
@@ -373,8 +374,12 @@ void PlainTextView::wheelEvent(QWheelEvent* event)
 
 void PlainTextView::scrollByWheel(QPointF delta)
 {
-    if (delta.y() != 0)
-        theLayout.scrollBy(-std::round(delta.y()));
+    // Fine wheels turn by less than a pixel at a time: what is left of one is for the next.
+    theWheelRest += delta.y();
+    const qreal pixels = std::round(theWheelRest);
+    theWheelRest -= pixels;
+    if (pixels != 0)
+        theLayout.scrollBy(-pixels);
     if (delta.x() != 0 && !isWrapping()) {
         const qreal most = std::max(0.0, theLayout.width() - theLayout.size().width());
         theLayout.setLeft(std::min(theLayout.left() - delta.x(), most));

@@ -5,10 +5,9 @@
 
 #include "support/OpenedDocument.h"
 #include "support/PdfBuilder.h"
+#include "support/Wheel.h"
 
-#include <QApplication>
 #include <QTest>
-#include <QWheelEvent>
 
 namespace tarnwick {
 
@@ -49,15 +48,6 @@ struct Shown
     std::unique_ptr<PDFDocumentText> text;
     PDFView view;
 };
-
-/// @param angle in eighths of a degree, 120 for a notch. @param pixels by a touchpad.
-inline void turnWheel(QWidget& widget, const QPoint& angle, const QPoint& pixels = {},
-    const QPoint& at = {9, 9}, Qt::KeyboardModifiers keys = {})
-{
-    QWheelEvent wheel(
-        at, widget.mapToGlobal(at), pixels, angle, Qt::NoButton, keys, Qt::NoScrollPhase, false);
-    QApplication::sendEvent(&widget, &wheel);
-}
 
 inline QColor colourAt(PDFView& view, const QPoint& point)
 {

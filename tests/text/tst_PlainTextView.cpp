@@ -3,6 +3,7 @@
 #include "TextGutter.h"
 #include "analysis/SourceText.h"
 #include "support/ScrollBars.h"
+#include "support/Wheel.h"
 #include "text/HexStorage.h"
 #include "text/ListedLines.h"
 #include "text/PlainTextStorage.h"
@@ -28,6 +29,7 @@ private slots:
     void clicksSelect();
     void copiesTheSelection();
     void horizontalBarShowsWhatIsInView();
+    void wheelsOfAnyFinenessGoAsFar();
     void replacingLeavesNothing();
     void gapsStandBetweenTheLines();
     void coloursFollowThePalette();
@@ -141,6 +143,19 @@ void TestPlainTextView::horizontalBarShowsWhatIsInView()
             QCOMPARE(isLeftShown, unit == 0);
             QCOMPARE(isHandleAtTheLeft(*theView->horizontalScrollBar()), isLeftShown);
         }
+    }
+}
+
+void TestPlainTextView::wheelsOfAnyFinenessGoAsFar()
+{
+    theView->setPlainText(u"a line\n"_s.repeated(1000));
+    for (const int turns : {1, 8, 120}) {
+        theView->verticalScrollBar()->setValue(0);
+        for (int turn = 0; turn < turns; ++turn)
+            turnWheel(*theView->viewport(), {0, -120 / turns});
+        const qreal row = theView->caretRect({10, 0})->height();
+        QCOMPARE(theView->caretRect({10, 0})->top(),
+            10 * row - std::round(QApplication::wheelScrollLines() * row));
     }
 }
 

@@ -21,6 +21,7 @@ private slots:
     void stepsInARing();
     void countsFromTheMiddle();
     void barFindsWhileTyping();
+    void whoGoesElsewhereStays();
     void barIsTheWindowsWhenDisabled();
 };
 
@@ -115,6 +116,23 @@ void TestTextFinder::barFindsWhileTyping()
     QTRY_COMPARE(bar->status(), u"Not found"_s);
     field->setText(longText);
     QTRY_COMPARE(bar->status(), u"1 of 1"_s);
+}
+
+/// A match that the thread finds later does not take the user away from where he clicked.
+void TestTextFinder::whoGoesElsewhereStays()
+{
+    PlainTextView view;
+    view.resize(700, 300);
+    view.setTextStorage(std::make_shared<EndlessLines>(60'000, 20));
+    view.show();
+    view.performFind();
+    auto* const bar = view.findChild<FindBar*>();
+    bar->findChild<QLineEdit*>()->setText(u"59999"_s);
+    QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, QPoint(5, 5));
+    QTRY_COMPARE(bar->status(), u"1 match"_s);
+    QCOMPARE(view.caret().line, 0);
+    view.doFindNext();
+    QTRY_COMPARE(view.caret().line, 59'999);
 }
 
 void TestTextFinder::barIsTheWindowsWhenDisabled()

@@ -249,6 +249,7 @@ private:
     bool prepareToStep();
     void startSearch(TextPosition from);
     void seek(Seek direction, TextPosition from);
+    void endSeek();
     void resolveSeek();
     void updateFindStatus();
 
@@ -282,7 +283,8 @@ private:
     QPointF theTripleClickPoint;
     QBasicTimer theTripleClickTimer;
     QBasicTimer theAutoScrollTimer;
-    int theZoomDelta = 0;
+    int theZoomDelta = 0; ///< eighths of a degree that are no notch yet
+    qreal theWheelRest = 0; ///< of a pixel that the wheel has turned the text up, -0.5 to 0.5
 
     bool theIsFindBarEnabled = true;
     FindBar* theFindBar = nullptr; ///< made when first needed

@@ -14,8 +14,12 @@ namespace tarnwick {
 /// Finds a piece of text in the lines of a text, portion by portion.
 ///
 /// A match lies within one line, and matches do not overlap: the search goes on behind each.
-/// Letters are compared with or without their case. Any thread may use it; a thread of its own
-/// needs a copy.
+/// Letters are compared with or without their case, and otherwise as they stand: most of what views
+/// show is a file's bytes, one to a character, where "é" and "e" with an accent, a soft hyphen or a
+/// line's end are different bytes, and whoever looks for some wants these. What pages say is
+/// searched by other rules, and by another class: it knows characters that are the same, words
+/// that are broken and lines that only the layout has ended. Any thread may use it; a thread of its
+/// own needs a copy.
 class LineSearch
 {
 public:

@@ -6,24 +6,6 @@ namespace tarnwick {
 
 namespace {
 
-/// The text in its canonical decomposition; as it is where ICU has no data.
-std::u16string decomposed(std::u16string_view text)
-{
-    UErrorCode status = U_ZERO_ERROR;
-    const UNormalizer2* normalizer = unorm2_getNFDInstance(&status);
-    std::u16string result(text.size(), u'\0');
-    for (int attempt = 0; attempt < 2 && U_SUCCESS(status); ++attempt) {
-        const int32_t length = unorm2_normalize(normalizer, text.data(), int32_t(text.size()),
-            result.data(), int32_t(result.size()), &status);
-        if (status == U_BUFFER_OVERFLOW_ERROR)
-            status = U_ZERO_ERROR; // the length it needs is known now
-        else if (U_SUCCESS(status))
-            return result.substr(0, std::size_t(length));
-        result.resize(std::size_t(length));
-    }
-    return std::u16string(text);
-}
-
 std::string_view trimmed(std::string_view text)
 {
     constexpr std::string_view blanks = " \t";
@@ -51,7 +33,13 @@ std::u16string UpdateTexts::offerDetails(std::u16string_view runningVersion)
 
 bool isSameText(std::u16string_view one, std::u16string_view other)
 {
-    return one == other || decomposed(one) == decomposed(other);
+    UErrorCode status = U_ZERO_ERROR;
+    const auto isEquivalent = [&] {
+        return unorm_compare(
+                   one.data(), int32_t(one.size()), other.data(), int32_t(other.size()), 0, &status)
+            == 0;
+    };
+    return one == other || (isEquivalent() && U_SUCCESS(status));
 }
 
 FeedOutcome readFeed(const std::optional<std::vector<FeedEntry>>& entries,

@@ -37,6 +37,11 @@ QString missing(const pdfObjectCatalog& catalog, std::int64_t objNo)
         .arg(objNo);
 }
 
+QString withoutLine(const pdfObject& object)
+{
+    return SourceNavigator::tr("Object %1 has no line here").arg(object.objNo());
+}
+
 } // namespace
 
 SourceNavigator::SourceNavigator(PlaceHistory& history, QObject* parent)
@@ -121,7 +126,7 @@ QString SourceNavigator::show(const pdfObject& object, Pane in)
 {
     const std::optional<TextRange> place = pane(in).placeOf(object);
     if (!place)
-        return tr("Object %1 has no line here").arg(object.objNo());
+        return withoutLine(object);
     jump(in, *place);
     return {};
 }
@@ -130,7 +135,7 @@ QString SourceNavigator::lookAt(const pdfObject& object, Pane in)
 {
     const std::optional<TextRange> place = pane(in).placeOf(object);
     if (!place)
-        return tr("Object %1 has no line here").arg(object.objNo());
+        return withoutLine(object);
     if (!present().isSameAs(theLook))
         theLookOrigin = present();
     theCurrent = in;

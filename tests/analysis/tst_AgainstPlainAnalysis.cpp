@@ -1,5 +1,6 @@
 #include "support/AnalysisDifferences.h"
 #include "support/RandomSource.h"
+#include "support/Rows.h"
 
 #include <QTest>
 
@@ -57,13 +58,11 @@ private slots:
     void agreesOnCorpus();
 };
 
+using ListsSource = Rows<std::string, std::string>;
+
 void TestAgainstPlainAnalysis::listsSource_data()
 {
-    QTest::addColumn<std::string>("source");
-    QTest::addColumn<std::string>("expected");
-    const auto row = [](const char* name, const std::string& source, const char* expected) {
-        QTest::newRow(name) << source << std::string(expected);
-    };
+    const ListsSource row;
     row("nothing", "", "");
     row("one byte", "x", "gx\n");
     row("only line ends", "\n\r\n\v\f\x85", "");
@@ -132,21 +131,18 @@ void TestAgainstPlainAnalysis::listsSource_data()
 
 void TestAgainstPlainAnalysis::listsSource()
 {
-    QFETCH(std::string, source);
-    QFETCH(std::string, expected);
+    const auto [source, expected] = ListsSource::fetch();
     const plain::Analysis analysis = plain::analyse(source);
     if (source[0] != '\0')
         QCOMPARE(shownPieces(analysis.listing) + shownPieces(analysis.objectList), expected);
     QVERIFY(agrees(source, "listing"));
 }
 
+using DescribesObjects = Rows<std::string, std::string>;
+
 void TestAgainstPlainAnalysis::describesObjects_data()
 {
-    QTest::addColumn<std::string>("object");
-    QTest::addColumn<std::string>("expected");
-    const auto row = [](const char* name, const std::string& object, const std::string& expected) {
-        QTest::newRow(name) << object << expected;
-    };
+    const DescribesObjects row;
     row("catalog with all links",
         "1 0 obj\n<< /Type /Catalog\n/Pages 2 0 R\n/Metadata 5 0 R\n/Names 6 0 R\n>>",
         "r1 0 1 Catalog, Pages (2, 0, 1), Metadata (5, 0, 1), Names (6, 0, 1)");
@@ -205,8 +201,7 @@ void TestAgainstPlainAnalysis::describesObjects_data()
 
 void TestAgainstPlainAnalysis::describesObjects()
 {
-    QFETCH(std::string, object);
-    QFETCH(std::string, expected);
+    const auto [object, expected] = DescribesObjects::fetch();
     QCOMPARE(shownPieces(plain::analyse(object + "\nendobj").objectList), expected + "\n");
     QVERIFY(agrees(object + "\nendobj", "object"));
 }
@@ -239,13 +234,11 @@ void TestAgainstPlainAnalysis::agreesWhereKeywordsStand()
 }
 
 /// Lines, streams and objects are stored in short forms where they are small and stand close.
+using AgreesOnBothSidesOfLimits = Rows<std::size_t, std::string (*)(std::size_t)>;
+
 void TestAgainstPlainAnalysis::agreesOnBothSidesOfLimits_data()
 {
-    QTest::addColumn<std::function<std::string(std::size_t)>>("make");
-    QTest::addColumn<std::size_t>("limit");
-    const auto row = [](const char* name, std::size_t limit, std::string (*make)(std::size_t)) {
-        QTest::newRow(name) << std::function<std::string(std::size_t)>(make) << limit;
-    };
+    const AgreesOnBothSidesOfLimits row;
     row("length of a line", 511, [](std::size_t size) {
         return std::string(size, 'x') + "\nendobj\n" + std::string(2 * size, 'x') + "\ny\n";
     });
@@ -283,8 +276,7 @@ void TestAgainstPlainAnalysis::agreesOnBothSidesOfLimits_data()
 /// Each text comes often enough to fill several of the blocks that pieces are found by.
 void TestAgainstPlainAnalysis::agreesOnBothSidesOfLimits()
 {
-    QFETCH(std::function<std::string(std::size_t)>, make);
-    QFETCH(std::size_t, limit);
+    const auto [limit, make] = AgreesOnBothSidesOfLimits::fetch();
     for (std::size_t size = limit - std::min(limit, std::size_t{3}); size < limit + 4; ++size) {
         std::string text;
         for (int i = 0; i < 100; ++i)
@@ -296,7 +288,8 @@ void TestAgainstPlainAnalysis::agreesOnBothSidesOfLimits()
 void TestAgainstPlainAnalysis::agreesOnCorpus()
 {
     const QByteArray folder
-        = qEnvironmentVariable("TARNWICK_CORPUS", QStringLiteral(TARNWICK_CORPUS)).toLocal8Bit();
+        = qEnvironmentVariable("TARNWICK_CORPUS", QString::fromLatin1(TARNWICK_CORPUS))
+              .toLocal8Bit();
     if (folder.isEmpty())
         QSKIP("TARNWICK_CORPUS names no folder of PDF files");
     int count = 0;

@@ -4,6 +4,7 @@
 
 #include <QtTest>
 
+using namespace Qt::StringLiterals;
 using namespace tarnwick;
 
 /// Finding one's way in a file's source: references in lines, objects by number and by offset,
@@ -27,12 +28,9 @@ namespace {
 
 QString describe(const ScannedReference& found)
 {
-    QString text = QStringLiteral("%1-%2:%3 %4")
-                       .arg(found.begin)
-                       .arg(found.end)
-                       .arg(found.objNo)
-                       .arg(found.objGen);
-    return found.objVer ? text + QStringLiteral(" v%1").arg(*found.objVer) : text;
+    QString text
+        = u"%1-%2:%3 %4"_s.arg(found.begin).arg(found.end).arg(found.objNo).arg(found.objGen);
+    return found.objVer ? text + u" v%1"_s.arg(*found.objVer) : text;
 }
 
 QString describe(const std::vector<ScannedReference>& found)
@@ -40,7 +38,7 @@ QString describe(const std::vector<ScannedReference>& found)
     QStringList texts;
     for (const ScannedReference& one : found)
         texts.append(describe(one));
-    return texts.join(QLatin1Char(','));
+    return texts.join(u',');
 }
 
 SourceText scanned(const std::string& bytes)
@@ -158,7 +156,7 @@ void TestFinding::takesSourceApart()
                     + source.mid(static_cast<qsizetype>(token.begin),
                         static_cast<qsizetype>(token.end - token.begin)));
     }
-    QCOMPARE(found.join(QLatin1Char(' ')), tokens);
+    QCOMPARE(found.join(u' '), tokens);
     QCOMPARE(nameText("/B#20C#4"), std::string("B C#4"));
 }
 
@@ -184,7 +182,7 @@ void TestFinding::findsObjects()
     QStringList all;
     for (const pdfObject& object : catalog.findAll(5))
         all.append(QString::fromStdString(text(object)));
-    QCOMPARE(all.join(QLatin1Char(' ')), QStringLiteral("a b c"));
+    QCOMPARE(all.join(u' '), u"a b c"_s);
     QCOMPARE(catalog.findAll(7).size(), std::size_t{1500});
     QVERIFY(catalog.findAll(6).empty());
 }

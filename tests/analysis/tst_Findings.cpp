@@ -38,7 +38,7 @@ QString codesOf(const Findings& findings)
         const std::string_view name = ruleOf(finding.code).name;
         codes.append(QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size())));
     }
-    return codes.join(QLatin1Char(' '));
+    return codes.join(u' ');
 }
 
 std::string replaced(std::string text, const std::string& what, const std::string& by)

@@ -5,8 +5,11 @@
 #include "analysis/SourceTree.h"
 #include "analysis/StoredStream.h"
 
+#include "support/Rows.h"
+
 #include <QtTest>
 
+using namespace Qt::StringLiterals;
 using namespace tarnwick;
 
 /// Who refers to an object, and what objects are.
@@ -41,13 +44,11 @@ SourceText scanned(const std::string& bytes)
 
 } // namespace
 
+using CountsOnlyCode = Rows<QByteArray, QString>;
+
 void TestObjectUsers::countsOnlyCode_data()
 {
-    QTest::addColumn<QByteArray>("file");
-    QTest::addColumn<QString>("users");
-    const auto row = [](const char* name, const QByteArray& file, const char* users) {
-        QTest::newRow(name) << file << QString::fromLatin1(users);
-    };
+    const CountsOnlyCode row;
     const auto object
         = [](const QByteArray& body) { return QByteArray("3 0 obj\n" + body + "\nendobj\n"); };
     row("nobody", "", "");
@@ -80,15 +81,14 @@ void TestObjectUsers::countsOnlyCode_data()
 
 void TestObjectUsers::countsOnlyCode()
 {
-    QFETCH(QByteArray, file);
-    QFETCH(QString, users);
+    const auto [file, users] = CountsOnlyCode::fetch();
     const SourceText source = scanned(file.toStdString());
     const ObjectUses uses = ObjectUsers(source.theCatalog()).find(7);
     QStringList found;
     for (const ObjectUse& use : uses.uses)
-        found.append(use.user ? QString::number(source.theCatalog().object(*use.user).objNo())
-                              : QStringLiteral("?"));
-    QCOMPARE(found.join(QLatin1Char(' ')), users);
+        found.append(
+            use.user ? QString::number(source.theCatalog().object(*use.user).objNo()) : u"?"_s);
+    QCOMPARE(found.join(u' '), users);
     QCOMPARE(uses.count, uses.uses.size());
     QVERIFY(uses.isComplete);
 }
@@ -125,13 +125,11 @@ void TestObjectUsers::keepsSomeAndCountsAll()
     QCOMPARE(uses.uses.size(), ObjectUses::mostKept);
 }
 
+using NamesKinds = Rows<QString, QString>;
+
 void TestObjectUsers::namesKinds_data()
 {
-    QTest::addColumn<QString>("body");
-    QTest::addColumn<QString>("kind");
-    const auto row = [](const char* name, const char* body, const char* kind) {
-        QTest::newRow(name) << QString::fromLatin1(body) << QString::fromLatin1(kind);
-    };
+    const NamesKinds row;
     row("a type", "<</Type/Page/Annots[<</Type/Annot>>]>>", "Page");
     row("spelled with a code", "<< /Ty#70e /Fo#6Et >>", "Font");
     row("an XObject", "<</Type/XObject/Subtype/Image>>stream\nendstream", "Image");
@@ -149,22 +147,17 @@ void TestObjectUsers::namesKinds_data()
 
 void TestObjectUsers::namesKinds()
 {
-    QFETCH(QString, body);
-    QFETCH(QString, kind);
+    const auto [body, kind] = NamesKinds::fetch();
     const SourceText source = scanned("3 0 obj\n" + body.toStdString() + "\nendobj\n");
     const pdfObjectCatalog& catalog = source.theCatalog();
     QCOMPARE(QString::fromStdString(objectKind(catalog, catalog.object(0))), kind);
 }
 
+using FindsStreams = Rows<std::string, QByteArray, StoredStream::End>;
+
 void TestObjectUsers::findsStreams_data()
 {
-    QTest::addColumn<QByteArray>("body");
-    QTest::addColumn<QByteArray>("data");
-    QTest::addColumn<int>("end");
-    const auto row
-        = [](const char* name, const char* body, const char* data, StoredStream::End end) {
-              QTest::newRow(name) << QByteArray(body) << QByteArray(data) << static_cast<int>(end);
-          };
+    const FindsStreams row;
     using End = StoredStream::End;
     row("as long as it says", "<</Length 3>>\nstream\r\nabc\r\nendstream", "abc", End::isLength);
     row("the keyword within", "<</Length 11>>stream\nendstream a\nendstream", "endstream a",
@@ -178,16 +171,14 @@ void TestObjectUsers::findsStreams_data()
 
 void TestObjectUsers::findsStreams()
 {
-    QFETCH(QByteArray, body);
-    QFETCH(QByteArray, data);
-    QFETCH(int, end);
-    const std::string file = "3 0 obj\n" + body.toStdString() + "\nendobj\n";
+    const auto [body, data, end] = FindsStreams::fetch();
+    const std::string file = "3 0 obj\n" + body + "\nendobj\n";
     const SourceText source = scanned(file);
     const ByteRange range = source.theCatalog().object(0).range();
     const ObjectSource object(file, range);
     const StoredStream stream = findStream(file, range, object, object.integer("Length"));
     QCOMPARE(QByteArray::fromStdString(file.substr(stream.range.begin, stream.range.size())), data);
-    QCOMPARE(static_cast<int>(stream.end), end);
+    QVERIFY(stream.end == end);
 }
 
 void TestObjectUsers::tellsTheWay()
@@ -201,15 +192,12 @@ void TestObjectUsers::tellsTheWay()
     const ObjectSource object(file, source.theCatalog().object(0).range());
     QStringList ways;
     forEachReference(file, object, [&](const PlacedReference& reference) {
-        ways.append(QString::fromStdString(reference.path) + QLatin1Char('=')
+        ways.append(QString::fromStdString(reference.path) + u'='
             + QString::number(reference.token.number));
         return ways.size() < 4;
     });
-    const QString cut
-        = QStringLiteral("/F") + QStringLiteral("[0]").repeated(31) + QStringLiteral("=6");
-    QCOMPARE(ways,
-        (QStringList{QStringLiteral("/A=1"), QStringLiteral("/B[1][0]=3"),
-            QStringLiteral("/B[2]/D E=5"), cut}));
+    const QString cut = u"/F"_s + u"[0]"_s.repeated(31) + u"=6"_s;
+    QCOMPARE(ways, (QStringList{u"/A=1"_s, u"/B[1][0]=3"_s, u"/B[2]/D E=5"_s, cut}));
 }
 
 void TestObjectUsers::tellsWhatWasReplaced()
@@ -242,21 +230,21 @@ void TestObjectUsers::followsFromTheTrailer_data()
         return QByteArray::number(number) + " 0 obj\n" + body + "\nendobj\n";
     };
     const QByteArray trailer = "trailer\n<</Root 1 0 R>>\nstartxref\n%%EOF\n";
-    row("nothing", "", QStringLiteral("none"));
+    row("nothing", "", u"none"_s);
     row("a ring", object(1, "[2 0 R]") + object(2, "[1 0 R 0 0 R 2 0 R]") + trailer,
-        QStringLiteral("1:1s 2:2s 3:1l 3:0m 3:2l"));
+        u"1:1s 2:2s 3:1l 3:0m 3:2l"_s);
     row("an object twice", object(1, "[2 0 R 2 0 R]") + object(2, "3") + trailer,
-        QStringLiteral("1:1s 2:2s 2:2r"));
+        u"1:1s 2:2s 2:2r"_s);
     row("the version of the trailer",
         object(1, "[2 0 R]") + trailer + object(1, "[3 0 R]") + trailer + object(1, "[4 0 R]"),
-        QStringLiteral("1:1s 2:3m"));
+        u"1:1s 2:3m"_s);
     row("a list stands beside its object",
         object(1, "<</Next 2 0 R/A 3 0 R>>") + object(2, "[]") + object(3, "[]") + trailer,
-        QStringLiteral("1:1s 1:2s 2:3s"));
+        u"1:1s 1:2s 2:3s"_s);
     row("a cross-reference stream",
         object(4, "<</Type/XRef/Root 5 0 R>>\nstream\nendstream") + "startxref\n%%EOF\n",
-        QStringLiteral("1:5m"));
-    row("a catalog alone", object(4, "<</Type/Catalog/Pages 5 0 R>>"), QStringLiteral("1:5m"));
+        u"1:5m"_s);
+    row("a catalog alone", object(4, "<</Type/Catalog/Pages 5 0 R>>"), u"1:5m"_s);
     QByteArray deep;
     for (int number = 1; number < 200; ++number)
         deep += object(number, '[' + QByteArray::number(number + 1) + " 0 R]");
@@ -277,13 +265,13 @@ void TestObjectUsers::followsFromTheTrailer()
     TreeLimit reached = TreeLimit::isNone;
     if (start)
         reached = tree.walk(*start, [&](const TreeNode& node) {
-            found.append(QStringLiteral("%1:%2").arg(node.depth).arg(node.objNo)
+            found.append(u"%1:%2"_s.arg(node.depth).arg(node.objNo)
                 + QLatin1Char("srlm"[static_cast<std::size_t>(node.kind)]));
         });
     QCOMPARE(static_cast<int>(reached), limit);
     QVERIFY(static_cast<std::size_t>(found.size()) <= SourceTree::mostNodes);
     if (reached == TreeLimit::isNone)
-        QCOMPARE(start ? found.join(QLatin1Char(' ')) : QStringLiteral("none"), nodes);
+        QCOMPARE(start ? found.join(u' ') : u"none"_s, nodes);
     else
         QVERIFY(static_cast<std::size_t>(found.size()) >= SourceTree::mostDepth);
 }

@@ -2,6 +2,8 @@
 
 #include "analysis/SourceText.h"
 
+#include "support/Rows.h"
+
 #include <QTest>
 
 #include <memory>
@@ -40,13 +42,11 @@ std::string page(int number, int parent)
 const std::string head = "%PDF-1.7\n" + object(1, "<< /Type /Catalog /Pages 2 0 R >>");
 const std::string tail = "trailer\n<< /Root 1 0 R /Size 9 >>\nstartxref\n0\n%%EOF\n";
 
+using LeadsToPagesAndBack = Rows<std::string, QList<int>>;
+
 void TestPageTree::leadsToPagesAndBack_data()
 {
-    QTest::addColumn<QByteArray>("file");
-    QTest::addColumn<QList<int>>("objects"); // of pages 1, 2, 3 …; the next has none
-    const auto row = [](const char* name, const std::string& file, const QList<int>& objects) {
-        QTest::addRow("%s", name) << QByteArray::fromStdString(file) << objects;
-    };
+    const LeadsToPagesAndBack row;
     row("one node", head + node(2, "3 0 R 4 0 R", 2) + page(3, 2) + page(4, 2) + tail, {3, 4});
     row("nodes in nodes",
         head + node(2, "3 0 R 4 0 R 5 0 R", 4) + page(3, 2)
@@ -70,9 +70,8 @@ void TestPageTree::leadsToPagesAndBack_data()
 
 void TestPageTree::leadsToPagesAndBack()
 {
-    QFETCH(QByteArray, file);
-    QFETCH(QList<int>, objects);
-    const auto bytes = std::make_shared<const std::string>(file.toStdString());
+    const auto [file, objects] = LeadsToPagesAndBack::fetch();
+    const auto bytes = std::make_shared<const std::string>(file);
     SourceText source({*bytes, bytes});
     QVERIFY(source.scan({}));
     const PageTree tree(source.theCatalog());

@@ -2,6 +2,7 @@
 
 #include <QtTest>
 
+using namespace Qt::StringLiterals;
 using namespace tarnwick;
 
 /// What the comparison with the plain analysis does not see: how the analysis is asked, and that it
@@ -78,9 +79,9 @@ void TestSourceText::reachesFar()
     const StyledText text = source.makeListing(true);
     QCOMPARE(text.lineCount(), std::size_t{8});
     QCOMPARE(text.lineLength(4), length);
-    QCOMPARE(lineOf(text, 4), QString(static_cast<qsizetype>(length), QLatin1Char('b')));
-    QCOMPARE(lineOf(text, 5), QStringLiteral("c"));
-    QCOMPARE(lineOf(text, 6), QStringLiteral("1 0 1 far"));
+    QCOMPARE(lineOf(text, 4), QString(static_cast<qsizetype>(length), u'b'));
+    QCOMPARE(lineOf(text, 5), u"c"_s);
+    QCOMPARE(lineOf(text, 6), u"1 0 1 far"_s);
 }
 
 /// Without sharing, a hundred thousand ends behind one object would take hours and terabytes. A
@@ -95,8 +96,8 @@ void TestSourceText::sharesLinesBetweenRecords()
         SourceText source(SharedBytes::ofString(bytes + '/' + name + " 3 0 R\nendobj\n"));
         const StyledText list = source.makeListing(false);
         QCOMPARE(list.pieceCount(), std::size_t{100'001});
-        const QString expected = QStringLiteral("1 0 1 %1, %2 (%3, 0, 1)")
-                                     .arg(QLatin1String(kind), QLatin1String(link));
+        const QString expected
+            = u"1 0 1 %1, %2 (%3, 0, 1)"_s.arg(QLatin1String(kind), QLatin1String(link));
         QCOMPARE(lineOf(list, 0), expected.arg(2));
         QCOMPARE(lineOf(list, 99'999), expected.arg(2));
         QCOMPARE(lineOf(list, 100'000), expected.arg(3));

@@ -1,5 +1,7 @@
 #include "analysis/StrayBytes.h"
 
+#include "support/Rows.h"
+
 #include <QTest>
 
 using namespace tarnwick;
@@ -13,14 +15,11 @@ private slots:
     void findsHeaderAndEnd();
 };
 
+using FindsHeaderAndEnd = Rows<QByteArray, int, int>;
+
 void TestStrayBytes::findsHeaderAndEnd_data()
 {
-    QTest::addColumn<QByteArray>("file");
-    QTest::addColumn<int>("header"); // -1: none
-    QTest::addColumn<int>("end");
-    const auto row = [](const char* name, const QByteArray& file, int header, int end) {
-        QTest::newRow(name) << file << header << end;
-    };
+    const FindsHeaderAndEnd row;
     row("empty", "", -1, -1);
     row("only junk: nothing is before or behind", "\0\0\0", -1, -1);
     row("whole", "%PDF-1.7\n%%EOF", 0, 14);
@@ -39,9 +38,7 @@ void TestStrayBytes::findsHeaderAndEnd_data()
 
 void TestStrayBytes::findsHeaderAndEnd()
 {
-    QFETCH(const QByteArray, file);
-    QFETCH(const int, header);
-    QFETCH(const int, end);
+    const auto [file, header, end] = FindsHeaderAndEnd::fetch();
     const StrayBytes stray
         = findStrayBytes(std::string_view(file.data(), std::size_t(file.size())));
     QCOMPARE(stray.header ? int(*stray.header) : -1, header);

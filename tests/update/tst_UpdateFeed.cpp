@@ -1,5 +1,7 @@
 #include "update/UpdateFeed.h"
 
+#include "support/Rows.h"
+
 #include <QTest>
 
 #include <vector>
@@ -25,18 +27,18 @@ private slots:
     void acceptsAnswers();
 };
 
+using Outcome = Rows<Entries, FeedOutcome>;
+
 void TestUpdateFeed::outcome_data()
 {
-    QTest::addColumn<Entries>("entries");
-    QTest::addColumn<FeedOutcome>("expected");
-    const auto row = [](const char* name, const std::vector<FeedEntry>& entries, bool isHeld,
+    const Outcome table;
+    const auto row = [&table](const char* name, const std::vector<FeedEntry>& entries, bool isHeld,
                          const std::vector<UpdateOffer>& offers) {
-        QTest::newRow(name) << Entries(entries) << FeedOutcome{{}, isHeld, offers};
+        table(name, entries, {{}, isHeld, offers});
     };
     const std::u16string good = prefix + u"2";
-    QTest::newRow("no list") << Entries() << FeedOutcome{UpdateTexts::unreadable, false, {}};
-    QTest::newRow("an empty list")
-        << Entries(std::in_place) << FeedOutcome{UpdateTexts::noEntries, false, {}};
+    table("no list", {}, {UpdateTexts::unreadable, false, {}});
+    table("an empty list", Entries(std::in_place), {UpdateTexts::noEntries, false, {}});
     row("another application", {{u"Other", u"2", good}}, false, {});
     row("the name in another case", {{u"tarnwick", u"2", good}}, false, {});
     row("up to date", {{u"Tarnwick", u"1.0", good}}, true, {});
@@ -55,8 +57,7 @@ void TestUpdateFeed::outcome_data()
 
 void TestUpdateFeed::outcome()
 {
-    QFETCH(Entries, entries);
-    QFETCH(FeedOutcome, expected);
+    const auto [entries, expected] = Outcome::fetch();
     QVERIFY(readFeed(entries, u"1.0", prefix) == expected);
 }
 

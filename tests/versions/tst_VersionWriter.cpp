@@ -11,6 +11,7 @@
 #include <stop_token>
 #include <utility>
 
+using namespace Qt::StringLiterals;
 using namespace tarnwick;
 
 namespace {
@@ -67,7 +68,7 @@ void TestVersionWriter::init()
 {
     theHome = std::make_unique<QTemporaryDir>();
     QVERIFY(theHome->isValid());
-    theFolder = theHome->filePath(QStringLiteral("new/r-Copy-pdf"));
+    theFolder = theHome->filePath(u"new/r-Copy-pdf"_s);
 }
 
 void TestVersionWriter::writesEachPrefix()
@@ -119,11 +120,9 @@ void TestVersionWriter::stopsAtTheFirstFailure()
 
 void TestVersionWriter::refusesAFolderThatIsNone()
 {
-    writeFile(theHome->filePath(QStringLiteral("file")), {});
-    QVERIFY(
-        QFile::link(QStringLiteral("/dev/null/none"), theHome->filePath(QStringLiteral("link"))));
-    for (const QString& name : {QStringLiteral("file"), QStringLiteral("file/a/b"),
-             QStringLiteral("link"), QString(256, QLatin1Char('n'))}) {
+    writeFile(theHome->filePath(u"file"_s), {});
+    QVERIFY(QFile::link(u"/dev/null/none"_s, theHome->filePath(u"link"_s)));
+    for (const QString& name : {u"file"_s, u"file/a/b"_s, u"link"_s, QString(256, u'n')}) {
         theFolder = theHome->filePath(name);
         const VersionResult result = write();
         QCOMPARE(result.outcome, VersionResult::Outcome::isFailed);
@@ -139,7 +138,7 @@ void TestVersionWriter::cancelLeavesWholeFiles()
     });
     QCOMPARE(result.outcome, VersionResult::Outcome::isCancelled);
     QCOMPARE(result.filesWritten, 2U);
-    QCOMPARE(names(), QStringList({QStringLiteral("r-001.pdf"), QStringLiteral("r-002.pdf")}));
+    QCOMPARE(names(), QStringList({u"r-001.pdf"_s, u"r-002.pdf"_s}));
 }
 
 QTEST_APPLESS_MAIN(TestVersionWriter)

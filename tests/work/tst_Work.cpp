@@ -1,5 +1,7 @@
 #include "work/Work.h"
 
+#include "support/Rows.h"
+
 #include <QSignalSpy>
 #include <QTest>
 
@@ -44,11 +46,11 @@ void TestWork::tellsInOrderAndItsEndLast()
     QCOMPARE(told.join(u' '), u"1 of 4 part 7"_s);
 }
 
+using TellsNothing = Rows<std::function<void(std::optional<Work>&)>>;
+
 void TestWork::tellsNothingOnceItIsGivenUp_data()
 {
-    using GiveUp = std::function<void(std::optional<Work>&)>;
-    QTest::addColumn<GiveUp>("giveUp");
-    const auto row = [](const char* name, const GiveUp& giveUp) { QTest::newRow(name) << giveUp; };
+    const TellsNothing row;
     row("on request", [](std::optional<Work>& work) { work->abandon(); });
     row("on request, waiting", [](std::optional<Work>& work) { work->abandonAndWait(); });
     row("by being destroyed", [](std::optional<Work>& work) { work.reset(); });
@@ -58,7 +60,7 @@ void TestWork::tellsNothingOnceItIsGivenUp_data()
 /// Neither while the task runs nor when it has returned and its end is on its way.
 void TestWork::tellsNothingOnceItIsGivenUp()
 {
-    QFETCH(const std::function<void(std::optional<Work>&)>, giveUp);
+    const auto [giveUp] = TellsNothing::fetch();
     for (const bool hasReturned : {false, true}) {
         std::optional<Work> work(std::in_place);
         std::latch delivered(1);

@@ -14,6 +14,8 @@
 
 #include <functional>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 namespace {
@@ -49,7 +51,7 @@ void registerWindows(AppDelegate& delegate)
         DocumentWindow* const window
             = delegate.makeWindow(WindowIdentifiers::document, document, content);
         tellOfVersions(document, content, [content](const QString& fact) {
-            content->setFact(QStringLiteral("openVersions"), fact);
+            content->setFact(u"openVersions"_s, fact);
         });
         return window;
     });

@@ -62,7 +62,8 @@ private:
             return ExitStatus::isDone;
         const bool isDamaged = stream.end == PDFStreamEnd::isDamaged;
         const bool isLost = stream.end == PDFStreamEnd::isLost;
-        const QString why = isLost ? failureReason(stream.failure) : stream.remark;
+        const QString why
+            = isLost ? failureReason(stream.failure, stream.timeLimit) : stream.remark;
         std::fprintf(stderr, "tarnwick-inspect: %s: its stream %s %zu bytes%s%s\n", object.c_str(),
             isDamaged ? "is damaged after" : "goes on behind", stream.bytes.size(),
             why.isEmpty() ? "" : ": ", qPrintable(why));

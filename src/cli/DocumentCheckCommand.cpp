@@ -3,6 +3,7 @@
 #include "CheckReport.h"
 #include "EngineSession.h"
 #include "analysis/SourceText.h"
+#include "pdf/FailureText.h"
 #include "pdf/LossText.h"
 #include "pdf/PDFDocumentText.h"
 #include "work/Work.h"
@@ -90,7 +91,7 @@ private:
         if (!theRequest)
             return theReason;
         theEngine = "failed";
-        return failureReason(theRequest->failure()).toStdString();
+        return failureReason(*theRequest).toStdString();
     }
 
     std::shared_ptr<SourceText> theSource;

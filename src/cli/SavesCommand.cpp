@@ -4,7 +4,7 @@
 #include "EngineSession.h"
 #include "VersionsCommand.h"
 #include "VersionsJson.h"
-#include "pdf/LossText.h"
+#include "pdf/FailureText.h"
 #include "pdf/PDFSavedVersions.h"
 
 #include <QCoreApplication>
@@ -35,7 +35,7 @@ private:
         if (theSaves.failure() != PDFFailure::isNone)
             status = complain(ExitStatus::isIncomplete, theArguments.file,
                 "what each save changed is not known: "
-                    + failureReason(theSaves.failure()).toStdString());
+                    + failureReason(theSaves.failure(), pdfPageTimeLimit).toStdString());
         return printSaves(theArguments, theBytes.view(), theSaves.chain(), status);
     }
 

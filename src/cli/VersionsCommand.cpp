@@ -2,12 +2,10 @@
 
 #include "CommandOutput.h"
 #include "VersionsJson.h"
-#include "files/ErrorText.h"
 #include "versions/VersionCuts.h"
 #include "versions/VersionNaming.h"
 #include "versions/VersionWriter.h"
 
-#include <cerrno>
 #include <cstdio>
 #include <string>
 
@@ -81,8 +79,7 @@ ExitStatus print(const std::string& text)
 {
     const bool isPrinted = std::fwrite(text.data(), 1, text.size(), stdout) == text.size()
         && std::fflush(stdout) == 0;
-    return isPrinted ? ExitStatus::isDone
-                     : complain(ExitStatus::isFailed, "standard output", errorText(errno));
+    return isPrinted ? ExitStatus::isDone : complainOfOutput();
 }
 
 } // namespace

@@ -128,14 +128,19 @@ QString failureText(PDFFailure failure, FailedTask task, int timeLimit)
     return FailureText::exporting(failure);
 }
 
-QString failureReason(PDFFailure failure, bool isOne, int timeLimit)
+QString failureReason(PDFFailure failure, int timeLimit)
 {
-    return FailureText::reading(failure, isOne, timeLimit);
+    return FailureText::reading(failure, true, timeLimit);
 }
 
 QString failureReason(const PDFRequest& request)
 {
-    return failureReason(request.failure(), true, request.timeLimit());
+    return failureReason(request.failure(), request.timeLimit());
+}
+
+QString pageFailureReason(PDFFailure failure, bool isOne)
+{
+    return FailureText::reading(failure, isOne, pdfPageTimeLimit);
 }
 
 QString failureSentence(const QString& complaint, const PDFRequest& request)

@@ -92,15 +92,15 @@ QString LossText::reason(LossSubject subject, PDFLoss loss, bool isOne)
     case PDFLoss::isNone:
         break;
     case PDFLoss::isTimedOut:
-        return failureReason(PDFFailure::isTimedOut, isOne);
+        return pageFailureReason(PDFFailure::isTimedOut, isOne);
     case PDFLoss::isEngineDead:
-        return failureReason(PDFFailure::isEngineDead, isOne);
+        return pageFailureReason(PDFFailure::isEngineDead, isOne);
     case PDFLoss::isOutOfMemory:
-        return failureReason(PDFFailure::isOutOfMemory, isOne);
+        return pageFailureReason(PDFFailure::isOutOfMemory, isOne);
     case PDFLoss::isDamaged:
-        return failureReason(PDFFailure::isDamaged, isOne);
+        return pageFailureReason(PDFFailure::isDamaged, isOne);
     case PDFLoss::isNotRead:
-        return failureReason(PDFFailure::isCancelled, isOne);
+        return pageFailureReason(PDFFailure::isCancelled, isOne);
     case PDFLoss::isDamagedInPart:
         return isOne ? tr("it is damaged in places") : tr("they are damaged in places");
     case PDFLoss::isCut: {

@@ -107,14 +107,14 @@ PDFStreamRequest* PDFObjectEngines::requestStream(
         std::optional<PDFStreamAnswer> answer = readStreamAnswer(viewOf(payload), most);
         const auto bytes = answer ? engine->takeFile(answer->size) : std::nullopt;
         if (bytes)
-            request->theStream = {*bytes, answer->end, std::move(answer->remark), {}};
+            request->theStream = {*bytes, answer->end, std::move(answer->remark)};
         return bytes.has_value();
     };
     job.salvage = [request, engine, most](PDFFailure failure) {
         const auto bytes = engine->takeBeginning(most);
         if (!bytes || bytes->size() == 0)
             return false;
-        request->theStream = {*bytes, PDFStreamEnd::isLost, {}, failure};
+        request->theStream = {*bytes, PDFStreamEnd::isLost, {}, failure, streamTimeLimit(most)};
         return true;
     };
     job.progress = [request](int done, int total) { emit request->progressed(done, total); };

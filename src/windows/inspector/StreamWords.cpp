@@ -1,6 +1,6 @@
 #include "StreamWords.h"
 
-#include "pdf/LossText.h"
+#include "pdf/FailureText.h"
 
 #include <QCoreApplication>
 #include <QLocale>
@@ -88,7 +88,8 @@ QString streamLossText(const PDFStream& stream)
     case PDFStreamEnd::isDamaged:
         return StreamWords::tr("Damaged after %1%2.").arg(size, why);
     case PDFStreamEnd::isLost:
-        return StreamWords::tr("Stopped at %1: %2.").arg(size, failureReason(stream.failure));
+        return StreamWords::tr("Stopped at %1: %2.")
+            .arg(size, failureReason(stream.failure, stream.timeLimit));
     case PDFStreamEnd::isUnknown:
         return StreamWords::tr("It cannot be decoded: %1").arg(stream.remark);
     case PDFStreamEnd::isNone:

@@ -3,12 +3,14 @@
 #include "SignatureMarks.h"
 #include "VersionContents.h"
 #include "document/Document.h"
-#include "pdf/LossText.h"
+#include "pdf/FailureText.h"
 #include "pdf/PDFSavedVersions.h"
 #include "versions/VersionHashes.h"
 
 #include <algorithm>
 #include <utility>
+
+using namespace Qt::StringLiterals;
 
 namespace tarnwick {
 
@@ -68,7 +70,7 @@ void VersionReading::takeChain()
     if (theVersions->failure() == PDFFailure::isNone)
         theOwnCount = theVersions->ownCount();
     else
-        theFailure = failureReason(theVersions->failure());
+        theFailure = failureReason(theVersions->failure(), pdfPageTimeLimit);
     for (std::size_t index = 0; index < theRows.size(); ++index)
         theRows[index].version = theVersions->versions()[index];
     emit chainKnown();
@@ -163,7 +165,7 @@ QString VersionReading::progress() const
                      .arg(theContents->total());
     if (theWork.isRunning() && !theHashing.isEmpty())
         parts << theHashing;
-    return parts.join(QStringLiteral("  "));
+    return parts.join(u"  "_s);
 }
 
 void VersionReading::noteProblem(std::size_t number, const QString& problem)

@@ -53,7 +53,7 @@ QString sample(VersionColumn column)
 
 } // namespace
 
-const QString VersionsViewController::titlePrefix = QStringLiteral("Versions: ");
+const QString VersionsViewController::titlePrefix = u"Versions: "_s;
 
 VersionsViewController::VersionsViewController(Document* document, QWidget* parent)
     : QWidget(parent)

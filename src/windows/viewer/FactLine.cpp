@@ -6,6 +6,8 @@
 #include <QHBoxLayout>
 #include <QToolButton>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 FactLine::FactLine(QWidget* parent)
@@ -46,7 +48,7 @@ QToolButton* FactLine::buttonOf(const QString& command)
     if (button)
         return button;
     button = new QToolButton(this);
-    button->setObjectName(command + QStringLiteral("Fact"));
+    button->setObjectName(command + u"Fact"_s);
     button->setAutoRaise(true);
     button->setFocusPolicy(Qt::TabFocus);
     auto* const row = static_cast<QHBoxLayout*>(layout());

@@ -20,12 +20,14 @@ enum class FailedTask
 QString failureText(PDFFailure failure, FailedTask task, int timeLimit = pdfPageTimeLimit);
 
 /// Why reading a part of the file brought nothing, as a phrase: "it took longer than 20 seconds".
-/// Empty for isNone.
-/// @param isOne a single thing was read; else "each took longer …", "they are …".
-QString failureReason(PDFFailure failure, bool isOne = true, int timeLimit = pdfPageTimeLimit);
-
-/// That of a request, with the time that it had.
+/// Empty for isNone. @param timeLimit milliseconds that it had; a request knows its own.
+/// @{
+QString failureReason(PDFFailure failure, int timeLimit);
 QString failureReason(const PDFRequest& request);
+/// @}
+
+/// The same of pages. @param isOne a single one; else "each took longer …", "they are …".
+QString pageFailureReason(PDFFailure failure, bool isOne);
 
 /// A sentence that ends in the reason, if there is one: "The object could not be read: it took
 /// longer than 20 seconds."

@@ -91,6 +91,7 @@ struct PDFStream
     PDFStreamEnd end = PDFStreamEnd::isNone;
     QString remark; ///< what the engine adds, in the library's words; mostly empty
     PDFFailure failure = PDFFailure::isNone; ///< of a stream that isLost
+    int timeLimit = pdfPageTimeLimit; ///< milliseconds that the engine had for it
 };
 
 /// A stream that was asked for (requestStream()). Reports of progress count mebibytes.

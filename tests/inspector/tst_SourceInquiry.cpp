@@ -1,13 +1,11 @@
 #include "InspectedFile.h"
 #include "PlacePanel.h"
 #include "support/PdfBuilder.h"
+#include "support/Rows.h"
 
 #include <QLabel>
-#include <QSignalSpy>
 #include <QTest>
 #include <QTreeView>
-
-#include <memory>
 
 using namespace Qt::StringLiterals;
 using namespace tarnwick;
@@ -22,26 +20,20 @@ private slots:
     void listsAndLeads();
 };
 
+/// What stands before the header, the title, the number of rows, the text of the first one and the
+/// line that it leads to.
+using ListsAndLeads = Rows<QByteArray, QString, qsizetype, QString, QString>;
+
 void TestSourceInquiry::listsAndLeads_data()
 {
-    QTest::addColumn<QByteArray>("before"); // the header
-    QTest::addColumn<QString>("title");
-    QTest::addColumn<qsizetype>("rows");
-    QTest::addColumn<QString>("text"); // of the first one
-    QTest::addColumn<QString>("line"); // that it leads to
-    QTest::addRow("users") << QByteArray() << u"Users of object 3: 3"_s << qsizetype{3}
-                           << u"3 0 R"_s << u"<< /Type /Page "_s;
-    QTest::addRow("findings") << QByteArray("junk\n") << u"Findings in the stored file: "_s
-                              << qsizetype{1} << u"7.5.2"_s << u"junk"_s;
+    const ListsAndLeads row;
+    row("users", "", "Users of object 3: 3", 3, "3 0 R", "<< /Type /Page ");
+    row("findings", "junk\n", "Findings in the stored file: ", 1, "7.5.2", "junk");
 }
 
 void TestSourceInquiry::listsAndLeads()
 {
-    QFETCH(QByteArray, before);
-    QFETCH(QString, title);
-    QFETCH(qsizetype, rows);
-    QFETCH(QString, text);
-    QFETCH(QString, line);
+    const auto [before, title, rows, text, line] = ListsAndLeads::fetch();
     PdfBuilder builder;
     builder.addPage("One").addPage("Two").addUpdate(8, "[ 3 0 R (3 0 R) ] % 3 0 R");
     InspectedFile file(before.toStdString() + builder.bytes());

@@ -1,5 +1,6 @@
 #include "InspectedFile.h"
 #include "support/PdfBuilder.h"
+#include "support/Rows.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -13,13 +14,13 @@ using namespace tarnwick;
 
 namespace {
 
-/// Where a text stands in a pane for the n-th time.
-TextRange find(const PlainTextView& view, const QString& wanted, int skip = 0)
+/// Where a text stands first in a pane.
+TextRange find(const PlainTextView& view, const QString& wanted)
 {
     const auto storage = view.textStorage();
     for (qsizetype line = 0; line < storage->lineCount(); ++line) {
         const qsizetype unit = storage->line(line).text.indexOf(wanted);
-        if (unit >= 0 && skip-- == 0)
+        if (unit >= 0)
             return {{line, unit}, {line, unit + wanted.size()}};
     }
     return {};
@@ -80,22 +81,21 @@ QString TestSourceNavigation::typed(const QString& text) const
     return theInspector->findChild<QLabel*>(u"goToMistake"_s)->text();
 }
 
+/// What is typed, what is selected then, and how the line below begins.
+using GoesWhereAsked = Rows<QString, QString, QString>;
+
 void TestSourceNavigation::goesWhereAsked_data()
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("selected");
-    QTest::addColumn<QString>("next"); // the line below
-    QTest::addRow("an object as it is now") << u"3"_s << u"3 0 obj"_s << u"<< /Type /Font /Later"_s;
-    QTest::addRow("as it was") << u"3 0 v1"_s << u"3 0 obj"_s << u"<< /Type /Font /Subtype"_s;
-    QTest::addRow("the second page") << u"p2"_s << u"7 0 obj"_s << u"<< /Type /Page"_s;
-    QTest::addRow("an offset") << u"@0x1"_s << u"P"_s << u"%"_s;
+    const GoesWhereAsked row;
+    row("an object as it is now", "3", "3 0 obj", "<< /Type /Font /Later");
+    row("as it was", "3 0 v1", "3 0 obj", "<< /Type /Font /Subtype");
+    row("the second page", "p2", "7 0 obj", "<< /Type /Page");
+    row("an offset", "@0x1", "P", "%");
 }
 
 void TestSourceNavigation::goesWhereAsked()
 {
-    QFETCH(QString, text);
-    QFETCH(QString, selected);
-    QFETCH(QString, next);
+    const auto [text, selected, next] = GoesWhereAsked::fetch();
     open();
     QCOMPARE(typed(text), QString());
     const PlainTextView& view = *theInspector->lowerTextView();
@@ -106,15 +106,13 @@ void TestSourceNavigation::goesWhereAsked()
     QVERIFY2(below.startsWith(next), qPrintable(below));
 }
 
+using SaysWhyNot = Rows<QString, QString, bool, bool>;
+
 void TestSourceNavigation::saysWhyNot_data()
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("said");
-    QTest::addColumn<bool>("summary");
-    QTest::addColumn<bool>("raw");
     const auto row
-        = [](const char* name, const QString& text, const QString& said, bool summary = true,
-              bool raw = false) { QTest::addRow("%s", name) << text << said << summary << raw; };
+        = [table = SaysWhyNot()](const char* name, const QString& text, const QString& said,
+              bool summary = true, bool raw = false) { table(name, text, said, summary, raw); };
     row("no such object", u"99"_s, u"no object 99"_s);
     row("not there yet", u"9 v2"_s, u"comes in version 3"_s);
     row("another generation", u"3 1"_s, u"Generation 1"_s);
@@ -128,40 +126,35 @@ void TestSourceNavigation::saysWhyNot_data()
 
 void TestSourceNavigation::saysWhyNot()
 {
-    QFETCH(QString, text);
-    QFETCH(QString, said);
-    QFETCH(bool, summary);
-    QFETCH(bool, raw);
+    const auto [text, said, summary, raw] = SaysWhyNot::fetch();
     open(summary, raw);
     const QString sentence = typed(text);
     QVERIFY2(sentence.contains(said), qPrintable(sentence));
     QCOMPARE(theInspector->findChild<QLineEdit*>(u"goToField"_s)->text(), text);
 }
 
+/// Whether there is an object list, a reference, and the line that is arrived at; none when it
+/// leads nowhere.
+using FollowsReferences = Rows<bool, QString, QString>;
+
 void TestSourceNavigation::followsReferences_data()
 {
-    QTest::addColumn<bool>("summary");
-    QTest::addColumn<QString>("link");
-    QTest::addColumn<int>("skip");
-    QTest::addColumn<QString>("line"); // that is arrived at; empty when it leads nowhere
-    QTest::addRow("as of its own version") << true << u"3 0 R"_s << 0 << u"3 0 obj"_s;
-    QTest::addRow("over two lines") << true << u"/Broken 3"_s << 0 << u"3 0 obj"_s;
-    QTest::addRow("from a later version") << true << u"7 0 R >>"_s << 0 << u"7 0 obj"_s;
-    QTest::addRow("to what is there later") << true << u"9 0 R"_s << 0 << QString();
-    QTest::addRow("to nothing") << true << u"99 0 R"_s << 0 << QString();
-    QTest::addRow("in the object list") << false << u"(2, 0, 1)"_s << 0 << u"2 0 1 Pages"_s;
-    QTest::addRow("in a line of the list") << false << u"7 0 R >>"_s << 0 << u"7 0 1 Page"_s;
+    const FollowsReferences row;
+    row("as of its own version", true, "3 0 R", "3 0 obj");
+    row("over two lines", true, "/Broken 3", "3 0 obj");
+    row("from a later version", true, "7 0 R >>", "7 0 obj");
+    row("to what is there later", true, "9 0 R", "");
+    row("to nothing", true, "99 0 R", "");
+    row("in the object list", false, "(2, 0, 1)", "2 0 1 Pages");
+    row("in a line of the list", false, "7 0 R >>", "7 0 1 Page");
 }
 
 void TestSourceNavigation::followsReferences()
 {
-    QFETCH(bool, summary);
-    QFETCH(QString, link);
-    QFETCH(int, skip);
-    QFETCH(QString, line);
+    const auto [summary, link, line] = FollowsReferences::fetch();
     open(summary);
     PlainTextView& view = *theInspector->lowerTextView();
-    const TextRange range = find(view, link, skip);
+    const TextRange range = find(view, link);
     QVERIFY(!range.isEmpty());
     const TextPosition inside{
         range.end.line, link.endsWith(u">>"_s) ? range.begin.unit + 1 : range.end.unit - 1};

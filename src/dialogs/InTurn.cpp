@@ -6,6 +6,8 @@
 #include <QProgressDialog>
 #include <QTimer>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 namespace {
@@ -42,7 +44,7 @@ public:
     Turn(QDialog* other, QDialog* dialog)
         : QObject(dialog)
     {
-        setObjectName(QStringLiteral("turn"));
+        setObjectName(u"turn"_s);
         other->installEventFilter(this);
     }
 
@@ -74,7 +76,7 @@ bool waitsForTurn(QDialog* dialog)
     QDialog* const other = blockerOf(*dialog);
     if (!other)
         return false;
-    delete dialog->findChild<QObject*>(QStringLiteral("turn"), Qt::FindDirectChildrenOnly);
+    delete dialog->findChild<QObject*>(u"turn"_s, Qt::FindDirectChildrenOnly);
     new Turn(other, dialog);
     return true;
 }

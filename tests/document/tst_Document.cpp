@@ -10,6 +10,7 @@
 #include "support/Panels.h"
 #include "support/PdfBuilder.h"
 #include "support/Rows.h"
+#include "support/SavedFile.h"
 #include "versions/VersionCuts.h"
 
 #include <QDir>
@@ -201,6 +202,8 @@ void TestDocument::saysWhyAFileDoesNotOpen_data()
     row("device", "/dev/null", "It is not a regular file.");
     row("empty", "empty.pdf", "");
     row("markers, but no PDF", "markers.pdf", "");
+    row("a cross-reference that leads back to itself", "ring.pdf",
+        "The file has no document catalog, so it cannot be read as a PDF.");
 }
 
 void TestDocument::saysWhyAFileDoesNotOpen()
@@ -210,6 +213,10 @@ void TestDocument::saysWhyAFileDoesNotOpen()
     QFile::link(theFolder->filePath(u"nowhere"_s), theFolder->filePath(u"dangling.pdf"_s));
     writeFile(path(u"empty.pdf"_s), {});
     writeFile(path(u"markers.pdf"_s), "%%EOF\n%%EOF\n" + QByteArray(40, ' '));
+    SavedFile ring(PdfBuilder().addPage("Hello").bytes());
+    ring.object(4, "null");
+    ring.save(SavedFile::Form::isTable, ring.bytes().size());
+    writeFile(path(u"ring.pdf"_s), QByteArray::fromStdString(ring.bytes()));
 
     QSignalSpy nothing(theController.get(), &DocumentController::nothingOpened);
     theController->openFiles({QDir(theFolder->path()).filePath(name)});

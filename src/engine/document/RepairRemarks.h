@@ -23,10 +23,11 @@ private:
     static void takeWarning(void* self, const char* message);
 
     fz_context* theContext;
-    fz_warning_cb* theWarnings = nullptr;
-    fz_error_cb* theErrors = nullptr;
+    // What was there before, filled while the callbacks are asked for: so they stand before these.
     void* theWarningsUser = nullptr;
     void* theErrorsUser = nullptr;
+    fz_warning_cb* theWarnings = nullptr;
+    fz_error_cb* theErrors = nullptr;
     std::string& theCause;
     std::string theLastError;
 };

@@ -26,10 +26,11 @@ private:
     void add(const char* message);
 
     fz_context* theContext;
-    fz_warning_cb* theWarnings = nullptr;
-    fz_error_cb* theErrors = nullptr;
+    // What was there before, filled while the callbacks are asked for: so they stand before these.
     void* theWarningsUser = nullptr;
     void* theErrorsUser = nullptr;
+    fz_warning_cb* theWarnings = nullptr;
+    fz_error_cb* theErrors = nullptr;
     std::string theFirst;
     bool hasDamage = false;
 };

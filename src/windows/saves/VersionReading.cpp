@@ -80,6 +80,8 @@ void VersionReading::takeChain()
 
 void VersionReading::hash()
 {
+    if (theIsStopped)
+        return;
     std::vector<std::size_t> ends;
     for (const VersionRow& row : theRows)
         ends.push_back(row.version.end);

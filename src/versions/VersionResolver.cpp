@@ -18,6 +18,30 @@ void setFlag(SavedVersion& version, VersionFlag flag)
         version.flags.insert(place, flag);
 }
 
+/// Whether an object's header stands at a place.
+bool stands(std::string_view bytes, std::uint32_t object, std::uint64_t place)
+{
+    constexpr std::size_t longest = 16;
+    if (place >= bytes.size())
+        return false;
+    const auto begin = static_cast<std::size_t>(place);
+    const SourceToken token
+        = SourceLexer(bytes, begin, std::min(bytes.size(), begin + longest)).next();
+    return token.kind == TokenKind::isInteger && token.number == object;
+}
+
+/// Puts objects where they stand in a file whose offsets count from its header.
+void shift(std::vector<CrossReferenceRow>& rows, std::string_view bytes, std::size_t header)
+{
+    for (CrossReferenceRow& row : rows) {
+        const bool isShifted = header > 0 && row.use == RowUse::isPlain
+            && !stands(bytes, row.number, row.place)
+            && stands(bytes, row.number, row.place + header);
+        if (isShifted)
+            row.place += header;
+    }
+}
+
 /// Whether the first object says that the file is linearized: readers look no further.
 bool isLinearized(std::string_view bytes)
 {
@@ -115,8 +139,11 @@ void VersionResolver::placeMarkers()
 void VersionResolver::placeMarkers(std::size_t first, std::size_t behind)
 {
     const bool isFollowed = behind < theVersions.size();
-    MarkerPlace place(
-        theChain.theBytes, isFollowed ? theChain.rowsOf(behind) : std::vector<CrossReferenceRow>());
+    std::vector<CrossReferenceRow> rows;
+    if (isFollowed)
+        rows = theChain.rowsOf(behind);
+    shift(rows, theChain.theBytes, theChain.theHeader);
+    MarkerPlace place(theChain.theBytes, std::move(rows));
     for (std::size_t index = first; index < behind; ++index) {
         SavedVersion& version = theVersions[index];
         if (version.has(VersionFlag::isLinearizedFirstPart))

@@ -181,6 +181,8 @@ void TestPDFSavedVersions::knowsWhatEachSaveChanged_data()
             .bytes(),
         "1/1 not-in-chain; 2/2 +6 -1 -2 -3 -4 -5 chain-loop");
     row("bytes before the header", "mail\n" + once, "1/1 bytes-before-header");
+    row("a marker before it", "a mail that mentions %%EOF\n" + once,
+        "1/1 no-cross-reference bytes-before-header; 2/1");
 }
 
 void TestPDFSavedVersions::knowsWhatEachSaveChanged()

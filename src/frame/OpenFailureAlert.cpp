@@ -140,6 +140,8 @@ void OpenFailureAlert::offerSources()
         menu->addSeparator();
         menu->addAction(tr("&All %1").arg(theSources.size()), this, openAll);
     }
+    // By its key it counts as clicked too, behind the menu, and would close the alert.
+    disconnect(theSourceButton, &QPushButton::clicked, nullptr, nullptr);
     theSourceButton->setMenu(menu);
 }
 

@@ -49,13 +49,14 @@ private:
     void showInFront();
     void showOnceItsWindowHasItsPlace();
 
-    QStringList theNames;
-    QStringList theReasons;
     struct Source
     {
         QString name;
         OpenSource open;
     };
+
+    QStringList theNames;
+    QStringList theReasons;
     QList<Source> theSources; ///< of files that could be read
     QPushButton* theSourceButton = nullptr;
     bool isWaiting = false; ///< for its window to come up

@@ -7,108 +7,75 @@ namespace tarnwick {
 
 namespace {
 
-class FailureText
+/// What a failure is called of each task.
+struct Words
 {
-    Q_DECLARE_TR_FUNCTIONS(FailureText)
-
-public:
-    static QString opening(PDFFailure failure, int timeLimit);
-    static QString drawing(PDFFailure failure);
-    static QString flattening(PDFFailure failure);
-    static QString exporting(PDFFailure failure);
-    static QString reading(PDFFailure failure, bool isOne, int timeLimit);
+    PDFFailure failure;
+    const char* drawing;
+    const char* flattening;
+    const char* exporting;
+    const char* readingOne;
+    const char* readingSome;
 };
+
+#define WORDS(text) QT_TRANSLATE_NOOP("FailureText", text)
+constexpr Words table[] = {
+    {PDFFailure::isCancelled, "", WORDS("Cancelled"), "", WORDS("reading stopped before it"),
+        WORDS("reading stopped before them")},
+    {PDFFailure::isEngineDead, WORDS("The PDF engine stopped while it was drawing it."),
+        WORDS("The PDF engine broke down while writing this document"),
+        WORDS("The PDF engine ended while it was reading the document."),
+        WORDS("the PDF engine ended while it was reading it"),
+        WORDS("the PDF engine ended while it was reading them")},
+    {PDFFailure::isOutOfMemory, WORDS("Drawing it takes more memory than there is for a page."),
+        WORDS("The PDF engine ran out of memory"),
+        WORDS("The PDF engine needed more memory than it may use."),
+        WORDS("it needs more memory than the PDF engine may use"),
+        WORDS("they need more memory than the PDF engine may use")},
+    {PDFFailure::isTimedOut, WORDS("Drawing it takes too long."),
+        WORDS("Given up: it takes the PDF engine too long"),
+        WORDS("The PDF engine took longer than it may."), WORDS("it took longer than %1 seconds"),
+        WORDS("each took longer than %1 seconds")},
+    {PDFFailure::isDamaged, WORDS("The file is damaged here."),
+        WORDS("The PDF engine could not write this document"),
+        WORDS("The document is too damaged for this."), WORDS("it is too damaged to be read"),
+        WORDS("they are too damaged to be read")},
+};
+#undef WORDS
+
+QString translated(const char* text)
+{
+    return QCoreApplication::translate("FailureText", text);
+}
+
+/// @returns an empty text for isNone.
+QString wordsFor(PDFFailure failure, const char* const Words::*task)
+{
+    for (const Words& words : table) {
+        if (words.failure == failure)
+            return translated(words.*task);
+    }
+    return {};
+}
 
 QString inSeconds(int milliseconds)
 {
     return QLocale().toString(milliseconds / 1000);
 }
 
+QString readingReason(PDFFailure failure, const char* const Words::*count, int timeLimit)
+{
+    const QString reason = wordsFor(failure, count);
+    return failure == PDFFailure::isTimedOut ? reason.arg(inSeconds(timeLimit)) : reason;
+}
+
 /// An engine that could not even refuse the file has ended, whatever it ended of.
-QString FailureText::opening(PDFFailure failure, int timeLimit)
+QString openingText(PDFFailure failure, int timeLimit)
 {
     if (failure == PDFFailure::isTimedOut)
-        return tr("Reading the file takes longer than %1 seconds.").arg(inSeconds(timeLimit));
-    return tr("The PDF engine stopped while it was reading the file.");
-}
-
-QString FailureText::drawing(PDFFailure failure)
-{
-    const QString head = tr("This page could not be drawn.") + u'\n';
-    switch (failure) {
-    case PDFFailure::isEngineDead:
-        return head + tr("The PDF engine stopped while it was drawing it.");
-    case PDFFailure::isOutOfMemory:
-        return head + tr("Drawing it takes more memory than there is for a page.");
-    case PDFFailure::isTimedOut:
-        return head + tr("Drawing it takes too long.");
-    case PDFFailure::isDamaged:
-        return head + tr("The file is damaged here.");
-    case PDFFailure::isNone:
-    case PDFFailure::isCancelled:
-        break;
-    }
-    return head;
-}
-
-QString FailureText::flattening(PDFFailure failure)
-{
-    switch (failure) {
-    case PDFFailure::isNone:
-        break;
-    case PDFFailure::isCancelled:
-        return tr("Cancelled");
-    case PDFFailure::isEngineDead:
-        return tr("The PDF engine broke down while writing this document");
-    case PDFFailure::isOutOfMemory:
-        return tr("The PDF engine ran out of memory");
-    case PDFFailure::isTimedOut:
-        return tr("Given up: it takes the PDF engine too long");
-    case PDFFailure::isDamaged:
-        return tr("The PDF engine could not write this document");
-    }
-    return {};
-}
-
-QString FailureText::exporting(PDFFailure failure)
-{
-    switch (failure) {
-    case PDFFailure::isEngineDead:
-        return tr("The PDF engine ended while it was reading the document.");
-    case PDFFailure::isOutOfMemory:
-        return tr("The PDF engine needed more memory than it may use.");
-    case PDFFailure::isTimedOut:
-        return tr("The PDF engine took longer than it may.");
-    case PDFFailure::isDamaged:
-        return tr("The document is too damaged for this.");
-    case PDFFailure::isNone:
-    case PDFFailure::isCancelled:
-        break;
-    }
-    return {};
-}
-
-QString FailureText::reading(PDFFailure failure, bool isOne, int timeLimit)
-{
-    switch (failure) {
-    case PDFFailure::isNone:
-        break;
-    case PDFFailure::isCancelled:
-        return isOne ? tr("reading stopped before it") : tr("reading stopped before them");
-    case PDFFailure::isEngineDead:
-        return isOne ? tr("the PDF engine ended while it was reading it")
-                     : tr("the PDF engine ended while it was reading them");
-    case PDFFailure::isOutOfMemory:
-        return isOne ? tr("it needs more memory than the PDF engine may use")
-                     : tr("they need more memory than the PDF engine may use");
-    case PDFFailure::isTimedOut:
-        return (
-            isOne ? tr("it took longer than %1 seconds") : tr("each took longer than %1 seconds"))
+        return translated("Reading the file takes longer than %1 seconds.")
             .arg(inSeconds(timeLimit));
-    case PDFFailure::isDamaged:
-        return isOne ? tr("it is too damaged to be read") : tr("they are too damaged to be read");
-    }
-    return {};
+    return translated("The PDF engine stopped while it was reading the file.");
 }
 
 } // namespace
@@ -117,20 +84,21 @@ QString failureText(PDFFailure failure, FailedTask task, int timeLimit)
 {
     switch (task) {
     case FailedTask::isOpening:
-        return FailureText::opening(failure, timeLimit);
+        return openingText(failure, timeLimit);
     case FailedTask::isDrawing:
-        return FailureText::drawing(failure);
+        return translated("This page could not be drawn.") % u'\n'
+            % wordsFor(failure, &Words::drawing);
     case FailedTask::isFlattening:
-        return FailureText::flattening(failure);
+        return wordsFor(failure, &Words::flattening);
     case FailedTask::isExporting:
         break;
     }
-    return FailureText::exporting(failure);
+    return wordsFor(failure, &Words::exporting);
 }
 
 QString failureReason(PDFFailure failure, int timeLimit)
 {
-    return FailureText::reading(failure, true, timeLimit);
+    return readingReason(failure, &Words::readingOne, timeLimit);
 }
 
 QString failureReason(const PDFRequest& request)
@@ -140,14 +108,15 @@ QString failureReason(const PDFRequest& request)
 
 QString pageFailureReason(PDFFailure failure, bool isOne)
 {
-    return FailureText::reading(failure, isOne, pdfPageTimeLimit);
+    return readingReason(
+        failure, isOne ? &Words::readingOne : &Words::readingSome, pdfPageTimeLimit);
 }
 
 QString failureSentence(const QString& complaint, const PDFRequest& request)
 {
     const QString reason = failureReason(request);
-    return reason.isEmpty() ? FailureText::tr("%1.").arg(complaint)
-                            : FailureText::tr("%1: %2.").arg(complaint, reason);
+    return reason.isEmpty() ? translated("%1.").arg(complaint)
+                            : translated("%1: %2.").arg(complaint, reason);
 }
 
 } // namespace tarnwick

@@ -279,7 +279,7 @@ void HexView::keyPressEvent(QKeyEvent* event)
 void HexView::mousePressEvent(QMouseEvent* event)
 {
     thePressPoint = event->position();
-    theDragIsMeant = false;
+    isDragMeant = false;
     if (event->button() == Qt::LeftButton)
         theColumn = theBytes->columnOf(positionAt(event->position()));
     PlainTextView::mousePressEvent(event);
@@ -294,10 +294,10 @@ void HexView::mouseDoubleClickEvent(QMouseEvent* event)
 /// A click selects nothing, a drag the byte that it began on: the two must not be confused.
 void HexView::mouseMoveEvent(QMouseEvent* event)
 {
-    theDragIsMeant = theDragIsMeant
+    isDragMeant = isDragMeant
         || (event->position() - thePressPoint).manhattanLength()
             >= QApplication::startDragDistance() / 2;
-    if (theDragIsMeant)
+    if (isDragMeant)
         PlainTextView::mouseMoveEvent(event);
 }
 

@@ -64,7 +64,7 @@ void TestCompanion::tellsWrongUseFromBadFiles_data()
     QTest::addColumn<int>("status");
     QTest::addColumn<QByteArray>("message");
     const auto row = [](const char* name, const QString& words, int status, const char* message) {
-        QTest::newRow(name) << words.split(QLatin1Char(' '), Qt::SkipEmptyParts) << status
+        QTest::newRow(name) << words.split(u' ', Qt::SkipEmptyParts) << status
                             << QByteArray(message);
     };
     const QString small = path(u"small.pdf"_s);
@@ -176,8 +176,7 @@ void TestCompanion::looksIntoObjects()
     const QByteArray hidden = status == 4
         ? QByteArray("7 0 obj\n<</Type/ObjStm/N 12>>\nstream\nendstream\nendobj\n")
         : QByteArray();
-    const CompanionRun run
-        = runCompanion(words.split(QLatin1Char(' ')), {{}, hidden + file, {}, {}});
+    const CompanionRun run = runCompanion(words.split(u' '), {{}, hidden + file, {}, {}});
     QCOMPARE(run.output, output);
     QCOMPARE(run.status, status);
     QCOMPARE(run.errors.isEmpty(), status == 0);
@@ -190,8 +189,7 @@ void TestCompanion::escapesWhatIsNotAscii()
     QStringList texts;
     for (const QByteArray& line : out.split('\n').mid(0, 5)) {
         const QJsonObject piece = QJsonDocument::fromJson(line).object();
-        texts.append(piece.value(u"role"_s).toString() + QLatin1Char(' ')
-            + piece.value(u"text"_s).toString());
+        texts.append(piece.value(u"role"_s).toString() + u' ' + piece.value(u"text"_s).toString());
     }
     QCOMPARE(texts,
         (QStringList{u"green %PDF-1.4\n"_s, u"green %\u00E2\n"_s, u"default 1 0 obj\n"_s,

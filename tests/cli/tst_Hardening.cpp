@@ -2,6 +2,8 @@
 #include <QRegularExpression>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 /// What the linker has left in the programs' headers, in any build, as binutils read it.
 class TestHardening : public QObject
 {
@@ -32,15 +34,15 @@ bool holds(const QString& text, const char* pattern)
 void TestHardening::hardensTheProgram_data()
 {
     QTest::addColumn<QString>("path");
-    for (const QString& path : QStringLiteral(TARNWICK_PROGRAMS).split(QLatin1Char('|')))
-        QTest::newRow(qPrintable(path.section(QLatin1Char('/'), -1))) << path;
+    for (const QString& path : QString::fromLatin1(TARNWICK_PROGRAMS).split(u'|'))
+        QTest::newRow(qPrintable(path.section(u'/', -1))) << path;
 }
 
 void TestHardening::hardensTheProgram()
 {
     QFETCH(QString, path);
     const auto read = [&path](const char* what) {
-        return reading("readelf", {QStringLiteral("-W"), QLatin1String(what), path});
+        return reading("readelf", {u"-W"_s, QLatin1String(what), path});
     };
     const QString dynamic = read("--dynamic");
     const QString segments = read("--segments");
@@ -54,11 +56,11 @@ void TestHardening::hardensTheProgram()
     QVERIFY2(holds(imports, "__stack_chk_fail"), "does not see its stack overrun");
 #ifdef TARNWICK_FORTIFIED
     // The windows leave buffers of known size to Qt.
-    const bool hasBuffers = !path.endsWith(QStringLiteral("/tarnwick"));
+    const bool hasBuffers = !path.endsWith(u"/tarnwick"_s);
     QVERIFY2(!hasBuffers || holds(imports, "_chk@"), "calls unchecked functions");
 #endif
 #ifdef __CET__
-    const QString main = reading("objdump", {QStringLiteral("--disassemble=main"), path});
+    const QString main = reading("objdump", {u"--disassemble=main"_s, path});
     QVERIFY2(!holds(main, "<main>:") || holds(main, "<main>:\\n.*endbr64"), "is jumped into");
 #endif
 }

@@ -50,7 +50,7 @@ void VersionContents::openNext()
         emit finished();
         return;
     }
-    thePasswordIsTried = false;
+    isPasswordTried = false;
     theDocument = new PDFDocument(theBytes.prefix(theOrders[theDone].end), this);
     connect(theDocument, &PDFDocument::opened, this, &VersionContents::takeFacts);
     connect(theDocument, &PDFDocument::locked, this, &VersionContents::takeLock);
@@ -60,7 +60,7 @@ void VersionContents::openNext()
 
 void VersionContents::takeLock(bool)
 {
-    if (!thePassword.isNull() && !std::exchange(thePasswordIsTried, true))
+    if (!thePassword.isNull() && !std::exchange(isPasswordTried, true))
         theDocument->unlock(thePassword);
     else
         tell(problem(tr("It wants another password than the file.")));

@@ -58,7 +58,7 @@ private:
     std::vector<Order> theOrders;
     std::size_t theDone = 0;
     PDFDocument* theDocument = nullptr; ///< the version that is being read
-    bool thePasswordIsTried = false; ///< on that
+    bool isPasswordTried = false; ///< on that
     bool theIsRunning = false;
 };
 

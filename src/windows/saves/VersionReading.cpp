@@ -53,7 +53,7 @@ VersionReading::VersionReading(Document* document, QObject* parent)
 
 void VersionReading::takePlaces()
 {
-    if (std::exchange(thePlacesAreKnown, true))
+    if (std::exchange(arePlacesKnown, true))
         return;
     theMarkerCount = theVersions->markerCount();
     for (const SavedVersion& version : theVersions->versions())
@@ -65,7 +65,7 @@ void VersionReading::takePlaces()
 void VersionReading::takeChain()
 {
     takePlaces();
-    if (std::exchange(theChainIsKnown, true))
+    if (std::exchange(isChainKnown, true))
         return;
     if (theVersions->failure() == PDFFailure::isNone)
         theOwnCount = theVersions->ownCount();
@@ -142,7 +142,7 @@ void VersionReading::stop()
 
 bool VersionReading::isRunning() const
 {
-    return !theIsStopped && (theWork.isRunning() || theContents->isRunning() || !theChainIsKnown);
+    return !theIsStopped && (theWork.isRunning() || theContents->isRunning() || !isChainKnown);
 }
 
 void VersionReading::finishStep()
@@ -156,10 +156,10 @@ QString VersionReading::progress() const
 {
     if (!isRunning())
         return {};
-    if (theRows.empty() && !theChainIsKnown)
+    if (theRows.empty() && !isChainKnown)
         return tr("Looking for versions…");
     QStringList parts;
-    if (!theChainIsKnown)
+    if (!isChainKnown)
         parts << tr("Reading cross-references…");
     if (theContents->isRunning())
         parts << tr("Opening versions… %L1 of %L2")

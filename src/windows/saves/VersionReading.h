@@ -79,8 +79,8 @@ private:
     std::optional<std::size_t> theOwnCount;
     QString theFailure;
     QString theHashing; ///< how far that is
-    bool thePlacesAreKnown = false;
-    bool theChainIsKnown = false;
+    bool arePlacesKnown = false;
+    bool isChainKnown = false;
     bool theIsStopped = false;
     Work theWork;
 };

@@ -83,7 +83,7 @@ private:
     MatchFinder theMatchFinder;
     HexStorage::Column theColumn = HexStorage::Column::isHex;
     QPointF thePressPoint;
-    bool theDragIsMeant = false; ///< the pointer has moved farther than a hand trembles
+    bool isDragMeant = false; ///< the pointer has moved farther than a hand trembles
 };
 
 } // namespace tarnwick

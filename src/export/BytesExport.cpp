@@ -61,7 +61,7 @@ void BytesExport::write(const QString& path)
     showProgress(QFileInfo(path).fileName());
     startWriting([this](const std::stop_token& stop, const Work::Report& report) {
         WholeFile file(QFile::encodeName(thePath).toStdString());
-        const std::string_view bytes = theSaved.bytes.view();
+        const std::string_view bytes = theSaved.bytes;
         int error = file.open();
         for (std::size_t done = 0; error == 0 && done < bytes.size(); done += portion) {
             if (stop.stop_requested())

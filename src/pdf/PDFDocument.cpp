@@ -81,6 +81,11 @@ PDFDocument::State PDFDocument::state() const
     return d->theState;
 }
 
+const FileBytes& PDFDocument::bytes() const
+{
+    return d->theBytes;
+}
+
 void PDFDocument::unlock(const QString& password)
 {
     if (d->theState != State::isLocked)

@@ -21,6 +21,8 @@ QList<QTextLayout::FormatRange> markFormats(
         QTextLayout::FormatRange format;
         format.start = static_cast<int>(mark.start);
         format.length = static_cast<int>(mark.length);
+        // Without one, Qt leaves a stretch out that touches another.
+        format.format.setBackground(QColor(Qt::transparent));
         if (mark.kind == TextMark::Kind::isAside) {
             format.format.setForeground(colours.aside());
         } else if (mark.kind == TextMark::Kind::isColoured) {

@@ -50,13 +50,13 @@ void TestSourceInquiry::listsAndLeads()
         QTRY_VERIFY(strip->isVisible());
         inspector->showFindings();
     }
-    auto* panel = inspector->findChild<PlacePanel*>();
+    auto* panel = inspector->findChild<PlacePanel*>(QString(), Qt::FindDirectChildrenOnly);
     QTRY_COMPARE(panel->title().left(title.size()), title);
     QVERIFY(panel->rows().size() >= rows);
     QVERIFY2(panel->rows().constFirst().text.contains(text),
         qPrintable(panel->rows().constFirst().text));
 
-    QTest::keyClick(inspector->findChild<QTreeView*>(u"placesView"_s), Qt::Key_Return);
+    QTest::keyClick(panel->findChild<QTreeView*>(), Qt::Key_Return);
     const QString there = view.textStorage()->line(view.caret().line).text;
     QVERIFY2(there.startsWith(line), qPrintable(there));
     QVERIFY(view.hasFocus());

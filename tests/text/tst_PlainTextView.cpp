@@ -8,6 +8,7 @@
 #include "text/ListedLines.h"
 #include "text/PlainTextStorage.h"
 #include "text/StyledTextStorage.h"
+#include "text/SyntaxTextStorage.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -15,6 +16,8 @@
 #include <QSettings>
 #include <QSignalSpy>
 #include <QTest>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 using namespace tarnwick;
@@ -33,6 +36,7 @@ private slots:
     void replacingLeavesNothing();
     void gapsStandBetweenTheLines();
     void coloursFollowThePalette();
+    void stretchesThatTouchHaveTheirColours();
     void gutterTellsLines();
     void gutterIsNoPartOfTheText();
 
@@ -222,6 +226,20 @@ void TestPlainTextView::coloursFollowThePalette()
     QVERIFY(light.green() > light.red() && light.green() > light.blue());
     QCOMPARE(inkAt(), TextPalette(dark).colour(ColourRole::isGreen));
     QVERIFY(inkAt() != light);
+}
+
+void TestPlainTextView::stretchesThatTouchHaveTheirColours()
+{
+    theView->setTextStorage(std::make_shared<const SyntaxTextStorage>(
+        SharedBytes::ofString("BI ID mmmm"))); // the operator red, behind it faint data
+    const QImage shot = theView->viewport()->grab().toImage();
+    const QRect cell = theView->caretRect({0, 7})->toRect().adjusted(0, 0, 20, 0);
+    int darkest = 255;
+    for (int y = cell.top(); y <= cell.bottom(); ++y) {
+        for (int x = cell.left(); x <= cell.right(); ++x)
+            darkest = std::min(darkest, shot.pixelColor(x, y).lightness());
+    }
+    QVERIFY2(darkest > 60 && darkest < 200, qPrintable(QString::number(darkest)));
 }
 
 void TestPlainTextView::gutterTellsLines()

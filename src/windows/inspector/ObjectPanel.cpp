@@ -1,17 +1,24 @@
 #include "ObjectPanel.h"
 
+#include "ObjectFactWords.h"
+#include "PlacePanel.h"
 #include "ReferringText.h"
 #include "StreamPanel.h"
 #include "StreamWords.h"
+#include "analysis/StoredStream.h"
 #include "frame/PaneSplitter.h"
 #include "pdf/FailureText.h"
 #include "text/PlainTextView.h"
 
+#include <QFontDatabase>
+#include <QHBoxLayout>
 #include <QLabel>
-#include <QLocale>
+#include <QPushButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <chrono>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -25,38 +32,70 @@ using namespace std::chrono_literals;
 constexpr auto pause = 200ms;
 /// Bytes: tables often lead to a line end before their object.
 constexpr std::size_t leeway = 4;
+constexpr int mostFactRows = 8; ///< that show without scrolling
+constexpr int factMargin
+    = 12; ///< pixels that a text view has around its rows, and for a scroll bar
 
-QLabel* newLabel(QWidget* parent, const QString& name)
+QPushButton* newButton(QWidget* parent, const QString& name, const QString& text)
 {
-    auto* const label = new QLabel(parent);
-    label->setObjectName(name);
-    label->setTextFormat(Qt::PlainText);
-    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    label->setWordWrap(true);
-    return label;
+    auto* const button = new QPushButton(text, parent);
+    button->setObjectName(name);
+    button->setAutoDefault(false);
+    return button;
+}
+
+PlainTextView* newTextView(const QString& name, const QString& accessibleName)
+{
+    auto* const view = new PlainTextView;
+    view->setObjectName(name);
+    view->setAccessibleName(accessibleName);
+    view->useFixedPitchFont();
+    view->setWrapping(false);
+    return view;
 }
 
 } // namespace
 
 ObjectPanel::ObjectPanel(QWidget* parent)
     : QWidget(parent)
-    , theTitle(newLabel(this, u"objectTitle"_s))
-    , thePlace(newLabel(this, u"objectPlace"_s))
+    , theTitle(newStreamLabel(this, u"objectTitle"_s))
+    , theUsersButton(newButton(this, u"objectUsers"_s, tr("&Used By")))
+    , thePlace(newStreamLabel(this, u"objectPlace"_s))
+    , theNotice(newStreamLabel(this, u"objectNotice"_s))
+    , theCurrentButton(newButton(this, u"objectInUse"_s, tr("Show the One in Use")))
+    , theFacts(newTextView(u"objectFacts"_s, tr("What the object is")))
     , theParts(new PaneSplitter(Qt::Vertical, this))
-    , theText(new PlainTextView)
+    , theText(newTextView(u"objectText"_s, tr("What the object says")))
     , theStream(new StreamPanel)
+    , theUsers(new PlacePanel(this))
+    , theSearch(theUsers)
 {
     setAccessibleName(tr("Object"));
     thePause.setSingleShot(true);
     connect(&thePause, &QTimer::timeout, this, &ObjectPanel::ask);
-    connect(theText, &PlainTextView::linkFollowed, this, [this](TextRange link) {
-        const auto target = theStorage ? theStorage->targetAt(link.begin) : std::nullopt;
-        if (target)
-            emit objectWanted(*target);
+    connectLinks(theText);
+    connectLinks(theFacts);
+    connect(theStream, &StreamPanel::shown, this, &ObjectPanel::tellShown);
+    connect(theUsersButton, &QPushButton::clicked, this, &ObjectPanel::showUsers);
+    connect(theCurrentButton, &QPushButton::clicked, this, [this] {
+        showObject({theChoice.number, std::nullopt, theChoice.file}, true);
     });
-    connect(theStream, &StreamPanel::shown, this, &ObjectPanel::shown);
+    connect(theUsers, &PlacePanel::chosen, this, &ObjectPanel::placeWanted);
+    connect(theUsers, &PlacePanel::closeWanted, this, [this] {
+        theSearch.abandon();
+        theUsers->hide();
+        theUsersButton->setFocus(Qt::OtherFocusReason);
+    });
     makeLayout();
     clear({});
+}
+
+void ObjectPanel::connectLinks(PlainTextView* view)
+{
+    connect(view, &PlainTextView::linkFollowed, this, [this, view](TextRange link) {
+        if (const auto target = referenceTarget(*view->textStorage(), link.begin))
+            emit objectWanted(*target);
+    });
 }
 
 void ObjectPanel::makeLayout()
@@ -64,10 +103,6 @@ void ObjectPanel::makeLayout()
     QFont bold = theTitle->font();
     bold.setBold(true);
     theTitle->setFont(bold);
-    theText->setObjectName(u"objectText"_s);
-    theText->setAccessibleName(tr("What the object says"));
-    theText->useFixedPitchFont();
-    theText->setWrapping(false);
     theParts->setObjectName(u"objectParts"_s);
     theParts->setHandleWidth(8);
     theParts->setChildrenCollapsible(false);
@@ -75,36 +110,62 @@ void ObjectPanel::makeLayout()
     theParts->addWidget(theStream);
     theParts->setStretchFactor(0, 1);
     theParts->setStretchFactor(1, 2);
+    auto* const head = new QHBoxLayout;
+    head->addWidget(theTitle, 1);
+    head->addWidget(theUsersButton);
+    auto* const notice = new QHBoxLayout;
+    notice->addWidget(theNotice, 1);
+    notice->addWidget(theCurrentButton);
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(4);
-    layout->addWidget(theTitle);
+    layout->addLayout(head);
     layout->addWidget(thePlace);
+    layout->addLayout(notice);
+    layout->addWidget(theFacts);
     layout->addWidget(theParts, 1);
+    layout->addWidget(theUsers);
     setFocusProxy(theText);
 }
 
 void ObjectPanel::setDocument(PDFDocument* document, const QString& folder, const QString& name)
 {
-    theDocument = document;
-    theStream->setDocument(document, folder, name);
+    delete theRequest;
+    delete theFactsRequest;
+    theFiles.setDocument(document);
+    theStream->setNames(folder, name);
     theObjectIsAsked = false;
     if (isVisible())
         thePause.start(pause);
 }
 
-bool ObjectPanel::isWaiting() const
+void ObjectPanel::setStoredSource(std::shared_ptr<const SourceText> source)
 {
-    return thePause.isActive() || theRequest || theStream->isWaiting();
+    theFiles.setStoredSource(std::move(source));
+    theUsersButton->setEnabled(theFiles.source(theChoice.file) != nullptr);
 }
 
-void ObjectPanel::showObject(
-    std::optional<int> number, std::optional<ByteRange> range, bool isUrgent)
+void ObjectPanel::setFlattened(const FileBytes& bytes, std::shared_ptr<const SourceText> source)
 {
-    if (number == theNumber && range == theRange && theObjectIsAsked)
+    theFiles.setFlattened(bytes, std::move(source));
+}
+
+bool ObjectPanel::isWaiting() const
+{
+    return thePause.isActive() || theRequest || theFactsRequest || theStream->isWaiting();
+}
+
+void ObjectPanel::tellShown()
+{
+    if (!isWaiting())
+        emit shown();
+}
+
+void ObjectPanel::showObject(const ObjectChoice& choice, bool isUrgent)
+{
+    if (choice == theChoice && theObjectIsAsked)
         return;
-    theNumber = number;
-    theRange = range;
+    theChoice = choice;
     theObjectIsAsked = false;
     if (!isVisible())
         return;
@@ -121,73 +182,214 @@ void ObjectPanel::showEvent(QShowEvent* event)
         thePause.start(0ms);
 }
 
+// --- Asking --------------------------------------------------------------------------------------
+
+void ObjectPanel::askFor(PDFObjectEngines* engines, void (ObjectPanel::*then)(PDFObjectRequest*))
+{
+    theRequest = engines->requestObject(*theChoice.number, this);
+    connect(theRequest, &PDFRequest::finished, this, [this, then, request = theRequest.data()] {
+        request->deleteLater();
+        theRequest.clear();
+        (this->*then)(request);
+        tellShown();
+    });
+}
+
 void ObjectPanel::ask()
 {
     thePause.stop();
     theObjectIsAsked = true;
     delete theRequest; // which cancels it
-    if (!theDocument || theDocument->state() != PDFDocument::State::isOpen) {
-        clear(tr("Single objects show when the PDF engine has opened the file. What is stored of "
-                 "them is in the source."));
-        emit shown();
-        return;
-    }
-    if (!theNumber) {
-        clear(tr("Put the caret into an object of the source below, or go to one with Ctrl+L."));
-        emit shown();
-        return;
-    }
-    theRequest = theDocument->requestObject(*theNumber, this);
-    connect(theRequest, &PDFRequest::finished, this,
-        [this, request = theRequest.data()] { take(request); });
-}
-
-void ObjectPanel::clear(const QString& note)
-{
-    theTitle->setText(theNumber ? tr("Object %1").arg(*theNumber) : tr("Object"));
-    thePlace->setText(note);
-    theStorage.reset();
-    theText->clear();
-    theText->hide();
-    theStream->showStream(std::nullopt);
+    delete theFactsRequest;
+    PDFObjectEngines* const engines = theFiles.engines(theChoice.file);
+    if (theChoice.number && engines)
+        return askFor(engines, &ObjectPanel::take);
+    clear({});
+    if (theChoice.number && theChoice.range)
+        showStored();
+    else if (!engines)
+        thePlace->setText(tr("Objects show as the PDF engine reads them when it has opened the "
+                             "file; before that, those in the source show as they are stored."));
+    else
+        thePlace->setText(
+            tr("Put the caret into an object of the source, or go to one with Ctrl+L."));
+    emit shown();
 }
 
 void ObjectPanel::take(PDFObjectRequest* request)
 {
-    request->deleteLater();
-    theRequest.clear();
     if (!request->succeeded()) {
         clear(failureSentence(tr("The object could not be read"), *request));
-        emit shown();
+        if (theChoice.range)
+            showStored();
         return;
     }
     const PDFObject& object = request->object();
-    clear(placeText(object));
-    if (object.state == PDFObjectState::isPresent) {
-        theTitle->setText(tr("Object %1 %2").arg(object.number).arg(object.generation));
-        theStorage = std::make_shared<const ReferringText>(object.text);
-        theText->setTextStorage(theStorage);
-        theText->show();
-        theStream->showStream(object);
+    if (theChoice.range && isElsewhere(object)) {
+        clear({});
+        setNotice(replacedText(object));
+        return askVersion();
     }
-    if (!theStream->isWaiting())
-        emit shown();
+    clear(placeText(object));
+    if (object.state == PDFObjectState::isPresent)
+        showPresent(theFiles.engines(theChoice.file), object);
 }
 
-/// What the caret is in may be another object of the number than the file's table leads to.
+/// Up to its end the version is a document of its own (ISO 32000-2, 7.5.6).
+void ObjectPanel::askVersion()
+{
+    const std::size_t end = theChoice.file == ObjectFile::isStored
+        ? versionEndBehind(theFiles.bytes(theChoice.file).view, theChoice.range->end)
+        : 0;
+    PDFObjectEngines* const engines = end > 0 ? theFiles.versionEngines(end) : nullptr;
+    if (engines)
+        askFor(engines, &ObjectPanel::takeVersion);
+    else
+        showStored();
+}
+
+void ObjectPanel::takeVersion(PDFObjectRequest* request)
+{
+    const PDFObject& object = request->object();
+    PDFObjectEngines* const engines = theFiles.versionEngines(
+        versionEndBehind(theFiles.bytes(theChoice.file).view, theChoice.range->end));
+    if (!request->succeeded() || !engines || object.state != PDFObjectState::isPresent
+        || isElsewhere(object))
+        return showStored();
+    thePlace->setText(placeText(object));
+    showPresent(engines, object);
+}
+
+bool ObjectPanel::isElsewhere(const PDFObject& object) const
+{
+    return object.state != PDFObjectState::isPresent || object.place.container > 0
+        || object.place.offset + leeway < theChoice.range->begin
+        || object.place.offset >= theChoice.range->end;
+}
+
+// --- Showing -------------------------------------------------------------------------------------
+
+void ObjectPanel::clear(const QString& note)
+{
+    theTitle->setText(theChoice.number ? tr("Object %1").arg(*theChoice.number) : tr("Object"));
+    thePlace->setText(note);
+    setNotice({});
+    theFacts->hide();
+    theText->clear();
+    theText->hide();
+    theStream->clear();
+    theSearch.abandon();
+    theUsers->hide();
+    theUsersButton->setVisible(theChoice.number.has_value());
+    theUsersButton->setEnabled(theFiles.source(theChoice.file) != nullptr);
+}
+
+void ObjectPanel::setNotice(const QString& text)
+{
+    theNotice->setText(text);
+    theNotice->setVisible(!text.isEmpty());
+    theCurrentButton->setVisible(!text.isEmpty());
+}
+
+void ObjectPanel::showText(const SharedBytes& bytes)
+{
+    theText->setTextStorage(std::make_shared<const ReferringSyntax>(bytes));
+    theText->show();
+}
+
+void ObjectPanel::showPresent(PDFObjectEngines* engines, const PDFObject& object)
+{
+    theTitle->setText(tr("Object %1 %2").arg(object.number).arg(object.generation));
+    showText(SharedBytes::ofString(object.text.toStdString()));
+    theStream->showStream(engines, object);
+    theFactsRequest = engines->requestFacts(object.number, this);
+    connect(theFactsRequest, &PDFRequest::finished, this,
+        [this, request = theFactsRequest.data()] { takeFacts(request); });
+}
+
+void ObjectPanel::takeFacts(PDFFactsRequest* request)
+{
+    request->deleteLater();
+    theFactsRequest.clear();
+    const PDFFacts& facts = request->facts();
+    QString text = factLines(facts.facts);
+    if (!request->succeeded())
+        text = failureSentence(tr("What it is could not be found out"), *request);
+    if (const QString kind = objectKindText(facts.kind); !kind.isEmpty())
+        theTitle->setText(theTitle->text() + u" · "_s + kind);
+    theFacts->setTextStorage(std::make_shared<const ReferringText>(text));
+    const int rows = std::min(static_cast<int>(text.count(u'\n')) + 1, mostFactRows);
+    theFacts->setFixedHeight(
+        rows * QFontMetrics(QFontDatabase::systemFont(QFontDatabase::FixedFont)).lineSpacing()
+        + 2 * theFacts->frameWidth() + factMargin);
+    theFacts->setVisible(!text.isEmpty());
+    tellShown();
+}
+
+/// As the file has it, from header to stream or end.
+void ObjectPanel::showStored()
+{
+    const SharedBytes bytes = theFiles.bytes(theChoice.file);
+    const ByteRange range = *theChoice.range;
+    if (range.end > bytes.view.size() || range.begin > range.end)
+        return;
+    const ObjectSource source(bytes.view, range, longestObjectText);
+    const std::size_t end = source.streamBegin().value_or(source.valueEnd());
+    if (thePlace->text().isEmpty())
+        thePlace->setText(storedPlaceText(range));
+    showText({bytes.view.substr(range.begin, end - range.begin), bytes.owner});
+    if (!source.streamBegin())
+        return;
+    const StoredStream stream = findStream(bytes.view, range, source, source.integer("Length"));
+    theStream->showStored(*theChoice.number,
+        {bytes.view.substr(stream.range.begin, stream.range.size()), bytes.owner});
+}
+
 QString ObjectPanel::placeText(const PDFObject& object) const
 {
     QString text = objectPlaceText(object);
+    const std::shared_ptr<const SourceText>& source = theFiles.source(theChoice.file);
+    if (source && object.state == PDFObjectState::isPresent) {
+        const pdfObjectCatalog& catalog = source->theCatalog();
+        const auto record = object.place.container > 0
+            ? catalog.find(object.place.container)
+            : catalog.recordAt(static_cast<std::size_t>(object.place.offset) + leeway);
+        if (record)
+            text += u", "_s + extentText(*record, object.place.container > 0);
+    }
+    if (theChoice.file == ObjectFile::isFlattened)
+        text = tr("Flattened document: %1").arg(text);
     if (object.isCut)
-        text += u' ' + tr("It is longer or deeper than what shows of it.");
-    const bool isElsewhere = object.state == PDFObjectState::isPresent && theRange
-        && (object.place.container > 0 || object.place.offset + leeway < theRange->begin
-            || object.place.offset >= theRange->end);
-    if (isElsewhere)
-        text += u' '
-            + tr("Readers use this one; the object at the caret, at byte %1, is not in use.")
-                  .arg(QLocale(QLocale::English).toString(static_cast<quint64>(theRange->begin)));
+        text += u". "_s + tr("It is longer or deeper than what shows of it.");
     return text;
+}
+
+QString ObjectPanel::replacedText(const PDFObject& inUse) const
+{
+    switch (inUse.state) {
+    case PDFObjectState::isFree:
+        return tr("This object is not in use: a later version deleted it.");
+    case PDFObjectState::isMissing:
+    case PDFObjectState::isUnreadable:
+        return tr("This object is not in use: the file's table does not lead to it.");
+    case PDFObjectState::isPresent:
+        break;
+    }
+    const QString where = objectPlaceText(inUse);
+    const bool isLater = inUse.place.container > 0 || inUse.place.offset > theChoice.range->begin;
+    return isLater ? tr("This object is not in use: a later one has replaced it. %1.").arg(where)
+                   : tr("This object is not in use: readers take an earlier one. %1.").arg(where);
+}
+
+// --- Users ---------------------------------------------------------------------------------------
+
+void ObjectPanel::showUsers()
+{
+    const std::shared_ptr<const SourceText>& source = theFiles.source(theChoice.file);
+    if (!source || !theChoice.number)
+        return;
+    theSearch.start(source, *theChoice.number);
+    theUsers->edit();
 }
 
 } // namespace tarnwick

@@ -11,9 +11,9 @@ namespace {
 
 constexpr auto reach = static_cast<qsizetype>(ReferenceScan::reach);
 
-/// @param[out] begin of the stretch that was read. The text of an object breaks no reference.
+/// @param[out] begin of the stretch that was read.
 std::optional<ScannedReference> scan(
-    const PlainTextStorage& text, TextPosition position, qsizetype& begin)
+    const TextStorage& text, TextPosition position, qsizetype& begin)
 {
     begin = std::max<qsizetype>(0, position.unit - reach);
     const QString stretch = text.line(position.line, begin, 2 * reach).text;
@@ -24,20 +24,20 @@ std::optional<ScannedReference> scan(
 
 } // namespace
 
-std::optional<TextRange> ReferringText::linkAt(TextPosition position) const
+std::optional<TextRange> referenceRange(const TextStorage& text, TextPosition position)
 {
     qsizetype begin = 0;
-    const auto found = scan(*this, position, begin);
+    const auto found = scan(text, position, begin);
     if (!found)
         return std::nullopt;
     return TextRange{{position.line, begin + static_cast<qsizetype>(found->begin)},
         {position.line, begin + static_cast<qsizetype>(found->end)}};
 }
 
-std::optional<int> ReferringText::targetAt(TextPosition position) const
+std::optional<int> referenceTarget(const TextStorage& text, TextPosition position)
 {
     qsizetype begin = 0;
-    const auto found = scan(*this, position, begin);
+    const auto found = scan(text, position, begin);
     if (!found || found->objNo > std::numeric_limits<int>::max())
         return std::nullopt;
     return static_cast<int>(found->objNo);

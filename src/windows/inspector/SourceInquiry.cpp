@@ -25,6 +25,7 @@ SourceInquiry::SourceInquiry(
     , theNavigator(navigator)
     , thePanel(panel)
     , theStrip(strip)
+    , theSearch(panel)
 {
     thePanel->hide();
     connect(thePanel, &PlacePanel::chosen, this, &SourceInquiry::go);
@@ -38,51 +39,8 @@ SourceInquiry::SourceInquiry(
 void SourceInquiry::showUsers(SourceNavigator::Pane in, qint64 objNo)
 {
     thePane = in;
-    thePanel->showRows(tr("Users of object %1: searching…").arg(objNo), {});
+    theSearch.start(theNavigator->pane(in).source(), objNo);
     thePanel->edit();
-    struct Found
-    {
-        ObjectUses uses;
-        QList<PlaceRow> rows;
-    };
-    const std::shared_ptr<const SourceText> source = theNavigator->pane(in).source();
-    const auto task
-        = [this, source, objNo](const std::stop_token& stop, const Work::Report& report) {
-              const pdfObjectCatalog& catalog = source->theCatalog();
-              bool areFirst = true;
-              ObjectUses uses = ObjectUsers(catalog).find(
-                  objNo,
-                  [&](const ObjectUses& soFar, std::size_t bytesDone) {
-                      report(bytesDone, catalog.bytes().size());
-                      if (!std::exchange(areFirst, false))
-                          return;
-                      report.deliver([this, objNo, uses = soFar, rows = userRows(catalog, soFar)] {
-                          takeUses(objNo, uses, rows);
-                      });
-                  },
-                  stop);
-              QList<PlaceRow> rows = userRows(catalog, uses);
-              return Found{std::move(uses), std::move(rows)};
-          };
-    theSearch.start(
-        task, [this, objNo](const Found& found) { takeUses(objNo, found.uses, found.rows); },
-        [this, objNo](quint64 done, quint64 total) {
-            thePanel->setTitle(tr("Users of object %1: searching… %2 %")
-                                   .arg(objNo)
-                                   .arg(total > 0 ? 100 * done / total : 0));
-        });
-}
-
-void SourceInquiry::takeUses(qint64 objNo, const ObjectUses& uses, QList<PlaceRow> rows)
-{
-    const QString count = counted(uses.count);
-    const QString title = uses.isComplete
-        ? tr("Users of object %1: %2").arg(objNo).arg(count)
-        : tr("Users of object %1: %2 so far").arg(objNo).arg(count);
-    const bool isCut = uses.count > uses.uses.size();
-    thePanel->showRows(title, std::move(rows),
-        isCut ? tr("The first %1 are shown").arg(counted(uses.uses.size()))
-              : tr("References within object streams are not seen"));
 }
 
 // --- Findings ------------------------------------------------------------------------------------

@@ -2,6 +2,7 @@
 
 #include "SourceFacts.h"
 #include "SourceNavigator.h"
+#include "UserSearch.h"
 #include "work/Work.h"
 
 namespace tarnwick {
@@ -31,7 +32,6 @@ public:
     bool hasFindings() const { return !theFindings.isEmpty(); }
 
 private:
-    void takeUses(qint64 objNo, const ObjectUses& uses, QList<PlaceRow> rows);
     void takeFindings(const Findings& findings, QList<PlaceRow> rows);
     void go(qint64 offset);
     void close();
@@ -39,7 +39,7 @@ private:
     SourceNavigator* theNavigator;
     PlacePanel* thePanel;
     FindingsStrip* theStrip;
-    Work theSearch;
+    UserSearch theSearch;
     Work theCheck;
     std::shared_ptr<const SourceText> theChecked;
     QList<PlaceRow> theFindings;

@@ -113,6 +113,8 @@ void SourceViewController::setUpperTextView(PlainTextView* view)
     setUpListing(view);
     view->setGutter(PlainTextView::Gutter::isLinesAndOffsets);
     theNavigator->setPane(SourceNavigator::Pane::isFlattened, view, nullptr);
+    connect(view, &PlainTextView::selectionChanged, this, &SourceViewController::followCaret,
+        Qt::UniqueConnection);
 }
 
 void SourceViewController::setLowerTextView(PlainTextView* view)
@@ -176,6 +178,7 @@ void SourceViewController::fillPanes()
 {
     for (Pane* pane : {&theUpper, &theLower})
         endWork(*pane, QString());
+    theFlatBytes = {};
     theRenderedDocument = theOwner->thePDFDocument();
     setWindowTitle(u"\u203C\uFE0F"_s + theOwner->displayName());
     if (!isOpened() && !theOwner->isSourceEarly()) {
@@ -224,6 +227,7 @@ void SourceViewController::takeFlattened(PDFFileRequest* request)
 {
     if (request->succeeded()) {
         const PDFWrittenFile& file = request->file();
+        theFlatBytes = file.bytes;
         startScan(theUpper, shared(file.bytes), lossNote(file));
         return;
     }
@@ -310,6 +314,7 @@ void SourceViewController::finishPane(Pane& pane, const QString& note)
     endWork(pane, note);
     writeSummary();
     tellTable();
+    tellObjectSources();
     followCaret();
     if (!isFilling())
         emit filled();

@@ -18,7 +18,17 @@ namespace tarnwick {
 
 namespace {
 
-constexpr auto storedPane = SourceNavigator::Pane::isStored;
+using SourcePane = SourceNavigator::Pane;
+
+SourcePane paneOf(ObjectFile file)
+{
+    return file == ObjectFile::isStored ? SourcePane::isStored : SourcePane::isFlattened;
+}
+
+ObjectFile fileOf(SourcePane pane)
+{
+    return pane == SourcePane::isStored ? ObjectFile::isStored : ObjectFile::isFlattened;
+}
 
 const QString panelKey = u"SourceWindow/objectPanel"_s;
 const QString sidePanelsKey = u"SourceWindow/sidePanels"_s;
@@ -32,6 +42,12 @@ void SourceViewController::connectObjectPanel()
     ui->sidePanels->restoreState(QSettings().value(sidePanelsKey).toByteArray());
     connect(
         theObjectPanel, &ObjectPanel::objectWanted, this, &SourceViewController::followToObject);
+    connect(theObjectPanel, &ObjectPanel::placeWanted, this, [this](qint64 offset) {
+        const auto pane = paneOf(theObjectPanel->choice().file);
+        const QString failure = theNavigator->goToOffset(static_cast<std::size_t>(offset), pane);
+        if (!failure.isEmpty())
+            emit theNavigator->said(pane, failure);
+    });
     connect(theObjectPanel, &ObjectPanel::shown, this, &SourceViewController::objectShown);
     theObjectPanel->setVisible(QSettings().value(panelKey, false).toBool());
 }
@@ -62,30 +78,47 @@ void SourceViewController::tellObjectPanel()
 {
     const QFileInfo file(theOwner->pathOfCopy());
     theObjectPanel->setDocument(theRenderedDocument, file.absolutePath(), file.completeBaseName());
+    tellObjectSources();
     showObjectOfCaret(false);
 }
 
+/// What is known of the objects of both files by now.
+void SourceViewController::tellObjectSources()
+{
+    const auto sourceOf = [this](SourcePane pane) {
+        const PaneSource& known = theNavigator->pane(pane);
+        return known.hasObjects() ? known.source() : nullptr;
+    };
+    theObjectPanel->setStoredSource(sourceOf(SourcePane::isStored));
+    theObjectPanel->setFlattened(theFlatBytes, sourceOf(SourcePane::isFlattened));
+}
+
+/// Of the pane that had the keyboard last, or of one in which the caret has moved without it.
 void SourceViewController::showObjectOfCaret(bool isUrgent)
 {
-    const PaneSource& stored = theNavigator->pane(storedPane);
-    if (theObjectPanel->isHidden() || !stored.hasObjects())
+    const PaneSource& here = theNavigator->pane(theNavigator->current());
+    if (theObjectPanel->isHidden() || !here.hasObjects())
         return;
-    const std::optional<pdfObject> object = stored.objectAt(stored.view()->caret());
+    const std::optional<pdfObject> object = here.objectAt(here.view()->caret());
     if (!object || object->objNo() > std::numeric_limits<int>::max())
         return;
-    theObjectPanel->showObject(static_cast<int>(object->objNo()), object->range(), isUrgent);
+    theObjectPanel->showObject(
+        {static_cast<int>(object->objNo()), object->range(), fileOf(theNavigator->current())},
+        isUrgent);
 }
 
 /// What is in no listing, as objects in object streams, shows in the panel alone.
 void SourceViewController::followToObject(int number)
 {
-    const PaneSource& stored = theNavigator->pane(storedPane);
-    const auto object = stored.hasObjects() ? stored.catalog().find(number) : std::nullopt;
+    const ObjectFile file = theObjectPanel->choice().file;
+    const PaneSource& pane = theNavigator->pane(paneOf(file));
+    const auto object = pane.hasObjects() ? pane.catalog().find(number) : std::nullopt;
     if (object) {
-        say(theLower, theNavigator->show(*object, storedPane));
+        say(file == ObjectFile::isStored ? theLower : theUpper,
+            theNavigator->show(*object, paneOf(file)));
         showObjectOfCaret(true);
     } else {
-        theObjectPanel->showObject(number, std::nullopt, true);
+        theObjectPanel->showObject({number, std::nullopt, file}, true);
     }
 }
 

@@ -60,6 +60,47 @@ QString objectPlaceText(const PDFObject& object)
         .arg(counted(place.offset), QString::number(place.offset, 16).toUpper());
 }
 
+QString extentText(const pdfObject& record, bool isPacked)
+{
+    const QString version = StreamWords::tr("in version %1").arg(record.objVer());
+    return isPacked ? version : byteCount(record.range().size()) + u", "_s + version;
+}
+
+QString storedPlaceText(ByteRange range)
+{
+    return StreamWords::tr("At byte %1 (0x%2), %3, as it is stored")
+        .arg(counted(range.begin), QString::number(range.begin, 16).toUpper(),
+            byteCount(range.size()));
+}
+
+/// Entries of the object itself stand two blanks in.
+bool isImage(const PDFObject& object)
+{
+    return object.isStream && object.text.contains(u"\n  /Subtype /Image\n"_s);
+}
+
+QString pictureText(const PDFPicture& picture)
+{
+    if (picture.end == PDFPictureEnd::isUnreadable)
+        return StreamWords::tr("The picture cannot be drawn: %1")
+            .arg(picture.remark.isEmpty() ? StreamWords::tr("it makes no sense.") : picture.remark);
+    const bool isReduced = std::max(picture.image.width(), picture.image.height())
+        == maximumPictureSide; // or just of that size
+    QString text = StreamWords::tr("%1 × %2 pixels")
+                       .arg(counted(static_cast<quint64>(picture.image.width())),
+                           counted(static_cast<quint64>(picture.image.height())));
+    if (isReduced)
+        text += StreamWords::tr(", to which larger pictures are reduced");
+    if (picture.end == PDFPictureEnd::isDamaged)
+        text += StreamWords::tr(". Its data is damaged: %1").arg(picture.remark);
+    return text;
+}
+
+QString storedStreamText(std::size_t bytes)
+{
+    return StreamWords::tr("%1 as they are stored").arg(byteCount(bytes));
+}
+
 QString streamPackingText(const PDFObject& object)
 {
     QStringList parts;

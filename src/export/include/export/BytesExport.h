@@ -1,18 +1,21 @@
 #pragma once
 
 #include "export/ExportJob.h"
-#include "files/FileBytes.h"
 
 #include <QPointer>
 #include <QString>
 #include <QWidget>
+
+#include <memory>
+#include <string_view>
 
 namespace tarnwick {
 
 /// Bytes that the user wants in a file of their own, such as what a stream holds.
 struct SavedBytes
 {
-    FileBytes bytes;
+    std::string_view bytes;
+    std::shared_ptr<const void> owner; ///< keeps the bytes alive
     QString title; ///< of the panel: "Save Decoded Stream"
     QString folder; ///< that the panel opens in
     QString name; ///< proposed, with its ending

@@ -166,6 +166,8 @@ public:
     ~PDFDocument() override;
 
     State state() const;
+    /// The bytes that it was made from.
+    const FileBytes& bytes() const;
     /// Tries a password on a locked document; opened() or locked(true) follows.
     void unlock(const QString& password);
     /// The password that opened the document; null where none was asked for.

@@ -168,6 +168,7 @@ private:
     void saveObjectPanel() const;
     void showObjectPanel(bool shows);
     void tellObjectPanel();
+    void tellObjectSources();
     void showObjectOfCaret(bool isUrgent);
     void followCaret() { showObjectOfCaret(false); }
     void followToObject(int number);
@@ -188,6 +189,7 @@ private:
     GoToBar* theGoToBar;
     SourceInquiry* theInquiry = nullptr;
     ObjectPanel* theObjectPanel; ///< beside the panes
+    FileBytes theFlatBytes; ///< of the latest fill; none before
     PaneLayout* thePaneLayout = nullptr;
     std::optional<int> thePageToShow; ///< once the panes are filled
     bool theTableLeads = false; ///< the caret moves because its row was chosen

@@ -201,7 +201,7 @@ void DocumentWindow::askToClose(std::function<void()> agreed)
 {
     theAgreed = std::move(agreed);
     if (theQuestion && theQuestion->isVisible())
-        return theQuestion->raise();
+        return bringQuestionUp();
     theWork.removeIf([](const auto& work) { return !work.first; });
     const ClosingQuestion question = theWork.constFirst().second;
     auto* const alert = new Alert(QMessageBox::Warning, windowTitle(), question.text, this);
@@ -211,6 +211,14 @@ void DocumentWindow::askToClose(std::function<void()> agreed)
     theQuestion = alert;
     bringUp();
     alert->comeUp();
+    bringQuestionUp();
+}
+
+/// Whatever had the keyboard, as the window that the user quits from: it gets the answer.
+void DocumentWindow::bringQuestionUp()
+{
+    theQuestion->raise();
+    theQuestion->activateWindow();
 }
 
 void DocumentWindow::closeEvent(QCloseEvent* event)

@@ -23,6 +23,7 @@ class TestClosingQuestion : public QObject
 private slots:
     void isAnsweredFirst_data();
     void isAnsweredFirst();
+    void hasTheKeyboardWhereverItIsAskedFrom();
     void progressComesUpSoon();
 };
 
@@ -81,6 +82,24 @@ void TestClosingQuestion::isAnsweredFirst()
     question->escapeButton()->click();
     QTRY_VERIFY(later && later->isVisible());
     QVERIFY(window.isVisible());
+}
+
+void TestClosingQuestion::hasTheKeyboardWhereverItIsAskedFrom()
+{
+    DocumentWindow window(u"Test Window"_s);
+    window.setAttribute(Qt::WA_DeleteOnClose, false);
+    window.setContent(new QWidget);
+    window.show();
+    QObject work;
+    window.askBeforeClosing(&work, {u"Printing."_s, {}, u"Stop"_s});
+    QWidget other; // that the user quits from
+    other.show();
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        other.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&other));
+        window.askToClose([] {});
+        QTRY_COMPARE(QApplication::activeWindow(), shown<Alert>());
+    }
 }
 
 /// A bar without end has Qt wait for four seconds, unless it is told otherwise.

@@ -126,7 +126,7 @@ private:
         for (;;) {
             const SourceToken first = lexer.next();
             if (first.kind != TokenKind::isInteger)
-                return;
+                return checkTrailer(word, first.begin);
             const SourceToken count = lexer.next();
             if (count.kind != TokenKind::isInteger)
                 return broken(word, first.begin, "a line that is no head of a subsection");
@@ -144,6 +144,20 @@ private:
                     checkEntry(offset, first.number + entry, generation.number);
             }
         }
+    }
+
+    /// @param begin of what follows the table.
+    void checkTrailer(std::size_t table, std::size_t begin)
+    {
+        if (!theBytes.substr(begin).starts_with(LineWord::trailer))
+            return;
+        const std::optional<std::int64_t> stream
+            = ObjectSource(theBytes, {begin, theBytes.size()}).integer("XRefStm");
+        if (stream)
+            theList.add(FindingCode::isHybrid, begin, std::nullopt,
+                "The cross-reference table at offset " + std::to_string(table)
+                    + " goes with a stream at offset " + std::to_string(*stream)
+                    + ", whose objects are hidden from readers that know tables alone.");
     }
 
     void broken(std::size_t table, std::size_t offset, const std::string& what)

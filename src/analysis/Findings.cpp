@@ -30,6 +30,7 @@ constexpr std::array<FindingRule, findingCodeCount> rules{{
     {Code::isObjectTwice, "object-twice", "7.3.10", true, Weight::isDeviation},
     {Code::isObjectNotListed, "object-not-listed", "7.3.10", false, Weight::isFact},
     {Code::isObjectsHidden, "objects-hidden", "7.5.7", false, Weight::isFact},
+    {Code::isHybrid, "hybrid", "7.5.8.4", false, Weight::isFact},
     {Code::isLinearized, "linearized", "Annex F", false, Weight::isFact},
     {Code::isEncrypted, "encrypted", "7.6", false, Weight::isFact},
     {Code::isJavaScript, "javascript", "12.6.4.17", false, Weight::isActive},
@@ -45,6 +46,9 @@ constexpr std::array<FindingRule, findingCodeCount> rules{{
     {Code::isTextLost, "text-lost", "7.8.2", false, Weight::isLoss},
     {Code::isFontNotEmbedded, "font-not-embedded", "9.9", false, Weight::isFact},
     {Code::isImageLost, "image-lost", "8.9.5", false, Weight::isLoss},
+    {Code::isLinksLost, "links-lost", "12.5.6.5", false, Weight::isLoss},
+    {Code::isPageSizeUnknown, "page-size-unknown", "7.7.3.3", true, Weight::isLoss},
+    {Code::isLabelsLost, "labels-lost", "12.4.2", false, Weight::isLoss},
 }};
 
 } // namespace

@@ -19,14 +19,15 @@ std::string lengthSentence(const std::string& name, const StoredStream& stream)
         + ", but endstream follows behind " + std::to_string(stream.range.size()) + " bytes.";
 }
 
-void checkStream(const pdfObject& object, const StoredStream& stream, bool isDirect,
+/// @param isLengthKnown what Length says is what readers take it for.
+void checkStream(const pdfObject& object, const StoredStream& stream, bool isLengthKnown,
     std::string_view bytes, FindingList& list)
 {
     const std::string name = objectName(object);
     if (stream.end == StoredStream::End::isMissing)
         list.add(FindingCode::isStreamEndless, stream.range.begin, object.index(),
             "The stream of " + name + " has no endstream.");
-    else if (stream.end == StoredStream::End::isKeyword && stream.length && isDirect)
+    else if (stream.end == StoredStream::End::isKeyword && stream.length && isLengthKnown)
         list.add(FindingCode::isLengthDifferent, stream.range.begin, object.index(),
             lengthSentence(name, stream));
     const std::string_view data = bytes.substr(stream.range.begin, stream.range.size());
@@ -38,10 +39,13 @@ void checkStream(const pdfObject& object, const StoredStream& stream, bool isDir
 
 } // namespace
 
-/// Streams are found by their word. One that lies in the data of another is no stream.
+/// Streams are found by their word. One that lies in the data of another is no stream. A Length
+/// that is a reference may lead into an object stream, beside an older object of that number: it is
+/// known in files without those.
 std::vector<ByteRange> checkStreams(const pdfObjectCatalog& catalog, FindingList& list)
 {
     const std::string_view bytes = catalog.bytes();
+    const bool knowsAll = hiddenObjects(catalog).streams == 0;
     std::vector<ByteRange> nests;
     std::size_t dataEnd = 0;
     std::optional<std::size_t> last;
@@ -62,7 +66,7 @@ std::vector<ByteRange> checkStreams(const pdfObjectCatalog& catalog, FindingList
         dataEnd = std::max(dataEnd, stream->range.end);
         if (stream->range.end > range.end)
             nests.push_back(stream->range);
-        checkStream(object, *stream, source.integer("Length").has_value(), bytes, list);
+        checkStream(object, *stream, knowsAll || source.integer("Length").has_value(), bytes, list);
     }
     return nests;
 }

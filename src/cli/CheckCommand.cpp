@@ -10,7 +10,7 @@ ExitStatus checkCommand(const Arguments& arguments, const SharedBytes& bytes)
     SourceText source(bytes);
     source.scan({});
     const pdfObjectCatalog& catalog = source.theCatalog();
-    FileFindings findings = joinFindings(catalog, findFacts(catalog), nullptr, {});
+    FileFindings findings = joinFindings(catalog, findFacts(catalog), nullptr);
     findings.gaps.emplace_back("what the PDF engine knows of it is missing: it cannot be started");
     return reportFindings(findings, catalog, "none", arguments);
 }

@@ -18,12 +18,8 @@ namespace {
 std::vector<LostText> lostTexts(const PDFLosses& losses)
 {
     std::vector<LostText> lost;
-    for (const PDFLosses::Range& range : losses.ranges()) {
-        PDFLosses one;
-        one.add(range);
-        lost.push_back(
-            {range.first, lossSentences(one, LossSubject::isText).join(u' ').toStdString()});
-    }
+    for (const PDFLosses::Range& range : losses.ranges())
+        lost.push_back({range.first, lossSentence(range, LossSubject::isText).toStdString()});
     return lost;
 }
 
@@ -78,9 +74,10 @@ private:
         if (!theFacts || !theTextIsRead || (theRequest && !theRequest->isFinished()))
             return;
         const bool isChecked = theRequest && theRequest->succeeded();
-        FileFindings findings = joinFindings(theSource->theCatalog(), *theFacts,
-            isChecked ? &theRequest->check() : nullptr,
-            theText ? lostTexts(theText->text().losses) : std::vector<LostText>());
+        FileFindings findings = joinFindings(
+            theSource->theCatalog(), *theFacts, isChecked ? &theRequest->check() : nullptr);
+        if (theText)
+            addLostTexts(findings, lostTexts(theText->text().losses));
         if (!isChecked)
             findings.gaps.push_back("what the PDF engine knows of it is missing: " + reason());
         end(reportFindings(findings, theSource->theCatalog(), theEngine, arguments()));

@@ -15,7 +15,7 @@ struct Cause
     std::string_view words;
 };
 constexpr std::array<Cause, 20> causes = {{
-    {"cannot recognize version marker", "the file has no header"},
+    {"cannot recognize version marker", "the file does not begin with a header"},
     {"cannot find startxref", "no startxref was found"},
     {"cannot find xref marker", "there is none where startxref leads"},
     {"cannot recognize xref format", "there is none where startxref leads"},
@@ -76,6 +76,15 @@ std::string sentenceOnImage(const EngineFinding& finding)
         : head + "drawn: its filter " + finding.text + " is none that the PDF engine knows.";
 }
 
+std::string sentenceOnLinks(const EngineFinding& finding)
+{
+    if (finding.said < 0)
+        return "The links and annotations of " + pageNumber(finding.page) + " cannot be read.";
+    return "There are " + std::to_string(finding.said) + " annotations on "
+        + pageNumber(finding.page) + ", of which at most " + std::to_string(maximumLinks)
+        + " work as links.";
+}
+
 std::string sentenceOnCount(const EngineFinding& finding)
 {
     const std::string pages = std::to_string(finding.found);
@@ -115,6 +124,14 @@ std::string engineSentence(const EngineFinding& finding)
         return sentenceOnFont(finding);
     case EngineFindingCode::isImageLost:
         return sentenceOnImage(finding);
+    case EngineFindingCode::isLinksLost:
+        return sentenceOnLinks(finding);
+    case EngineFindingCode::isPageSizeUnknown:
+        return "There is no MediaBox with an area for " + pageNumber(finding.page)
+            + "; 612 x 792 points are assumed.";
+    case EngineFindingCode::isLabelsLost:
+        return "The labels of the pages from " + pageNumber(finding.page)
+            + " on are too long to be shown; numbers stand in.";
     }
     return {};
 }

@@ -31,8 +31,20 @@ FindingCode codeOf(EngineFindingCode code)
         return FindingCode::isFontNotEmbedded;
     case EngineFindingCode::isImageLost:
         return FindingCode::isImageLost;
+    case EngineFindingCode::isLinksLost:
+        return FindingCode::isLinksLost;
+    case EngineFindingCode::isPageSizeUnknown:
+        return FindingCode::isPageSizeUnknown;
+    case EngineFindingCode::isLabelsLost:
+        return FindingCode::isLabelsLost;
     }
     return FindingCode::isRebuilt;
+}
+
+void sortByCode(std::vector<FileFinding>& list)
+{
+    std::stable_sort(list.begin(), list.end(),
+        [](const FileFinding& one, const FileFinding& other) { return one.code < other.code; });
 }
 
 /// Adds to what the source tells.
@@ -68,16 +80,9 @@ public:
             tellEncryption(check.encryption);
     }
 
-    void add(const LostText& lost)
-    {
-        if (countOf(FindingCode::isTextLost)++ < Findings::mostKept)
-            theAll.list.push_back({FindingCode::isTextLost, {}, {}, lost.firstPage, lost.sentence});
-    }
-
     FileFindings take()
     {
-        std::stable_sort(theAll.list.begin(), theAll.list.end(),
-            [](const FileFinding& one, const FileFinding& other) { return one.code < other.code; });
+        sortByCode(theAll.list);
         return std::move(theAll);
     }
 
@@ -166,15 +171,24 @@ bool FileFindings::areGrave() const
     return one && ruleOf(one->code).weight > FindingWeight::isFact;
 }
 
-FileFindings joinFindings(const pdfObjectCatalog& catalog, const Findings& source,
-    const DocumentCheck* check, const std::vector<LostText>& lostTexts)
+FileFindings joinFindings(
+    const pdfObjectCatalog& catalog, const Findings& source, const DocumentCheck* check)
 {
     Joining joining(catalog, source);
     if (check)
         joining.add(*check);
-    for (const LostText& lost : lostTexts)
-        joining.add(lost);
     return joining.take();
+}
+
+void addLostTexts(FileFindings& findings, const std::vector<LostText>& lostTexts)
+{
+    std::size_t& count = findings.counts.at(static_cast<std::size_t>(FindingCode::isTextLost));
+    for (const LostText& lost : lostTexts) {
+        if (count++ < Findings::mostKept)
+            findings.list.push_back(
+                {FindingCode::isTextLost, {}, {}, lost.firstPage, lost.sentence});
+    }
+    sortByCode(findings.list);
 }
 
 } // namespace tarnwick

@@ -152,8 +152,13 @@ QString lossList(const PDFLosses& losses, LossSubject subject)
 {
     QString list;
     for (const PDFLosses::Range& range : losses.ranges())
-        list += LossText::sentence(subject, range.loss, {range}, 1) % u'\n';
+        list += lossSentence(range, subject) % u'\n';
     return list;
+}
+
+QString lossSentence(const PDFLosses::Range& range, LossSubject subject)
+{
+    return LossText::sentence(subject, range.loss, {range}, 1);
 }
 
 QString lostObjectsSentence(qsizetype count)

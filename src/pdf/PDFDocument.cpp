@@ -21,7 +21,6 @@ namespace tarnwick {
 namespace {
 
 constexpr int fileLimit = 30'000; ///< milliseconds
-constexpr int checkLimit = 30'000; ///< likewise
 constexpr int sheetLimit = 20; ///< milliseconds more for each sheet that is printed
 
 } // namespace
@@ -303,7 +302,6 @@ PDFCheckRequest* PDFDocument::requestCheck(QObject* parent)
     engine->setPassword(d->thePages->password());
     d->theCheckEngine = engine;
     PDFEngineJob job = jobFor(CheckRequest());
-    job.timeLimit = checkLimit;
     job.onResult([pages = pageCount(), size = d->theBytes.size()](
                      std::string_view payload) { return readCheckAnswer(payload, pages, size); },
         [request](DocumentCheck check) { request->theCheck = std::move(check); });

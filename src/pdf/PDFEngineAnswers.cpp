@@ -12,8 +12,6 @@ namespace tarnwick {
 
 namespace {
 
-constexpr qsizetype longestShownLabel = 255; ///< UTF-16 units
-
 /// A coordinate that painters can take: hostile files place things at infinity.
 double soundCoordinate(float number)
 {

@@ -15,8 +15,6 @@ namespace {
 /// The first batch is what shows at once; 1000 pages take the engine some 10 ms.
 constexpr int firstBatch = 100;
 constexpr int laterBatch = maximumMeasuredPages;
-/// UTF-16 units of all labels; pages behind have their number. Four million usual labels have half.
-constexpr qsizetype mostLabelUnits = 64'000'000;
 /// Pages that keep ending the engine when they are measured keep the size that stood in for theirs.
 constexpr int maximumLostBatches = 3;
 
@@ -77,7 +75,7 @@ void PDFPageMeasures::take(int first, int count, const QList<PDFPageMeasure>& me
 void PDFPageMeasures::keepLabel(int page, const QString& label)
 {
     theLabelUnits += label.size();
-    if (theLabelUnits > mostLabelUnits)
+    if (theLabelUnits > maximumLabelUnits)
         return;
     theLabels.resize(page + 1);
     theLabels.last() = label.isNull() ? u""_s : label;

@@ -104,6 +104,14 @@ void TestFindings::saysWhatIsThere_data()
         "length-differs");
     row("a length that counts the line end", withObject("<</Length 4>>\nstream\nabc\nendstream"),
         "");
+    row("a length elsewhere that is too short",
+        withObject("<</Length 8 0 R>>\nstream\nabc\nendstream\nendobj\n8 0 obj\n1"),
+        "length-differs");
+    row("one that may be another in an object stream",
+        withObject("<</Length 8 0 R>>\nstream\nabc\nendstream\nendobj\n8 0 obj\n1\nendobj\n"
+                   "9 0 obj\n<</Type/ObjStm/N 1/Length 0>>\nstream\n\nendstream"),
+        "objects-hidden");
+    row("a table with a stream beside it", replaced(sound, "/Root", "/XRefStm 9 /Root"), "hybrid");
     row("a stream without end", withObject("<</Length 3>>\nstream\nabc\n"), "object-not-listed");
     row("a marker in a stream", withObject("<</Length 5>>\nstream\n%%EOF\nendstream"),
         "marker-in-object");

@@ -50,7 +50,7 @@ FileFindings checkOf(const std::string& file, const QString& password = {})
     SourceText source(SharedBytes::ofString(file));
     source.scan({});
     return joinFindings(source.theCatalog(), findFacts(source.theCatalog()),
-        request->succeeded() ? &request->check() : nullptr, {});
+        request->succeeded() ? &request->check() : nullptr);
 }
 
 } // namespace
@@ -110,6 +110,13 @@ void TestDocumentCheck::saysWhatItMended_data()
         u"image-lost"_s, u"filter /What is"_s, 6);
     row("an image that cannot be read", withImage("<< /Subtype /Image ["), u"image-lost"_s,
         u"cannot be read"_s, 6);
+    row("a page without area", with("/MediaBox [ 0 0 0 0 ]", {}), u"page-size-unknown"_s,
+        u"for page 1; 612 x 792"_s);
+    std::string many;
+    for (std::uint32_t link = 0; link <= maximumLinks; ++link)
+        many += "null ";
+    row("more links than are shown", with("/Annots [ " + many + "]", {}), u"links-lost"_s,
+        u"20001 annotations on page 1"_s);
     row("an entry of a stream that leads elsewhere", replaced(packed, "4 0 obj", "4 0 xbj"),
         u"stream-entry-elsewhere"_s, u"that object 4 is at offset "_s);
     row("objects in streams", packed, u"objects-hidden"_s, u"objects lie in 1 object streams"_s);

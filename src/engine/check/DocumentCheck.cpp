@@ -2,6 +2,7 @@
 
 #include "Attempt.h"
 #include "CheckNotes.h"
+#include "PageCheck.h"
 #include "RepairRemarks.h"
 #include "ResourceCheck.h"
 #include "TableCheck.h"
@@ -79,6 +80,7 @@ void checkDocument(const EngineDocument& document, CheckResult& result)
         noteRepair(EngineFindingCode::isRebuiltLater, document.repairCause(), notes);
     checkPageTree(document, notes);
     checkTable(document, notes, result);
+    checkLabels(document, notes);
     result.encryption = encryptionOf(document);
     std::string cause;
     {

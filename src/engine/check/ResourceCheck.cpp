@@ -1,6 +1,7 @@
 #include "ResourceCheck.h"
 
 #include "Attempt.h"
+#include "PageCheck.h"
 #include "UnreadObjects.h"
 #include "WrittenStream.h"
 
@@ -161,6 +162,7 @@ int checkResources(const EngineDocument& document, CheckNotes& notes)
     const int pages = std::min(document.pageCount(), maximumPages);
     ResourceWalk walk(document, notes);
     for (int page = 0; page < pages; ++page) {
+        checkPage(document, page, notes);
         if (!walk.takePage(page))
             return page + 1;
     }

@@ -32,6 +32,7 @@ enum class FindingCode : unsigned char
     isObjectTwice,
     isObjectNotListed,
     isObjectsHidden,
+    isHybrid,
     isLinearized,
     isEncrypted,
     isJavaScript,
@@ -47,8 +48,11 @@ enum class FindingCode : unsigned char
     isTextLost,
     isFontNotEmbedded,
     isImageLost,
+    isLinksLost,
+    isPageSizeUnknown,
+    isLabelsLost,
 };
-inline constexpr std::size_t findingCodeCount = 31;
+inline constexpr std::size_t findingCodeCount = 35;
 
 /// How much a finding matters to somebody who only wants to read the document.
 enum class FindingWeight : unsigned char

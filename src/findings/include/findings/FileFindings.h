@@ -58,8 +58,10 @@ struct FileFindings
 };
 
 /// Brings together what the source tells and what the engine does.
-/// @param catalog the scan behind the findings. @param check nothing without an engine.
-FileFindings joinFindings(const pdfObjectCatalog& catalog, const Findings& source,
-    const DocumentCheck* check, const std::vector<LostText>& lostTexts);
+/// @param catalog the scan behind the findings. @param check null without an engine.
+FileFindings joinFindings(
+    const pdfObjectCatalog& catalog, const Findings& source, const DocumentCheck* check);
+/// Adds what is not known before all pages' text has been read. To be called once.
+void addLostTexts(FileFindings& findings, const std::vector<LostText>& lostTexts);
 
 } // namespace tarnwick

@@ -27,6 +27,9 @@ QStringList lossSentences(const PDFLosses& losses, LossSubject subject, int most
 /// Whether they name every page.
 bool namesAllPages(const PDFLosses& losses, int most = 4);
 
+/// What is missing of one range of pages and why, as a sentence.
+QString lossSentence(const PDFLosses::Range& range, LossSubject subject);
+
 /// The whole list for the user: a line for each range of pages, in their order.
 QString lossList(const PDFLosses& losses, LossSubject subject);
 

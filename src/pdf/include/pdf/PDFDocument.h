@@ -240,7 +240,7 @@ public:
 
     /// What had to be mended in the file to read it, what cannot be drawn, how it is encrypted:
     /// from an engine of its own, which has done nothing else and goes with the request. Fails
-    /// after 30 seconds, and at once while the document is not open.
+    /// after 20 seconds, and at once while the document is not open.
     PDFCheckRequest* requestCheck(QObject* parent);
 
     /// The engines that look into the document's objects: these two requests and more. They live as

@@ -20,8 +20,11 @@ enum class EngineFindingCode : std::uint8_t
     isEntryElsewhere, ///< object; said: the offset where a cross-reference stream has it
     isFontNotEmbedded, ///< page, object; text: its name
     isImageLost, ///< page, object; text: the filter that is unknown, empty for an unreadable one
+    isLinksLost, ///< page; said: how many annotations there are, -1 where they cannot be read
+    isPageSizeUnknown, ///< page, which has no MediaBox with an area
+    isLabelsLost, ///< page: the first one whose label is beyond maximumLabelUnits
 };
-constexpr std::size_t engineFindingCodes = 9;
+constexpr std::size_t engineFindingCodes = 12;
 constexpr std::size_t mostEngineFindings = 100; ///< of each code; more are counted
 
 struct EngineFinding
@@ -35,7 +38,7 @@ struct EngineFinding
 
     static constexpr void describe(auto& fields, auto& finding)
     {
-        fields.choice(finding.code, EngineFindingCode::isImageLost);
+        fields.choice(finding.code, EngineFindingCode::isLabelsLost);
         fields.number(finding.page, -1, maximumPageCount - 1);
         fields.number(finding.object, 0, maximumObjectNumber);
         fields.number(finding.said);

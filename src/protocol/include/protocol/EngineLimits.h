@@ -35,6 +35,10 @@ constexpr std::size_t maximumTargetTexts = 16u << 20;
 
 /// Bytes of a page label: 255 characters of a prefix and 255 letters of a number.
 constexpr std::size_t longestLabel = 4 * 255 + 255;
+/// UTF-16 units of one label that are shown, and of all labels of a document; pages behind have
+/// their number. Four million usual labels have half.
+constexpr int longestShownLabel = 255;
+constexpr std::int64_t maximumLabelUnits = 64'000'000;
 constexpr std::size_t longestReason = 500; ///< bytes
 /// Reports of how far a request is. A flattened document has one for each 500 objects.
 constexpr std::uint32_t maximumProgressReports = 1'000'000;

@@ -44,15 +44,17 @@ void registerWindows(AppDelegate& delegate)
         auto* content
             = new ViewController(document->thePDFDocument(), document->documentText(), delegate);
         content->setWindowTitle(document->displayName());
+        content->setFindings(document->findings());
+        QObject::connect(
+            content, &ViewController::findingsWanted, document, &Document::showAllFindings);
         QObject::connect(
             content, &ViewController::sourceOfPageWanted, document, &Document::showSourceOfPage);
         QObject::connect(document, &Document::pageWanted, content,
             [content](int page) { content->thePDFView()->goToPage(page); });
         DocumentWindow* const window
             = delegate.makeWindow(WindowIdentifiers::document, document, content);
-        tellOfVersions(document, content, [content](const QString& fact) {
-            content->setFact(u"openVersions"_s, fact);
-        });
+        tellOfVersions(document, content,
+            [content](const QString& fact) { content->setFact(u"openVersions"_s, fact); });
         return window;
     });
     windows.add(WindowIdentifiers::source, [&delegate](Document* document) {

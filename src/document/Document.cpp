@@ -1,6 +1,7 @@
 #include "document/Document.h"
 
 #include "document/BytesDisplay.h"
+#include "document/DocumentFindings.h"
 #include "export/DocumentExport.h"
 #include "export/VersionExport.h"
 #include "frame/DocumentWindow.h"
@@ -32,6 +33,7 @@ Document::~Document()
 
 void Document::readFromData(const FileBytes& bytes)
 {
+    theFindings.reset();
     theText.reset();
     theRenderedDocument = std::make_unique<PDFDocument>(bytes);
     theBytes = bytes;
@@ -59,6 +61,8 @@ void Document::finishOpening()
         || theRenderedDocument->state() != PDFDocument::State::isOpen)
         return;
     theText = std::make_unique<PDFDocumentText>(theRenderedDocument.get());
+    if (theFindings)
+        theFindings->setText(theText.get());
     emit opened();
 }
 
@@ -215,6 +219,23 @@ void Document::showSourceOfPage(int page)
     showSource();
     if (const DocumentWindow* const latest = latestWindow(WindowIdentifiers::source))
         emit sourceOfPageWanted(latest, page);
+}
+
+void Document::showAllFindings()
+{
+    showSource();
+    if (const DocumentWindow* const latest = latestWindow(WindowIdentifiers::source))
+        emit findingsWanted(latest);
+}
+
+DocumentFindings* Document::findings()
+{
+    const bool isNew = !theFindings;
+    if (isNew)
+        theFindings = std::make_unique<DocumentFindings>(theBytes, theRenderedDocument.get());
+    if (isNew && theText)
+        theFindings->setText(theText.get());
+    return theFindings.get();
 }
 
 void Document::openVersion(std::size_t number, std::size_t end)

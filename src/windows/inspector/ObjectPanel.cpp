@@ -80,7 +80,10 @@ ObjectPanel::ObjectPanel(QWidget* parent)
     connect(theCurrentButton, &QPushButton::clicked, this, [this] {
         showObject({theChoice.number, std::nullopt, theChoice.file}, true);
     });
-    connect(theUsers, &PlacePanel::chosen, this, &ObjectPanel::placeWanted);
+    connect(theUsers, &PlacePanel::chosen, this, [this](const PlaceRow& row) {
+        if (row.offset)
+            emit placeWanted(static_cast<qint64>(*row.offset));
+    });
     connect(theUsers, &PlacePanel::closeWanted, this, [this] {
         theSearch.abandon();
         theUsers->hide();

@@ -91,7 +91,7 @@ void PlacePanel::edit()
 void PlacePanel::choose(const QModelIndex& index)
 {
     if (index.isValid())
-        emit chosen(static_cast<qint64>(theRows->rows().at(index.row()).offset));
+        emit chosen(theRows->rows().at(index.row()));
 }
 
 void PlacePanel::keyPressEvent(QKeyEvent* event)

@@ -29,8 +29,8 @@ public:
     void edit();
 
 signals:
-    /// The user wants to go to an offset of the file.
-    void chosen(qint64 offset);
+    /// The user wants to go to the place of a row.
+    void chosen(const PlaceRow& row);
     void closeWanted();
 
 protected:

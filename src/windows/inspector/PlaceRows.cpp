@@ -36,7 +36,7 @@ QVariant PlaceRows::data(const QModelIndex& index, int role) const
     case isWhere:
         return row.where;
     case isOffset:
-        return QLocale().toString(static_cast<qulonglong>(row.offset));
+        return row.offset ? QLocale().toString(static_cast<qulonglong>(*row.offset)) : QString();
     default:
         return row.text;
     }

@@ -5,15 +5,17 @@
 #include <QString>
 
 #include <cstddef>
+#include <optional>
 
 namespace tarnwick {
 
 /// A place in a file and what is to be said of it.
 struct PlaceRow
 {
-    std::size_t offset = 0; ///< in the file
+    std::optional<std::size_t> offset; ///< in the file; nothing for what has no place
     QString where; ///< short: the object, the version
     QString text; ///< one line
+    std::optional<int> page; ///< from 0, where there is no offset but a page
 };
 
 /// Places as rows: where, offset, text.

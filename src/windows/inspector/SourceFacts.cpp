@@ -1,11 +1,8 @@
 #include "SourceFacts.h"
 
-#include "analysis/ObjectKind.h"
-
 #include <QCoreApplication>
 
 #include <algorithm>
-#include <numeric>
 
 namespace tarnwick {
 
@@ -16,15 +13,25 @@ class Texts
     Q_DECLARE_TR_FUNCTIONS(SourceFacts)
 };
 
-QString nameOf(const pdfObjectCatalog& catalog, const pdfObject& object)
+QString nameOf(const NamedObject& object)
 {
-    if (object.objNo() == trailerNumber)
-        return Texts::tr("Trailer, version %1").arg(object.objVer());
+    if (!object.listed)
+        return Texts::tr("%1").arg(object.objNo);
+    if (object.objNo == trailerNumber)
+        return Texts::tr("Trailer, version %1").arg(object.listed->objVer);
     return Texts::tr("%1 %2, version %3, %4")
-        .arg(object.objNo())
-        .arg(object.objGen())
-        .arg(object.objVer())
-        .arg(QString::fromStdString(objectKind(catalog, object)));
+        .arg(object.objNo)
+        .arg(object.listed->objGen)
+        .arg(object.listed->objVer)
+        .arg(QString::fromStdString(object.listed->kind));
+}
+
+/// What a finding speaks of, as far as it speaks of anything in particular.
+QString subjectOf(const FileFinding& finding)
+{
+    if (finding.object)
+        return nameOf(*finding.object);
+    return finding.page ? Texts::tr("Page %1").arg(*finding.page + 1) : Texts::tr("File");
 }
 
 /// Some characters around an offset, on one line.
@@ -49,32 +56,27 @@ QList<PlaceRow> userRows(const pdfObjectCatalog& catalog, const ObjectUses& uses
     QList<PlaceRow> rows;
     rows.reserve(static_cast<qsizetype>(uses.uses.size()));
     for (const ObjectUse& use : uses.uses) {
-        const QString where
-            = use.user ? nameOf(catalog, catalog.object(*use.user)) : Texts::tr("No object");
-        rows.append({use.offset, where, excerpt(catalog.bytes(), use.offset)});
+        const QString where = use.user ? nameOf(namedObject(catalog, catalog.object(*use.user)))
+                                       : Texts::tr("No object");
+        rows.append({use.offset, where, excerpt(catalog.bytes(), use.offset), {}});
     }
     return rows;
 }
 
-QList<PlaceRow> findingRows(const pdfObjectCatalog& catalog, const Findings& findings)
+QList<PlaceRow> findingRows(const FileFindings& findings)
 {
     QList<PlaceRow> rows;
-    for (const Finding& finding : findings.list) {
-        const FindingRule& rule = ruleOf(finding.code);
-        const QString where
-            = finding.object ? nameOf(catalog, catalog.object(*finding.object)) : Texts::tr("File");
-        rows.append({finding.offset, where,
+    for (const FileFinding& finding : findings.list) {
+        const std::string_view clause = ruleOf(finding.code).clause;
+        rows.append({finding.offset, subjectOf(finding),
             Texts::tr("%1 (ISO 32000-2, %2)")
                 .arg(QString::fromStdString(finding.sentence),
-                    QString::fromLatin1(
-                        rule.clause.data(), static_cast<qsizetype>(rule.clause.size())))});
+                    QString::fromLatin1(clause.data(), static_cast<qsizetype>(clause.size()))),
+            finding.page});
     }
+    for (const std::string& gap : findings.gaps)
+        rows.append({{}, Texts::tr("Not known"), QString::fromStdString(gap), {}});
     return rows;
-}
-
-std::size_t countOf(const Findings& findings)
-{
-    return std::accumulate(findings.counts.begin(), findings.counts.end(), std::size_t{0});
 }
 
 } // namespace tarnwick

@@ -1,8 +1,8 @@
 #include "SourceInquiry.h"
 
-#include "FindingsStrip.h"
 #include "PlacePanel.h"
 #include "SourceFacts.h"
+#include "document/DocumentFindings.h"
 
 #include <QLocale>
 
@@ -20,17 +20,20 @@ QString counted(qulonglong number)
 } // namespace
 
 SourceInquiry::SourceInquiry(
-    SourceNavigator* navigator, PlacePanel* panel, FindingsStrip* strip, QObject* parent)
+    SourceNavigator* navigator, PlacePanel* panel, DocumentFindings* findings, QObject* parent)
     : QObject(parent)
     , theNavigator(navigator)
     , thePanel(panel)
-    , theStrip(strip)
+    , theFindings(findings)
     , theSearch(panel)
 {
     thePanel->hide();
     connect(thePanel, &PlacePanel::chosen, this, &SourceInquiry::go);
     connect(thePanel, &PlacePanel::closeWanted, this, &SourceInquiry::close);
-    connect(theStrip, &FindingsStrip::wanted, this, &SourceInquiry::showFindings);
+    connect(theFindings, &DocumentFindings::changed, this, [this] {
+        if (theFindingsShow && thePanel->isVisible())
+            listFindings();
+    });
     connect(theNavigator, &SourceNavigator::usersWanted, this, &SourceInquiry::showUsers);
 }
 
@@ -39,6 +42,7 @@ SourceInquiry::SourceInquiry(
 void SourceInquiry::showUsers(SourceNavigator::Pane in, qint64 objNo)
 {
     thePane = in;
+    theFindingsShow = false;
     theSearch.start(theNavigator->pane(in).source(), objNo);
     thePanel->edit();
 }
@@ -48,52 +52,44 @@ void SourceInquiry::showUsers(SourceNavigator::Pane in, qint64 objNo)
 void SourceInquiry::check()
 {
     const PaneSource& stored = theNavigator->pane(SourceNavigator::Pane::isStored);
-    if (!stored.hasObjects() || stored.source() == theChecked)
-        return;
-    theChecked = stored.source();
-    theFindings.clear();
-    theStrip->setText({});
-    struct Found
-    {
-        Findings findings;
-        QList<PlaceRow> rows;
-    };
-    theCheck.start(
-        [source = theChecked](const std::stop_token& stop) {
-            Findings findings = findFacts(source->theCatalog(), stop);
-            QList<PlaceRow> rows = findingRows(source->theCatalog(), findings);
-            return Found{std::move(findings), std::move(rows)};
-        },
-        [this](const Found& found) { takeFindings(found.findings, found.rows); });
+    theFindings->want(this, stored.hasObjects() ? stored.source() : nullptr);
 }
 
-void SourceInquiry::takeFindings(const Findings& findings, QList<PlaceRow> rows)
+bool SourceInquiry::hasFindings() const
 {
-    theFindings = std::move(rows);
-    theFindingCount = countOf(findings);
-    if (theFindings.isEmpty())
-        return;
-    const QString first = theFindings.constFirst().text;
-    theStrip->setText(theFindingCount == 1
-            ? tr("1 finding: %1").arg(first)
-            : tr("%1 findings: %2 …").arg(counted(theFindingCount), first));
+    return theFindings->findings() && theFindings->findings()->count() > 0;
 }
 
 void SourceInquiry::showFindings()
 {
     theSearch.abandon();
     thePane = SourceNavigator::Pane::isStored;
-    const bool isCut = theFindingCount > static_cast<qulonglong>(theFindings.size());
-    thePanel->showRows(tr("Findings in the stored file: %1").arg(counted(theFindingCount)),
-        theFindings, isCut ? tr("The first of each kind are shown") : QString());
+    theFindingsShow = true;
+    listFindings();
     thePanel->edit();
+}
+
+void SourceInquiry::listFindings()
+{
+    const FileFindings* const all = theFindings->findings();
+    if (!all) {
+        thePanel->showRows(tr("Findings in the stored file: looking…"), {});
+        return;
+    }
+    const bool isCut = all->count() > all->list.size();
+    thePanel->showRows(tr("Findings in the stored file: %1").arg(counted(all->count())),
+        findingRows(*all), isCut ? tr("The first of each kind are shown") : QString());
 }
 
 // --- The list ------------------------------------------------------------------------------------
 
-void SourceInquiry::go(qint64 offset)
+void SourceInquiry::go(const PlaceRow& row)
 {
-    const QString failure = theNavigator->goToOffset(static_cast<std::size_t>(offset), thePane);
+    QString failure = tr("This has no place in the file");
+    if (row.offset)
+        failure = theNavigator->goToOffset(*row.offset, thePane);
+    else if (row.page)
+        failure = theNavigator->goToPage(*row.page + 1, thePane);
     if (!failure.isEmpty())
         emit theNavigator->said(thePane, failure);
 }

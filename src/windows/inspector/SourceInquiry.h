@@ -3,11 +3,10 @@
 #include "SourceFacts.h"
 #include "SourceNavigator.h"
 #include "UserSearch.h"
-#include "work/Work.h"
 
 namespace tarnwick {
 
-class FindingsStrip;
+class DocumentFindings;
 class PlacePanel;
 
 /// Answers questions about the source with lists of places: who refers to an object, and what is
@@ -18,32 +17,29 @@ class SourceInquiry : public QObject
     Q_OBJECT
 
 public:
-    /// @param navigator leads to the places. @param panel shows the lists. @param strip tells that
-    ///   there are findings, and opens their list; hidden while there are none. All borrowed.
+    /// @param navigator leads to the places. @param panel shows the lists. @param findings of the
+    ///   document. All borrowed.
     SourceInquiry(
-        SourceNavigator* navigator, PlacePanel* panel, FindingsStrip* strip, QObject* parent);
+        SourceNavigator* navigator, PlacePanel* panel, DocumentFindings* findings, QObject* parent);
 
     /// Lists who refers to an object of a pane's source. The first ones show as they are found.
     void showUsers(SourceNavigator::Pane in, qint64 objNo);
-    /// Looks through the stored file once its pane has it.
+    /// Has the document's file looked through, with the scan that its pane has.
     void check();
-    /// Lists what check() has found.
+    /// Lists what is known of the file, and what becomes known while the list shows.
     void showFindings();
-    bool hasFindings() const { return !theFindings.isEmpty(); }
+    bool hasFindings() const;
 
 private:
-    void takeFindings(const Findings& findings, QList<PlaceRow> rows);
-    void go(qint64 offset);
+    void listFindings();
+    void go(const PlaceRow& row);
     void close();
 
     SourceNavigator* theNavigator;
     PlacePanel* thePanel;
-    FindingsStrip* theStrip;
+    DocumentFindings* theFindings;
     UserSearch theSearch;
-    Work theCheck;
-    std::shared_ptr<const SourceText> theChecked;
-    QList<PlaceRow> theFindings;
-    qulonglong theFindingCount = 0;
+    bool theFindingsShow = false; ///< or were the last to
     SourceNavigator::Pane thePane = SourceNavigator::Pane::isStored; ///< of the list that shows
 };
 

@@ -1,7 +1,6 @@
 // The part of SourceViewController that leads to places in the source.
 #include "inspector/SourceViewController.h"
 
-#include "FindingsStrip.h"
 #include "GoToBar.h"
 #include "ObjectPanel.h"
 #include "PaneLayout.h"
@@ -9,6 +8,7 @@
 #include "SourceInquiry.h"
 #include "SourceNavigator.h"
 #include "document/Document.h"
+#include "document/FindingsStrip.h"
 #include "frame/DocumentWindow.h"
 #include "text/PlainTextView.h"
 
@@ -40,11 +40,13 @@ QString mistakeText(PlaceMistake mistake, const QString& text)
 
 void SourceViewController::connectNavigation()
 {
-    auto* const strip = new FindingsStrip(this);
+    auto* const strip
+        = new FindingsStrip(theOwner->findings(), FindingsStrip::Occasion::isAny, this);
     ui->outerLayout->insertWidget(0, strip);
     auto* const panel = new PlacePanel(this);
     ui->outerLayout->addWidget(panel);
-    theInquiry = new SourceInquiry(theNavigator, panel, strip, this);
+    theInquiry = new SourceInquiry(theNavigator, panel, theOwner->findings(), this);
+    connect(strip, &FindingsStrip::wanted, theInquiry, &SourceInquiry::showFindings);
     theGoToBar->hide();
     ui->outerLayout->addWidget(theGoToBar);
     connect(theGoToBar, &GoToBar::wanted, this, &SourceViewController::goToWanted);
@@ -68,6 +70,10 @@ void SourceViewController::connectNavigation()
             if (window == DocumentWindow::of(this))
                 showSourceOfPage(page);
         });
+    connect(theOwner, &Document::findingsWanted, this, [this](const DocumentWindow* window) {
+        if (window == DocumentWindow::of(this))
+            theInquiry->showFindings();
+    });
     connect(this, &SourceViewController::filled, this, [this] {
         theInquiry->check();
         if (thePageToShow)

@@ -3,9 +3,14 @@
 #include "viewer/ViewController.h"
 
 #include "PageControls.h"
+#include "document/DocumentFindings.h"
+#include "document/FindingsStrip.h"
 #include "pages/PDFThumbnailView.h"
 #include "pages/PDFView.h"
 #include "pdf/PDFDocument.h"
+#include "pdf/PDFDocumentText.h"
+
+#include "ui_ViewController.h"
 
 #include <QComboBox>
 #include <QMenu>
@@ -95,6 +100,20 @@ void ViewController::extendPageMenu(QMenu* menu, int page)
 void ViewController::autoZoom()
 {
     theOutlets.pdfView->setAutoScales(true);
+}
+
+/// The text comes first: the user waits for it.
+void ViewController::setFindings(DocumentFindings* findings)
+{
+    auto* const strip = new FindingsStrip(findings, FindingsStrip::Occasion::isGrave, this);
+    strip->layout()->setContentsMargins(8, 2, 8, 2);
+    ui->mainLayout->insertWidget(ui->mainLayout->indexOf(ui->barLine), strip);
+    connect(strip, &FindingsStrip::wanted, this, &ViewController::findingsWanted);
+    const auto want = [this, findings] { findings->want(this); };
+    connect(theText, &PDFDocumentText::completed, this, want);
+    connect(theText, &PDFDocumentText::stopped, this, want);
+    if (theText->isWhole())
+        want();
 }
 
 } // namespace tarnwick

@@ -15,6 +15,8 @@
 
 namespace tarnwick {
 
+class DocumentFindings;
+
 class PDFSavedVersions;
 
 /// One opened PDF file: its bytes as read, the document that the PDF engine makes of them, and the
@@ -42,6 +44,9 @@ public:
     /// The pages' text, fetched once and shared by every window; null before opened(). Whoever
     /// needs it calls fetch().
     PDFDocumentText* documentText() const { return theText.get(); }
+    /// What is to be said of the file, found out once and shared by every window; for windows,
+    /// which exist from opened() on.
+    DocumentFindings* findings();
 
     /// The password that has opened it; null without one.
     QString password() const;
@@ -88,10 +93,15 @@ public:
 
     /// Shows a page in the main window; nothing while it is not opened. @param page from 0.
     void showPage(int page);
+    /// Lists what is to be said of the file in a source inspector: in the latest one, or in a new
+    /// one.
+    void showAllFindings();
     /// Shows a page's object in a source inspector: in the latest one, or in a new one.
     void showSourceOfPage(int page);
 
 signals:
+    /// The findings are to be listed by a source inspector, the one in that window.
+    void findingsWanted(const DocumentWindow* window);
     /// A page is to be shown by the main windows. @param page from 0.
     void pageWanted(int page);
     /// A page's object is to be shown by a source inspector, the one in that window.
@@ -122,6 +132,7 @@ private:
     const WindowRegistry<Document>* theRegistry;
     std::unique_ptr<PDFDocument> theRenderedDocument;
     std::unique_ptr<PDFDocumentText> theText; // destroyed before the document that it reads
+    std::unique_ptr<DocumentFindings> theFindings; // likewise, and before the text
     FileBytes theBytes;
     std::optional<bool> theUpdates; ///< of theBytes, once they are known
     Work theUpdateSearch;

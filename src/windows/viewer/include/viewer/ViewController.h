@@ -21,6 +21,7 @@ class ViewController;
 
 namespace tarnwick {
 
+class DocumentFindings;
 class DocumentSearch;
 class OutlineModel;
 class PDFDocument;
@@ -53,6 +54,10 @@ public:
     ViewController(PDFDocument* document, PDFDocumentText* text, const ViewFlags& flags,
         QWidget* parent = nullptr);
     ~ViewController() override;
+
+    /// Has a line above the pages tell of what is wrong with the file, as soon as the text has been
+    /// read. @param findings borrowed, outlives the controller.
+    void setFindings(DocumentFindings* findings);
 
     /// The matches of the latest search, in document order.
     const QList<PDFSelection>& theFindList() const { return theMatches; }
@@ -135,6 +140,8 @@ public slots:
     void showPageSource();
 
 signals:
+    /// The user wants to see all findings.
+    void findingsWanted();
     /// The user wants to see a page's object in the source. @param page from 0.
     void sourceOfPageWanted(int page);
 

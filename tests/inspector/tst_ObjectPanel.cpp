@@ -109,6 +109,9 @@ void TestObjectPanel::showsStreams_data()
     QTest::addColumn<std::string>("entries");
     QTest::addColumn<QString>("outcome");
     QTest::addColumn<int>("tab");
+    std::string many;
+    for (int time = 0; time < 70; ++time)
+        many += "/FlateDecode ";
     QTest::newRow("text") << std::string("0 0 m 1 1 l S") << std::string() << u"13 bytes decoded"_s
                           << 1;
     QTest::newRow("bytes") << std::string("\1\2\3\4\0\xff", 6) << std::string()
@@ -120,6 +123,9 @@ void TestObjectPanel::showsStreams_data()
     QTest::newRow("nothing that decodes")
         << std::string("what") << std::string("/Filter /FlateDecode")
         << u"Damaged after 0 bytes (zlib"_s << 1;
+    QTest::newRow("seventy filters")
+        << std::string("what") << "/Filter [ " + many + "]"
+        << u"It cannot be decoded: The stream names 70 filters."_s << 1;
     QTest::newRow("an unknown filter")
         << std::string("what") << std::string("/Filter /What")
         << u"It cannot be decoded: The filter /What is not known."_s << 1;
@@ -136,6 +142,7 @@ void TestObjectPanel::showsStreams()
     panel.go(number);
     QVERIFY2(panel.label(u"streamOutcome"_s).startsWith(outcome),
         qPrintable(panel.label(u"streamOutcome"_s)));
+    QVERIFY(panel.label(u"streamPacking"_s).size() < 200); // it is not all of the panel
     QTEST(panel.part<QTabWidget>(u"streamTabs"_s)->currentIndex(), "tab");
     QVERIFY(panel.part<QPushButton>(u"streamMore"_s)->isHidden());
     panel.part<QComboBox>(u"streamForm"_s)->setCurrentIndex(1);

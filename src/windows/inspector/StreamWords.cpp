@@ -15,6 +15,8 @@ namespace {
 
 constexpr std::size_t judgedBytes = 64 * 1024;
 
+constexpr qsizetype mostFiltersTold = 8; ///< no real stream has more than two or three
+
 struct StreamWords
 {
     Q_DECLARE_TR_FUNCTIONS(StreamWords)
@@ -104,10 +106,11 @@ QString storedStreamText(std::size_t bytes)
 QString streamPackingText(const PDFObject& object)
 {
     QStringList parts;
-    for (const PDFStreamFilter& filter : object.filters)
+    const qsizetype told = std::min(object.filters.size(), mostFiltersTold);
+    for (const PDFStreamFilter& filter : object.filters.first(told))
         parts << (filter.parameters.isEmpty() ? filter.name
                                               : filter.name + u' ' + filter.parameters);
-    if (object.filterCount > static_cast<quint32>(object.filters.size()))
+    if (object.filterCount > static_cast<quint32>(told))
         parts << StreamWords::tr("and more, %1 in all").arg(counted(object.filterCount));
     const QString filters = parts.isEmpty() ? StreamWords::tr("No filter") : parts.join(u", "_s);
     const QString length = object.statedLength

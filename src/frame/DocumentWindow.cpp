@@ -111,10 +111,15 @@ QAction* DocumentWindow::commandAction(const QString& command) const
 
 void DocumentWindow::bringUp()
 {
+    bringForward();
+    activateWindow();
+}
+
+void DocumentWindow::bringForward()
+{
     setWindowState(windowState() & ~Qt::WindowMinimized);
     show();
     raise();
-    activateWindow();
 }
 
 void DocumentWindow::performClose()
@@ -209,7 +214,7 @@ void DocumentWindow::askToClose(std::function<void()> agreed)
     alert->setEscapeButton(alert->addAnswer(tr("&Keep Open")));
     alert->addAnswer(question.answer, [this] { std::exchange(theAgreed, {})(); });
     theQuestion = alert;
-    bringUp();
+    bringForward(); // active, it would pass the keyboard on to another dialog over it
     alert->comeUp();
     bringQuestionUp();
 }

@@ -111,6 +111,7 @@ protected:
 
 private:
     QList<QObject*> chain() const;
+    void bringForward();
     void bringQuestionUp();
     QWidget* focusInContent() const;
     bool isInContent(const QWidget* widget) const;

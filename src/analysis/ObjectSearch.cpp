@@ -1,6 +1,9 @@
 // Finding one's way in a catalog by its two orders: the object list's and the file's.
 
+#include "analysis/StructureWords.h"
 #include "analysis/pdfObjectCatalog.h"
+
+#include <algorithm>
 
 namespace tarnwick {
 
@@ -97,10 +100,30 @@ std::optional<pdfObject> pdfObjectCatalog::findAfter(const pdfObject& object) co
     return std::nullopt;
 }
 
+/// Nearly all such lines hold nothing else. What begins there with a header is another object,
+/// which the listing does not have.
+std::size_t pdfObjectCatalog::endOf(const ObjectRecord& record) const
+{
+    constexpr std::size_t mostRead = 4096;
+    const std::size_t begin = record.end();
+    const std::string_view text = bytes().substr(begin, mostRead);
+    if (text.starts_with(LineWord::endobj) || text.starts_with(LineWord::startxref)
+        || startOf(record) == begin)
+        return begin;
+    const std::string_view line = text.substr(0, text.find_first_of("\r\n"));
+    const std::size_t word = std::min(line.find(LineWord::endobj), line.find(LineWord::startxref));
+    const bool isOwn = word != line.npos && line.substr(0, word).find(LineWord::obj) == line.npos;
+    return isOwn ? begin + word : begin;
+}
+
+/// What records say on the lines that end them lies before any other record.
 std::size_t pdfObjectCatalog::firstEndingBehind(std::size_t offset) const
 {
-    return firstWhere(
+    std::size_t first = firstWhere(
         0, size(), [&](std::size_t record) { return theRecords[record].end() > offset; });
+    while (first > 0 && endOf(theRecords[first - 1]) > offset)
+        --first;
+    return first;
 }
 
 std::optional<pdfObject> pdfObjectCatalog::recordAt(std::size_t offset) const

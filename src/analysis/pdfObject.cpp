@@ -104,7 +104,7 @@ ObjectType pdfObject::objType() const
 
 ByteRange pdfObject::range() const
 {
-    return {theCatalog->startOf(record()), record().end()};
+    return {theCatalog->startOf(record()), theCatalog->endOf(record())};
 }
 
 std::optional<ObjectRef> pdfObject::link(ObjectLink link) const

@@ -203,6 +203,12 @@ void TestFinding::findsEveryObjectOfAnyText()
     }
     QVERIFY(!catalog.recordAt(catalog.object(3).range().end)); // in the line of "endobj"
     QVERIFY(!catalog.recordAt(source.theString().size()));
+
+    const std::string_view value = "1 0 obj\n[ 2 0 R ]"; // in part on the line that ends it
+    const SourceText ended = scanned(std::string(value) + "endobj\n2 0 obj\n<< >>\nendobj\n");
+    QCOMPARE(ended.theCatalog().object(0).range().end, value.size());
+    QCOMPARE(ended.theCatalog().recordAt(value.size() - 1)->index(), std::size_t{0});
+    QVERIFY(!ended.theCatalog().recordAt(value.size()));
 }
 
 void TestFinding::findsLinesAndTheWayBack()

@@ -139,7 +139,8 @@ public:
     ObjectType objType() const;
 
     /// Where it stands in the file: from the start of its first line ("trailer" for a trailer) to
-    /// the start of the line that ended it, the bytes of streams included.
+    /// the line that ended it, the bytes of streams included: to "endobj" or "startxref" there, to
+    /// the line's start where the word does not stand in its first bytes.
     ByteRange range() const;
     /// Its place in the order of the scan: that by which the catalog's object() finds it.
     std::size_t index() const { return theIndex; }

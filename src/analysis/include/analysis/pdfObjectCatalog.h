@@ -95,6 +95,8 @@ private:
     {
         return record.hasDetail ? detail(record).start : std::size_t{record.offset};
     }
+    /// Behind what an object says on the line that ends it.
+    std::size_t endOf(const ObjectRecord& record) const;
     std::size_t scanIndex(std::size_t listed) const
     {
         return theOrder.empty() ? listed : theOrder[listed];

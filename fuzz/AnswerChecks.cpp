@@ -4,6 +4,7 @@
 #include "PDFCheckAnswer.h"
 #include "PDFCrossReferenceAnswers.h"
 #include "PDFObjectAnswers.h"
+#include "PDFTableAnswers.h"
 
 #include <cmath>
 
@@ -168,6 +169,20 @@ bool isSound(const PDFPictureAnswer& picture)
     return true;
 }
 
+bool isSound(PDFTableAnswers answers)
+{
+    require(answers.next() <= answers.length(), "a portion behind the table");
+    const CrossReference table = answers.takeTable();
+    for (const CrossReference::Member& member : table.members) {
+        require(member.container > 0 && member.kind < table.kinds.size()
+                && member.firstReference <= table.references.size(),
+            "an object in an object stream");
+    }
+    for (const std::uint32_t number : table.references)
+        require(number > 0 && number <= maximumObjectNumber, "a reference");
+    return true;
+}
+
 } // namespace
 
 bool takesAnswer(const AskedFor& asked, std::string_view payload)
@@ -198,6 +213,10 @@ bool takesAnswer(const AskedFor& asked, std::string_view payload)
         return check(readWrittenAnswer(payload, asked.pageCount), asked.pageCount);
     case EngineRequest::isObject:
         return check(readObjectAnswer(payload, 1));
+    case EngineRequest::isTable: {
+        PDFTableAnswers answers(std::uint64_t{1} << 40);
+        return answers.take(payload) && isSound(std::move(answers));
+    }
     case EngineRequest::isStream:
         return check(readStreamAnswer(payload, usualStream), usualStream);
     case EngineRequest::isCrossReference:

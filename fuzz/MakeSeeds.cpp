@@ -205,8 +205,14 @@ Seeds answers()
             packed(LinksResult{{{1, 2, 30, 40, {-1, 5, 6, "https://a.example/"}}}})),
         answer<OutlineRequest>(packed(
             OutlineResult{EngineLoss::isDamaged, {{0, "Title", target}, {1, "Title", target}}})),
-        answer<FlatRequest>(packed(
-            WrittenResult{1000, 3, {{0, EngineLoss::isDamaged}, {1, EngineLoss::isDamaged}}})),
+        answer<FlatRequest>(
+            packed(WrittenResult{1000, 3, {{0, EngineLoss::isDamaged}, {1, EngineLoss::isDamaged}},
+                std::vector<std::uint32_t>{7, 0, 3}})),
+        answer<TableRequest>(packed(TableResult{9, 9, false, false,
+            std::vector<EngineTableRow>{{15, 2, 0, 0, 0, 3, 0, 3, {}}, {0, 4, 2, 1, 2, 0, 1, 3, {}},
+                {40, 5, 0, 0, 0, 1, 0, 1, {}}},
+            {{"Page"}, {"Font"}}, std::vector<std::uint32_t>{2, 4},
+            std::vector<std::uint32_t>{2}})),
         answer<ObjectRequest>(
             packed(ObjectResult{EngineObjectState::isPresent, 0, 15, 7, 2, "<<\n  /Type /Page\n>>",
                 true, true, {{"/FlateDecode", "<< /Predictor 12 >>"}}, 3, 45})),
@@ -258,9 +264,9 @@ Seeds hostileAnswers()
                 {90, 90, -90, -90, {-77, 10, infinite, noText}}}})),
         answer<OutlineRequest>(packed(OutlineResult{
             damaged, {{400, noText, {2, none, -infinite, {}}}, {-9, {}, {0x7fffffff, 0, 0, {}}}}})),
-        answer<FlatRequest>(packed(WrittenResult{9, 2, {{1, damaged}, {0, damaged}}})),
-        answer<FlatRequest>(packed(WrittenResult{9, 2, {{1, damaged}, {1, damaged}}})),
-        answer<FlatRequest>(packed(WrittenResult{9, 0xffffffffu, {{2, damaged}}})),
+        answer<FlatRequest>(packed(WrittenResult{9, 2, {{1, damaged}, {0, damaged}}, {}})),
+        answer<FlatRequest>(packed(WrittenResult{9, 2, {{1, damaged}, {1, damaged}}, {}})),
+        answer<FlatRequest>(packed(WrittenResult{9, 0xffffffffu, {{2, damaged}}, {}})),
         answer<CrossReferenceRequest>(
             packed(CrossReferenceResult{{{EngineSectionForm::isTable, 9, 9, 1, 1, true, false, 2}},
                 std::vector<EngineRow>{{~0ull, ~0u, ~0u, 2, {}}, {9, 1, 0, 3, {}}}})),
@@ -306,7 +312,7 @@ Seeds requests()
             + framed(OutlineRequest()),
         first + framed(FlatRequest()) + opening,
         first + framed(CheckRequest()) + framed(pages),
-        first + framed(ObjectRequest{4}) + framed(StreamRequest{4, EngineStreamForm::isDecoded, 9})
+        first + framed(TableRequest{0}) + framed(ObjectRequest{4}) + framed(StreamRequest{4, EngineStreamForm::isDecoded, 9})
             + framed(StreamRequest{4, EngineStreamForm::isRaw, 90}) + framed(FactsRequest{3})
             + framed(PictureRequest{4}),
         first + framed(CrossReferenceRequest{{{9}, {400}, {~0ull}}, 0}) + opening,

@@ -107,6 +107,7 @@ void lookInto(std::string_view file)
     Session session(file);
     for (int number = 0; number < objectsTried; ++number) {
         session.ask(ObjectRequest{number});
+        session.ask(TableRequest{number});
         for (const auto form : {EngineStreamForm::isRaw, EngineStreamForm::isDecoded})
             session.ask(StreamRequest{number, form, 100'000});
     }

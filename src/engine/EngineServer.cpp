@@ -12,6 +12,7 @@
 #include "PictureReader.h"
 #include "PrintWriter.h"
 #include "StreamReader.h"
+#include "TableReader.h"
 
 #include <algorithm>
 #include <new>
@@ -181,6 +182,11 @@ int EngineServer::perform(const FactsRequest& request, FactsResult& result)
     return readFacts(theDocument, request.number, result);
 }
 
+int EngineServer::perform(const TableRequest& request, TableResult& result)
+{
+    return TableReader(theDocument).read(request.first, result);
+}
+
 // --- Files ---------------------------------------------------------------------------------------
 
 WrittenFile::Progress EngineServer::progress()
@@ -207,7 +213,10 @@ int EngineServer::perform(const FlatRequest&, WrittenResult& result)
 {
     if (theOutput < 0)
         return FZ_ERROR_GENERIC;
-    return write(FlatWriter(theDocument, theOutput, progress()), result);
+    FlatWriter writer(theDocument, theOutput, progress());
+    const int error = write(writer, result);
+    result.origins = writer.origins();
+    return error;
 }
 
 int EngineServer::perform(const PrintRequest& request, WrittenResult& result)

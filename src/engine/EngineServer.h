@@ -44,6 +44,7 @@ private:
     int perform(const CheckRequest& request, CheckResult& result);
     int perform(const FactsRequest& request, FactsResult& result);
     int perform(const PictureRequest& request, PictureResult& result);
+    int perform(const TableRequest& request, TableResult& result);
 
     WrittenFile::Progress progress();
     template<typename Answer> void answer(const Answer& message);

@@ -197,12 +197,17 @@ PDFFileRequest* PDFDocument::Private::askForFile(PDFEngineJob job, QObject* pare
 {
     auto* const request = new PDFFileRequest(parent);
     PDFEngineClient* const client = fileEngine();
-    job.accept = [request, client, count = theFacts.pageCount](const QByteArray& payload) {
-        const std::optional<PDFWrittenAnswer> answer = readWrittenAnswer(viewOf(payload), count);
-        const std::optional<FileBytes> bytes
-            = answer ? client->takeFile(answer->size) : std::nullopt;
+    const auto answer = std::make_shared<std::optional<PDFWrittenAnswer>>();
+    job.decode = [answer, count = theFacts.pageCount](std::string_view payload) {
+        *answer = readWrittenAnswer(payload, count);
+        return answer->has_value();
+    };
+    job.accept = [request, client, answer](const QByteArray&) {
+        PDFWrittenAnswer& written = **answer;
+        const std::optional<FileBytes> bytes = client->takeFile(written.size);
         if (bytes)
-            request->theFile = {*bytes, answer->losses, answer->lostObjects};
+            request->theFile = {*bytes, written.losses, written.lostObjects,
+                std::make_shared<const FlattenedNumbers>(std::move(written.origins))};
         return bytes.has_value();
     };
     job.progress = [request](int done, int total) { emit request->progressed(done, total); };
@@ -335,6 +340,15 @@ PDFStreamRequest* PDFDocument::requestStream(
     if (state() == State::isOpen)
         return d->objectEngines()->requestStream(number, form, limit, parent);
     auto* const request = new PDFStreamRequest(parent);
+    PDFPageWork::finishLater(request, PDFFailure::isDamaged);
+    return request;
+}
+
+PDFTableRequest* PDFDocument::requestTable(QObject* parent)
+{
+    if (state() == State::isOpen)
+        return d->objectEngines()->requestTable(parent);
+    auto* const request = new PDFTableRequest(parent);
     PDFPageWork::finishLater(request, PDFFailure::isDamaged);
     return request;
 }

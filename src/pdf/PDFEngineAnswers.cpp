@@ -252,6 +252,12 @@ std::optional<PDFWrittenAnswer> readWrittenAnswer(std::string_view payload, int 
         answer.losses.add(lost.page, lossOf(lost.loss));
         next = lost.page + 1;
     }
+    answer.origins.reserve(message->origins.size());
+    for (std::size_t object = 0; object < message->origins.size(); ++object) {
+        answer.origins.push_back(message->origins[object]);
+        if (answer.origins.back() > maximumObjectNumber)
+            return std::nullopt;
+    }
     return answer;
 }
 

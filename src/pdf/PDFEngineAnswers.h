@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string_view>
+#include <vector>
 
 namespace tarnwick {
 
@@ -47,6 +48,7 @@ struct PDFWrittenAnswer
     std::uint64_t size = 0; ///< in bytes
     PDFLosses losses; ///< of pages within [0, pageCount)
     qsizetype lostObjects = 0;
+    std::vector<std::uint32_t> origins; ///< numbers below maximumObjectNumber, or 0
 };
 std::optional<PDFWrittenAnswer> readWrittenAnswer(std::string_view payload, int pageCount);
 

@@ -3,6 +3,7 @@
 #include "PDFEngineClient.h"
 #include "PDFObjectAnswers.h"
 #include "PDFPageWork.h"
+#include "PDFTableReading.h"
 
 #include <algorithm>
 #include <utility>
@@ -119,6 +120,13 @@ PDFStreamRequest* PDFObjectEngines::requestStream(
     };
     job.progress = [request](int done, int total) { emit request->progressed(done, total); };
     PDFPageWork::submit(engine, request, std::move(job));
+    return request;
+}
+
+PDFTableRequest* PDFObjectEngines::requestTable(QObject* parent)
+{
+    auto* const request = new PDFTableRequest(parent);
+    (new PDFTableReading(request, objectEngine(), theBytes.size()))->start();
     return request;
 }
 

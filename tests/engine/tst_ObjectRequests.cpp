@@ -58,6 +58,37 @@ PDFObject objectOf(OpenedDocument& document, int number)
     return request->object();
 }
 
+/// "2 placed; 3 in 6.0 Font >4 >5; free 4 @321; roots 1", the object streams' members by number.
+QString summaryOf(const CrossReference& table)
+{
+    QStringList parts{u"%1 placed"_s.arg(table.placed.size())};
+    for (std::size_t index = 0; index < table.members.size(); ++index) {
+        const CrossReference::Member& member = table.members[index];
+        QString part = u"%1 in %2.%3 "_s.arg(member.number).arg(member.container).arg(member.index)
+            + (member.isReadable ? QString::fromStdString(table.kinds[member.kind]) : u"?"_s);
+        const std::size_t end = index + 1 < table.members.size()
+            ? table.members[index + 1].firstReference
+            : table.references.size();
+        for (std::size_t at = member.firstReference; at < end; ++at)
+            part += u" >%1"_s.arg(table.references[at]);
+        parts += part;
+    }
+    for (const CrossReference::Freed& freed : table.freed)
+        parts += u"free %1 @%2"_s.arg(freed.number).arg(freed.section);
+    for (const std::uint32_t root : table.roots)
+        parts += u"root %1"_s.arg(root);
+    return parts.join(u"; "_s) + (table.wasRepaired ? u"; repaired"_s : QString());
+}
+
+/// A save that frees object 3.
+std::string freed(const std::string& file)
+{
+    const std::string before = file.substr(file.rfind("startxref") + 10);
+    return file + "xref\n3 1\n0000000000 00001 f \ntrailer\n<< /Size 6 /Root 1 0 R /Prev "
+        + before.substr(0, before.find('\n')) + " >>\nstartxref\n" + std::to_string(file.size())
+        + "\n%%EOF\n";
+}
+
 /// "whole", "stopped", ... with the number of bytes, or why there is no answer.
 QString endOf(const PDFStreamRequest* request)
 {
@@ -81,6 +112,8 @@ private slots:
     void setsObjectsOut();
     void saysWhatANumberStandsFor_data();
     void saysWhatANumberStandsFor();
+    void tellsTheTable_data();
+    void tellsTheTable();
     void readsStreams_data();
     void readsStreams();
     void saysHowFarDamageLets_data();
@@ -168,6 +201,36 @@ void TestObjectRequests::saysWhatANumberStandsFor()
         QVERIFY(objectOf(document, object.place.container).isStream);
     else
         QCOMPARE(object.place.offset, bytes.find("3 0 obj"));
+}
+
+void TestObjectRequests::tellsTheTable_data()
+{
+    QTest::addColumn<std::string>("file");
+    QTest::addColumn<QString>("table");
+    PdfBuilder plain;
+    const std::string file = plain.addPage("A page").bytes();
+    PdfBuilder packed;
+    const std::string small = packed.setXref(PdfBuilder::Xref::isStream).addPage("A page").bytes();
+    QTest::newRow("a table") << file << u"5 placed; root 1"_s;
+    QTest::newRow("object streams")
+        << small
+        << u"3 placed; 1 in 6.0 Catalog >2; 2 in 6.1 Pages >5; 3 in 6.2 Font; "
+           "5 in 6.3 Page >2 >3 >4; root 1"_s;
+    QTest::newRow("freed by a later save")
+        << freed(file) << u"4 placed; free 3 @%1; root 1"_s.arg(file.size());
+    QTest::newRow("no table") << file.substr(0, file.find("xref\n"))
+            + "trailer\n<< /Root 1 0 R >>\n"
+                              << u"5 placed; root 1; repaired"_s;
+}
+
+void TestObjectRequests::tellsTheTable()
+{
+    QFETCH(std::string, file);
+    OpenedDocument document(file);
+    const PDFTableRequest* const request = document->requestTable(document.get());
+    QVERIFY(OpenedDocument::waitFor(request));
+    QVERIFY(request->table());
+    QTEST(summaryOf(*request->table()), "table");
 }
 
 void TestObjectRequests::readsStreams_data()

@@ -152,7 +152,7 @@ void writeHoles(Teller& teller, const Question& question)
 {
     constexpr std::uint64_t size = std::uint64_t{1} << 40;
     static_cast<void>(::ftruncate(teller.output(), static_cast<off_t>(size)) == 0);
-    teller.done(question, WrittenResult{size, 0, {}});
+    teller.done(question, WrittenResult{size, 0, {}, {}});
 }
 
 enum class ObjectLie
@@ -219,6 +219,38 @@ template<CheckLie lie> void tellOfCheck(Teller& teller, const Question& question
     for (const EngineFinding& finding : result.findings)
         counts[static_cast<std::size_t>(finding.code)] += lie != CheckLie::isUncounted;
     result.counts = std::move(counts);
+    teller.done(question, result);
+}
+
+enum class TableLie
+{
+    isStill,
+    isFalling,
+    isOutside,
+    isOfNoKind,
+    isOfFewReferences,
+};
+
+template<TableLie lie> void tellOfTable(Teller& teller, const Question& question)
+{
+    EngineTableRow row;
+    row.number = 2;
+    row.state = static_cast<std::uint8_t>(EngineObjectState::isPresent);
+    TableResult result;
+    result.length = result.next = 8;
+    result.rows = std::vector{row, row};
+    if (lie == TableLie::isOutside)
+        row.offset = std::uint64_t{1} << 40;
+    if (lie == TableLie::isOfNoKind || lie == TableLie::isOfFewReferences)
+        row.container = 1;
+    if (lie == TableLie::isOfFewReferences) {
+        result.kinds = {{"Font"}};
+        row.references = 3;
+    }
+    if (lie == TableLie::isStill)
+        result.next = 0;
+    if (lie != TableLie::isFalling)
+        result.rows = std::vector{row};
     teller.done(question, result);
 }
 
@@ -304,6 +336,12 @@ const std::vector<Lie>& allLies()
         {"more filters than are counted", isObject, tellOfObject<ObjectLie::isOfManyFilters>,
             "object"},
         {"an object as long as may be", isObject, tellOfObject<ObjectLie::isAsLongAsMayBe>},
+        {"a table without end", isTable, tellOfTable<TableLie::isStill>, "table"},
+        {"an object twice in a table", isTable, tellOfTable<TableLie::isFalling>, "table"},
+        {"an object behind the file", isTable, tellOfTable<TableLie::isOutside>, "table"},
+        {"an object of no kind", isTable, tellOfTable<TableLie::isOfNoKind>, "table"},
+        {"references that are not there", isTable, tellOfTable<TableLie::isOfFewReferences>,
+            "table"},
         {"a stream beyond the limit", isStream,
             tellOfStream<usualStream + 1, EngineStreamEnd::isStopped>, "stream"},
         {"bytes of no stream", isStream, tellOfStream<10, EngineStreamEnd::isNone>, "stream"},

@@ -54,12 +54,12 @@ OutlineResult truth(const OutlineRequest&)
 
 WrittenResult truth(const FlatRequest&)
 {
-    return {writtenFile.size(), 0, {}};
+    return {writtenFile.size(), 0, {}, std::vector<std::uint32_t>{1}};
 }
 
 WrittenResult truth(const PrintRequest&)
 {
-    return {writtenFile.size(), 0, {}};
+    return {writtenFile.size(), 0, {}, {}};
 }
 
 ObjectResult truth(const ObjectRequest&)
@@ -71,6 +71,19 @@ ObjectResult truth(const ObjectRequest&)
     result.isStream = true;
     result.filters = {{"/FlateDecode", "<< /Predictor 1 >>"}};
     result.filterCount = 1;
+    return result;
+}
+
+TableResult truth(const TableRequest&)
+{
+    TableResult result;
+    result.length = result.next = 3;
+    EngineTableRow row;
+    row.number = 1;
+    row.offset = 9;
+    row.state = static_cast<std::uint8_t>(EngineObjectState::isPresent);
+    result.rows = std::vector{row};
+    result.roots = std::vector<std::uint32_t>{1};
     return result;
 }
 

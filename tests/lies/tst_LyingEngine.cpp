@@ -79,6 +79,7 @@ QString failures(PDFDocument* document, const FileBytes& bytes)
     ask(u"text"_s, text);
     ask(u"flat"_s, document->requestFlat(document));
     ask(u"object"_s, document->requestObject(1, document));
+    ask(u"table"_s, document->requestTable(document));
     ask(u"stream"_s, document->requestStream(1, PDFStreamForm::isDecoded, usualStream, document));
     PDFSavedVersions versions(bytes);
     QEventLoop loop;

@@ -26,6 +26,8 @@ public:
     int write();
     /// The pages whose content could not be read, once the file is written.
     Losses losses() const;
+    /// The numbers that the objects have in the document's file, once the file is written.
+    std::vector<std::uint32_t> origins() const { return theObjects.origins(); }
 
 private:
     void writeObject(const WrittenObject& object);

@@ -66,10 +66,23 @@ ObjectType WrittenObjects::kindOf(int source) const
     return thePages.count(source) > 0 ? ObjectType::isPage : ObjectType::isPlain;
 }
 
+int WrittenObjects::reserve()
+{
+    return count(0);
+}
+
+/// The next new number, for what has a number in the file.
+int WrittenObjects::count(int source)
+{
+    if (theOrigins.size() < maximumOrigins)
+        theOrigins.push_back(static_cast<std::uint32_t>(source));
+    return ++theCount;
+}
+
 int WrittenObjects::add(pdf_obj* object, int source, int parent)
 {
-    theQueue.push_back(
-        {pdf_keep_obj(theContext, object), source, ++theCount, kindOf(source), parent});
+    const int number = count(source);
+    theQueue.push_back({pdf_keep_obj(theContext, object), source, number, kindOf(source), parent});
     return theCount;
 }
 

@@ -2,6 +2,7 @@
 
 #include "EngineDocument.h"
 #include "ValueSpelling.h"
+#include "protocol/EngineLimits.h"
 
 #include <deque>
 #include <unordered_map>
@@ -47,7 +48,7 @@ public:
     Resolved resolve(pdf_obj* reference);
 
     /// A number for an object that the writer makes itself.
-    int reserve() { return ++theCount; }
+    int reserve();
     /// The new number of what a reference leads to; 0 when there is nothing.
     int numberOf(pdf_obj* reference);
     /// Likewise by its number in the file.
@@ -60,6 +61,9 @@ public:
     /// The next object to write, whose pointer the caller drops. @returns false when all are done.
     bool takeNext(WrittenObject& next);
     int count() const { return theCount; }
+    /// Of each object in the order of the new numbers, from 1 on, the number in the file; 0 for one
+    /// without. The first maximumOrigins.
+    const std::vector<std::uint32_t>& origins() const { return theOrigins; }
     /// What MuPDF threw when memory ran out; everything else that it throws counts as a null.
     int error() const { return theError; }
     /// Numbers in the file of the objects that could not be read.
@@ -70,6 +74,7 @@ private:
     ObjectType kindOf(int source) const;
     int known(int source) const;
     int add(pdf_obj* object, int source, int parent);
+    int count(int source);
 
     const EngineDocument& theDocument;
     fz_context* theContext;
@@ -81,6 +86,7 @@ private:
     std::unordered_map<pdf_obj*, int> theInnerNumbers;
     std::deque<WrittenObject> theQueue;
     std::unordered_set<int> theLost;
+    std::vector<std::uint32_t> theOrigins;
     int theCount = 0;
     int theError = FZ_ERROR_NONE;
 };

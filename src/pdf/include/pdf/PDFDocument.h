@@ -1,8 +1,10 @@
 #pragma once
 
 #include "files/FileBytes.h"
+#include "pdf/FlattenedNumbers.h"
 #include "pdf/PDFObject.h"
 #include "pdf/PDFRequest.h"
+#include "pdf/PDFTable.h"
 #include "pdf/PDFText.h"
 #include "pdf/PrintSheet.h"
 #include "protocol/DocumentCheck.h"
@@ -55,6 +57,8 @@ struct PDFWrittenFile
     FileBytes bytes;
     PDFLosses losses; ///< pages that are empty or lack something
     qsizetype lostObjects = 0; ///< that could not be read and are null, those of pages included
+    /// Of a flattened document what its objects were; null otherwise.
+    std::shared_ptr<const FlattenedNumbers> numbers;
 
     bool isWhole() const { return losses.isEmpty() && lostObjects == 0; }
 };
@@ -237,6 +241,10 @@ public:
     /// @param limit bytes that are wanted at most: usualStream or, if the user says so, up to
     ///   largestStream; it may take that much memory.
     PDFStreamRequest* requestStream(int number, PDFStreamForm form, quint64 limit, QObject* parent);
+    /// The file's table of all objects, what those within object streams are and what they refer
+    /// to; told in portions, behind whatever else is asked of objects. Fails when a portion takes
+    /// longer than 20 seconds, all of them two minutes, and at once while the document is not open.
+    PDFTableRequest* requestTable(QObject* parent);
 
     /// What had to be mended in the file to read it, what cannot be drawn, how it is encrypted:
     /// from an engine of its own, which has done nothing else and goes with the request. Fails

@@ -2,6 +2,7 @@
 
 #include "files/FileBytes.h"
 #include "pdf/PDFObject.h"
+#include "pdf/PDFTable.h"
 
 #include <QList>
 #include <QObject>
@@ -36,6 +37,8 @@ public:
     PDFFactsRequest* requestFacts(int number, QObject* parent);
     /// An image by itself, from an engine of its own. Fails after 20 seconds.
     PDFPictureRequest* requestPicture(int number, QObject* parent);
+    /// The file's table of all objects (PDFDocument::requestTable()).
+    PDFTableRequest* requestTable(QObject* parent);
 
     /// Of the engines that run.
     QList<qint64> processIds() const;

@@ -50,6 +50,14 @@ constexpr std::size_t longestObjectText = 4u << 20; ///< bytes of an object set 
 constexpr int maximumObjectDepth = 100; ///< levels of an object that are set out
 constexpr int maximumFilters = 64; ///< of a stream that is decoded
 constexpr std::size_t longestFilterText = 4096; ///< bytes of a filter's name, of its parameters
+constexpr std::size_t maximumTableRows = 65'536; ///< entries of a file's table told in one go
+constexpr std::size_t maximumTableReferences = 1'000'000; ///< in the objects of one go
+constexpr std::size_t maximumTableKinds = 4096; ///< of the objects of one go
+constexpr std::size_t longestKind = 40; ///< bytes
+/// References in all objects of object streams; a file with more is not worth the memory.
+constexpr std::size_t maximumReferences = 50'000'000;
+/// Objects of a flattened document of which it is told what they were in the file.
+constexpr std::size_t maximumOrigins = 16'000'000;
 /// Bytes of a stream that are brought when the user has not asked for more. Of 43,507 real streams
 /// the largest has 61 MB.
 constexpr std::uint64_t usualStream = std::uint64_t{256} << 20;

@@ -29,6 +29,7 @@ enum class EngineRequest : std::uint8_t
     isCheck,
     isFacts,
     isPicture,
+    isTable,
 };
 
 /// What the engine answers.

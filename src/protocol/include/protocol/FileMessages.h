@@ -28,12 +28,16 @@ struct WrittenResult
     std::uint64_t size = 0; ///< bytes of the file
     std::uint32_t lostObjects = 0; ///< that could not be read, those of pages included
     std::vector<EnginePageLoss> losses; ///< of pages that lack something, in their order
+    /// Of a flattened document: the number that each object, from 1 on, has in the document's own
+    /// file; 0 for one that stood within another there. Empty otherwise.
+    PackedItems<std::uint32_t> origins;
 
     static constexpr void describe(auto& fields, auto& message)
     {
         fields.number(message.size);
         fields.number(message.lostObjects);
         fields.list(message.losses, maximumPageCount);
+        fields.items(message.origins, maximumOrigins);
     }
 };
 

@@ -1,6 +1,7 @@
 #include "analysis/ObjectUsers.h"
 
 #include "RecordCursor.h"
+#include "ReferenceLetters.h"
 #include "analysis/ReferenceScan.h"
 #include "analysis/SourceLexer.h"
 
@@ -9,61 +10,12 @@
 #include <string>
 #include <utility>
 
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
-
 namespace tarnwick {
 
 namespace {
 
-constexpr std::size_t blockSize = 64;
 constexpr std::size_t slice = std::size_t{4} << 20; ///< between two looks at the stop token
 constexpr std::size_t progressStep = std::size_t{16} << 20;
-
-/// A bit for each byte of a block that is an "R" behind white space. Precondition: offset > 0.
-std::uint64_t portableLetters(std::string_view text, std::size_t offset)
-{
-    std::uint64_t letters = 0;
-    const std::size_t count = std::min(blockSize, text.size() - offset);
-    for (std::size_t index = 0; index < count; ++index) {
-        if (text[offset + index] == 'R' && isSourceSpace(text[offset + index - 1]))
-            letters |= std::uint64_t{1} << index;
-    }
-    return letters;
-}
-
-#if defined(__SSE2__)
-
-/// As above; what is no white space but below the space may count as such.
-std::uint64_t lettersOf(std::string_view text, std::size_t offset)
-{
-    if (text.size() - offset < blockSize)
-        return portableLetters(text, offset);
-    std::uint64_t letters = 0;
-    for (unsigned part = 0; part < blockSize; part += 16) {
-        const char* start = text.data() + offset + part;
-        const auto load = [](const char* bytes) {
-            return _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
-        };
-        const __m128i before = load(start - 1);
-        const __m128i isSpace = _mm_cmpeq_epi8(_mm_min_epu8(before, _mm_set1_epi8(' ')), before);
-        const __m128i isLetter = _mm_cmpeq_epi8(load(start), _mm_set1_epi8('R'));
-        const auto bits
-            = static_cast<std::uint32_t>(_mm_movemask_epi8(_mm_and_si128(isSpace, isLetter)));
-        letters |= std::uint64_t{bits} << part;
-    }
-    return letters;
-}
-
-#else
-
-std::uint64_t lettersOf(std::string_view text, std::size_t offset)
-{
-    return portableLetters(text, offset);
-}
-
-#endif
 
 /// One search.
 class Search
@@ -85,7 +37,7 @@ public:
             if (stop.stop_requested())
                 return std::move(theUses);
             const std::size_t goal = offset + std::min(slice, theText.size() - offset);
-            for (; offset < goal; offset += std::min(blockSize, theText.size() - offset))
+            for (; offset < goal; offset += std::min(letterBlock, theText.size() - offset))
                 takeBlock(offset);
             const bool isFirst = theUses.count > 0 && !hasToldFirst;
             if (progress && (isFirst || offset - told >= progressStep)) {
@@ -101,7 +53,7 @@ public:
 private:
     void takeBlock(std::size_t offset)
     {
-        for (std::uint64_t bits = lettersOf(theText, offset); bits != 0; bits &= bits - 1) {
+        for (std::uint64_t bits = referenceLetters(theText, offset); bits != 0; bits &= bits - 1) {
             const std::size_t letter = offset + static_cast<std::size_t>(std::countr_zero(bits));
             if (isUsual(letter) ? endsWithNumber(letter - 3) : true)
                 takeLetter(letter);

@@ -15,7 +15,20 @@ ObjectFacts factsOf(const std::string& file)
     auto source = std::make_shared<SourceText>(SharedBytes::ofString(file));
     source->makeListing(false);
     const pdfObjectCatalog& catalog = source->theCatalog();
-    return {source, ObjectStates::of(catalog), ObjectKinds::of(catalog)};
+    return {source, ObjectStates::of(catalog), ObjectKinds::of(catalog), {}, {}};
+}
+
+/// The objects of a scan in the table that says nothing else of them, with what the others are.
+std::shared_ptr<const TabledObjects> tabled(const pdfObjectCatalog& catalog, CrossReference table)
+{
+    for (std::int64_t number = 1; number < 20; ++number) {
+        const auto object = catalog.find(number);
+        const bool isFree = std::any_of(table.freed.begin(), table.freed.end(),
+            [number](const CrossReference::Freed& freed) { return freed.number == number; });
+        if (object && !isFree)
+            table.placed.push_back({object->range().begin, static_cast<std::uint32_t>(number)});
+    }
+    return TabledObjects::of(catalog, std::move(table));
 }
 
 /// Rows as "number.version", the trailers left out.
@@ -24,9 +37,9 @@ QString rowsOf(const ObjectFacts& facts, const char* filter, ObjectOrder order =
     const ObjectFilterReading reading = readObjectFilter(filter);
     QStringList names;
     for (const std::uint32_t index : makeObjectRows(facts, reading.filter, order).shown) {
-        const pdfObject object = facts.catalog().object(index);
-        if (object.objNo() != trailerNumber)
-            names.append(u"%1.%2"_s.arg(object.objNo()).arg(object.objVer()));
+        if (facts.number(index) != trailerNumber)
+            names.append(u"%1.%2"_s.arg(facts.number(index))
+                             .arg(facts.value(index, ObjectColumn::isVersion)));
     }
     return names.join(u' ');
 }
@@ -57,7 +70,7 @@ void TestObjectRows::choosesAndSorts_data()
             << QByteArray(filter) << order << rows;
     };
     const ObjectOrder number{ObjectColumn::isNumber, false};
-    row("", u"1.1 2.1 3.1 3.2 4.1 5.1 6.1"_s, number);
+    row("", u"1.1 2.1 3.1 3.2 4.1 5.1 6.1 7.1 8.1 9.1"_s, number);
     row("17 3", u"3.1 3.2"_s);
     row("2-4 v:1", u"2.1 3.1 4.1"_s, number);
     row("font", u"3.1 6.1 3.2"_s);
@@ -74,6 +87,18 @@ void TestObjectRows::choosesAndSorts_data()
     row("font", u"6.1 3.1 3.2"_s, {ObjectColumn::isKind, true});
     row("font", u"6.1 3.2 3.1"_s, {ObjectColumn::isState, false});
     row("9223372036854775807", u""_s);
+    row("in:6", u"7.1 9.1 8.1"_s, {ObjectColumn::isContainer, false});
+    row("in<6", u""_s);
+    row("in>=6 form", u"7.1"_s);
+    row("1-8 unreachable", u"8.1"_s, number);
+    row("state:unused 1-8", u"8.1"_s, number);
+    row("state:freed", u"4.1"_s);
+    row("state:unreadable", u"9.1"_s);
+    row("uses:2", u"1.1"_s);
+    row("state:current 1-9", u"1.1 2.1 3.2 5.1 6.1 7.1"_s, number);
+    row("1-9", u"1.1 2.1 5.1 6.1 3.2 7.1 8.1 9.1 4.1 3.1"_s, {ObjectColumn::isState, false});
+    row("7-9", u"7.1 8.1 9.1"_s, {ObjectColumn::isUses, true});
+    row("7-9", u"8.1 9.1 7.1"_s, {ObjectColumn::isKind, false});
 }
 
 void TestObjectRows::choosesAndSorts()
@@ -85,7 +110,17 @@ void TestObjectRows::choosesAndSorts()
     builder.addPage("One").addObject(
         "<< /Type /FontDescriptor /Padding (" + std::string(200, 'x') + ") >>");
     builder.addUpdate(3, "<< /Type /Font /Later 1 >>");
-    QCOMPARE(rowsOf(factsOf(builder.bytes()), filter.constData(), order), rows);
+    ObjectFacts facts = factsOf(builder.bytes());
+    CrossReference table;
+    table.kinds = {"", "Form", "Font"};
+    table.members = {{7, 6, 0, 1, 0}, {8, 6, 2, 0, 1}, {9, 6, 1, 0, 1, false}};
+    table.references = {2};
+    table.freed = {{builder.bytes().rfind("xref\n"), 4}};
+    table.roots = {1, 7};
+    facts.tabled = tabled(facts.catalog(), table);
+    facts.connections
+        = ObjectConnections::of({facts.source, facts.states, facts.kinds, facts.tabled});
+    QCOMPARE(rowsOf(facts, filter.constData(), order), rows);
 }
 
 void TestObjectRows::refusesWhatItDoesNotUnderstand_data()

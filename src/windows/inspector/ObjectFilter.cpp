@@ -26,6 +26,8 @@ constexpr std::array fields{
     Field{"gen", ObjectColumn::isGeneration},
     Field{"offset", ObjectColumn::isOffset},
     Field{"size", ObjectColumn::isSize},
+    Field{"in", ObjectColumn::isContainer},
+    Field{"uses", ObjectColumn::isUses},
 };
 
 struct State
@@ -35,7 +37,11 @@ struct State
 };
 constexpr std::array states{
     State{"current", ObjectStanding::isCurrent},
+    State{"unreachable", ObjectStanding::isUnreachable},
+    State{"unused", ObjectStanding::isUnreachable},
+    State{"unreadable", ObjectStanding::isUnreadable},
     State{"replaced", ObjectStanding::isReplaced},
+    State{"freed", ObjectStanding::isFreed},
     State{"duplicate", ObjectStanding::isDuplicate},
 };
 
@@ -88,6 +94,15 @@ std::optional<Range> rangeOf(ObjectColumn column, std::string_view operation, st
     return std::nullopt;
 }
 
+/// Numbers of object streams as the column has them: with a place in each.
+Range containersIn(const Range& range)
+{
+    constexpr std::int64_t largest = std::numeric_limits<std::int32_t>::max();
+    const std::int64_t least = std::clamp<std::int64_t>(range.least, 1, largest);
+    const std::int64_t most = std::clamp<std::int64_t>(range.most, 0, largest);
+    return {range.column, containerValue(least, 0), containerValue(most, largest)};
+}
+
 /// "size>1000" and its like. @param operation begins and ends in the word.
 bool takeField(
     std::string_view name, std::string_view operation, std::string_view value, ObjectFilter& filter)
@@ -106,7 +121,9 @@ bool takeField(
     const std::optional<std::int64_t> limit = number(value);
     if (field == fields.end() || !limit)
         return false;
-    const std::optional<Range> range = rangeOf(field->column, operation, *limit);
+    std::optional<Range> range = rangeOf(field->column, operation, *limit);
+    if (range && field->column == ObjectColumn::isContainer)
+        range = containersIn(*range);
     if (range)
         filter.ranges.push_back(*range);
     return range.has_value();
@@ -123,11 +140,22 @@ bool takeWord(std::string_view word, ObjectFilter& filter)
     }
     if (beginsWithDigit(word))
         return takeNumbers(word, filter);
-    filter.words.emplace_back(word);
+    if (word == "unreachable" || word == "unused")
+        filter.states.push_back(ObjectStanding::isUnreachable);
+    else
+        filter.words.emplace_back(word);
     return true;
 }
 
 } // namespace
+
+bool ObjectFilter::asksFor(ObjectColumn column) const
+{
+    if (column == ObjectColumn::isState && !states.empty())
+        return true;
+    return std::any_of(ranges.begin(), ranges.end(),
+        [column](const Range& range) { return range.column == column; });
+}
 
 std::string inLowerCase(std::string_view text)
 {

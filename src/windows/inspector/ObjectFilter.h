@@ -19,9 +19,17 @@ enum class ObjectColumn : unsigned char
     isKind,
     isOffset, ///< of its first line in the file
     isSize, ///< bytes from there to the line that ends it
+    isContainer, ///< object stream that holds it
+    isUses, ///< how many references name it
     isState,
 };
-inline constexpr int objectColumnCount = 7;
+inline constexpr int objectColumnCount = 9;
+
+/// What a filter takes isContainer for: the object stream's number, and the object's place in it.
+constexpr std::int64_t containerValue(std::int64_t container, std::int64_t index)
+{
+    return container << 32 | index;
+}
 
 /// Which objects somebody wants to see. All that it has must hold of an object; of several numbers,
 /// whole kinds or states one.
@@ -45,6 +53,7 @@ struct ObjectFilter
 
     bool isEmpty() const { return *this == ObjectFilter(); }
     bool asksForKinds() const { return !kinds.empty() || !words.empty(); }
+    bool asksFor(ObjectColumn column) const;
     bool operator==(const ObjectFilter&) const = default;
 };
 
@@ -57,8 +66,9 @@ struct ObjectFilterReading
 
 /// Reads a filter. Its words stand between blanks, upper and lower case do not matter:
 /// "17" and "17-20" (object numbers), "font" (part of the kind), "type:font" (the whole kind),
-/// "v:2", "gen:0", "offset>5000", "size>1000" with one of : = < > <= >=, and "state:current",
-/// "state:replaced" or "state:duplicate".
+/// "v:2", "gen:0", "offset>5000", "size>1000", "uses:0", "in:45" (object stream) with one of
+/// : = < > <= >=, and "state:current", "state:unreachable", "state:replaced", "state:freed",
+/// "state:duplicate" or "state:unreadable". "unreachable" and "unused" alone are a state too.
 ObjectFilterReading readObjectFilter(std::string_view text);
 
 /// ASCII letters in lower case, the rest as it is.

@@ -1,8 +1,10 @@
 #pragma once
 
+#include "ObjectConnections.h"
 #include "ObjectFilter.h"
 #include "ObjectKinds.h"
 #include "ObjectStates.h"
+#include "TabledObjects.h"
 #include "analysis/SourceText.h"
 
 #include <cstddef>
@@ -15,21 +17,43 @@
 namespace tarnwick {
 
 /// What is known of the objects of a scanned source. Copies share it; any thread may read.
+///
+/// A row is an object's place in the order of the scan; those behind all of them are the objects
+/// that the listing does not have, in the order of TabledObjects::unlisted().
 struct ObjectFacts
 {
     std::shared_ptr<const SourceText> source; ///< keeps the catalog alive
     std::shared_ptr<const ObjectStates> states;
     std::shared_ptr<const ObjectKinds> kinds; ///< null until somebody needs them all
 
+    std::shared_ptr<const TabledObjects> tabled; ///< null where the file's table is not known
+    std::shared_ptr<const ObjectConnections> connections; ///< null until somebody needs them
+
     const pdfObjectCatalog& catalog() const { return source->theCatalog(); }
-    /// What becomes of an object, and its columns as numbers: of a kind its place among the kinds,
-    /// of a state current ones first, duplicates, then those replaced by the version that did.
-    /// Preconditions: source and states are there; for a kind, kinds.
-    /// @param index in the order of the scan.
+    /// How many rows there are, those of repetitions included.
+    std::size_t rowCount() const;
+    bool isListed(std::size_t row) const { return row < catalog().size(); }
+    /// Precondition: !isListed(row).
+    const TabledObjects::Unlisted& unlisted(std::size_t row) const
+    {
+        return tabled->unlisted()[row - catalog().size()];
+    }
+    std::int64_t number(std::size_t row) const;
+    std::string kind(std::size_t row) const; ///< precondition: kinds
+
+    /// What becomes of an object, and its columns as numbers: of a kind its place in their order,
+    /// of an object in an object stream containerValue(), of a state current ones first, then those
+    /// that nobody uses, those that cannot be read, duplicates, then what versions have freed or
+    /// replaced. Preconditions: source and states are there; for a kind, kinds.
     /// @{
-    ObjectStanding standing(std::size_t index) const;
-    std::int64_t value(std::size_t index, ObjectColumn column) const;
+    ObjectStanding standing(std::size_t row) const;
+    std::int64_t value(std::size_t row, ObjectColumn column) const;
+    /// The version that has replaced or freed an object, or holds its duplicate; 0 if unknown.
+    std::int64_t endingVersion(std::size_t row) const;
     /// @}
+
+private:
+    std::int64_t kindOrder(std::size_t row) const;
 };
 
 struct ObjectOrder

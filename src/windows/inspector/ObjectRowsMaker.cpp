@@ -2,6 +2,7 @@
 
 #include "work/WorkThreads.h"
 
+#include <algorithm>
 #include <new>
 #include <utility>
 
@@ -23,32 +24,95 @@ void ObjectRowsMaker::setSource(std::shared_ptr<const SourceText> source)
 {
     theRowsWork.abandon();
     theKindsWork.abandon();
+    theConnectionsWork.abandon();
     theWanted.reset();
+    theLast.reset();
     theRows = {};
     releaseFacts();
+    theTableIsAwaited = true;
     theFacts.source = std::move(source);
+}
+
+void ObjectRowsMaker::setTabled(std::shared_ptr<const TabledObjects> tabled)
+{
+    theTableIsAwaited = false;
+    theFacts.tabled = std::move(tabled);
+    const bool hasOthers = theFacts.tabled && !theFacts.tabled->unlisted().empty();
+    if (hasOthers) {
+        theFacts.connections.reset();
+        theConnectionsWork.abandon();
+    }
+    if (theWanted || (theLast && hasOthers)) {
+        const Wanted wanted = theWanted.value_or(theLast.value_or(Wanted()));
+        make(wanted.filter, wanted.order);
+    } else {
+        emit factsFinished();
+        learnMore();
+    }
 }
 
 void ObjectRowsMaker::make(const ObjectFilter& filter, ObjectOrder order)
 {
     theRowsWork.abandon();
     theWanted = {filter, order};
-    if (!needsKinds() || theFacts.kinds)
-        makeRows();
-    else if (!theKindsWork.isRunning())
-        makeKinds();
+    proceed();
+}
+
+// --- What rows need ------------------------------------------------------------------------------
+
+bool ObjectRowsMaker::needsColumn(ObjectColumn column) const
+{
+    return theWanted->order.column == column || theWanted->filter.asksFor(column);
+}
+
+bool ObjectRowsMaker::needsConnections() const
+{
+    return needsColumn(ObjectColumn::isState) || needsColumn(ObjectColumn::isUses);
 }
 
 bool ObjectRowsMaker::needsKinds() const
 {
-    return theWanted->filter.asksForKinds() || theWanted->order.column == ObjectColumn::isKind;
+    return theWanted->filter.asksForKinds() || needsColumn(ObjectColumn::isKind)
+        || needsConnections();
+}
+
+/// Whether there are objects that only the file's table leads to, and what they refer to is not
+/// known yet.
+bool ObjectRowsMaker::hasHiddenObjects() const
+{
+    if (!theTableIsAwaited || !theFacts.kinds)
+        return false;
+    const std::vector<std::string>& names = theFacts.kinds->names();
+    return std::binary_search(names.begin(), names.end(), "ObjStm");
+}
+
+bool ObjectRowsMaker::needsTable() const
+{
+    return needsColumn(ObjectColumn::isContainer) || (needsConnections() && hasHiddenObjects());
+}
+
+/// Goes on with what is missing for the rows that are asked for. What is under way in threads comes
+/// back here.
+void ObjectRowsMaker::proceed()
+{
+    if (theRowsWork.isRunning() || (isLearning() && needsKinds()))
+        return;
+    if (needsKinds() && !theFacts.kinds)
+        makeKinds();
+    else if (needsTable() && theTableIsAwaited)
+        emit progressed(Step::isTable, 0, 0, true);
+    else if (needsConnections() && theFacts.states && !theFacts.connections)
+        makeConnections();
+    else
+        makeRows();
 }
 
 void ObjectRowsMaker::makeKinds()
 {
+    using Kinds = std::shared_ptr<const ObjectKinds>;
     theKindsWork.start(
-        [source = theFacts.source](const std::stop_token& stop,
-            const Work::Report& report) -> std::shared_ptr<const ObjectKinds> {
+        [source = theFacts.source](
+            const std::stop_token& stop, const Work::Report& report) -> Kinds {
             try {
                 const pdfObjectCatalog& catalog = source->theCatalog();
                 return ObjectKinds::of(
@@ -57,23 +121,63 @@ void ObjectRowsMaker::makeKinds()
                 return nullptr;
             }
         },
-        [this](std::shared_ptr<const ObjectKinds> kinds) { takeKinds(std::move(kinds)); },
+        [this](Kinds kinds) {
+            theFacts.kinds = std::move(kinds);
+            takeFact(theFacts.kinds != nullptr);
+        },
         [this](quint64 done, quint64 total) {
             emit progressed(Step::isKinds, done, total, isMaking() && needsKinds());
         });
 }
 
-void ObjectRowsMaker::takeKinds(std::shared_ptr<const ObjectKinds> kinds)
+void ObjectRowsMaker::makeConnections()
 {
-    theFacts.kinds = std::move(kinds);
-    emit kindsFinished();
-    if (!isMaking() || theRowsWork.isRunning())
-        return;
-    if (theFacts.kinds)
-        makeRows();
-    else
-        finish(Outcome::isOutOfMemory);
+    using Connections = std::shared_ptr<const ObjectConnections>;
+    theConnectionsWork.start(
+        [basis = ObjectConnections::Basis{theFacts.source, theFacts.states, theFacts.kinds,
+             theFacts.tabled}](
+            const std::stop_token& stop, const Work::Report& report) -> Connections {
+            try {
+                const std::size_t total = basis.source->theCatalog().bytes().size();
+                return ObjectConnections::of(
+                    basis, [&](std::size_t done) { report(done, total); }, stop);
+            } catch (const std::bad_alloc&) {
+                return nullptr;
+            }
+        },
+        [this](Connections connections) {
+            theFacts.connections = std::move(connections);
+            takeFact(theFacts.connections != nullptr);
+        },
+        [this](quint64 done, quint64 total) {
+            emit progressed(Step::isConnections, done, total, isMaking() && needsConnections());
+        });
 }
+
+/// @param isThere not where memory was short: whoever waits for it is not to wait on.
+void ObjectRowsMaker::takeFact(bool isThere)
+{
+    emit factsFinished();
+    if (isMaking() && !isThere && needsKinds())
+        finish(Outcome::isOutOfMemory);
+    else if (isMaking())
+        proceed();
+    else if (isThere)
+        learnMore();
+}
+
+/// What rows do not wait for and the next filter may, while nothing else is to be done.
+void ObjectRowsMaker::learnMore()
+{
+    if (isLearning() || isMaking() || !theFacts.states)
+        return;
+    if (!theFacts.kinds)
+        makeKinds();
+    else if (!theFacts.connections && !hasHiddenObjects())
+        makeConnections();
+}
+
+// --- Rows ----------------------------------------------------------------------------------------
 
 void ObjectRowsMaker::makeRows()
 {
@@ -81,7 +185,7 @@ void ObjectRowsMaker::makeRows()
         [facts = theFacts, wanted = *theWanted](const std::stop_token& stop,
             const Work::Report& report) mutable -> std::optional<Made> {
             try {
-                const std::size_t total = facts.catalog().size();
+                const std::size_t total = facts.rowCount();
                 if (!facts.states)
                     facts.states = ObjectStates::of(facts.catalog(), stop);
                 if (!facts.states)
@@ -103,10 +207,13 @@ void ObjectRowsMaker::takeRows(std::optional<Made> made)
     if (made) {
         theRows = std::move(made->rows);
         theFacts.states = std::move(made->states);
+        if (needsConnections() && !theFacts.connections)
+            return proceed(); // without states there were none
+        theLast = theWanted;
     }
     finish(made ? Outcome::isMade : Outcome::isOutOfMemory);
-    if (theFacts.states && !theFacts.kinds && !theKindsWork.isRunning() && !isMaking())
-        makeKinds();
+    if (made)
+        learnMore();
 }
 
 void ObjectRowsMaker::finish(Outcome outcome)
@@ -117,11 +224,12 @@ void ObjectRowsMaker::finish(Outcome outcome)
 
 void ObjectRowsMaker::stop()
 {
-    const bool wasReading = theKindsWork.isRunning();
+    const bool wasReading = isLearning();
     theRowsWork.abandon();
     theKindsWork.abandon();
+    theConnectionsWork.abandon();
     if (wasReading)
-        emit kindsFinished();
+        emit factsFinished();
     if (isMaking())
         finish(Outcome::isStopped);
 }

@@ -11,11 +11,14 @@
 
 namespace tarnwick {
 
-/// What has become of an object in the rest of the file, as far as the listing shows it.
+/// What has become of an object in the rest of the file, as far as it is known.
 enum class ObjectStanding : unsigned char
 {
     isCurrent,
+    isUnreachable, ///< in use, but nothing leads to it from the trailer
+    isUnreadable, ///< the file's table leads to what is no object
     isDuplicate, ///< another object of its number follows in its version
+    isFreed, ///< by a later version, or its own
     isReplaced, ///< by a later version
 };
 

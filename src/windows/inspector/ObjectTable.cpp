@@ -1,6 +1,7 @@
 #include "ObjectTable.h"
 
 #include "ObjectTableModel.h"
+#include "ObjectTableWords.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -9,7 +10,6 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QLocale>
 #include <QMenu>
 #include <QScopedValueRollback>
 #include <QTableView>
@@ -19,46 +19,6 @@
 using namespace Qt::StringLiterals;
 
 namespace tarnwick {
-
-namespace {
-
-QString counted(std::size_t number)
-{
-    return QLocale().toString(static_cast<qulonglong>(number));
-}
-
-QString filterHelp()
-{
-    return ObjectTable::tr("font: kinds with this word\n"
-                           "type:font: this kind\n"
-                           "17 or 17-20: object numbers\n"
-                           "v:2: saved version, also v>1\n"
-                           "gen:0, offset>5000, size>1000: numbers, with : < > <= >=\n"
-                           "state:current, state:replaced, state:duplicate\n"
-                           "Of several words all hold; of several numbers, types or states one.");
-}
-
-/// What a column usually holds, for its width.
-QString sample(ObjectColumn column)
-{
-    switch (column) {
-    case ObjectColumn::isGeneration:
-    case ObjectColumn::isVersion:
-        return u"999"_s;
-    case ObjectColumn::isKind:
-        return u"FontDescriptor"_s;
-    case ObjectColumn::isOffset:
-        return u"999,999,999"_s;
-    case ObjectColumn::isSize:
-        return u"9,999,999"_s;
-    case ObjectColumn::isState:
-        return u"Replaced in version 99"_s;
-    default:
-        return u"8000001"_s;
-    }
-}
-
-} // namespace
 
 ObjectTable::ObjectTable(QWidget* parent)
     : QWidget(parent)
@@ -83,7 +43,7 @@ void ObjectTable::layOut()
     layout->setSpacing(4);
     theField->setObjectName(u"objectFilter"_s);
     theField->setPlaceholderText(tr("Filter: font, 17, v:2, size>1000"));
-    theField->setToolTip(filterHelp());
+    theField->setToolTip(objectFilterHelp());
     theField->setClearButtonEnabled(true);
     theField->setAccessibleName(tr("Filter objects"));
     theField->setAccessibleDescription(theField->toolTip());
@@ -140,8 +100,8 @@ void ObjectTable::setUpView()
     columns->setSortIndicatorShown(true);
     columns->setSortIndicator(static_cast<int>(theOrder.column), Qt::AscendingOrder);
     for (int column = 0; column < objectColumnCount; ++column) {
-        const int text
-            = theView->fontMetrics().horizontalAdvance(sample(static_cast<ObjectColumn>(column)));
+        const int text = theView->fontMetrics().horizontalAdvance(
+            columnSample(static_cast<ObjectColumn>(column)));
         theView->setColumnWidth(column, std::max(text + margin, columns->sectionSizeHint(column)));
     }
 }
@@ -152,8 +112,8 @@ void ObjectTable::connectParts()
     connect(theStop, &QToolButton::clicked, theMaker, &ObjectRowsMaker::stop);
     connect(theMaker, &ObjectRowsMaker::progressed, this, &ObjectTable::tellProgress);
     connect(theMaker, &ObjectRowsMaker::finished, this, &ObjectTable::takeRows);
-    connect(theMaker, &ObjectRowsMaker::kindsFinished, this, [this] {
-        theModel->setKinds(theMaker->facts().kinds);
+    connect(theMaker, &ObjectRowsMaker::factsFinished, this, [this] {
+        theModel->setFacts(theMaker->facts());
         if (!isMaking())
             tellCount();
     });
@@ -168,11 +128,12 @@ void ObjectTable::connectParts()
             if (!object || theIsSelecting)
                 return;
             theCurrent = object;
-            emit chosen(*object);
+            theUnlisted.reset();
+            tellChosen(*object);
         });
     connect(theView, &QTableView::activated, this, [this](const QModelIndex& index) {
         if (const auto object = theModel->objectAt(index))
-            emit wanted(*object);
+            tellWanted(*object);
     });
     connect(theView, &QTableView::customContextMenuRequested, this, &ObjectTable::openMenu);
     connect(theModel, &ObjectTableModel::rowsInserted, this, [this] {
@@ -186,10 +147,19 @@ void ObjectTable::setSource(std::shared_ptr<const SourceText> source, const QStr
     theModel->clear();
     theMaker->setSource(std::move(source));
     theReason = reason;
+    theTableFailure.clear();
     theCurrent.reset();
+    theUnlisted.reset();
     theStop->hide();
     tellCount();
     make();
+}
+
+void ObjectTable::setTabled(std::shared_ptr<const TabledObjects> tabled, const QString& failure)
+{
+    theTableFailure = failure;
+    if (source())
+        theMaker->setTabled(std::move(tabled));
 }
 
 void ObjectTable::showEvent(QShowEvent* event)
@@ -202,8 +172,28 @@ void ObjectTable::showEvent(QShowEvent* event)
 void ObjectTable::make()
 {
     theRowsAreOld = !isVisible();
-    if (source() && isVisible())
-        theMaker->make(theFilter, theOrder);
+    if (!source() || !isVisible())
+        return;
+    theMaker->make(theFilter, theOrder);
+    emit tableWanted();
+}
+
+void ObjectTable::tellChosen(std::size_t row)
+{
+    const ObjectFacts& facts = theModel->facts();
+    if (facts.isListed(row))
+        emit chosen(row);
+    else
+        emit unlistedChosen(static_cast<int>(facts.number(row)));
+}
+
+void ObjectTable::tellWanted(std::size_t row)
+{
+    const ObjectFacts& facts = theModel->facts();
+    if (facts.isListed(row))
+        emit wanted(row);
+    else
+        emit unlistedWanted(static_cast<int>(facts.number(row)));
 }
 
 // --- Filter --------------------------------------------------------------------------------------
@@ -292,31 +282,25 @@ void ObjectTable::tellProgress(
     ObjectRowsMaker::Step step, quint64 done, quint64 total, bool isWaitedFor)
 {
     const QString percent = QString::number(total > 0 ? 100 * done / total : 0);
-    if (!isWaitedFor) {
-        tellCount(tr("reading their kinds: %1 %").arg(percent));
-    } else {
-        theStatus->setText(step == ObjectRowsMaker::Step::isKinds
-                ? tr("Reading the kinds of objects… %1 %").arg(percent)
-                : tr("Looking at objects… %1 %").arg(percent));
-    }
+    if (!isWaitedFor)
+        return tellMeanwhile(learningText(step).arg(percent));
+    theStatus->setText(waitingText(step).arg(percent));
+    theStop->show();
+}
+
+/// @param remark on what nobody waits for.
+void ObjectTable::tellMeanwhile(const QString& remark)
+{
+    tellCount(remark);
     theStop->show();
 }
 
 /// @param remark what else is to be said, if anything.
 void ObjectTable::tellCount(const QString& remark)
 {
-    const ObjectRows& rows = theMaker->rows();
-    QString text = tr("%1 objects").arg(counted(rows.total));
-    if (!source())
-        text = theReason;
-    else if (rows.shown.size() < rows.matching)
-        text = rows.matching < rows.total
-            ? tr("%1 of %2 objects that match; narrow the filter")
-                  .arg(counted(rows.shown.size()), counted(rows.matching))
-            : tr("%1 of %2 objects; narrow the filter")
-                  .arg(counted(rows.shown.size()), counted(rows.total));
-    else if (rows.matching < rows.total)
-        text = tr("%1 of %2 objects").arg(counted(rows.matching), counted(rows.total));
+    QString text = source() ? countText(theMaker->rows()) : theReason;
+    if (source() && !theTableFailure.isEmpty())
+        text += u". "_s % theTableFailure;
     theStatus->setText(remark.isEmpty() ? text : text % u" ("_s % remark % u')');
     if (remark.isEmpty())
         theStop->hide();
@@ -324,15 +308,26 @@ void ObjectTable::tellCount(const QString& remark)
 
 void ObjectTable::setCurrent(std::optional<std::size_t> object)
 {
+    theUnlisted.reset();
     if (object == theCurrent)
         return;
     theCurrent = object;
     selectCurrent();
 }
 
+void ObjectTable::setCurrentUnlisted(int number)
+{
+    theCurrent.reset();
+    theUnlisted = number;
+    selectCurrent();
+}
+
 void ObjectTable::selectCurrent()
 {
     const QScopedValueRollback selecting(theIsSelecting, true);
+    const std::shared_ptr<const TabledObjects>& tabled = theModel->facts().tabled;
+    if (const auto place = theUnlisted && tabled ? tabled->find(*theUnlisted) : std::nullopt)
+        theCurrent = theModel->facts().catalog().size() + *place;
     const QModelIndex row = theCurrent ? theModel->rowOf(*theCurrent) : QModelIndex();
     if (row.isValid())
         theView->setCurrentIndex(row);
@@ -361,7 +356,7 @@ void ObjectTable::openMenu(const QPoint& place)
     menu->setAttribute(Qt::WA_DeleteOnClose);
     const auto object = theModel->objectAt(theView->currentIndex());
     if (object && theView->selectionModel()->hasSelection()) {
-        menu->addAction(tr("&Go to Object"), this, [this, object] { emit wanted(*object); });
+        menu->addAction(tr("&Go to Object"), this, [this, object] { tellWanted(*object); });
         menu->addAction(tr("&Copy Row"), this, &ObjectTable::copy);
         menu->addSeparator();
     }

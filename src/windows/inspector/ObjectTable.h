@@ -28,10 +28,15 @@ public:
     /// @param reason why there are none.
     void setSource(std::shared_ptr<const SourceText> source, const QString& reason = {});
     const std::shared_ptr<const SourceText>& source() const { return theMaker->source(); }
+    /// What the file's table tells of the source's objects: for those that the listing does not
+    /// have. Waited for since setSource(). @param failure why it is not known.
+    void setTabled(std::shared_ptr<const TabledObjects> tabled, const QString& failure);
 
     /// Selects the row of an object, without telling of it; no row where it has none.
     /// @param object its place in the scan.
     void setCurrent(std::optional<std::size_t> object);
+    /// Likewise of one that the listing may not have. @param number of the object.
+    void setCurrentUnlisted(int number);
 
     /// Gives the filter the keyboard, its text selected.
     void editFilter();
@@ -51,6 +56,13 @@ signals:
     void chosen(std::size_t object);
     void wanted(std::size_t object);
     /// @}
+    /// Likewise for the row of an object that the listing does not have.
+    /// @{
+    void unlistedChosen(int number);
+    void unlistedWanted(int number);
+    /// @}
+    /// Somebody looks at the objects: setTabled() is waited for.
+    void tableWanted();
     /// The rows are those that the filter and the order ask for, or the work for them was given up.
     void settled();
 
@@ -66,8 +78,11 @@ private:
     bool beginFilter(const QKeyEvent& key);
     void readFilter();
     void make();
+    void tellChosen(std::size_t row);
+    void tellWanted(std::size_t row);
     void takeRows(ObjectRowsMaker::Outcome outcome);
     void tellProgress(ObjectRowsMaker::Step step, quint64 done, quint64 total, bool isWaitedFor);
+    void tellMeanwhile(const QString& remark);
     void tellCount(const QString& remark = {});
     void selectCurrent();
     void openMenu(const QPoint& place);
@@ -80,9 +95,11 @@ private:
     QLabel* theStatus;
     QToolButton* theStop;
     QString theReason; ///< why there are no objects
+    QString theTableFailure; ///< why those that the listing does not have are missing
     ObjectFilter theFilter;
     ObjectOrder theOrder;
-    std::optional<std::size_t> theCurrent;
+    std::optional<std::size_t> theCurrent; ///< row, as ObjectFacts has it
+    std::optional<int> theUnlisted; ///< number of one that is to be current once it is known
     bool theRowsAreOld = false; ///< have not been made for the source, the filter, the order
     bool theIsSelecting = false; ///< not the user
 };

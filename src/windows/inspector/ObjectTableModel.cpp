@@ -7,6 +7,7 @@
 #include <QTimerEvent>
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -37,6 +38,10 @@ QString title(ObjectColumn column)
         return ObjectTableModel::tr("Offset");
     case ObjectColumn::isSize:
         return ObjectTableModel::tr("Size");
+    case ObjectColumn::isContainer:
+        return ObjectTableModel::tr("In object stream");
+    case ObjectColumn::isUses:
+        return ObjectTableModel::tr("Used by");
     case ObjectColumn::isState:
         return ObjectTableModel::tr("State");
     }
@@ -59,15 +64,40 @@ QString meaning(ObjectColumn column)
         return ObjectTableModel::tr("Where it begins in the file, in bytes");
     case ObjectColumn::isSize:
         return ObjectTableModel::tr("Bytes in the file, its stream included");
+    case ObjectColumn::isContainer:
+        return ObjectTableModel::tr(
+            "Number of the object stream that holds it, and its place there");
+    case ObjectColumn::isUses:
+        return ObjectTableModel::tr("How many references in the file name its number");
     case ObjectColumn::isState:
-        return ObjectTableModel::tr("Whether a later object of its number takes its place");
+        return ObjectTableModel::tr("Whether it is in use, or what became of it");
     }
     return {};
 }
 
 bool isText(ObjectColumn column)
 {
-    return column == ObjectColumn::isKind || column == ObjectColumn::isState;
+    return column == ObjectColumn::isKind || column == ObjectColumn::isContainer
+        || column == ObjectColumn::isState;
+}
+
+/// A place in an object stream, from 0, in words where there are short ones.
+QString ordinal(std::uint32_t index)
+{
+    static const std::array<QString, 10> words{ObjectTableModel::tr("first"),
+        ObjectTableModel::tr("second"), ObjectTableModel::tr("third"),
+        ObjectTableModel::tr("fourth"), ObjectTableModel::tr("fifth"),
+        ObjectTableModel::tr("sixth"), ObjectTableModel::tr("seventh"),
+        ObjectTableModel::tr("eighth"), ObjectTableModel::tr("ninth"),
+        ObjectTableModel::tr("tenth")};
+    return index < words.size() ? words[index]
+                                : ObjectTableModel::tr("number %1").arg(counted(index + 1));
+}
+
+/// What became of an object, and when where that is known.
+QString endingText(const QString& inVersion, const QString& alone, std::int64_t version)
+{
+    return version > 0 ? inVersion.arg(version) : alone;
 }
 
 } // namespace
@@ -85,12 +115,11 @@ void ObjectTableModel::setRows(ObjectFacts facts, std::vector<std::uint32_t> row
         theTimer.stop();
 }
 
-void ObjectTableModel::setKinds(std::shared_ptr<const ObjectKinds> kinds)
+void ObjectTableModel::setFacts(ObjectFacts facts)
 {
-    theFacts.kinds = std::move(kinds);
-    constexpr int column = static_cast<int>(ObjectColumn::isKind);
+    theFacts = std::move(facts);
     if (theRowCount > 0)
-        emit dataChanged(index(0, column), index(theRowCount - 1, column));
+        emit dataChanged(index(0, 0), index(theRowCount - 1, objectColumnCount - 1));
 }
 
 void ObjectTableModel::timerEvent(QTimerEvent* event)
@@ -175,24 +204,56 @@ QVariant ObjectTableModel::headerData(int section, Qt::Orientation orientation, 
 
 QString ObjectTableModel::text(std::size_t object, ObjectColumn column) const
 {
+    const bool isListed = theFacts.isListed(object);
     switch (column) {
     case ObjectColumn::isKind:
         return kindText(object);
+    case ObjectColumn::isContainer:
+        return containerText(object);
     case ObjectColumn::isState:
+        return stateText(object);
+    case ObjectColumn::isUses:
+        if (!theFacts.connections || theFacts.number(object) == trailerNumber)
+            return {};
         break;
     case ObjectColumn::isOffset:
+        if (!isListed && theFacts.unlisted(object).container > 0)
+            return {};
+        break;
     case ObjectColumn::isSize:
-        return counted(static_cast<std::size_t>(theFacts.value(object, column)));
+        if (!isListed)
+            return {};
+        break;
     default:
         return QString::number(theFacts.value(object, column));
     }
+    return counted(static_cast<std::size_t>(theFacts.value(object, column)));
+}
+
+QString ObjectTableModel::containerText(std::size_t object) const
+{
+    if (theFacts.isListed(object) || theFacts.unlisted(object).container == 0)
+        return {};
+    const TabledObjects::Unlisted& member = theFacts.unlisted(object);
+    return tr("%1, %2").arg(member.container).arg(ordinal(member.index));
+}
+
+QString ObjectTableModel::stateText(std::size_t object) const
+{
     switch (theFacts.standing(object)) {
     case ObjectStanding::isCurrent:
         return tr("Current");
+    case ObjectStanding::isUnreachable:
+        return tr("Unreachable");
+    case ObjectStanding::isUnreadable:
+        return tr("Unreadable");
     case ObjectStanding::isDuplicate:
-        return tr("Duplicate in version %1").arg(theFacts.states->nextVersion(object));
+        return tr("Duplicate in version %1").arg(theFacts.endingVersion(object));
+    case ObjectStanding::isFreed:
+        return endingText(tr("Freed in version %1"), tr("Freed"), theFacts.endingVersion(object));
     case ObjectStanding::isReplaced:
-        return tr("Replaced in version %1").arg(theFacts.states->nextVersion(object));
+        return endingText(
+            tr("Replaced in version %1"), tr("Replaced"), theFacts.endingVersion(object));
     }
     return {};
 }
@@ -200,8 +261,8 @@ QString ObjectTableModel::text(std::size_t object, ObjectColumn column) const
 /// Before all kinds are known those that show are read, and of long objects only the beginning.
 QString ObjectTableModel::kindText(std::size_t object) const
 {
-    if (theFacts.kinds)
-        return QString::fromStdString(theFacts.kinds->kind(object));
+    if (theFacts.kinds || !theFacts.isListed(object))
+        return QString::fromStdString(theFacts.kind(object));
     constexpr std::size_t readAtOnce = 4096;
     const pdfObjectCatalog& catalog = theFacts.catalog();
     const pdfObject shown = catalog.object(object);
@@ -215,11 +276,24 @@ QString ObjectTableModel::kindText(std::size_t object) const
 
 QString ObjectTableModel::toolTip(std::size_t object, ObjectColumn column) const
 {
-    if (column == ObjectColumn::isOffset)
-        return u"0x%1"_s.arg(static_cast<qulonglong>(theFacts.value(object, column)), 0, 16);
-    if (column != ObjectColumn::isState || theFacts.standing(object) != ObjectStanding::isDuplicate)
+    if (column == ObjectColumn::isOffset) {
+        const QString offset
+            = u"0x%1"_s.arg(static_cast<qulonglong>(theFacts.value(object, column)), 0, 16);
+        return text(object, column).isEmpty() ? tr("Its object stream is at %1").arg(offset)
+                                              : offset;
+    }
+    if (column != ObjectColumn::isState)
         return {};
-    return tr("Another object of this number follows in the same version");
+    switch (theFacts.standing(object)) {
+    case ObjectStanding::isDuplicate:
+        return tr("Another object of this number follows in the same version");
+    case ObjectStanding::isUnreachable:
+        return tr("Nothing leads to it from the trailer");
+    case ObjectStanding::isUnreadable:
+        return tr("The file's table leads to it, but it is not there");
+    default:
+        return {};
+    }
 }
 
 QString ObjectTableModel::rowText(int row) const

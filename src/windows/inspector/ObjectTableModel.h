@@ -23,10 +23,11 @@ public:
     /// Shows other rows. @param facts of the source that they are of; shared.
     void setRows(ObjectFacts facts, std::vector<std::uint32_t> rows);
     void clear() { setRows({}, {}); }
-    /// Kinds that have become known.
-    void setKinds(std::shared_ptr<const ObjectKinds> kinds);
+    /// More has become known of the same rows.
+    void setFacts(ObjectFacts facts);
+    const ObjectFacts& facts() const { return theFacts; }
 
-    /// The object of a row, by its place in the scan; nothing for an invalid index.
+    /// The object of a row, as ObjectFacts has it; nothing for an invalid index.
     std::optional<std::size_t> objectAt(const QModelIndex& index) const;
     /// Where an object's row is; invalid where it has none, or none yet that the view has heard of.
     QModelIndex rowOf(std::size_t object) const;
@@ -46,6 +47,8 @@ private:
     void showRows(std::size_t count);
     QString text(std::size_t object, ObjectColumn column) const;
     QString kindText(std::size_t object) const;
+    QString stateText(std::size_t object) const;
+    QString containerText(std::size_t object) const;
     QString toolTip(std::size_t object, ObjectColumn column) const;
 
     ObjectFacts theFacts;

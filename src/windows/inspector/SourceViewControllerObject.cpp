@@ -2,6 +2,7 @@
 #include "inspector/SourceViewController.h"
 
 #include "ObjectPanel.h"
+#include "ObjectTable.h"
 #include "SourceNavigator.h"
 #include "document/Document.h"
 
@@ -119,6 +120,8 @@ void SourceViewController::followToObject(int number)
         showObjectOfCaret(true);
     } else {
         theObjectPanel->showObject({number, std::nullopt, file}, true);
+        if (file == ObjectFile::isStored)
+            ui->objectTablePanel->setCurrentUnlisted(number);
     }
 }
 

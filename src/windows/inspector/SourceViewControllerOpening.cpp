@@ -45,6 +45,7 @@ void SourceViewController::takeOpening()
         fillFromEngine();
     else
         tellOpening();
+    tellTableLoader();
     tellObjectPanel();
 }
 

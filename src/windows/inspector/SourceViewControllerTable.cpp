@@ -5,6 +5,7 @@
 #include "ObjectTable.h"
 #include "ObjectTree.h"
 #include "SourceNavigator.h"
+#include "TableLoader.h"
 #include "document/Document.h"
 
 #include "ui_SourceWindow.h"
@@ -47,6 +48,26 @@ void SourceViewController::connectTable()
     };
     follow(ui->objectTablePanel);
     follow(ui->objectTreePanel);
+    theTableLoader = new TableLoader(this);
+    ObjectTable* const table = ui->objectTablePanel;
+    connect(table, &ObjectTable::tableWanted, theTableLoader, &TableLoader::start);
+    connect(theTableLoader, &TableLoader::finished, this,
+        [this, table] { table->setTabled(theTableLoader->tabled(), theTableLoader->failure()); });
+    connect(table, &ObjectTable::unlistedChosen, this,
+        [this](int number) { showUnlisted(number, false); });
+    connect(table, &ObjectTable::unlistedWanted, this,
+        [this](int number) { showUnlisted(number, true); });
+}
+
+/// What has no place in the panes shows in the panel of objects.
+/// @param isWanted the user means to go there, and not only past it.
+void SourceViewController::showUnlisted(int number, bool isWanted)
+{
+    if (isWanted && theObjectPanel->isHidden())
+        toggleObjectPanel();
+    theObjectPanel->showObject({number, std::nullopt, ObjectFile::isStored}, isWanted);
+    if (isWanted)
+        theObjectPanel->setFocus(Qt::OtherFocusReason);
 }
 
 void SourceViewController::setVersionsFact(const QString& text)
@@ -101,13 +122,23 @@ void SourceViewController::tellTable()
         const QString reason = theContent == SourceContent::isRaw
             ? tr("Objects are known when “Show Raw Source” is off")
             : theLower.note->text();
+        theTableLoader->setSource(nullptr, nullptr);
         ui->objectTablePanel->setSource(nullptr, reason);
         ui->objectTreePanel->setSource(nullptr, reason);
     } else if (stored.source() != ui->objectTablePanel->source()) {
         ui->objectTablePanel->setSource(stored.source());
         ui->objectTreePanel->setSource(stored.source());
+        tellTableLoader();
     }
     selectRowOfCaret();
+}
+
+/// What the stored file is now, to the engine and to the listing.
+void SourceViewController::tellTableLoader()
+{
+    theTableLoader->setSource(theRenderedDocument, ui->objectTablePanel->source());
+    if (ui->objectTablePanel->isVisible())
+        theTableLoader->start();
 }
 
 void SourceViewController::selectRowOfCaret()

@@ -28,6 +28,7 @@ class PaneLayout;
 class PlainTextView;
 class SourceInquiry;
 class SourceNavigator;
+class TableLoader;
 
 /// Content of the source inspector: three text panes.
 ///
@@ -176,6 +177,8 @@ private:
     void saveTable() const;
     void showTable(bool shows);
     void tellTable();
+    void tellTableLoader();
+    void showUnlisted(int number, bool isWanted);
     void selectRowOfCaret();
 
     std::unique_ptr<Ui::SourceWindow> ui;
@@ -190,6 +193,7 @@ private:
     SourceInquiry* theInquiry = nullptr;
     ObjectPanel* theObjectPanel; ///< beside the panes
     FileBytes theFlatBytes; ///< of the latest fill; none before
+    TableLoader* theTableLoader = nullptr; ///< of the stored file
     PaneLayout* thePaneLayout = nullptr;
     std::optional<int> thePageToShow; ///< once the panes are filled
     bool theTableLeads = false; ///< the caret moves because its row was chosen

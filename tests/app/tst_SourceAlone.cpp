@@ -20,7 +20,6 @@
 #include <QApplication>
 #include <QLabel>
 #include <QListWidget>
-#include <QProgressDialog>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
@@ -33,26 +32,19 @@ namespace {
 
 const QString notOpened = u"The CGDocument couldn't be opened.\n"_s;
 
-QPushButton* buttonOf(const QWidget* dialog)
-{
-    for (QPushButton* button : dialog->findChildren<QPushButton*>()) {
-        if (button->text() == u"Open &Source"_s && !button->isHidden())
-            return button;
-    }
-    return nullptr;
-}
-
-/// The dialog that offers the source: what says that a file is being opened, which may be about to
-/// come up, or what shows that it cannot be. Null without one.
-QWidget* offer(bool isOpening = false)
+/// What offers the source: in the dialog of an opening, which may be about to come up, or in one
+/// that says why there is no document. Null without one.
+QPushButton* offer(bool isOpening = false)
 {
     const QWidgetList widgets = QApplication::topLevelWidgets();
-    for (QWidget* widget : widgets) {
-        const bool isProgress = qobject_cast<QProgressDialog*>(widget) != nullptr;
-        const auto* const button = qobject_cast<QDialog*>(widget) ? buttonOf(widget) : nullptr;
-        if (button && button->isEnabled() && isProgress == isOpening
-            && (isProgress || widget->isVisible()))
-            return widget;
+    for (const QWidget* dialog : widgets) {
+        if (dialog->inherits("QProgressDialog") != isOpening
+            || !(isOpening || (dialog->inherits("QDialog") && dialog->isVisible())))
+            continue;
+        for (QPushButton* button : dialog->findChildren<QPushButton*>()) {
+            if (button->text() == u"Open &Source"_s && button->isEnabled() && !button->isHidden())
+                return button;
+        }
     }
     return nullptr;
 }
@@ -62,16 +54,14 @@ QString textOf(const PlainTextView* view)
     return linesOf(*view->textStorage()).join(u'\n');
 }
 
-/// Everything that can be chosen in the window's menus among what an open file offers.
+/// Which commands of an open file's the window's menu offers.
 QString offered(const DocumentWindow& window)
 {
-    QStringList commands;
+    QStringList commands = u"openSource openBytes openVersions openPlainPDF exportPDFversions "
+                           "exportFlatPDF exportPlainText exportRichText print"_s.split(u' ');
     window.router()->validate();
-    for (const char* command : {"openSource", "openBytes", "openVersions", "openPlainPDF",
-             "exportPDFversions", "exportFlatPDF", "exportPlainText", "exportRichText", "print"}) {
-        if (window.commandAction(QString::fromLatin1(command))->isEnabled())
-            commands << QString::fromLatin1(command);
-    }
+    commands.removeIf(
+        [&](const QString& command) { return !window.commandAction(command)->isEnabled(); });
     return commands.join(u' ');
 }
 
@@ -98,9 +88,9 @@ private:
     /// The engine waits with each opening until release().
     void holdEngine();
     void release() const { writeFile(theFolder->filePath(u"go"_s), {}); }
+    /// The inspector, whose stored file shows; null when none comes.
     SourceViewController* inspector() const;
-    /// Waits for an inspector whose stored file shows.
-    SourceViewController* shownInspector() const;
+    DocumentController& controller() const { return *theDelegate->controller(); }
 
     std::unique_ptr<QTemporaryDir> theFolder;
     std::unique_ptr<AppDelegate> theDelegate;
@@ -143,18 +133,15 @@ void TestSourceAlone::holdEngine()
 
 SourceViewController* TestSourceAlone::inspector() const
 {
-    const QList<DocumentWindow*> windows = theDelegate->controller()->windows();
-    for (const DocumentWindow* window : windows) {
-        if (auto* const content = qobject_cast<SourceViewController*>(window->content()))
-            return content;
-    }
-    return nullptr;
-}
-
-SourceViewController* TestSourceAlone::shownInspector() const
-{
-    const auto isThere = [this] { return inspector() && !inspector()->isFilling(); };
-    return QTest::qWaitFor(isThere, 30'000) ? inspector() : nullptr;
+    SourceViewController* found = nullptr;
+    const auto isThere = [&] {
+        for (const DocumentWindow* window : controller().windows()) {
+            if (auto* const content = qobject_cast<SourceViewController*>(window->content()))
+                found = content;
+        }
+        return found && !found->isFilling();
+    };
+    return QTest::qWaitFor(isThere, 30'000) ? found : nullptr;
 }
 
 using IsOfferedAndShown = Rows<QByteArray, QString, QString, QString, QString>;
@@ -187,17 +174,17 @@ void TestSourceAlone::isOfferedAndShown()
 {
     const auto [bytes, question, reason, lower, commands] = IsOfferedAndShown::fetch();
     const QString path = write(bytes);
-    theDelegate->controller()->openFiles({path});
+    controller().openFiles({path});
     QTRY_VERIFY_WITH_TIMEOUT(offer(), 30'000);
-    const auto labels = offer()->findChildren<QLabel*>();
-    QVERIFY(std::any_of(labels.begin(), labels.end(),
-        [text = question](const QLabel* label) { return label->text() == text; }));
-    QVERIFY(!buttonOf(offer())->isDefault());
-    const auto* const alert = qobject_cast<OpenFailureAlert*>(offer());
+    QStringList labels;
+    for (const QLabel* label : offer()->window()->findChildren<QLabel*>())
+        labels << label->text();
+    QVERIFY(labels.contains(question) && !offer()->isDefault());
+    const auto* const alert = qobject_cast<OpenFailureAlert*>(offer()->window());
     const QString said = alert ? alert->informativeText() : reason;
-    buttonOf(offer())->click();
+    offer()->click();
 
-    const SourceViewController* const content = shownInspector();
+    const SourceViewController* const content = inspector();
     QVERIFY(content);
     QTRY_VERIFY_WITH_TIMEOUT(!content->upperTextView()->gaps().isEmpty(), 30'000);
     QCOMPARE(content->upperTextView()->gaps().constFirst().note,
@@ -212,18 +199,18 @@ void TestSourceAlone::isOfferedAndShown()
     QTRY_COMPARE(offered(window), commands);
     QTRY_VERIFY(!shown<PasswordPrompt>() && !shown<OpenFailureAlert>());
     QVERIFY(OpenedFiles::contains(path.toStdString()));
-    QCOMPARE(theDelegate->controller()->recentFiles()->paths(), {path});
+    QCOMPARE(controller().recentFiles()->paths(), {path});
 
     // Opening it says the same again, the window stays, and its source is that window.
-    theDelegate->controller()->openFiles({path});
+    controller().openFiles({path});
     QTRY_VERIFY_WITH_TIMEOUT(shown<PasswordPrompt>() || shown<OpenFailureAlert>(), 30'000);
-    theDelegate->controller()->openSources({path});
-    QTRY_COMPARE(theDelegate->controller()->windows().size(), 1);
+    controller().openSources({path});
+    QTRY_COMPARE(controller().windows().size(), 1);
     QCOMPARE(inspector(), content);
     if (auto* const prompt = shown<PasswordPrompt>()) {
-        QVERIFY(!buttonOf(prompt) && !prompt->isModal());
+        QVERIFY(!offer() && !prompt->isModal());
         emit prompt->passwordEntered(u"geheim"_s);
-        QTRY_COMPARE_WITH_TIMEOUT(theDelegate->controller()->windows().size(), 2, 30'000);
+        QTRY_COMPARE_WITH_TIMEOUT(controller().windows().size(), 2, 30'000);
         QTRY_VERIFY_WITH_TIMEOUT(textOf(content->upperTextView()).startsWith(u"1 0 1 Catalog"_s)
                 || textOf(content->upperTextView()).startsWith(u"%PDF-1.7"_s),
             30'000);
@@ -247,11 +234,11 @@ void TestSourceAlone::showsWhileTheFileOpens()
     const auto [what, reason, windows] = WhileTheFileOpens::fetch();
     holdEngine();
     const QString path = write(QByteArray::fromStdString(PdfBuilder().addPage("Hello").bytes()));
-    theDelegate->controller()->openFiles({path});
+    controller().openFiles({path});
     QTRY_VERIFY_WITH_TIMEOUT(offer(true), 30'000);
-    buttonOf(offer(true))->click();
-    const SourceViewController* const content = shownInspector();
-    QVERIFY(content && theDelegate->controller()->isOpening());
+    offer(true)->click();
+    const SourceViewController* const content = inspector();
+    QVERIFY(content && controller().isOpening());
     QTRY_VERIFY(textOf(content->lowerTextView()).startsWith(u"%PDF-1.7"_s));
     QCOMPARE(textOf(content->bottomTextView()), QString());
     QTRY_VERIFY(!offer(true));
@@ -263,14 +250,14 @@ void TestSourceAlone::showsWhileTheFileOpens()
     } else if (what == "close"_L1)
         DocumentWindow::of(content)->close();
     else if (what == "quit"_L1)
-        theDelegate->controller()->closeAll();
+        controller().closeAll();
     else
         release();
-    QTRY_VERIFY_WITH_TIMEOUT(!theDelegate->controller()->isOpening(), 30'000);
+    QTRY_VERIFY_WITH_TIMEOUT(!controller().isOpening(), 30'000);
     // Without a window the start window comes, and with a quit program nothing.
     const auto count = [this] {
         qsizetype shown = 0;
-        for (const FrameDocument* document : theDelegate->controller()->documents())
+        for (const FrameDocument* document : controller().documents())
             shown += document->windows().size();
         return shown;
     };
@@ -292,84 +279,70 @@ void TestSourceAlone::refusedFilesShareAButton()
     const QString one = write("Dear Sir");
     const QString other = theFolder->filePath(u"b.pdf"_s);
     writeFile(other, "Dear Madam");
-    theDelegate->controller()->openFiles({theFolder->filePath(u"none.pdf"_s)});
+    controller().openFiles({theFolder->filePath(u"none.pdf"_s)});
     QTRY_VERIFY(shown<OpenFailureAlert>());
     const auto* const alert = shown<OpenFailureAlert>();
-    QVERIFY(!buttonOf(alert));
-    theDelegate->controller()->openFiles({one, other});
-    QTRY_VERIFY_WITH_TIMEOUT(!theDelegate->controller()->isOpening(), 30'000);
-    QMenu* const menu = buttonOf(alert)->menu();
+    QVERIFY(!offer());
+    controller().openFiles({one, other});
+    QTRY_VERIFY_WITH_TIMEOUT(!controller().isOpening(), 30'000);
+    QMenu* const menu = offer()->menu();
     QCOMPARE(menu->actions().size(), 4); // and a line before "All"
-    emit buttonOf(alert)->clicked(); // as its key does when the menu has closed
-    QVERIFY(alert->isVisible() && theDelegate->controller()->documents().isEmpty());
+    emit offer()->clicked(); // as its key does when the menu has closed
+    QVERIFY(alert->isVisible() && controller().documents().isEmpty());
     menu->actions().constLast()->trigger();
-    QTRY_COMPARE_WITH_TIMEOUT(theDelegate->controller()->documents().size(), 2, 30'000);
+    QTRY_COMPARE_WITH_TIMEOUT(controller().documents().size(), 2, 30'000);
     QTRY_VERIFY(alert->isVisible());
 }
 
-/// By mouse and by key, in the menu and in the start window.
+/// By mouse and by key, in the start window and in the menu.
 void TestSourceAlone::recentFilesOfferIt()
 {
     const QString path = write(QByteArray::fromStdString(PdfBuilder().addPage("Hello").bytes()));
-    const auto choose = [](const auto& ask) {
-        ask();
-        auto* const menu = qobject_cast<RecentFileMenu*>(QApplication::activePopupWidget());
-        if (menu)
-            QTest::keyClick(menu, Qt::Key_S);
-        return menu != nullptr;
-    };
-    const auto hasOpened = [&] {
-        const bool hasSource = shownInspector() != nullptr;
-        const bool isAlone = theDelegate->controller()->windows().size() == 1;
-        if (hasSource)
-            DocumentWindow::of(inspector())->close();
-        const auto isClosed = [this] { return theDelegate->controller()->documents().isEmpty(); };
-        return hasSource && isAlone && QTest::qWaitFor(isClosed)
-            && !QApplication::activePopupWidget();
-    };
-    theDelegate->controller()->recentFiles()->add(path);
-    for (const bool isByKey : {false, true}) {
+    controller().recentFiles()->add(path);
+    for (const QString& way : {u"list mouse"_s, u"list key"_s, u"menu mouse"_s, u"menu key"_s}) {
         theDelegate->showStartWindow();
-        DocumentWindow* const window = theDelegate->controller()->windows().constFirst();
+        const DocumentWindow* const window = controller().windows().constFirst();
         auto* const list = window->findChild<QListWidget*>(u"recentList"_s);
+        auto* const menu = window->findChild<QMenu*>(u"recentMenu"_s);
         QTRY_COMPARE(list->count(), 1);
-        const QPoint place = list->visualItemRect(list->item(0)).center();
-        QVERIFY(choose([&] {
+        const bool isByKey = way.endsWith(u"key"_s);
+        if (way.startsWith(u"list"_s)) {
+            const QPoint place = list->visualItemRect(list->item(0)).center();
             QContextMenuEvent event(
                 isByKey ? QContextMenuEvent::Keyboard : QContextMenuEvent::Mouse, place,
                 list->viewport()->mapToGlobal(place));
             QApplication::sendEvent(isByKey ? list : list->viewport(), &event);
-        }));
-        QVERIFY(hasOpened());
-    }
-    for (const bool isByKey : {false, true}) {
-        theDelegate->showStartWindow();
-        DocumentWindow* const window = theDelegate->controller()->windows().constFirst();
-        auto* const menu = window->findChild<QMenu*>(u"recentMenu"_s);
-        menu->popup({});
-        menu->setActiveAction(menu->actions().constFirst());
-        QVERIFY(choose([&] {
+        } else {
+            menu->popup({});
+            menu->setActiveAction(menu->actions().constFirst());
             if (isByKey)
                 QTest::keyClick(menu, Qt::Key_F10, Qt::ShiftModifier);
             else
                 QTest::mouseClick(menu, Qt::RightButton, {},
                     menu->actionGeometry(menu->actions().constFirst()).center());
-        }));
-        QVERIFY(hasOpened());
+        }
+        QWidget* const context = QApplication::activePopupWidget();
+        QVERIFY2(qobject_cast<RecentFileMenu*>(context), qPrintable(way));
+        QTest::keyClick(context, Qt::Key_S);
+        const SourceViewController* const content = inspector();
+        QVERIFY(content && !QApplication::activePopupWidget());
+        QCOMPARE(controller().windows().size(), 1);
+        DocumentWindow::of(content)->close();
+        QTRY_VERIFY(controller().documents().isEmpty());
     }
 }
 
 /// What was refused may open another time; the old source stays what it was.
 void TestSourceAlone::mendedFileOpensBesideIt()
 {
-    theDelegate->controller()->openSources({write("Dear Sir")});
-    const SourceViewController* const content = shownInspector();
+    controller().openSources({write("Dear Sir")});
+    const SourceViewController* const content = inspector();
     QTRY_VERIFY_WITH_TIMEOUT(!content->upperTextView()->gaps().isEmpty(), 30'000);
     const QString path = write(QByteArray::fromStdString(PdfBuilder().addPage("Hello").bytes()));
     for (const int documents : {2, 2}) {
-        theDelegate->controller()->openFiles({path});
-        QTRY_VERIFY_WITH_TIMEOUT(!theDelegate->controller()->isOpening(), 30'000);
-        QCOMPARE(theDelegate->controller()->documents().size(), documents);
+        controller().openFiles({path});
+        QTRY_VERIFY_WITH_TIMEOUT(!controller().isOpening(), 30'000);
+        QCOMPARE(controller().documents().size(), documents);
     }
     QVERIFY(textOf(content->lowerTextView()).startsWith(u"Dear Sir"_s));
 }

@@ -4,6 +4,7 @@
 #include "PDFCheckAnswer.h"
 #include "PDFCrossReferenceAnswers.h"
 #include "PDFObjectAnswers.h"
+#include "PDFSignAnswers.h"
 #include "PDFTableAnswers.h"
 
 #include <cmath>
@@ -127,6 +128,17 @@ bool isSound(const PDFStreamAnswer& stream, std::uint64_t limit)
     return true;
 }
 
+bool isSound(const PDFSigns& answer)
+{
+    std::uint32_t least = 0;
+    for (const ObjectSign& sign : answer.signs.list) {
+        require(sign.number >= least && sign.number <= maximumObjectNumber, "an object's number");
+        least = sign.number + 1;
+    }
+    require(answer.next == 0 || answer.next >= least, "an object to go on with");
+    return true;
+}
+
 bool isSound(const PDFCrossReferences& answer)
 {
     require(!answer.sections.empty() && answer.sections.size() <= 2, "sections");
@@ -219,6 +231,8 @@ bool takesAnswer(const AskedFor& asked, std::string_view payload)
     }
     case EngineRequest::isStream:
         return check(readStreamAnswer(payload, usualStream), usualStream);
+    case EngineRequest::isSign:
+        return check(readSignAnswer(payload, 0));
     case EngineRequest::isCrossReference:
         return check(readCrossReferenceAnswer(payload, {9, 99}));
     case EngineRequest::isCheck:

@@ -221,6 +221,9 @@ Seeds answers()
         answer<PictureRequest>(packed(PictureResult{2, 3, EnginePictureEnd::isDamaged, "what"})),
         answer<StreamRequest>(
             packed(StreamResult{1000, EngineStreamEnd::isDamaged, "zlib error: what"})),
+        answer<SignRequest>(packed(
+            SignResult{7, 1, 2, std::vector<EngineObjectSign>(1, {5, 6, 1, 2, 2, 1, 0, {}, {}, {}}),
+                std::vector<EngineObjectLink>{{9, 1, 1}}})),
         answer<CrossReferenceRequest>(packed(CrossReferenceResult{
             {{EngineSectionForm::isTable, 9, 99, 1, 2, true, true, 1},
                 {EngineSectionForm::isStream, -1, -1, -1, -1, false, false, 1}},
@@ -315,6 +318,7 @@ Seeds requests()
         first + framed(TableRequest{0}) + framed(ObjectRequest{4}) + framed(StreamRequest{4, EngineStreamForm::isDecoded, 9})
             + framed(StreamRequest{4, EngineStreamForm::isRaw, 90}) + framed(FactsRequest{3})
             + framed(PictureRequest{4}),
+        first + framed(SignRequest{0, std::vector<std::uint32_t>{1, 4}}) + framed(SignRequest()),
         first + framed(CrossReferenceRequest{{{9}, {400}, {~0ull}}, 0}) + opening,
         first + framed(PrintRequest{595, 842, 18, 18, {{1, 0, 0, 559, 806, 0.9}}}) + opening,
         first + opening + std::string(1, '\0') + raw,

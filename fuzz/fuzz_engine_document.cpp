@@ -105,6 +105,7 @@ void lookInto(std::string_view file)
 {
     constexpr int objectsTried = 12;
     Session session(file);
+    session.ask(SignRequest());
     for (int number = 0; number < objectsTried; ++number) {
         session.ask(ObjectRequest{number});
         session.ask(TableRequest{number});

@@ -22,6 +22,7 @@ enum Taken : unsigned
     oneVersion = 1u << 5, ///< --at-version, --raw, --decoded
     hashes = 1u << 6,
     password = 1u << 7, ///< --password-file
+    otherFile = 1u << 8, ///< may have another file; --from, --to, --objects
 };
 
 struct Command
@@ -39,6 +40,7 @@ constexpr std::array commands{
     Command{"uses", json | object},
     Command{"tree", json},
     Command{"check", json | password},
+    Command{"compare", json | otherFile | password},
     Command{"flat", json | output | password},
     Command{"text", json | output | password},
     Command{"rtf", json | output | password},
@@ -99,6 +101,12 @@ private:
             theArguments.raw = true;
         else if (word == "--decoded")
             theArguments.decoded = true;
+        else if (word == "--objects")
+            theArguments.objects = true;
+        else if (word == "--from")
+            return takeNumber(word, theArguments.fromVersion);
+        else if (word == "--to")
+            return takeNumber(word, theArguments.toVersion);
         else if (word == "--hashes")
             theArguments.hashes = true;
         else if (word == "--at-version")
@@ -153,13 +161,23 @@ private:
         if (theOperands.size() < 2)
             return fail("no file");
         theArguments.file = theOperands[1];
+        if ((command->takes & Taken::otherFile) != 0 && theOperands.size() > 2) {
+            theArguments.otherFile = theOperands[2];
+            theOperands.erase(theOperands.begin() + 2);
+            if (theArguments.file == "-" && *theArguments.otherFile == "-")
+                return fail("only one of the files can come from standard input");
+        }
         return checkOptions(command->takes) && takeObject(command->takes);
     }
 
     bool checkOptions(unsigned takes)
     {
         const bool writes = (takes & Taken::output) != 0;
-        const std::array<std::pair<bool, std::string>, 7> refused{{
+        const bool compares = (takes & Taken::otherFile) != 0;
+        const std::array<std::pair<bool, std::string>, 10> refused{{
+            {theArguments.objects && !compares, "--objects"},
+            {theArguments.fromVersion && !compares, "--from"},
+            {theArguments.toVersion && !compares, "--to"},
             {theArguments.json && (takes & Taken::json) == 0, "--json"},
             {theArguments.exportFolder && (takes & Taken::exportFolder) == 0, "--export"},
             {theArguments.hashes && (takes & Taken::hashes) == 0, "--hashes"},

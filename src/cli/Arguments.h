@@ -13,6 +13,7 @@ enum class ExitStatus
     isDone = 0,
     isFailed = 1, ///< the file cannot be read, or the export failed
     isWrongUse = 2,
+    isDifferent = 3, ///< what was compared differs
     isIncomplete = 4, ///< done, but something is missing from it; standard error says what
 };
 
@@ -21,6 +22,10 @@ struct Arguments
 {
     std::string command; ///< one of those that --help names
     std::string file; ///< "-" for standard input
+    std::optional<std::string> otherFile; ///< that it is compared with
+    std::optional<std::int64_t> fromVersion; ///< --from V
+    std::optional<std::int64_t> toVersion; ///< --to V
+    bool objects = false; ///< --objects
     bool json = false; ///< --json
     bool wantsHelp = false; ///< --help or -h
     bool wantsVersion = false; ///< --version

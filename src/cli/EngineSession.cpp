@@ -18,7 +18,18 @@ namespace tarnwick {
 
 namespace {
 
-/// The file in shared memory, where the engine reads it.
+bool leadsToInput(const std::string& output)
+{
+    return output == "-" ? OpenedFiles::contains(STDOUT_FILENO) : OpenedFiles::contains(output);
+}
+
+std::string shown(const std::string& output)
+{
+    return output == "-" ? "standard output" : output;
+}
+
+} // namespace
+
 std::optional<FileBytes> readShared(const std::string& path, std::string& reason)
 {
     const QByteArray name = QByteArray::fromStdString(path);
@@ -37,18 +48,6 @@ std::optional<FileBytes> readShared(const std::string& path, std::string& reason
     reason = "Not enough memory";
     return FileBytes::copy(bytes->view);
 }
-
-bool leadsToInput(const std::string& output)
-{
-    return output == "-" ? OpenedFiles::contains(STDOUT_FILENO) : OpenedFiles::contains(output);
-}
-
-std::string shown(const std::string& output)
-{
-    return output == "-" ? "standard output" : output;
-}
-
-} // namespace
 
 EngineSession::EngineSession(const Arguments& arguments, const FileBytes& bytes)
     : theArguments(arguments)

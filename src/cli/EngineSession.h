@@ -16,6 +16,10 @@ namespace tarnwick {
 
 class OutputFile;
 
+/// The file in shared memory, where the engine reads it; this run then never writes it.
+/// @param[out] reason why nothing was read; untouched on success.
+std::optional<FileBytes> readShared(const std::string& path, std::string& reason);
+
 /// A command that needs the PDF engine, from the engine's start to the program's exit status:
 /// opens the document, asking for its password, and hands it to the command.
 class EngineSession : public QObject

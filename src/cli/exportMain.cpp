@@ -1,7 +1,8 @@
-// tarnwick-export: what tarnwick-inspect becomes for flat, text, rtf, check, object --decoded and
-// versions --json; takes the same words.
+// tarnwick-export: what tarnwick-inspect becomes for flat, text, rtf, check, compare, object
+// --decoded and versions --json; takes the same words.
 
 #include "Arguments.h"
+#include "CompareCommand.h"
 #include "DecodedCommand.h"
 #include "DocumentCheckCommand.h"
 #include "ExportCommand.h"
@@ -21,10 +22,14 @@ int main(int count, char** words)
     const auto arguments = parseArguments({words + (count > 0 ? 1 : 0), words + count}, problem);
     const bool isOfSaves = arguments && arguments->command == "versions" && arguments->json;
     const bool isCheck = arguments && arguments->command == "check";
-    if (!arguments || (!arguments->output && !arguments->decoded && !isOfSaves && !isCheck)) {
+    const bool isComparison = arguments && arguments->command == "compare";
+    if (!arguments
+        || (!arguments->output && !arguments->decoded && !isOfSaves && !isCheck && !isComparison)) {
         std::fprintf(stderr, "tarnwick-export: %s\n", problem.c_str());
         return static_cast<int>(ExitStatus::isWrongUse);
     }
+    if (isComparison)
+        return static_cast<int>(compareCommand(*arguments));
     if (isOfSaves)
         return static_cast<int>(savesCommand(*arguments));
     if (isCheck) {

@@ -43,6 +43,10 @@ Commands:
   tree     FILE [--json]    the objects, followed from the trailer
   check    FILE [--json]    departures from the standard, what acts or hides,
                             and what the PDF engine repaired or cannot read
+  compare  A [B] [--from V] [--to V] [--objects] [--json]
+                            what differs between two files, or between two saved
+                            versions of one, the last two unless told: objects
+                            added, freed, replaced, moved, grouped by meaning
   flat     FILE -o OUT      the document written out again by the PDF engine
   text     FILE -o OUT      its text, in UTF-8
   rtf      FILE -o OUT      its text with fonts and colours, as RTF
@@ -52,6 +56,9 @@ Options:
   --password-file FILE
                  first line is the document's password; else it is asked for
   --at-version V the object as it was in saved version V
+  --from V, --to V
+                 saved versions to compare, as "versions" counts them; of two
+                 files the first one's and the second one's
   --json         one JSON object a line for every piece (listing, objects), one
                  in all for the others (flat, text, rtf: on standard error, what
                  is missing); docs/JSON.md describes them
@@ -62,6 +69,7 @@ Exit status:
   0  done
   1  the file cannot be read or the export failed
   2  wrong use
+  3  what was compared differs (0: it does not)
   4  done, but something is missing from what was written: pages of a document,
      or objects within object streams; standard error says what, and why
 )";
@@ -121,7 +129,8 @@ int main(int count, char** words)
         std::puts("tarnwick-inspect " TARNWICK_VERSION);
         return 0;
     }
-    const bool needsEngine = arguments->output || arguments->decoded;
+    const bool needsEngine
+        = arguments->output || arguments->decoded || arguments->command == "compare";
     if (arguments->command == "check")
         static_cast<void>(becomeExportProgram(words)); // without it there is the source
     if (arguments->decoded && ::isatty(STDOUT_FILENO) != 0)

@@ -6,6 +6,7 @@
 #include "FlatWriter.h"
 #include "ObjectFacts.h"
 #include "ObjectReader.h"
+#include "ObjectSigns.h"
 #include "PageGeometry.h"
 #include "PageLinks.h"
 #include "PageText.h"
@@ -164,6 +165,11 @@ int EngineServer::perform(const OutlineRequest&, OutlineResult& result)
 int EngineServer::perform(const ObjectRequest& request, ObjectResult& result)
 {
     return readObject(theDocument, request.number, result);
+}
+
+int EngineServer::perform(const SignRequest& request, SignResult& result)
+{
+    return readSigns(theDocument, request, theRoles, result);
 }
 
 int EngineServer::perform(const CrossReferenceRequest& request, CrossReferenceResult& result)

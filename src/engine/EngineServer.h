@@ -2,6 +2,7 @@
 
 #include "EngineDocument.h"
 #include "EnginePipe.h"
+#include "ObjectRoles.h"
 #include "PageLabels.h"
 #include "PageTiles.h"
 #include "WrittenFile.h"
@@ -40,6 +41,7 @@ private:
     int perform(const PrintRequest& request, WrittenResult& result);
     int perform(const ObjectRequest& request, ObjectResult& result);
     int perform(const StreamRequest& request, StreamResult& result);
+    int perform(const SignRequest& request, SignResult& result);
     int perform(const CrossReferenceRequest& request, CrossReferenceResult& result);
     int perform(const CheckRequest& request, CheckResult& result);
     int perform(const FactsRequest& request, FactsResult& result);
@@ -57,6 +59,7 @@ private:
     std::uint32_t theNumber = 0;
     EngineDocument::State theState = EngineDocument::State::isRefused;
     std::optional<std::vector<PageLabelRange>> theLabels;
+    std::optional<ObjectRoles> theRoles;
 };
 
 } // namespace tarnwick

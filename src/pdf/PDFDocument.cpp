@@ -334,6 +334,16 @@ PDFObjectRequest* PDFDocument::requestObject(int number, QObject* parent)
     return request;
 }
 
+PDFSignRequest* PDFDocument::requestSigns(
+    const std::vector<std::uint32_t>& numbers, QObject* parent)
+{
+    if (state() == State::isOpen)
+        return d->objectEngines()->requestSigns(numbers, parent);
+    auto* const request = new PDFSignRequest(parent);
+    PDFPageWork::finishLater(request, PDFFailure::isDamaged);
+    return request;
+}
+
 PDFStreamRequest* PDFDocument::requestStream(
     int number, PDFStreamForm form, quint64 limit, QObject* parent)
 {

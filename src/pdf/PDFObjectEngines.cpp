@@ -3,6 +3,7 @@
 #include "PDFEngineClient.h"
 #include "PDFObjectAnswers.h"
 #include "PDFPageWork.h"
+#include "PDFSignReading.h"
 #include "PDFTableReading.h"
 
 #include <algorithm>
@@ -91,6 +92,16 @@ PDFPictureRequest* PDFObjectEngines::requestPicture(int number, QObject* parent)
         return pixels.has_value();
     };
     PDFPageWork::submit(thePictures, request, std::move(job));
+    return request;
+}
+
+PDFSignRequest* PDFObjectEngines::requestSigns(
+    const std::vector<std::uint32_t>& numbers, QObject* parent)
+{
+    auto* const request = new PDFSignRequest(parent);
+    if (!theObjects)
+        theObjects = newEngine(0);
+    (new PDFSignReading(request, theObjects, numbers))->ask(0);
     return request;
 }
 

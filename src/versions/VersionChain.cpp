@@ -111,6 +111,34 @@ std::size_t VersionChain::ownCount() const
         [](const SavedVersion& version) { return version.isOwn; }));
 }
 
+std::optional<ObjectChanges> VersionChain::changesBetween(
+    std::size_t earlier, std::size_t later) const
+{
+    const auto walkOf = [this](std::size_t index) {
+        const SavedVersion& version = theVersions[index];
+        return version.startxref && !version.has(VersionFlag::isLinearizedFirstPart)
+            ? ChainWalk::from(
+                *version.startxref, [this](std::uint64_t said) { return sectionAt(said); },
+                version.end)
+            : ChainWalk();
+    };
+    const ChainWalk before = walkOf(earlier);
+    const ChainWalk after = walkOf(later);
+    if (!before.isWhole || !after.isWhole || before.layers.empty()
+        || std::none_of(after.layers.begin(), after.layers.end(),
+            [&](const auto& layer) { return layer.section == before.layers.front().section; }))
+        return std::nullopt;
+    ObjectTable first;
+    ObjectTable second;
+    for (const auto& layer : before.layers)
+        first.addBelow(layer);
+    for (const auto& layer : after.layers)
+        second.addBelow(layer);
+    if (!first.isWithin(theVersions[earlier].end) || !second.isWithin(theVersions[later].end))
+        return std::nullopt;
+    return ObjectTable::changes(first, second);
+}
+
 std::vector<CrossReferenceRow> VersionChain::rowsOf(std::size_t version) const
 {
     const std::optional<std::uint64_t> start = theVersions[version].startxref;

@@ -2,6 +2,7 @@
 #include "support/Files.h"
 #include "support/LostPages.h"
 #include "support/PdfBuilder.h"
+#include "support/Rows.h"
 #include "support/SavedFile.h"
 
 #include <QCryptographicHash>
@@ -50,6 +51,9 @@ private slots:
     void decodesStreams();
     void tellsWhatEachSaveChanged();
     void checksDocuments();
+    void comparesVersions_data();
+    void comparesVersions();
+    void comparesFiles();
 
 private:
     /// Runs a command in the test's folder, without a terminal that could be asked for passwords.
@@ -318,6 +322,101 @@ void TestEngineCommands::checksDocuments()
         QCOMPARE(result.errors.isEmpty(), status == 0);
         QCOMPARE(result.status, status);
     }
+}
+
+using ComparesVersions = Rows<QStringList, std::string, int, QByteArray>;
+
+/// Objects 1 to 5: catalog, pages, font, content, page.
+void TestEngineCommands::comparesVersions_data()
+{
+    const ComparesVersions row;
+    const std::string once = PdfBuilder().addPage("A page").bytes();
+    const auto start = [&once] { return SavedFile(once); };
+    const QStringList plain = {u"compare"_s, u"a.pdf"_s};
+    row("another price", plain,
+        start().object(4, "<< /Length 9 >>\nstream\n(9) Tj %%9\nendstream").save().bytes(), 3,
+        "replaced\t4\t4\tpage-content\tstream\n");
+    row("an entry more, one less", plain,
+        start()
+            .object(5,
+                "<< /Type /Page /Parent 2 0 R /Rotate 90 /MediaBox [ 0 0 612 792 ]"
+                " /Contents 4 0 R >>")
+            .save()
+            .bytes(),
+        3, "replaced\t5\t5\tpage-content\t/Resources /Rotate\n");
+    row("other spelling, other order", plain,
+        start().object(3, "<</BaseFont/Helvetic#61/Subtype/Type1/Type/Font>>").save().bytes(), 0,
+        "rewritten\t3\t3\tfonts-and-images\t\n");
+    row("a value for a field", plain,
+        start()
+            .object(6, "<< /FT /Tx /T (a) >>")
+            .save()
+            .object(6, "<< /FT /Tx /T (a) /V (b) >>")
+            .save()
+            .bytes(),
+        3, "replaced\t6\t6\tannotations-and-forms\t/V\n");
+    row("moved to another number", plain,
+        start().object(6, "(said)").save().freed(6).object(7, "(said)").save().bytes(), 0,
+        "moved\t6\t7\tother\t\n");
+    row("added, freed", plain, start().object(6, "(a)").freed(3).save().bytes(), 3,
+        "added\t-\t6\tother\t\nfreed\t3\t-\tfonts-and-images\t\n");
+    row("nothing", plain, start().save().bytes(), 0, "");
+    row("the lengths of streams with them", plain,
+        start()
+            .object(6, "<< /Length 7 0 R >>\nstream\nab\nendstream")
+            .object(7, "2")
+            .save()
+            .object(6, "<< /Length 7 0 R >>\nstream\nabc\nendstream")
+            .object(7, "3")
+            .save()
+            .bytes(),
+        3, "replaced\t6\t6\tother\tstream\n");
+    row("two that are not neighbours",
+        {u"compare"_s, u"a.pdf"_s, u"--from"_s, u"1"_s, u"--to"_s, u"3"_s},
+        start().object(6, "(a)").save().object(7, "(b)").save().bytes(), 3,
+        "added\t-\t6\tother\t\nadded\t-\t7\tother\t\n");
+    row("one with itself", {u"compare"_s, u"a.pdf"_s, u"--from"_s, u"1"_s, u"--to"_s, u"1"_s}, once,
+        0, "");
+    row("no version before", plain, once, 2, "");
+    row("no such version", {u"compare"_s, u"a.pdf"_s, u"--to"_s, u"9"_s}, once, 2, "");
+    row("a version that has to be repaired", plain,
+        SavedFile(once).raw("startxref\n7\n%%EOF\n").object(6, "(a)").save().bytes(), 0, "");
+}
+
+void TestEngineCommands::comparesVersions()
+{
+    const auto [words, file, status, lines] = ComparesVersions::fetch();
+    writeFile(path(u"a.pdf"_s), QByteArray::fromStdString(file));
+    const CompanionRun result = run(words);
+    QCOMPARE(result.output, lines);
+    QCOMPARE(result.status, status);
+    QCOMPARE(result.errors.isEmpty(), status != 2);
+}
+
+/// Renumbered, packed otherwise, without and with a change.
+void TestEngineCommands::comparesFiles()
+{
+    writeFile(path(u"a.pdf"_s), twoPages());
+    QProcess qpdf;
+    qpdf.setWorkingDirectory(theHome->path());
+    qpdf.start(
+        u"qpdf"_s, {u"--object-streams=generate"_s, u"--linearize"_s, u"a.pdf"_s, u"b.pdf"_s});
+    QVERIFY(qpdf.waitForFinished());
+    const CompanionRun moved = run({u"compare"_s, u"a.pdf"_s, u"b.pdf"_s});
+    QCOMPARE(moved.status, 0);
+    QVERIFY2(moved.output.startsWith("moved"), moved.output.constData());
+    const QByteArray other = twoPages().replace("(First page) Tj", "(Other page) Tj");
+    const CompanionRun changed = run({u"compare"_s, u"b.pdf"_s, u"-"_s, u"--json"_s}, other);
+    QCOMPARE(changed.status, 3);
+    const QJsonObject json = QJsonDocument::fromJson(changed.output).object();
+    QCOMPARE(json[u"equal"_s], QJsonValue(false));
+    const QJsonArray objects = json[u"objects"_s].toArray();
+    QCOMPARE(std::count_if(objects.begin(), objects.end(),
+                 [](const QJsonValue& one) {
+                     return one[u"change"_s] == u"replaced"_s && one[u"stream"_s].toBool()
+                         && one[u"entries"_s].toArray().isEmpty();
+                 }),
+        1);
 }
 
 QTEST_APPLESS_MAIN(TestEngineCommands)

@@ -260,6 +260,13 @@ void tellOfStream(Teller& teller, const Question& question)
     teller.done(question, StreamResult{size, end, "a remark"});
 }
 
+/// Objects that come again and again.
+template<std::uint32_t next> void tellOfSigns(Teller& teller, const Question& question)
+{
+    const std::vector<EngineObjectSign> signs(next == 0 ? maximumSigns : 0);
+    teller.done(question, SignResult{next, 1, 1, signs, {}});
+}
+
 /// Rows without end, and of numbers that no object has.
 template<std::uint32_t number> void tellOfRows(Teller& teller, const Question& question)
 {
@@ -353,6 +360,8 @@ const std::vector<Lie>& allLies()
         {"findings out of order", isCheck, tellOfCheck<CheckLie::isOutOfOrder>, "check"},
         {"as many findings as may be", isCheck, tellOfCheck<CheckLie::isAsMuchAsMayBe>, ""},
         {"reports of a stream", isStream, reportWithoutEnd, "stream"},
+        {"an object again and again", isSign, tellOfSigns<0>, "signs"},
+        {"the same from the beginning", isSign, tellOfSigns<1>, "signs"},
         {"a row of no object", isCrossReference, tellOfRows<~0u>, "versions"},
         {"rows without end", isCrossReference, tellOfRows<7>},
         {"facts as many and as long as may be", isFacts, tellManyFacts},

@@ -92,6 +92,15 @@ StreamResult truth(const StreamRequest&)
     return {writtenFile.size(), EngineStreamEnd::isWhole, {}};
 }
 
+SignResult truth(const SignRequest&)
+{
+    EngineObjectSign sign;
+    sign.number = 3;
+    sign.form = static_cast<std::uint8_t>(EngineSignForm::isPlain);
+    sign.links = 1;
+    return {0, 1, 0, std::vector{sign}, std::vector<EngineObjectLink>{{9, 1, 0}}};
+}
+
 CrossReferenceResult truth(const CrossReferenceRequest&)
 {
     return {{{EngineSectionForm::isTable, -1, -1, 1, -1, false, true, 1}},

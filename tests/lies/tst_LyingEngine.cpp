@@ -81,6 +81,7 @@ QString failures(PDFDocument* document, const FileBytes& bytes)
     ask(u"object"_s, document->requestObject(1, document));
     ask(u"table"_s, document->requestTable(document));
     ask(u"stream"_s, document->requestStream(1, PDFStreamForm::isDecoded, usualStream, document));
+    ask(u"signs"_s, document->requestSigns({}, document));
     PDFSavedVersions versions(bytes);
     QEventLoop loop;
     QObject::connect(&versions, &PDFSavedVersions::finished, &loop, &QEventLoop::quit);

@@ -3,6 +3,7 @@
 #include "files/FileBytes.h"
 #include "pdf/FlattenedNumbers.h"
 #include "pdf/PDFObject.h"
+#include "pdf/PDFObjectSigns.h"
 #include "pdf/PDFRequest.h"
 #include "pdf/PDFTable.h"
 #include "pdf/PDFText.h"
@@ -19,7 +20,9 @@
 #include <QString>
 #include <QUrl>
 
+#include <cstdint>
 #include <memory>
+#include <vector>
 
 namespace tarnwick {
 
@@ -257,6 +260,13 @@ public:
     /// Such engines for other bytes of the same document, as one of its earlier versions, which
     /// take the same password.
     std::unique_ptr<PDFObjectEngines> objectEnginesFor(const FileBytes& bytes) const;
+
+    /// What objects are known by when documents are compared. Fails as requestObject() does, and
+    /// when a portion takes more than a minute.
+    /// @param numbers of the objects, ascending; of all of them where it is empty. Those that do
+    /// not
+    ///   exist, object streams and cross-reference streams are left out.
+    PDFSignRequest* requestSigns(const std::vector<std::uint32_t>& numbers, QObject* parent);
 
     /// Process ids of the engines that run at present: pages, text, files, objects, streams, the
     /// check. For tests and for reports of trouble.

@@ -2,6 +2,7 @@
 
 #include "files/FileBytes.h"
 #include "pdf/PDFObject.h"
+#include "pdf/PDFObjectSigns.h"
 #include "pdf/PDFTable.h"
 
 #include <QList>
@@ -30,6 +31,8 @@ public:
     /// What an object says, and where it stands in the file. Fails after 20 seconds.
     /// @param number any: that there is no such object is an answer.
     PDFObjectRequest* requestObject(int number, QObject* parent);
+    /// PDFDocument::requestSigns().
+    PDFSignRequest* requestSigns(const std::vector<std::uint32_t>& numbers, QObject* parent);
     /// What the stream of an object holds, from an engine of its own. Fails after
     /// streamTimeLimit(), or when its engine ends, if there is nothing to be had of it.
     PDFStreamRequest* requestStream(int number, PDFStreamForm form, quint64 limit, QObject* parent);

@@ -63,6 +63,8 @@ constexpr std::size_t maximumOrigins = 16'000'000;
 constexpr std::uint64_t usualStream = std::uint64_t{256} << 20;
 constexpr std::uint64_t largestStream = std::uint64_t{4} << 30; ///< when the user has
 
+constexpr std::uint32_t maximumSigns = 20'000; ///< of objects that are compared, in one answer
+constexpr std::uint32_t maximumSignLinks = 500'000; ///< likewise; more of one object are left out
 constexpr std::uint32_t maximumSections = 1000; ///< cross-references in one answer
 constexpr std::uint32_t maximumRows = 250'000; ///< of cross-references in one answer
 /// Rows of one cross-reference; what follows repeats numbers.

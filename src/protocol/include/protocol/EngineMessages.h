@@ -6,6 +6,7 @@
 #include "protocol/ObjectMessages.h"
 #include "protocol/OpeningMessages.h"
 #include "protocol/PageMessages.h"
+#include "protocol/SignMessages.h"
 #include "protocol/TableMessages.h"
 
 namespace tarnwick {
@@ -30,7 +31,7 @@ template<typename... Requests> struct RequestList
 
 using EngineRequests = RequestList<OpenRequest, UnlockRequest, MeasureRequest, TileRequest,
     TextRequest, LinksRequest, OutlineRequest, FlatRequest, PrintRequest, ObjectRequest,
-    StreamRequest, FactsRequest, PictureRequest, CrossReferenceRequest, CheckRequest,
+    StreamRequest, FactsRequest, PictureRequest, SignRequest, CrossReferenceRequest, CheckRequest,
     TableRequest>;
 
 /// Whether a request has the engine write a file, and report how far it is.

@@ -25,6 +25,7 @@ enum class EngineRequest : std::uint8_t
     isPrint,
     isObject,
     isStream,
+    isSign,
     isCrossReference, ///< of a document that need not be open
     isCheck,
     isFacts,

@@ -52,6 +52,9 @@ public:
     /// Versions of their own among versions().
     std::size_t ownCount() const;
 
+    /// What differs between the objects of two versions, of which the later goes on from the
+    /// earlier. Nothing where that cannot be known, or where it does not.
+    std::optional<ObjectChanges> changesBetween(std::size_t earlier, std::size_t later) const;
     /// The rows that a version's cross-references have for the objects in use, by number. Empty
     /// for one whose cross-references cannot be read. @param version index into versions().
     std::vector<CrossReferenceRow> rowsOf(std::size_t version) const;

@@ -76,9 +76,11 @@ void ObjectPairing::pair(const std::stop_token& stop)
         theBefore.mix();
         theAfter.mix();
     }
-    pairByKeys(false);
+    // Of what is there several times, each belongs to what leads to it.
+    pairByKeys(true);
     pairByWays(theRoots[0], theRoots[1]);
     pairByWays(theRoots[2], theRoots[3]);
+    pairByKeys(false);
     theBefore.keys = beforeKeys;
     theAfter.keys = afterKeys;
     pairByKeys(true);

@@ -6,17 +6,35 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLocale>
+#include <QStylePainter>
 #include <QToolButton>
 
 using namespace Qt::StringLiterals;
 
 namespace tarnwick {
 
+namespace {
+
+/// A line of text that ends in an ellipsis where there is no room for more.
+class ElidedLabel : public QLabel
+{
+protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        const QRect area = contentsRect();
+        QStylePainter painter(this);
+        painter.drawItemText(area, Qt::AlignLeading | Qt::AlignVCenter, palette(), isEnabled(),
+            fontMetrics().elidedText(text(), Qt::ElideRight, area.width()), foregroundRole());
+    }
+};
+
+} // namespace
+
 FindingsStrip::FindingsStrip(DocumentFindings* findings, Occasion occasion, QWidget* parent)
     : QFrame(parent)
     , theFindings(findings)
     , theOccasion(occasion)
-    , theText(new QLabel)
+    , theText(new ElidedLabel)
 {
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);

@@ -43,6 +43,7 @@ private slots:
     void followsReferences();
     void goesBackOverPanesAndWindows();
     void leadsFromPagesToTheirSourceAndBack();
+    void showsObjectsInTheOtherSource();
 
 private:
     void open(bool summary = true, bool raw = false);
@@ -208,6 +209,24 @@ void TestSourceNavigation::leadsFromPagesToTheirSourceAndBack()
     another->showSourceOfPage(1); // before there is any
     QVERIFY(filled.size() == 1 || filled.wait(30'000));
     QCOMPARE(another->lowerTextView()->selectedText(), u"7 0 obj"_s);
+}
+
+void TestSourceNavigation::showsObjectsInTheOtherSource()
+{
+    open();
+    const PlainTextView& upper = *theInspector->upperTextView();
+    const PlainTextView& lower = *theInspector->lowerTextView();
+    QCOMPARE(typed(u"3"_s), QString());
+    theInspector->showInOtherSource();
+    QVERIFY(upper.hasFocus());
+    QVERIFY(upper.textStorage()->line(upper.caret().line + 1).text.contains(u"/Later 1"_s));
+    theInspector->showInOtherSource();
+    QVERIFY(lower.hasFocus());
+    QCOMPARE(lower.selectedText(), u"3 0 obj"_s);
+    QCOMPARE(typed(u"8"_s), QString()); // nothing leads to it
+    theInspector->showInOtherSource();
+    const QString said = theInspector->findChild<QLabel*>(u"lowerNote"_s)->text();
+    QVERIFY2(said.contains(u"leaves object 8 out"_s), qPrintable(said));
 }
 
 QTEST_MAIN(TestSourceNavigation)

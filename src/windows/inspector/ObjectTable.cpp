@@ -357,6 +357,10 @@ void ObjectTable::openMenu(const QPoint& place)
     const auto object = theModel->objectAt(theView->currentIndex());
     if (object && theView->selectionModel()->hasSelection()) {
         menu->addAction(tr("&Go to Object"), this, [this, object] { tellWanted(*object); });
+        const std::int64_t number = theModel->facts().number(*object);
+        if (number != trailerNumber)
+            menu->addAction(tr("Show in &Flattened PDF"), this,
+                [this, number] { emit flattenedWanted(number); });
         menu->addAction(tr("&Copy Row"), this, &ObjectTable::copy);
         menu->addSeparator();
     }

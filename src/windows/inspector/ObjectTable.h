@@ -61,6 +61,8 @@ signals:
     void unlistedChosen(int number);
     void unlistedWanted(int number);
     /// @}
+    /// The user wants to see the object of a number in the flattened document.
+    void flattenedWanted(qint64 number);
     /// Somebody looks at the objects: setTabled() is waited for.
     void tableWanted();
     /// The rows are those that the filter and the order ask for, or the work for them was given up.

@@ -122,6 +122,24 @@ QString SourceNavigator::goToObject(const ObjectQuery& query, Pane in)
         .arg(object->objGen());
 }
 
+QString SourceNavigator::showInOther(Pane from, qint64 objNo)
+{
+    const Pane to = from == Pane::isStored ? Pane::isFlattened : Pane::isStored;
+    if (!theNumbers || !pane(to).hasObjects())
+        return tr("The objects of the other source are not known here");
+    const std::optional<std::int64_t> number
+        = from == Pane::isStored ? theNumbers->flattened(objNo) : theNumbers->stored(objNo);
+    if (!number)
+        return from == Pane::isStored
+            ? tr("The flattened PDF leaves object %1 out").arg(objNo)
+            : tr("Object %1 stands within another object in the stored file").arg(objNo);
+    if (const std::optional<pdfObject> object = pane(to).catalog().find(*number))
+        return show(*object, to);
+    if (to == Pane::isStored)
+        emit unlistedWanted(static_cast<int>(*number));
+    return to == Pane::isStored ? QString() : missing(pane(to).catalog(), *number);
+}
+
 QString SourceNavigator::show(const pdfObject& object, Pane in)
 {
     const std::optional<TextRange> place = pane(in).placeOf(object);
@@ -268,6 +286,8 @@ void SourceNavigator::extendMenu(Pane in, QMenu& menu, QAction* before, TextPosi
         offerVersions(in, menu, before, *subject);
         add(tr("Show &Users of Object %1").arg(objNo),
             [this, in, objNo] { emit usersWanted(in, objNo); });
+        add(in == Pane::isStored ? tr("Show in &Flattened PDF") : tr("Show in &Stored File"),
+            [this, in, objNo] { emit said(in, showInOther(in, objNo)); });
         if (const auto page = PageTree(here.catalog()).numberOf(*subject))
             add(tr("Show &Page %1").arg(*page),
                 [this, page = *page] { emit pageWanted(static_cast<int>(page - 1)); });

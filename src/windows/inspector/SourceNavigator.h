@@ -3,10 +3,13 @@
 #include "PaneSource.h"
 #include "PlaceHistory.h"
 #include "PlaceQuery.h"
+#include "pdf/FlattenedNumbers.h"
 
 #include <QObject>
 
 #include <array>
+#include <memory>
+#include <utility>
 
 class QAction;
 class QMenu;
@@ -57,6 +60,14 @@ public:
     /// is such an object.
     std::optional<qint64> subjectNumber() const;
 
+    /// Which object of the flattened document was which in the file; null where it is not known.
+    void setNumbers(std::shared_ptr<const FlattenedNumbers> numbers)
+    {
+        theNumbers = std::move(numbers);
+    }
+    /// Shows an object of one source in the other one. @returns as goTo().
+    QString showInOther(Pane from, qint64 objNo);
+
     bool canGoBack() const { return theHistory.canGoBack(); }
     bool canGoForward() const { return theHistory.canGoForward(); }
     void goBack();
@@ -78,6 +89,8 @@ signals:
     void bytesWanted(qulonglong offset, qulonglong length);
     /// The user wants to know who refers to an object.
     void usersWanted(tarnwick::SourceNavigator::Pane in, qint64 objNo);
+    /// The user wants to see an object of the stored file that has no line in its pane.
+    void unlistedWanted(int objNo);
 
 private:
     static std::size_t index(Pane pane) { return static_cast<std::size_t>(pane); }
@@ -96,6 +109,7 @@ private:
     PlaceHistory& theHistory;
     Pane theCurrent = Pane::isStored;
     std::array<PaneSource, 2> thePanes;
+    std::shared_ptr<const FlattenedNumbers> theNumbers;
     PanePlace theLook; ///< the last one; no longer one when its pane's caret has moved
     PanePlace theLookOrigin;
 };

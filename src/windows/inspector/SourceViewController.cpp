@@ -228,6 +228,7 @@ void SourceViewController::takeFlattened(PDFFileRequest* request)
     if (request->succeeded()) {
         const PDFWrittenFile& file = request->file();
         theFlatBytes = file.bytes;
+        theNavigator->setNumbers(file.numbers);
         startScan(theUpper, shared(file.bytes), lossNote(file));
         return;
     }

@@ -92,7 +92,7 @@ bool SourceViewController::validateCommand(const QString& command) const
 {
     if (command == "followReference"_L1)
         return theNavigator->canFollow();
-    if (command == "showUsers"_L1)
+    if (command == "showUsers"_L1 || command == "showInOtherSource"_L1)
         return theNavigator->subjectNumber().has_value();
     if (command == "showFindings"_L1)
         return theInquiry->hasFindings();
@@ -108,6 +108,14 @@ void SourceViewController::followReference()
     const QString failure = theNavigator->follow();
     say(theNavigator->current() == SourceNavigator::Pane::isFlattened ? theUpper : theLower,
         failure);
+}
+
+void SourceViewController::showInOtherSource()
+{
+    const SourceNavigator::Pane in = theNavigator->current();
+    if (const std::optional<qint64> objNo = theNavigator->subjectNumber())
+        say(in == SourceNavigator::Pane::isFlattened ? theUpper : theLower,
+            theNavigator->showInOther(in, *objNo));
 }
 
 void SourceViewController::showUsers()

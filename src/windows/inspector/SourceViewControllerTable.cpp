@@ -53,6 +53,10 @@ void SourceViewController::connectTable()
     connect(table, &ObjectTable::tableWanted, theTableLoader, &TableLoader::start);
     connect(theTableLoader, &TableLoader::finished, this,
         [this, table] { table->setTabled(theTableLoader->tabled(), theTableLoader->failure()); });
+    connect(theNavigator, &SourceNavigator::unlistedWanted, this,
+        [this](int number) { showUnlisted(number, true); });
+    connect(table, &ObjectTable::flattenedWanted, this,
+        [this](qint64 number) { say(theLower, theNavigator->showInOther(storedPane, number)); });
     connect(table, &ObjectTable::unlistedChosen, this,
         [this](int number) { showUnlisted(number, false); });
     connect(table, &ObjectTable::unlistedWanted, this,

@@ -95,6 +95,8 @@ public:
 public slots:
     /// Follows the reference at the caret of the pane that has, or had, the keyboard.
     void followReference();
+    /// Shows the object at the caret in the other of the two sources.
+    void showInOtherSource();
     /// Lists who refers to the object at the caret.
     void showUsers();
     /// Lists what is remarkable about the stored file.

@@ -3,6 +3,7 @@
 #include "FuzzTarget.h"
 #include "PDFCheckAnswer.h"
 #include "PDFCrossReferenceAnswers.h"
+#include "PDFDigestAnswers.h"
 #include "PDFObjectAnswers.h"
 #include "PDFSignAnswers.h"
 #include "PDFTableAnswers.h"
@@ -208,6 +209,8 @@ bool takesAnswer(const AskedFor& asked, std::string_view payload)
         return check(readOpenedAnswer(payload));
     case EngineRequest::isMeasure:
         return check(readMeasureAnswer(payload, asked.pageCount), asked.pageCount);
+    case EngineRequest::isDigest:
+        return readDigestAnswer(payload, asked.pageCount).has_value();
     case EngineRequest::isTile: {
         const QByteArray bytes(payload.data(), static_cast<qsizetype>(payload.size()));
         const auto image = readTileAnswer(bytes, asked.size);

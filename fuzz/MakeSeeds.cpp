@@ -200,6 +200,7 @@ Seeds answers()
         answer<OpenRequest>(packed(OpenedAnswer{2, 1, 7, -1, 3, 612, 792})),
         answer<MeasureRequest>(
             packed(MeasureResult{{{612, 792, true, "iv"}, {612, 792, false, {}}}})),
+        answer<DigestRequest>(packed(DigestResult{{{4, true, {1, 2, 3, 4}}, {5, false, {}}}})),
         answer<TileRequest>(packed(TileResult{std::vector<std::uint32_t>{0xff123456u}})),
         answer<LinksRequest>(
             packed(LinksResult{{{1, 2, 30, 40, {-1, 5, 6, "https://a.example/"}}}})),
@@ -314,7 +315,7 @@ Seeds requests()
             + framed(TextRequest{0, EngineTextDetail::isWithAttributes}) + framed(LinksRequest{1})
             + framed(OutlineRequest()),
         first + framed(FlatRequest()) + opening,
-        first + framed(CheckRequest()) + framed(pages),
+        first + framed(CheckRequest()) + framed(pages) + framed(DigestRequest{0, 2}),
         first + framed(TableRequest{0}) + framed(ObjectRequest{4}) + framed(StreamRequest{4, EngineStreamForm::isDecoded, 9})
             + framed(StreamRequest{4, EngineStreamForm::isRaw, 90}) + framed(FactsRequest{3})
             + framed(PictureRequest{4}),

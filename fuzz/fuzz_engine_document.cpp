@@ -65,7 +65,7 @@ private:
             return;
         if (kind == EngineAnswer::isOpened)
             thePageCount = unpacked<OpenedAnswer>(payload)->pageCount;
-        if (asked.kind == EngineRequest::isMeasure)
+        if (asked.kind == EngineRequest::isMeasure || asked.kind == EngineRequest::isDigest)
             asked.pageCount = std::min(pagesTried, thePageCount);
         else
             asked.pageCount = thePageCount;
@@ -82,6 +82,8 @@ Session readingSession(std::string_view file)
 {
     Session session(file);
     session.ask(MeasureRequest{0, pagesTried});
+    for (const auto form : {EngineDigestForm::isOfContent, EngineDigestForm::isOfPlace})
+        session.ask(DigestRequest{0, pagesTried, form});
     session.ask(OutlineRequest());
     for (int page = 0; page < pagesTried; ++page) {
         session.ask(LinksRequest{page});

@@ -142,6 +142,11 @@ int EngineServer::perform(const MeasureRequest& request, MeasureResult& result)
     return FZ_ERROR_NONE;
 }
 
+int EngineServer::perform(const DigestRequest& request, DigestResult& result)
+{
+    return readDigests(theDocument, request, theDigests, result);
+}
+
 int EngineServer::perform(const TileRequest& request, TileResult& result)
 {
     return theTiles.draw(request, result);

@@ -3,6 +3,7 @@
 #include "EngineDocument.h"
 #include "EnginePipe.h"
 #include "ObjectRoles.h"
+#include "PageDigests.h"
 #include "PageLabels.h"
 #include "PageTiles.h"
 #include "WrittenFile.h"
@@ -33,6 +34,7 @@ private:
 
     // What a request asks for. Each returns MuPDF's error code.
     int perform(const MeasureRequest& request, MeasureResult& result);
+    int perform(const DigestRequest& request, DigestResult& result);
     int perform(const TileRequest& request, TileResult& result);
     int perform(const TextRequest& request, TextResult& result);
     int perform(const LinksRequest& request, LinksResult& result);
@@ -60,6 +62,7 @@ private:
     EngineDocument::State theState = EngineDocument::State::isRefused;
     std::optional<std::vector<PageLabelRange>> theLabels;
     std::optional<ObjectRoles> theRoles;
+    std::optional<PageDigests> theDigests;
 };
 
 } // namespace tarnwick

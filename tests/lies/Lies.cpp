@@ -155,6 +155,14 @@ void writeHoles(Teller& teller, const Question& question)
     teller.done(question, WrittenResult{size, 0, {}, {}});
 }
 
+/// @param count of digests that are told besides those that were asked for.
+template<int object, bool isKnown, std::size_t count>
+void tellDigests(Teller& teller, const Question& question)
+{
+    teller.done(question,
+        DigestResult{std::vector<EnginePageDigest>(1 + count, {object, isKnown, {1, 2, 3, 4}})});
+}
+
 enum class ObjectLie
 {
     isMissingWithText,
@@ -322,6 +330,9 @@ const std::vector<Lie>& allLies()
         {"refused at length", isOpen, refuseAtLength, "open"},
         {"opened twice", isOpen, answerTwice, nullptr},
         {"sides of no number and labels to the limit", isMeasure, measureWithoutEnd},
+        {"the digest of a page of no object", isDigest, tellDigests<-1, true, 0>, "digest"},
+        {"a digest that is not known", isDigest, tellDigests<1, false, 0>, "digest"},
+        {"digests that nobody asked for", isDigest, tellDigests<1, true, 9>, "digest"},
         {"a pixel too many", isTile, drawOtherSize, "tile"},
         {"a tile byte by byte", isTile, drawByteByByte},
         {"a tile of four gigabytes", isTile, announceFourGigabytes, "tile"},

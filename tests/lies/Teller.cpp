@@ -31,6 +31,12 @@ MeasureResult truth(const MeasureRequest& request)
         std::vector<PageMeasure>(static_cast<std::size_t>(request.count), {612, 792, false, {}})};
 }
 
+DigestResult truth(const DigestRequest& request)
+{
+    return {std::vector<EnginePageDigest>(
+        static_cast<std::size_t>(request.count), {1, true, {1, 2, 3, 4}})};
+}
+
 TileResult truth(const TileRequest& request)
 {
     return {std::vector<std::uint32_t>(

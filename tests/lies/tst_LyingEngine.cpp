@@ -11,6 +11,7 @@
 #include "pages/PDFThumbnailView.h"
 #include "pages/PDFView.h"
 #include "pdf/PDFObjectEngines.h"
+#include "pdf/PDFPageDigests.h"
 #include "pdf/PDFSavedVersions.h"
 #include "support/Files.h"
 #include "support/OpenedDocument.h"
@@ -92,6 +93,11 @@ QString failures(PDFDocument* document, const FileBytes& bytes)
     PDFObjectEngines* const engines = document->objectEngines();
     ask(u"facts"_s, engines->requestFacts(1, document));
     ask(u"picture"_s, engines->requestPicture(1, document));
+    PDFPageDigests digests(bytes, {}, 1, PDFPageDigests::Form::isOfContent);
+    QObject::connect(&digests, &PDFPageDigests::finished, &loop, &QEventLoop::quit);
+    loop.exec();
+    if (!digests.digests().first().isKnown)
+        failed << u"digest"_s;
     return failed.join(u' ');
 }
 

@@ -2,6 +2,7 @@
 
 #include "protocol/CheckMessages.h"
 #include "protocol/CrossReferenceMessages.h"
+#include "protocol/DigestMessages.h"
 #include "protocol/FileMessages.h"
 #include "protocol/ObjectMessages.h"
 #include "protocol/OpeningMessages.h"
@@ -29,10 +30,10 @@ template<typename... Requests> struct RequestList
     }
 };
 
-using EngineRequests = RequestList<OpenRequest, UnlockRequest, MeasureRequest, TileRequest,
-    TextRequest, LinksRequest, OutlineRequest, FlatRequest, PrintRequest, ObjectRequest,
-    StreamRequest, FactsRequest, PictureRequest, SignRequest, CrossReferenceRequest, CheckRequest,
-    TableRequest>;
+using EngineRequests = RequestList<OpenRequest, UnlockRequest, MeasureRequest, DigestRequest,
+    TileRequest, TextRequest, LinksRequest, OutlineRequest, FlatRequest, PrintRequest,
+    ObjectRequest, StreamRequest, FactsRequest, PictureRequest, SignRequest, CrossReferenceRequest,
+    CheckRequest, TableRequest>;
 
 /// Whether a request has the engine write a file, and report how far it is.
 template<typename Request> constexpr bool writesFile = requires

@@ -17,6 +17,7 @@ enum class EngineRequest : std::uint8_t
     isOpen = 1, ///< answered by isOpened, isLocked or isRefused
     isUnlock, ///< answered likewise
     isMeasure,
+    isDigest,
     isTile,
     isText,
     isLinks,

@@ -80,6 +80,7 @@ void PDFView::Private::connectScrolling()
         theDetailsTimer.start(scrollRest);
         wantSoon();
         q->viewport()->update();
+        emit q->scrolled();
     });
     connect(&theZoom, &PageZoom::changed, this, [this](double factor) {
         // While zooming goes on, what is there is shown stretched: no engine is asked for each
@@ -285,6 +286,21 @@ void PDFView::Private::paintPage(QPainter& painter, int page, const QRect& expos
     painter.restore();
     if (const PDFPageText* const text = theDetails.text(page))
         theOverlay.paint(painter, page, *text, theSelector.selection(), exposed, q->palette());
+    if (theMarkedAreas)
+        paintMarkedAreas(painter, page);
+}
+
+/// Pages are white under every palette, and so is what is under a frame.
+void PDFView::Private::paintMarkedAreas(QPainter& painter, int page) const
+{
+    constexpr double lineWidth = 2;
+    painter.save();
+    painter.setPen(QPen(QColor(200, 30, 30), lineWidth));
+    painter.setBrush(QColor(255, 80, 60, 36));
+    const QList<QRectF> areas = theMarkedAreas(page);
+    for (const QRectF& area : areas)
+        painter.drawRect(theViewport.inView(page, QPolygonF(area)).boundingRect());
+    painter.restore();
 }
 
 } // namespace tarnwick

@@ -56,6 +56,7 @@ public:
     QPointer<PDFDocument> theDocument;
     QPointer<PDFDocumentText> theText;
     std::function<void(PDFView*)> thePrintDelegate;
+    std::function<QList<QRectF>(int page)> theMarkedAreas;
 
     TileLoader theTiles;
     PageDetails theDetails;
@@ -82,6 +83,7 @@ private:
     void takeMeasures(int first, int count);
     void wantTiles();
     void paintPage(QPainter& painter, int page, const QRect& exposed);
+    void paintMarkedAreas(QPainter& painter, int page) const;
 
     QTimer theTilesTimer;
     QTimer theDetailsTimer;

@@ -5,6 +5,7 @@
 #include <QAbstractScrollArea>
 #include <QList>
 #include <QPointF>
+#include <QRectF>
 
 #include <functional>
 #include <memory>
@@ -68,6 +69,18 @@ public:
     /// Matches of a search, in document order, drawn behind the selection.
     void setHighlights(const QList<PDFSelection>& matches);
 
+    /// What stands at the view's upper edge, in the middle.
+    struct Place
+    {
+        int page = -1; ///< -1 without pages
+        QPointF point; ///< in page space
+    };
+    Place topPlace() const;
+    /// Brings a place there. That is no jump: goBack() knows nothing of it.
+    void showPlace(const Place& place);
+    /// Areas of pages that are framed, in page space: asked for each page that is painted.
+    void setMarkedAreas(std::function<QList<QRectF>(int page)> areas);
+
     /// Who prints when the user asks the view to, with a document in it; without one it does not.
     void setPrintDelegate(std::function<void(PDFView* view)> delegate);
 
@@ -115,6 +128,8 @@ public slots:
 signals:
     void currentPageChanged(int page);
     void scaleFactorChanged(double factor);
+    /// Another place stands at the upper edge now, or may.
+    void scrolled();
     void selectionChanged();
     void historyChanged();
     void drawingChanged(bool isDrawing);

@@ -1,5 +1,6 @@
 #include "AppDelegate.h"
 
+#include "Comparisons.h"
 #include "StartView.h"
 #include "dialogs/Alert.h"
 #include "export/ExportJob.h"
@@ -116,6 +117,12 @@ bool AppDelegate::validateCommand(const QString& command) const
 {
     if (command == "openHelp"_L1)
         return thePlainWindowRegistry.knows(WindowIdentifiers::help);
+    if (command == "compareWith"_L1) {
+        const DocumentWindow* const window = DocumentWindow::of(QApplication::activeWindow());
+        const auto* const document
+            = window ? qobject_cast<const Document*>(window->document()) : nullptr;
+        return document && document->state() == FrameDocument::State::isOpened;
+    }
     return true;
 }
 
@@ -180,6 +187,12 @@ void AppDelegate::showUpdateChecked()
     const QList<DocumentWindow*> windows = theController->windows();
     for (const DocumentWindow* window : windows)
         updateMenus(*window);
+}
+
+void AppDelegate::compareWith()
+{
+    if (DocumentWindow* const window = DocumentWindow::of(QApplication::activeWindow()))
+        compareWithFile(*this, window);
 }
 
 void AppDelegate::openHelp()

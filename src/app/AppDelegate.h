@@ -70,6 +70,8 @@ public slots:
     void toggleSummarySource(QAction* sender);
     /// Whether updates are looked for at launch; stored at once.
     void toggleUpdateCheck();
+    /// Asks for a file and compares the active window's document with it.
+    void compareWith();
     /// Opens a further help window.
     void openHelp();
     void openUpdates();

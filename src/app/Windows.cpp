@@ -1,6 +1,7 @@
 #include "Windows.h"
 
 #include "AppDelegate.h"
+#include "Comparisons.h"
 #include "bytes/BytesViewController.h"
 #include "frame/DocumentWindow.h"
 #include "help/HelpViewController.h"
@@ -33,6 +34,19 @@ void tellOfVersions(
     else
         QObject::connect(versions, &PDFSavedVersions::finished, content,
             [versions, tell] { tell(versionsFact(*versions)); });
+}
+
+/// Two files are compared; others are opened, as in every window.
+void takeDroppedFiles(AppDelegate& delegate, Document* document, DocumentWindow* window)
+{
+    QObject::disconnect(window, &DocumentWindow::filesDropped, delegate.controller(), nullptr);
+    QObject::connect(window, &DocumentWindow::filesDropped, document,
+        [&delegate, document, window](const QStringList& paths) {
+            if (paths.size() == 2)
+                compareFiles(delegate, document, paths);
+            else
+                delegate.controller()->openFiles(paths, window);
+        });
 }
 
 } // namespace
@@ -69,8 +83,15 @@ void registerWindows(AppDelegate& delegate)
             WindowIdentifiers::bytes, document, new BytesViewController(document));
     });
     windows.add(WindowIdentifiers::versions, [&delegate](Document* document) {
-        return delegate.makeWindow(
-            WindowIdentifiers::versions, document, new VersionsViewController(document));
+        auto* content = new VersionsViewController(document);
+        QObject::connect(content, &VersionsViewController::comparisonWanted, document,
+            [&delegate, document](const FileVersion& before, const FileVersion& after) {
+                compareVersions(delegate, document, before, after);
+            });
+        DocumentWindow* const window
+            = delegate.makeWindow(WindowIdentifiers::versions, document, content);
+        takeDroppedFiles(delegate, document, window);
+        return window;
     });
     delegate.plainWindowRegistry().add(WindowIdentifiers::help, [&delegate](void*) {
         return delegate.makeWindow(WindowIdentifiers::help, nullptr, new HelpViewController);

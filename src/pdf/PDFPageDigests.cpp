@@ -11,7 +11,7 @@ namespace tarnwick {
 
 namespace {
 
-constexpr int digestedAtOnce = 200; ///< pages; so often the user sees that it goes on
+constexpr int digestedAtOnce = 50; ///< pages: those of large pictures may take as long as a page may
 /// Pages that keep ending the engine have those behind them drawn as well.
 constexpr int mostLostBatches = 5;
 

@@ -134,6 +134,10 @@ void VersionsViewController::connectParts()
         &VersionsViewController::openMenu);
     connect(ui->stopButton, &QToolButton::clicked, theReading, &VersionReading::stop);
     connect(ui->openButton, &QPushButton::clicked, this, &VersionsViewController::openVersion);
+    connect(ui->compareButton, &QPushButton::clicked, this, [this] {
+        compareWithVersionBefore();
+        compareChosenVersions();
+    });
     connect(ui->exportButton, &QPushButton::clicked, this,
         &VersionsViewController::exportChosenVersions);
     connect(ui->reportButton, &QPushButton::clicked, this, &VersionsViewController::saveReport);
@@ -192,6 +196,8 @@ std::vector<int> VersionsViewController::chosenVersions() const
 void VersionsViewController::updateCommands()
 {
     ui->openButton->setEnabled(validateCommand(u"openVersion"_s));
+    ui->compareButton->setEnabled(validateCommand(u"compareWithVersionBefore"_s)
+        || validateCommand(u"compareChosenVersions"_s));
     ui->exportButton->setEnabled(validateCommand(u"exportChosenVersions"_s));
     ui->reportButton->setEnabled(validateCommand(u"saveReport"_s));
     const DocumentWindow* const window = DocumentWindow::of(this);
@@ -204,6 +210,10 @@ bool VersionsViewController::validateCommand(const QString& command) const
     const auto chosen = ui->versionTable->selectionModel()->selectedRows().size();
     if (command == "openVersion"_L1)
         return chosen == 1;
+    if (command == "compareWithVersionBefore"_L1)
+        return chosen == 1 && chosenVersions().front() > 0;
+    if (command == "compareChosenVersions"_L1)
+        return chosen == 2;
     if (command == "exportChosenVersions"_L1 || command == "copy"_L1)
         return chosen > 0;
     if (command == "copyHash"_L1) {
@@ -225,6 +235,28 @@ void VersionsViewController::openVersion()
     const SavedVersion& version
         = theReading->rows()[static_cast<std::size_t>(chosen.front())].version;
     theDocument->openVersion(version.marker, version.end);
+}
+
+FileVersion VersionsViewController::fileVersion(int version) const
+{
+    const SavedVersion& saved = theReading->rows()[static_cast<std::size_t>(version)].version;
+    return {saved.marker, theDocument->theData().prefix(saved.end),
+        theDocument->thePDFDocument()->password()};
+}
+
+void VersionsViewController::compareWithVersionBefore()
+{
+    if (validateCommand(u"compareWithVersionBefore"_s)) {
+        const int chosen = chosenVersions().front();
+        emit comparisonWanted(fileVersion(chosen - 1), fileVersion(chosen));
+    }
+}
+
+void VersionsViewController::compareChosenVersions()
+{
+    const std::vector<int> chosen = chosenVersions();
+    if (chosen.size() == 2)
+        emit comparisonWanted(fileVersion(chosen.front()), fileVersion(chosen.back()));
 }
 
 void VersionsViewController::exportChosenVersions()
@@ -279,8 +311,9 @@ void VersionsViewController::openMenu(const QPoint& place)
         return;
     window->router()->validate();
     QMenu menu(this);
-    for (const QString& command : {u"openVersion"_s, u"exportChosenVersions"_s, QString(),
-             u"copy"_s, u"copyHash"_s, QString(), u"saveReport"_s}) {
+    for (const QString& command : {u"openVersion"_s, u"compareWithVersionBefore"_s,
+             u"compareChosenVersions"_s, QString(), u"exportChosenVersions"_s, QString(), u"copy"_s,
+             u"copyHash"_s, QString(), u"saveReport"_s}) {
         if (QAction* const action = window->commandAction(command))
             menu.addAction(action);
         else

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "frame/FileVersion.h"
+
 #include <QWidget>
 
 #include <memory>
@@ -41,6 +43,10 @@ public:
 public slots:
     /// Opens the chosen version as a document of its own.
     void openVersion();
+    /// Have the chosen version compared with the one before it, the two chosen ones with each
+    /// other.
+    void compareWithVersionBefore();
+    void compareChosenVersions();
     /// Exports the chosen versions, each into a numbered file.
     void exportChosenVersions();
     /// Copies the SHA-256 of the chosen versions, a line each.
@@ -50,6 +56,10 @@ public slots:
     void selectAll();
     /// Writes what is known of all versions into a file, once nothing more is being read.
     void saveReport();
+
+signals:
+    /// Two versions of the file are to be compared.
+    void comparisonWanted(const tarnwick::FileVersion& before, const tarnwick::FileVersion& after);
 
 protected:
     void showEvent(QShowEvent* event) override;
@@ -62,6 +72,8 @@ private:
     void showDetails();
     void openMenu(const QPoint& place);
     std::vector<int> chosenVersions() const;
+    /// @param version its place among the versions, as those of chosenVersions().
+    FileVersion fileVersion(int version) const;
     void updateCommands();
 
     std::unique_ptr<Ui::VersionsWindow> ui;

@@ -1,34 +1,16 @@
 #include "document/FindingsStrip.h"
 
 #include "document/DocumentFindings.h"
+#include "frame/ElidedLabel.h"
 
 #include <QAccessible>
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QLocale>
-#include <QStylePainter>
 #include <QToolButton>
 
 using namespace Qt::StringLiterals;
 
 namespace tarnwick {
-
-namespace {
-
-/// A line of text that ends in an ellipsis where there is no room for more.
-class ElidedLabel : public QLabel
-{
-protected:
-    void paintEvent(QPaintEvent*) override
-    {
-        const QRect area = contentsRect();
-        QStylePainter painter(this);
-        painter.drawItemText(area, Qt::AlignLeading | Qt::AlignVCenter, palette(), isEnabled(),
-            fontMetrics().elidedText(text(), Qt::ElideRight, area.width()), foregroundRole());
-    }
-};
-
-} // namespace
 
 FindingsStrip::FindingsStrip(DocumentFindings* findings, Occasion occasion, QWidget* parent)
     : QFrame(parent)
@@ -40,9 +22,6 @@ FindingsStrip::FindingsStrip(DocumentFindings* findings, Occasion occasion, QWid
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(8);
     theText->setObjectName(u"findingsText"_s);
-    theText->setTextFormat(Qt::PlainText);
-    theText->setMinimumWidth(10);
-    theText->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     layout->addWidget(theText, 1);
     auto* show = new QToolButton;
     show->setObjectName(u"findingsButton"_s);
@@ -72,9 +51,7 @@ void FindingsStrip::showFindings()
     }
     if (text == theText->text())
         return;
-    theText->setText(text);
-    theText->setToolTip(text);
-    theText->setAccessibleName(text);
+    theText->setWhole(text);
     setVisible(!text.isEmpty());
     if (text.isEmpty())
         return;

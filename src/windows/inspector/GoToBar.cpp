@@ -1,6 +1,7 @@
 #include "GoToBar.h"
 
 #include "CloseButton.h"
+#include "frame/ElidedLabel.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -15,7 +16,7 @@ namespace tarnwick {
 GoToBar::GoToBar(QWidget* parent)
     : QFrame(parent)
     , theField(new QLineEdit)
-    , theMistake(new QLabel)
+    , theMistake(new ElidedLabel)
 {
     setAccessibleName(tr("Go to"));
     auto* layout = new QHBoxLayout(this);
@@ -37,13 +38,12 @@ GoToBar::GoToBar(QWidget* parent)
     connect(theField, &QLineEdit::returnPressed, this, [this] { emit wanted(text()); });
     connect(theField, &QLineEdit::textEdited, this, [this] { setMistake({}); });
     theMistake->setObjectName(u"goToMistake"_s);
-    theMistake->setWordWrap(true);
-    theMistake->setMinimumWidth(10);
     layout->addWidget(theMistake, 2);
 
     auto* close = newCloseButton(tr("Close “Go to”"));
     layout->addWidget(close);
     connect(close, &QToolButton::clicked, this, &GoToBar::closeWanted);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
 }
 
 void GoToBar::edit()
@@ -56,7 +56,7 @@ void GoToBar::edit()
 
 void GoToBar::setMistake(const QString& mistake)
 {
-    theMistake->setText(mistake);
+    theMistake->setWhole(mistake);
     if (!mistake.isEmpty())
         theField->setFocus(Qt::OtherFocusReason);
 }

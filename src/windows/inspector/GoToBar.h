@@ -2,10 +2,11 @@
 
 #include <QFrame>
 
-class QLabel;
 class QLineEdit;
 
 namespace tarnwick {
+
+class ElidedLabel;
 
 /// The strip in which one types where to go. Enter goes, Escape closes it; what leads nowhere
 /// stays, with the reason beside it.
@@ -31,7 +32,7 @@ protected:
 
 private:
     QLineEdit* theField;
-    QLabel* theMistake;
+    ElidedLabel* theMistake;
 };
 
 } // namespace tarnwick

@@ -2,11 +2,10 @@
 
 #include <QFrame>
 
-class QLabel;
-
 namespace tarnwick {
 
 class DocumentFindings;
+class ElidedLabel;
 
 /// A quiet line that tells how many findings there are and the gravest of them, with a button for
 /// all. Hidden while there is nothing to say; a screen reader says it when it comes.
@@ -36,7 +35,7 @@ private:
 
     DocumentFindings* theFindings;
     Occasion theOccasion;
-    QLabel* theText;
+    ElidedLabel* theText;
 };
 
 } // namespace tarnwick

@@ -57,7 +57,7 @@ function(tarnwick_precompiled name)
     cmake_parse_arguments(ARG "" "" "LIBRARIES;HEADERS;OPTIONS" ${ARGN})
     file(CONFIGURE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp CONTENT "" @ONLY)
     add_library(${name} OBJECT ${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp)
-    set_target_properties(${name} PROPERTIES AUTOMOC OFF AUTOUIC OFF AUTORCC OFF)
+    set_target_properties(${name} PROPERTIES AUTOMOC OFF AUTORCC OFF)
     target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES} tarnwick_warnings)
     tarnwick_qt_definitions(${name})
     target_compile_options(${name} PRIVATE ${ARG_OPTIONS})
@@ -102,6 +102,19 @@ function(tarnwick_library name)
     endif()
 endfunction()
 
+# tarnwick_forms(NAME FORM...)
+# Headers from drawn windows. Not AUTOUIC: the build does not know what that writes, and when a form
+# has changed it compiles what includes the header only the next time.
+function(tarnwick_forms name)
+    # What AUTOUIC has left in a build folder would be found first.
+    file(GLOB old ${CMAKE_CURRENT_BINARY_DIR}/${name}_autogen/include/ui_*.h)
+    file(REMOVE ${old})
+    list(TRANSFORM ARGN PREPEND ${PROJECT_SOURCE_DIR}/src/resources/)
+    qt6_wrap_ui(headers ${ARGN})
+    target_sources(${name} PRIVATE ${headers})
+    target_include_directories(${name} PRIVATE ${CMAKE_CURRENT_BINARY_DIR})
+endfunction()
+
 function(tarnwick_qt_definitions name)
     target_compile_definitions(${name} PRIVATE
         QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_USE_QSTRINGBUILDER)
@@ -129,7 +142,7 @@ function(tarnwick_test name)
     endif()
     add_executable(${name} ${ARG_SOURCES})
     # By hand, as AUTOMOC adds a compilation that is empty for a test, and a step of its own.
-    set_target_properties(${name} PROPERTIES AUTOMOC OFF AUTOUIC OFF AUTORCC OFF)
+    set_target_properties(${name} PROPERTIES AUTOMOC OFF AUTORCC OFF)
     qt6_generate_moc(${name}.cpp ${CMAKE_CURRENT_BINARY_DIR}/${name}.moc TARGET ${name})
     target_sources(${name} PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/${name}.moc)
     target_compile_options(${name} PRIVATE ${TARNWICK_TEST_OPTIONS})

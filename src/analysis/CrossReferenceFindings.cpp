@@ -89,9 +89,9 @@ private:
             return false;
         if (theLastObject != object->range().begin) {
             theLastObject = object->range().begin;
-            theLastIsStream = ObjectSource(theBytes, object->range()).name("Type") == "XRef";
+            isLastStream = ObjectSource(theBytes, object->range()).name("Type") == "XRef";
         }
-        return theLastIsStream;
+        return isLastStream;
     }
 
     /// @returns where the cross-reference stands that it leads to.
@@ -224,7 +224,7 @@ private:
     std::size_t theHeader; ///< where %PDF- stands
     bool theHasStartxref = false;
     std::optional<std::size_t> theLastObject; ///< start of the object last looked into
-    bool theLastIsStream = false;
+    bool isLastStream = false;
 };
 
 } // namespace

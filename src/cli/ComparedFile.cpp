@@ -4,6 +4,8 @@
 
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace tarnwick {
 
 ComparedFile::ComparedFile(const Arguments& arguments, std::string name, const FileBytes& bytes)
@@ -23,7 +25,7 @@ void ComparedFile::unlock(bool wasWrong)
         thePassword = std::exchange(theFirstTry, std::nullopt);
     } else {
         if (wasWrong && (theArguments.passwordFile || theAttempts == maximumAttempts)) {
-            emit failed(QStringLiteral("This is not its password"));
+            emit failed(u"This is not its password"_s);
             return;
         }
         thePassword = theArguments.passwordFile
@@ -34,8 +36,8 @@ void ComparedFile::unlock(bool wasWrong)
     if (thePassword)
         theDocument.unlock(QString::fromStdString(*thePassword));
     else
-        emit failed(theArguments.passwordFile ? QStringLiteral("Its password file cannot be read")
-                                              : QStringLiteral("A password is needed"));
+        emit failed(theArguments.passwordFile ? u"Its password file cannot be read"_s
+                                              : u"A password is needed"_s);
 }
 
 } // namespace tarnwick

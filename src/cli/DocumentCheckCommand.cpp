@@ -59,19 +59,19 @@ private:
     {
         theEngine = state;
         theReason = reason.toStdString();
-        theTextIsRead = true;
+        isTextRead = true;
         reportWhenDone();
     }
 
     void endText()
     {
-        theTextIsRead = true;
+        isTextRead = true;
         reportWhenDone();
     }
 
     void reportWhenDone()
     {
-        if (!theFacts || !theTextIsRead || (theRequest && !theRequest->isFinished()))
+        if (!theFacts || !isTextRead || (theRequest && !theRequest->isFinished()))
             return;
         const bool isChecked = theRequest && theRequest->succeeded();
         FileFindings findings = joinFindings(
@@ -95,7 +95,7 @@ private:
     std::optional<Findings> theFacts;
     PDFCheckRequest* theRequest = nullptr;
     std::unique_ptr<PDFDocumentText> theText;
-    bool theTextIsRead = false;
+    bool isTextRead = false;
     std::string_view theEngine;
     std::string theReason;
     Work theWork;

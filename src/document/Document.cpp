@@ -126,7 +126,7 @@ void Document::makeWindowControllers()
 bool Document::validateCommand(const QString& command) const
 {
     if (command == "exportPDFversions"_L1)
-        return theSourceIsEarly ? theUpdates.value_or(false) : isIncr();
+        return isEarly ? theUpdates.value_or(false) : isIncr();
     if (command == "openSource"_L1)
         return theRegistry->knows(WindowIdentifiers::source);
     if (command == "openBytes"_L1)
@@ -135,7 +135,7 @@ bool Document::validateCommand(const QString& command) const
         return theRegistry->knows(WindowIdentifiers::versions);
     const bool takesEngine = command == "openPlainPDF"_L1 || command == "exportFlatPDF"_L1
         || command == "exportPlainText"_L1 || command == "exportRichText"_L1;
-    if (takesEngine && theSourceIsEarly && !isOpened())
+    if (takesEngine && isEarly && !isOpened())
         return false;
     if (command == "openPlainPDF"_L1)
         return theRegistry->knows(WindowIdentifiers::plainPDF);
@@ -199,7 +199,7 @@ void Document::showNewWindow(const QString& identifier)
 
 void Document::showSource()
 {
-    theSourceIsEarly = theSourceIsEarly || !isOpened();
+    isEarly = isEarly || !isOpened();
     if (DocumentWindow* const latest = latestWindow(WindowIdentifiers::source))
         latest->bringUp();
     else

@@ -173,7 +173,7 @@ void FileOpening::openSourceAlone()
 void FileOpening::askForPassword(bool wasWrong)
 {
     const bool knowsAPassword = theVersion && !theVersion->password.isNull();
-    if (knowsAPassword && !std::exchange(thePasswordIsTried, true))
+    if (knowsAPassword && !std::exchange(isPasswordTried, true))
         return theDocument->unlock(theVersion->password);
     theProgress.reset();
     const bool wasAsked = thePrompt;

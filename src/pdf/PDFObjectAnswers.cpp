@@ -70,8 +70,8 @@ PDFObjectKind kindOf(EngineObjectKind kind)
         return PDFObjectKind::isColourProfile;
     case EngineObjectKind::isEmbeddedFile:
         return PDFObjectKind::isEmbeddedFile;
-    case EngineObjectKind::isFileSpecification:
-        return PDFObjectKind::isFileSpecification;
+    case EngineObjectKind::isFileSpec:
+        return PDFObjectKind::isFileSpec;
     case EngineObjectKind::isMetadata:
         return PDFObjectKind::isMetadata;
     case EngineObjectKind::isObjectStream:

@@ -145,7 +145,8 @@ void TestDocumentCheck::saysWhatItMended()
 
 void TestDocumentCheck::tellsOfEncryption()
 {
-    const auto bytes = FileBytes::read(QStringLiteral(TARNWICK_TEST_DATA "/locked-aes-256.pdf"));
+    const auto bytes
+        = FileBytes::read(QString::fromLatin1(TARNWICK_TEST_DATA "/locked-aes-256.pdf"));
     const FileFindings findings = checkOf(std::string(bytes->view()), u"geheim"_s);
     QCOMPARE(findings.list.size(), std::size_t{1});
     const std::string& sentence = findings.list.front().sentence;

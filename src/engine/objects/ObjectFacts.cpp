@@ -51,13 +51,13 @@ std::string listedName(const EngineDocument& document, int number)
     std::string found;
     const ObjectView tree(ctx, error ? nullptr : names);
     for (int index = 0; index < tree.size() && found.empty(); ++index) {
-        const ObjectView specification = tree.at(index);
-        const ObjectView files = specification.entry("EF");
+        const ObjectView fileSpec = tree.at(index);
+        const ObjectView files = fileSpec.entry("EF");
         if (files.entry("F").number() != number && files.entry("UF").number() != number)
             continue;
-        found = specification.entry("UF").text();
+        found = fileSpec.entry("UF").text();
         if (found.empty())
-            found = specification.entry("F").text();
+            found = fileSpec.entry("F").text();
     }
     pdf_drop_obj(ctx, names);
     return found;
@@ -75,13 +75,13 @@ void tellOfEmbeddedFile(FactSheet& sheet, const ObjectView& file, int number)
     sheet.addValue(Fact::isDate, changed.isNone() ? parameters.entry("CreationDate") : changed);
 }
 
-void tellOfFileSpecification(FactSheet& sheet, const ObjectView& specification)
+void tellOfFileSpec(FactSheet& sheet, const ObjectView& fileSpec)
 {
-    sheet.setKind(EngineObjectKind::isFileSpecification);
-    const std::string name = specification.entry("UF").text();
-    sheet.add(Fact::isName, name.empty() ? specification.entry("F").text() : name);
-    sheet.add(Fact::isDescription, specification.entry("Desc").text());
-    sheet.addValue(Fact::isFile, specification.entry("EF").entry("F"));
+    sheet.setKind(EngineObjectKind::isFileSpec);
+    const std::string name = fileSpec.entry("UF").text();
+    sheet.add(Fact::isName, name.empty() ? fileSpec.entry("F").text() : name);
+    sheet.add(Fact::isDescription, fileSpec.entry("Desc").text());
+    sheet.addValue(Fact::isFile, fileSpec.entry("EF").entry("F"));
 }
 
 void tellOfObjectStream(FactSheet& sheet, const ObjectView& stream, EngineObjectKind kind)
@@ -143,7 +143,7 @@ int readFacts(const EngineDocument& document, int number, FactsResult& result)
     else if (type == "Font" || type == "FontDescriptor")
         tellOfFont(sheet, view);
     else if (type == "Filespec" || view.entry("EF").isDictionary())
-        tellOfFileSpecification(sheet, view);
+        tellOfFileSpec(sheet, view);
     pdf_drop_obj(ctx, object);
     return FZ_ERROR_NONE;
 }

@@ -91,7 +91,7 @@ QString objectKindText(PDFObjectKind kind)
         return FactWords::tr("Colour profile");
     case PDFObjectKind::isEmbeddedFile:
         return FactWords::tr("Embedded file");
-    case PDFObjectKind::isFileSpecification:
+    case PDFObjectKind::isFileSpec:
         return FactWords::tr("File specification");
     case PDFObjectKind::isMetadata:
         return FactWords::tr("Metadata");

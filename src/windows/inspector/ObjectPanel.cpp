@@ -137,7 +137,7 @@ void ObjectPanel::setDocument(PDFDocument* document, const QString& folder, cons
     delete theFactsRequest;
     theFiles.setDocument(document);
     theStream->setNames(folder, name);
-    theObjectIsAsked = false;
+    isObjectAsked = false;
     if (isVisible())
         thePause.start(pause);
 }
@@ -166,10 +166,10 @@ void ObjectPanel::tellShown()
 
 void ObjectPanel::showObject(const ObjectChoice& choice, bool isUrgent)
 {
-    if (choice == theChoice && theObjectIsAsked)
+    if (choice == theChoice && isObjectAsked)
         return;
     theChoice = choice;
-    theObjectIsAsked = false;
+    isObjectAsked = false;
     if (!isVisible())
         return;
     if (isUrgent)
@@ -181,7 +181,7 @@ void ObjectPanel::showObject(const ObjectChoice& choice, bool isUrgent)
 void ObjectPanel::showEvent(QShowEvent* event)
 {
     QWidget::showEvent(event);
-    if (!theObjectIsAsked)
+    if (!isObjectAsked)
         thePause.start(0ms);
 }
 
@@ -201,7 +201,7 @@ void ObjectPanel::askFor(PDFObjectEngines* engines, void (ObjectPanel::*then)(PD
 void ObjectPanel::ask()
 {
     thePause.stop();
-    theObjectIsAsked = true;
+    isObjectAsked = true;
     delete theRequest; // which cancels it
     delete theFactsRequest;
     PDFObjectEngines* const engines = theFiles.engines(theChoice.file);

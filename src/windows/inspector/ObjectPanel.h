@@ -90,7 +90,7 @@ private:
 
     ObjectFiles theFiles;
     ObjectChoice theChoice;
-    bool theObjectIsAsked = true; ///< for theChoice
+    bool isObjectAsked = true; ///< for theChoice
     QPointer<PDFObjectRequest> theRequest;
     QPointer<PDFFactsRequest> theFactsRequest;
     QTimer thePause;

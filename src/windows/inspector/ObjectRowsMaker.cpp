@@ -29,13 +29,13 @@ void ObjectRowsMaker::setSource(std::shared_ptr<const SourceText> source)
     theLast.reset();
     theRows = {};
     releaseFacts();
-    theTableIsAwaited = true;
+    isTableAwaited = true;
     theFacts.source = std::move(source);
 }
 
 void ObjectRowsMaker::setTabled(std::shared_ptr<const TabledObjects> tabled)
 {
-    theTableIsAwaited = false;
+    isTableAwaited = false;
     theFacts.tabled = std::move(tabled);
     const bool hasOthers = theFacts.tabled && !theFacts.tabled->unlisted().empty();
     if (hasOthers) {
@@ -80,7 +80,7 @@ bool ObjectRowsMaker::needsKinds() const
 /// known yet.
 bool ObjectRowsMaker::hasHiddenObjects() const
 {
-    if (!theTableIsAwaited || !theFacts.kinds)
+    if (!isTableAwaited || !theFacts.kinds)
         return false;
     const std::vector<std::string>& names = theFacts.kinds->names();
     return std::binary_search(names.begin(), names.end(), "ObjStm");
@@ -99,7 +99,7 @@ void ObjectRowsMaker::proceed()
         return;
     if (needsKinds() && !theFacts.kinds)
         makeKinds();
-    else if (needsTable() && theTableIsAwaited)
+    else if (needsTable() && isTableAwaited)
         emit progressed(Step::isTable, 0, 0, true);
     else if (needsConnections() && theFacts.states && !theFacts.connections)
         makeConnections();

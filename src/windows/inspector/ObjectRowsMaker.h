@@ -99,7 +99,7 @@ private:
     ObjectRows theRows;
     std::optional<Wanted> theWanted;
     std::optional<Wanted> theLast; ///< that rows were made for
-    bool theTableIsAwaited = true;
+    bool isTableAwaited = true;
     Work theRowsWork;
     Work theKindsWork;
     Work theConnectionsWork; ///< never beside theKindsWork

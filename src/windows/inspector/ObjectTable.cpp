@@ -165,13 +165,13 @@ void ObjectTable::setTabled(std::shared_ptr<const TabledObjects> tabled, const Q
 void ObjectTable::showEvent(QShowEvent* event)
 {
     QWidget::showEvent(event);
-    if (theRowsAreOld)
+    if (areRowsOld)
         make();
 }
 
 void ObjectTable::make()
 {
-    theRowsAreOld = !isVisible();
+    areRowsOld = !isVisible();
     if (!source() || !isVisible())
         return;
     theMaker->make(theFilter, theOrder);

@@ -102,7 +102,7 @@ private:
     ObjectOrder theOrder;
     std::optional<std::size_t> theCurrent; ///< row, as ObjectFacts has it
     std::optional<int> theUnlisted; ///< number of one that is to be current once it is known
-    bool theRowsAreOld = false; ///< have not been made for the source, the filter, the order
+    bool areRowsOld = false; ///< have not been made for the source, the filter, the order
     bool theIsSelecting = false; ///< not the user
 };
 

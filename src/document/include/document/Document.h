@@ -60,7 +60,7 @@ public:
 
     void showSource() override;
     /// Whether its source has been shown before it was opened, which it may never be.
-    bool isSourceEarly() const { return theSourceIsEarly; }
+    bool isSourceEarly() const { return isEarly; }
     /// Why it is not opened, as sentences for the user; empty while it may yet be.
     QString whyNotOpened() const;
 
@@ -137,7 +137,7 @@ private:
     std::optional<bool> theUpdates; ///< of theBytes, once they are known
     Work theUpdateSearch;
     std::unique_ptr<PDFSavedVersions> theSavedVersions; ///< null before anybody asks for them
-    bool theSourceIsEarly = false;
+    bool isEarly = false;
 };
 
 } // namespace tarnwick

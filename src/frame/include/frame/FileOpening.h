@@ -103,7 +103,7 @@ private:
     bool isRead = false;
     bool isSourceWanted = false; ///< while the bytes are being read
     bool isConcluded = false;
-    bool thePasswordIsTried = false; ///< that of the file whose version this is
+    bool isPasswordTried = false; ///< that of the file whose version this is
 };
 
 } // namespace tarnwick

@@ -118,7 +118,7 @@ enum class PDFObjectKind
     isFontProgram,
     isColourProfile,
     isEmbeddedFile,
-    isFileSpecification,
+    isFileSpec,
     isMetadata,
     isObjectStream,
     isCrossReference,

@@ -134,7 +134,7 @@ enum class EngineObjectKind : std::uint8_t
     isFontProgram,
     isColourProfile,
     isEmbeddedFile,
-    isFileSpecification,
+    isFileSpec,
     isMetadata,
     isObjectStream,
     isCrossReference,

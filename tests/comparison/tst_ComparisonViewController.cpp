@@ -1,7 +1,7 @@
 #include "comparison/ComparisonViewController.h"
 
 #include "PagePairPane.h"
-#include "compare/DocumentComparison.h"
+#include "compared/DocumentComparison.h"
 #include "pages/PDFView.h"
 #include "text/PlainTextView.h"
 

@@ -1,7 +1,7 @@
 #include "ChangeListModel.h"
 
 #include "ChangeWords.h"
-#include "compare/DocumentComparison.h"
+#include "compared/DocumentComparison.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #include "ChangeWords.h"
 
-#include "compare/DocumentComparison.h"
+#include "compared/DocumentComparison.h"
 #include "pdf/FailureText.h"
 
 #include <QCoreApplication>

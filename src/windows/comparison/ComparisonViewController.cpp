@@ -4,7 +4,7 @@
 #include "ChangeWords.h"
 #include "ComparedDocument.h"
 #include "MergedTextStorage.h"
-#include "compare/DocumentComparison.h"
+#include "compared/DocumentComparison.h"
 #include "document/Document.h"
 #include "frame/CommandRouter.h"
 #include "frame/DocumentWindow.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "compare/TextComparing.h"
+#include "compared/TextComparing.h"
 #include "text/PlainTextStorage.h"
 
 #include <memory>

@@ -1,6 +1,6 @@
 #include "OverlayView.h"
 
-#include "compare/DocumentComparison.h"
+#include "compared/DocumentComparison.h"
 #include "pdf/FailureText.h"
 #include "pdf/PDFDocument.h"
 

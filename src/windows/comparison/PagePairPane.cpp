@@ -1,6 +1,6 @@
 #include "PagePairPane.h"
 
-#include "compare/DocumentComparison.h"
+#include "compared/DocumentComparison.h"
 #include "document/Document.h"
 #include "pages/PDFView.h"
 

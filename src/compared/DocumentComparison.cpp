@@ -1,4 +1,4 @@
-#include "compare/DocumentComparison.h"
+#include "compared/DocumentComparison.h"
 
 #include "PageComparing.h"
 #include "pdf/PDFDocument.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "compare/ComparedPage.h"
 #include "compare/MergedText.h"
+#include "compared/ComparedPage.h"
 #include "work/Work.h"
 
 #include <QObject>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "compare/ComparedPage.h"
 #include "compare/WordDiff.h"
+#include "compared/ComparedPage.h"
 
 #include <QString>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "compare/ComparedPage.h"
+#include "compared/ComparedPage.h"
 #include "work/Work.h"
 
 #include <QImage>

@@ -1,4 +1,4 @@
-#include "compare/TextComparing.h"
+#include "compared/TextComparing.h"
 
 #include "ToldWords.h"
 #include "pdf/PDFDocument.h"

@@ -1,6 +1,7 @@
 #include "ResourceCheck.h"
 
 #include "Attempt.h"
+#include "LibraryListener.h"
 #include "PageCheck.h"
 #include "UnreadObjects.h"
 #include "WrittenStream.h"
@@ -38,8 +39,7 @@ std::string printable(std::string_view name)
 {
     constexpr std::size_t longest = 100;
     std::string text(name.substr(0, longest));
-    std::replace_if(
-        text.begin(), text.end(), [](char one) { return one < ' ' || one > '~'; }, '?');
+    makePrintable(text);
     return text;
 }
 

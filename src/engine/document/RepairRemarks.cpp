@@ -2,28 +2,15 @@
 
 #include "protocol/EngineLimits.h"
 
-#include <algorithm>
 #include <new>
 #include <string_view>
 
 namespace tarnwick {
 
 RepairRemarks::RepairRemarks(fz_context* ctx, std::string& cause)
-    : theContext(ctx)
-    , theWarnings(fz_warning_callback(ctx, &theWarningsUser))
-    , theErrors(fz_error_callback(ctx, &theErrorsUser))
-    , theCause(cause)
+    : theCause(cause)
+    , theListener(ctx, takeWarning, takeError, this)
 {
-    fz_flush_warnings(ctx); // or one like the last would be counted, not told
-    fz_set_warning_callback(ctx, takeWarning, this);
-    fz_set_error_callback(ctx, takeError, this);
-}
-
-RepairRemarks::~RepairRemarks()
-{
-    fz_flush_warnings(theContext);
-    fz_set_warning_callback(theContext, theWarnings, theWarningsUser);
-    fz_set_error_callback(theContext, theErrors, theErrorsUser);
 }
 
 /// Called from within the library, which an exception must not cross, as the other one is.
@@ -35,8 +22,7 @@ void RepairRemarks::takeError(void* self, const char* message)
     } catch (const std::bad_alloc&) {
         return;
     }
-    std::replace_if(
-        error.begin(), error.end(), [](char one) { return one < ' ' || one > '~'; }, '?');
+    makePrintable(error);
 }
 
 void RepairRemarks::takeWarning(void* self, const char* message)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <mupdf/fitz.h>
+#include "LibraryListener.h"
 
 #include <string>
 
@@ -14,22 +14,14 @@ public:
     /// @param[in,out] cause receives the first such error, in printable ASCII, unless there is one;
     ///   borrowed for this object's life.
     RepairRemarks(fz_context* ctx, std::string& cause);
-    RepairRemarks(const RepairRemarks&) = delete;
-    RepairRemarks& operator=(const RepairRemarks&) = delete;
-    ~RepairRemarks();
 
 private:
     static void takeError(void* self, const char* message);
     static void takeWarning(void* self, const char* message);
 
-    fz_context* theContext;
-    // What was there before, filled while the callbacks are asked for: so they stand before these.
-    void* theWarningsUser = nullptr;
-    void* theErrorsUser = nullptr;
-    fz_warning_cb* theWarnings = nullptr;
-    fz_error_cb* theErrors = nullptr;
     std::string& theCause;
     std::string theLastError;
+    LibraryListener theListener; ///< the last: it tells as soon as it is there
 };
 
 } // namespace tarnwick

@@ -1,6 +1,5 @@
 #include "CanonicalObject.h"
 
-#include "Attempt.h"
 #include "ObjectEntry.h"
 #include "ValueSpelling.h"
 
@@ -86,13 +85,8 @@ void CanonicalObject::putBytes(char kind, std::string_view bytes)
 void CanonicalObject::putReference(pdf_obj* reference, int depth, std::uint64_t path, bool isUpward)
 {
     const int number = pdf_to_num(theContext, reference);
-    pdf_obj* inner = nullptr;
-    if (isMadeHere(theDocument, number)) {
-        const int error
-            = attempt(theContext, [&] { inner = pdf_resolve_indirect(theContext, reference); });
-        if (!error && inner && !pdf_is_indirect(theContext, inner))
-            return put(inner, depth + 1, path, isUpward);
-    }
+    if (pdf_obj* const value = valueMadeHere(theDocument, reference))
+        return put(value, depth + 1, path, isUpward);
     theText += "R ";
     theLinks.push_back({path, static_cast<std::uint32_t>(std::max(number, 0)), isUpward ? 1u : 0u});
 }

@@ -18,20 +18,8 @@ constexpr std::array<std::string_view, 6> damages
 } // namespace
 
 LibraryRemarks::LibraryRemarks(fz_context* ctx)
-    : theContext(ctx)
-    , theWarnings(fz_warning_callback(ctx, &theWarningsUser))
-    , theErrors(fz_error_callback(ctx, &theErrorsUser))
+    : theListener(ctx, take, take, this)
 {
-    fz_flush_warnings(ctx); // or one like the last would be counted, not told
-    fz_set_warning_callback(ctx, take, this);
-    fz_set_error_callback(ctx, take, this);
-}
-
-LibraryRemarks::~LibraryRemarks()
-{
-    fz_flush_warnings(theContext);
-    fz_set_warning_callback(theContext, theWarnings, theWarningsUser);
-    fz_set_error_callback(theContext, theErrors, theErrorsUser);
 }
 
 void LibraryRemarks::take(void* self, const char* message)
@@ -54,8 +42,7 @@ void LibraryRemarks::add(const char* message)
     } catch (const std::bad_alloc&) {
         return;
     }
-    std::replace_if(
-        theFirst.begin(), theFirst.end(), [](char one) { return one < ' ' || one > '~'; }, '?');
+    makePrintable(theFirst);
 }
 
 } // namespace tarnwick

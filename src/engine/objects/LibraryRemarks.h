@@ -1,6 +1,6 @@
 #pragma once
 
-#include <mupdf/fitz.h>
+#include "LibraryListener.h"
 
 #include <string>
 
@@ -12,9 +12,6 @@ class LibraryRemarks
 {
 public:
     explicit LibraryRemarks(fz_context* ctx);
-    LibraryRemarks(const LibraryRemarks&) = delete;
-    LibraryRemarks& operator=(const LibraryRemarks&) = delete;
-    ~LibraryRemarks();
 
     /// The first remark, which the others follow from; printable ASCII, empty without any.
     const std::string& first() const { return theFirst; }
@@ -25,14 +22,9 @@ private:
     static void take(void* self, const char* message);
     void add(const char* message);
 
-    fz_context* theContext;
-    // What was there before, filled while the callbacks are asked for: so they stand before these.
-    void* theWarningsUser = nullptr;
-    void* theErrorsUser = nullptr;
-    fz_warning_cb* theWarnings = nullptr;
-    fz_error_cb* theErrors = nullptr;
     std::string theFirst;
     bool hasDamage = false;
+    LibraryListener theListener; ///< the last: it tells as soon as it is there
 };
 
 } // namespace tarnwick

@@ -51,6 +51,16 @@ bool isMadeHere(const EngineDocument& document, int number)
     return isMade(document, number, entryOf(document, number));
 }
 
+pdf_obj* valueMadeHere(const EngineDocument& document, pdf_obj* reference)
+{
+    fz_context* const ctx = document.context();
+    if (!isMadeHere(document, pdf_to_num(ctx, reference)))
+        return nullptr;
+    pdf_obj* value = nullptr;
+    const int error = attempt(ctx, [&] { value = pdf_resolve_indirect(ctx, reference); });
+    return error || pdf_is_indirect(ctx, value) ? nullptr : value;
+}
+
 ObjectResult objectEntry(const EngineDocument& document, int number)
 {
     const Entry entry = entryOf(document, number);

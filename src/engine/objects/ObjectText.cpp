@@ -1,6 +1,5 @@
 #include "ObjectText.h"
 
-#include "Attempt.h"
 #include "ObjectEntry.h"
 #include "ValueSpelling.h"
 
@@ -120,13 +119,8 @@ void ObjectText::put(pdf_obj* object, int depth)
 void ObjectText::putReference(pdf_obj* reference, int depth)
 {
     const int number = pdf_to_num(theContext, reference);
-    pdf_obj* inner = nullptr;
-    if (isMadeHere(theDocument, number)) {
-        const int error
-            = attempt(theContext, [&] { inner = pdf_resolve_indirect(theContext, reference); });
-        if (!error && inner && !pdf_is_indirect(theContext, inner))
-            return put(inner, depth + 1);
-    }
+    if (pdf_obj* const value = valueMadeHere(theDocument, reference))
+        return put(value, depth + 1);
     theText
         += std::to_string(number) + ' ' + std::to_string(pdf_to_gen(theContext, reference)) + " R";
 }

@@ -4,7 +4,6 @@
 #include "files/WholeFile.h"
 #include "frame/Notice.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
@@ -135,13 +134,8 @@ void DocumentExport::finishWriting()
         giveUp(theOutcome.reason);
         return;
     }
-    const QString folder = QDir::toNativeSeparators(QFileInfo(thePath).absolutePath());
-    QString text = tr("%1 has been written to “%2”.").arg(shownName(thePath), folder);
-    const bool isWhole = theContent->isWhole();
-    if (!isWhole)
-        text.prepend(theContent->missing().join(u' ') + u' ');
-    tellUser({isWhole ? Notice::Kind::isDone : Notice::Kind::isIncomplete, text}, theSource.window,
-        theSource.frame);
+    const QString missing = theContent->missing().join(u' ');
+    tellUser(writtenNotice(thePath, missing), theSource.window, theSource.frame);
     end();
 }
 
@@ -149,9 +143,7 @@ void DocumentExport::finishWriting()
 void DocumentExport::giveUp(const QString& reason)
 {
     if (!reason.isEmpty())
-        tellUser({Notice::Kind::isFailure,
-                     tr("%1 has not been written: %2").arg(shownName(thePath), asSentence(reason))},
-            theSource.window, theSource.frame);
+        tellUser(failedNotice(thePath, reason), theSource.window, theSource.frame);
     end();
 }
 

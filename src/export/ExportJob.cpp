@@ -1,6 +1,8 @@
 #include "export/ExportJob.h"
 
 #include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
 
 namespace tarnwick {
 
@@ -21,6 +23,21 @@ QList<ExportJob*> ExportJob::writing()
         QString(), Qt::FindDirectChildrenOnly);
     jobs.removeIf([](const ExportJob* job) { return !job->isWriting(); });
     return jobs;
+}
+
+Notice ExportJob::writtenNotice(const QString& path, const QString& missing)
+{
+    const QString folder = QDir::toNativeSeparators(QFileInfo(path).absolutePath());
+    const QString text = tr("%1 has been written to “%2”.").arg(shownName(path), folder);
+    if (missing.isEmpty())
+        return {Notice::Kind::isDone, text};
+    return {Notice::Kind::isIncomplete, missing + u' ' + text};
+}
+
+Notice ExportJob::failedNotice(const QString& path, const QString& reason)
+{
+    return {Notice::Kind::isFailure,
+        tr("%1 has not been written: %2").arg(shownName(path), asSentence(reason))};
 }
 
 void ExportJob::showProgress(const QString& name)

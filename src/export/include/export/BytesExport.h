@@ -1,6 +1,6 @@
 #pragma once
 
-#include "export/ExportJob.h"
+#include "export/FileExport.h"
 
 #include <QPointer>
 #include <QString>
@@ -23,8 +23,8 @@ struct SavedBytes
     QPointer<QWidget> window; ///< for the notice of the end
 };
 
-/// Asks where bytes go and writes them there: whole or not at all, and never over an opened file.
-class BytesExport : public ExportJob
+/// Saves bytes.
+class BytesExport : public FileExport
 {
     Q_OBJECT
 
@@ -35,14 +35,11 @@ private:
     explicit BytesExport(SavedBytes bytes);
     ~BytesExport() override;
 
-    void openPanel();
-    void write(const QString& path);
-    void finishWriting() override;
+    std::optional<int> append(
+        WholeFile& file, const std::stop_token& stop, const Work::Report& report) override;
+    QString missing() const override { return theSaved.missing; }
 
     SavedBytes theSaved;
-    QString thePath;
-    QString theFailure; ///< why nothing is written; a phrase
-    bool isWritten = false;
 };
 
 } // namespace tarnwick

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "dialogs/Progress.h"
+#include "frame/Notice.h"
 #include "work/Work.h"
 
 #include <QList>
@@ -29,6 +30,11 @@ protected:
     ~ExportJob() override;
 
     const QString& title() const { return theTitle; }
+
+    /// Where a file has been written. @param missing sentences on what is not in it, or empty.
+    static Notice writtenNotice(const QString& path, const QString& missing);
+    /// @param reason a phrase or sentence.
+    static Notice failedNotice(const QString& path, const QString& reason);
 
     /// From now on a job that takes long shows progress and can be cancelled.
     /// @param name of what is written.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "export/ExportJob.h"
+#include "export/FileExport.h"
 
 #include <QByteArray>
 #include <QList>
@@ -28,9 +28,8 @@ struct SavedReport
     QPointer<QWidget> window; ///< for the notice of the end
 };
 
-/// Asks where a report goes and writes it there: whole or not at all, and never over an opened
-/// file.
-class ReportExport : public ExportJob
+/// Saves a report, in the form that the chosen ending asks for.
+class ReportExport : public FileExport
 {
     Q_OBJECT
 
@@ -41,13 +40,10 @@ private:
     explicit ReportExport(SavedReport report);
     ~ReportExport() override;
 
-    void openPanel();
-    void write(const QString& path);
-    void finishWriting() override;
+    std::optional<int> append(
+        WholeFile& file, const std::stop_token& stop, const Work::Report& report) override;
 
     SavedReport theReport;
-    QString thePath;
-    int theError = 0; ///< of the writing, once it is finished
 };
 
 } // namespace tarnwick

@@ -27,6 +27,7 @@ struct Side
     std::string file;
     FileBytes bytes; ///< of the whole file
     std::size_t version = 0; ///< from 1; 0 for the whole file
+    std::size_t end = 0; ///< of the version
     std::unique_ptr<ComparedFile> opened;
 };
 
@@ -85,7 +86,8 @@ private:
     /// @returns false when there is no such version, which is then said.
     bool takeVersion(Side& side, std::int64_t version)
     {
-        const auto count = static_cast<std::int64_t>(versionCuts(side.bytes.view()).size());
+        const std::vector<std::size_t> cuts = versionCuts(side.bytes.view());
+        const auto count = static_cast<std::int64_t>(cuts.size());
         if (version < 1 || version > count) {
             fail(ExitStatus::isWrongUse, side.file,
                 "there is no version " + std::to_string(version) + "; it has "
@@ -93,6 +95,7 @@ private:
             return false;
         }
         side.version = static_cast<std::size_t>(version);
+        side.end = cuts[side.version - 1];
         return true;
     }
 
@@ -120,7 +123,7 @@ private:
         FileBytes bytes = side.bytes;
         std::string name = side.file;
         if (side.version > 0) {
-            bytes = bytes.prefix(versionCuts(bytes.view())[side.version - 1]);
+            bytes = bytes.prefix(side.end);
             name += " (version " + std::to_string(side.version) + ')';
         }
         side.opened = std::make_unique<ComparedFile>(theArguments, name, bytes);

@@ -23,17 +23,18 @@ std::uint32_t versionAt(const pdfObjectCatalog& catalog, std::uint64_t offset)
 
 constexpr std::uint32_t none = 0xFFFF'FFFF;
 
-/// The last object of each number that a table can have, by its place in the scan; empty when it
+/// The last object of each number that the table places, by its place in the scan; empty when it
 /// was stopped.
 std::vector<std::uint32_t> latestObjects(
-    const pdfObjectCatalog& catalog, const std::stop_token& stop)
+    const pdfObjectCatalog& catalog, const CrossReference& table, const std::stop_token& stop)
 {
-    std::vector<std::uint32_t> latest(std::size_t{maximumObjectNumber} + 1, none);
+    const std::uint32_t highest = table.placed.empty() ? 0 : table.placed.back().number;
+    std::vector<std::uint32_t> latest(std::size_t{highest} + 1, none);
     for (std::size_t index = 0; index < catalog.size(); ++index) {
         if (index % objectsBetweenLooks == 0 && stop.stop_requested())
             return {};
         const std::int64_t number = catalog.object(index).objNo();
-        if (number >= 0 && number <= maximumObjectNumber)
+        if (number >= 0 && number <= highest)
             latest[static_cast<std::size_t>(number)] = static_cast<std::uint32_t>(index);
     }
     return latest;
@@ -65,7 +66,7 @@ bool isListed(const pdfObjectCatalog& catalog, const CrossReference::Placed& pla
 std::shared_ptr<const TabledObjects> TabledObjects::of(
     const pdfObjectCatalog& catalog, CrossReference table, const std::stop_token& stop)
 {
-    const std::vector<std::uint32_t> latest = latestObjects(catalog, stop);
+    const std::vector<std::uint32_t> latest = latestObjects(catalog, table, stop);
     if (latest.empty())
         return nullptr;
     std::shared_ptr<TabledObjects> objects(new TabledObjects);
